@@ -1,0 +1,23 @@
+# Every target of ours links QuillmereOptions: our warnings are errors, our headers are found from src.
+add_library(QuillmereOptions INTERFACE)
+target_include_directories(QuillmereOptions INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_compile_options(QuillmereOptions INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+target_compile_definitions(QuillmereOptions INTERFACE
+    QT_NO_CAST_TO_ASCII
+    QT_NO_FOREACH
+    QT_NO_KEYWORDS
+    QT_NO_URL_CAST_FROM_STRING
+)
+target_link_libraries(QuillmereOptions INTERFACE Qt6::Core)
+
+set(QUILLMERE_SANITIZE "" CACHE STRING "Sanitizers for the whole build, as given to -fsanitize=")
+if(QUILLMERE_SANITIZE)
+    add_compile_options(-fsanitize=${QUILLMERE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${QUILLMERE_SANITIZE})
+endif()
+
+option(QUILLMERE_COVERAGE "Measure which lines the tests reach" OFF)
+if(QUILLMERE_COVERAGE)
+    add_compile_options(--coverage)
+    add_link_options(--coverage)
+endif()

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "Values/Cancellation.h"
+#include "Values/FilePath.h"
+#include "Values/Result.h"
+
+#include <QDateTime>
+#include <QList>
+
+namespace Quillmere {
+
+enum class FileType { Regular, Directory, SymbolicLink, Other };
+
+/// One thing that stands directly inside a folder.
+struct DirectoryEntry
+{
+    FilePath path;
+    FileType type = FileType::Other;
+
+    bool operator==(const DirectoryEntry &) const = default;
+};
+
+/// What is known of one item, its own and not that of a link's target.
+struct FileAttributes
+{
+    FileType type = FileType::Other;
+    qint64 size = 0;          ///< Logical length in bytes.
+    qint64 allocatedSize = 0; ///< Bytes occupied on disk: a sparse file keeps below its length.
+    QDateTime modified;       ///< UTC.
+    bool isOwnedByUser = true; ///< Belongs to the user the program runs as.
+
+    bool operator==(const FileAttributes &) const = default;
+};
+
+/// The measure of a tree: regular files alone, each as often as it has a name.
+struct TreeSize
+{
+    qint64 allocatedSize = 0; ///< Bytes occupied on disk.
+    qint64 fileCount = 0;
+
+    bool operator==(const TreeSize &) const = default;
+};
+
+enum class HiddenFiles { Include, Skip };
+enum class Intermediates { Create, MustExist };
+enum class WriteMode {
+    InPlace, ///< Truncates and writes: owner, mode and links stay; a failure may leave a part.
+    Atomic,  ///< Whoever looks, at whatever moment, finds the old contents or the new.
+};
+
+/// Everything the program asks of the file system. Safe to call from any thread.
+class FileManager
+{
+public:
+    virtual ~FileManager() = default;
+
+    /// The current user's home, as the machine reports it. It may itself be a link.
+    [[nodiscard]] virtual FilePath homeDirectory() const = 0;
+    [[nodiscard]] virtual FilePath temporaryDirectory() const = 0;
+    /// The user's Application Support folder; it need not exist.
+    [[nodiscard]] virtual FilePath applicationSupportDirectory() const = 0;
+
+    /// Lists what is directly inside @p folder, links not followed, without `.` and `..`, in the order in which
+    /// the file system gives it. Fails with NotFound or NoPermission; an entry that vanishes meanwhile is left out.
+    /// HiddenFiles::Skip leaves out names that begin with a point.
+    [[nodiscard]] virtual Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder,
+                                                                           HiddenFiles hidden) const = 0;
+    /// Adds up all regular files below @p folder, hidden ones and packages included. Symbolic links are not
+    /// followed, @p folder itself included; other file systems mounted below are not entered. What cannot be read or
+    /// vanishes meanwhile adds nothing. Zero for a file, a link or nothing at all. Fails with Cancelled alone.
+    [[nodiscard]] virtual Result<TreeSize> measureTree(const FilePath &folder, const Cancellation &cancellation) const = 0;
+
+    /// Follows links: a dangling one does not exist.
+    [[nodiscard]] virtual bool fileExists(const FilePath &path) const = 0;
+    /// Of the item itself: a final link is not followed.
+    [[nodiscard]] virtual Result<FileAttributes> attributesOfItem(const FilePath &path) const = 0;
+    /// The location with every link resolved, standardized. All or nothing: if a component is missing or the links
+    /// go round in a loop, only the text is tidied.
+    [[nodiscard]] virtual FilePath resolvingSymlinks(const FilePath &path) const = 0;
+
+    /// Moves the item to a recoverable place and answers with its location there. A link moves itself, never its
+    /// target. Fails rather than deletes; fails with LinkInPath when a folder above the item is a link.
+    [[nodiscard]] virtual Result<FilePath> trashItem(const FilePath &path) const = 0;
+    /// Deletes the item for good, folders with all that is in them: level by level, never through a link, never
+    /// into another file system. The first failure is reported; what stood beside it is deleted all the same.
+    [[nodiscard]] virtual Result<void> removeItem(const FilePath &path) const = 0;
+    /// Sees the volumes that hold @p paths safely onto disk, each once. For the end of a run.
+    virtual void synchronizeVolumes(const QList<FilePath> &paths) const = 0;
+
+    /// An existing folder is fine with Intermediates::Create, and AlreadyExists otherwise.
+    [[nodiscard]] virtual Result<void> createDirectory(const FilePath &folder, Intermediates intermediates) const = 0;
+    [[nodiscard]] virtual Result<QByteArray> contentsOfFile(const FilePath &path) const = 0;
+    [[nodiscard]] virtual Result<void> writeFile(const FilePath &path, const QByteArray &contents,
+                                                 WriteMode mode) const = 0;
+};
+
+} // namespace Quillmere

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Values/FilePath.h"
+
+#include <QList>
+
+#include <optional>
+
+namespace Quillmere {
+
+/// One of the program's own tables of places, behind which this platform may have rows of its own.
+enum class PlaceTable { UserCache, UserLogs, ContainerCache, TemporaryFiles };
+
+/// A folder whose immediate children are offered for cleaning.
+struct PlaceRow
+{
+    FilePath root;
+    QByteArray suffix; ///< Where each child keeps what is offered, relative to it. Empty: the child itself.
+
+    bool operator==(const PlaceRow &) const = default;
+};
+
+/// The places that this platform adds behind the program's tables, and what is never to be offered.
+/// Safe to call from any thread.
+class Places
+{
+public:
+    virtual ~Places() = default;
+
+    /// In the order in which they follow the table's own row. Rows need not exist on disk.
+    [[nodiscard]] virtual QList<PlaceRow> rowsBehind(PlaceTable table) const = 0;
+    /// Why @p item is not offered, because it is, or holds, something that would not come back; in English, for
+    /// developers. Nothing when it may be offered.
+    [[nodiscard]] virtual std::optional<QString> reasonToKeep(const FilePath &item) const = 0;
+};
+
+} // namespace Quillmere

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "Values/FilePath.h"
+
+namespace Quillmere {
+
+/// Why an operation did not happen, in a form the caller can branch on.
+struct Failure
+{
+    enum class Kind {
+        NotFound,
+        NoPermission,
+        AlreadyExists,
+        Busy,
+        NoSpace,
+        ReadOnly,
+        LinkInPath,   ///< A folder above the item is, or has become, a symbolic link.
+        NotSupported, ///< The place cannot do this at all, such as a volume that takes no trash.
+        Protected,    ///< Refused by the machine layer itself: a root of the system, a mount point.
+        Cancelled,
+        Malformed, ///< What was read is not what it should be.
+        Other,
+    };
+
+    Kind kind = Kind::Other;
+    FilePath path;  ///< What it happened to. Empty when nothing in particular.
+    QString detail; ///< For the log, never shown as is. Usually the text of errno.
+
+    bool operator==(const Failure &) const = default;
+};
+
+} // namespace Quillmere

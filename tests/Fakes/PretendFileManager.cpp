@@ -1,0 +1,349 @@
+#include "Fakes/PretendFileManager.h"
+
+namespace Quillmere {
+
+namespace {
+
+// The kernel gives up after 40 links; more is a loop.
+constexpr int mostLinksFollowed = 40;
+
+Failure failure(Failure::Kind kind, const FilePath &path)
+{
+    return {kind, path, u"pretended"_qs};
+}
+
+} // namespace
+
+PretendFileManager::PretendFileManager(const FilePath &home)
+    : m_home(home)
+{
+    m_nodes["/"] = Node{};
+    addFolder(home);
+}
+
+void PretendFileManager::addFolder(const FilePath &path)
+{
+    const std::scoped_lock guard(m_mutex);
+    if (!find(path))
+        insert(path, {});
+}
+
+void PretendFileManager::addFile(const FilePath &path, qint64 bytes, const QByteArray &contents)
+{
+    const std::scoped_lock guard(m_mutex);
+    Node node;
+    node.type = FileType::Regular;
+    node.bytes = bytes;
+    node.contents = contents;
+    insert(path, node);
+}
+
+void PretendFileManager::addLink(const FilePath &path, const FilePath &target)
+{
+    const std::scoped_lock guard(m_mutex);
+    Node node;
+    node.type = FileType::SymbolicLink;
+    node.target = target;
+    insert(path, node);
+}
+
+void PretendFileManager::lock(const FilePath &path)
+{
+    const std::scoped_lock guard(m_mutex);
+    find(path)->locked = true;
+}
+
+void PretendFileManager::refuse(const FilePath &path, Failure::Kind kind)
+{
+    const std::scoped_lock guard(m_mutex);
+    find(path)->refusal = kind;
+}
+
+void PretendFileManager::setTemporaryDirectory(const FilePath &path)
+{
+    m_temporary = path;
+}
+
+void PretendFileManager::vanish(const FilePath &path)
+{
+    const std::scoped_lock guard(m_mutex);
+    detach(path);
+}
+
+void PretendFileManager::onMeasure(std::function<void(const FilePath &)> observer)
+{
+    m_onMeasure = std::move(observer);
+}
+
+bool PretendFileManager::contains(const FilePath &path) const
+{
+    const std::scoped_lock guard(m_mutex);
+    return find(path) != nullptr;
+}
+
+QList<FilePath> PretendFileManager::trashed() const
+{
+    const std::scoped_lock guard(m_mutex);
+    return m_trashed;
+}
+
+QList<FilePath> PretendFileManager::removed() const
+{
+    const std::scoped_lock guard(m_mutex);
+    return m_removed;
+}
+
+int PretendFileManager::synchronizations() const
+{
+    const std::scoped_lock guard(m_mutex);
+    return m_synchronizations;
+}
+
+FilePath PretendFileManager::homeDirectory() const
+{
+    return m_home;
+}
+
+FilePath PretendFileManager::temporaryDirectory() const
+{
+    return m_temporary;
+}
+
+FilePath PretendFileManager::applicationSupportDirectory() const
+{
+    return m_home.appending("Library/Application Support");
+}
+
+Result<QList<DirectoryEntry>> PretendFileManager::contentsOfDirectory(const FilePath &folder, HiddenFiles hidden) const
+{
+    const std::scoped_lock guard(m_mutex);
+    const std::optional<FilePath> resolved = resolve(folder);
+    const Node *node = resolved ? find(*resolved) : nullptr;
+    if (!node || node->type != FileType::Directory)
+        return failure(Failure::Kind::NotFound, folder);
+    if (node->locked)
+        return failure(Failure::Kind::NoPermission, folder);
+
+    QList<DirectoryEntry> entries;
+    for (const QByteArray &name : node->children) {
+        if (hidden == HiddenFiles::Skip && name.startsWith('.'))
+            continue;
+        entries.append({folder.appending(name), find(resolved->appending(name))->type});
+    }
+    return entries;
+}
+
+Result<TreeSize> PretendFileManager::measureTree(const FilePath &folder, const Cancellation &cancellation) const
+{
+    const std::scoped_lock guard(m_mutex);
+    TreeSize size;
+    const Node *node = find(folder);
+    if (node && node->type == FileType::Directory)
+        measure(folder.standardized(), size, cancellation);
+    if (cancellation.isRequested())
+        return failure(Failure::Kind::Cancelled, folder);
+    return size;
+}
+
+void PretendFileManager::measure(const FilePath &folder, TreeSize &size, const Cancellation &cancellation) const
+{
+    const Node *node = find(folder);
+    if (!node || node->locked)
+        return;
+    const QList<QByteArray> children = node->children;
+    for (const QByteArray &name : children) {
+        const FilePath path = folder.appending(name);
+        if (m_onMeasure)
+            m_onMeasure(path);
+        if (cancellation.isRequested())
+            return;
+        const Node *child = find(path);
+        if (!child || (child->type == FileType::Regular && child->locked))
+            continue;
+        if (child->type == FileType::Directory) {
+            measure(path, size, cancellation);
+        } else if (child->type == FileType::Regular) {
+            size.allocatedSize += child->bytes;
+            ++size.fileCount;
+        }
+    }
+}
+
+bool PretendFileManager::fileExists(const FilePath &path) const
+{
+    const std::scoped_lock guard(m_mutex);
+    return resolve(path).has_value();
+}
+
+Result<FileAttributes> PretendFileManager::attributesOfItem(const FilePath &path) const
+{
+    const std::scoped_lock guard(m_mutex);
+    const std::optional<FilePath> parent = resolve(path.deletingLastPathComponent());
+    const Node *node = parent ? find(parent->appending(path.lastPathComponent())) : nullptr;
+    if (!node)
+        return failure(Failure::Kind::NotFound, path);
+    FileAttributes attributes;
+    attributes.type = node->type;
+    attributes.size = node->type == FileType::Regular ? node->bytes : 0;
+    attributes.allocatedSize = attributes.size;
+    return attributes;
+}
+
+FilePath PretendFileManager::resolvingSymlinks(const FilePath &path) const
+{
+    const std::scoped_lock guard(m_mutex);
+    return resolve(path).value_or(path.standardized());
+}
+
+Result<FilePath> PretendFileManager::trashItem(const FilePath &path) const
+{
+    const std::scoped_lock guard(m_mutex);
+    const Result<Node *> found = findRemovable(path);
+    if (!found)
+        return found.failure();
+    const FilePath destination
+        = m_home.appending(".Trash").appending(QByteArray::number(m_trashed.size()) + ' ' + path.lastPathComponent());
+    Node moved = *found.value();
+    moved.children.clear();
+    detach(path);
+    insert(destination, moved);
+    m_trashed.append(path);
+    return destination;
+}
+
+Result<void> PretendFileManager::removeItem(const FilePath &path) const
+{
+    const std::scoped_lock guard(m_mutex);
+    const Result<Node *> found = findRemovable(path);
+    if (!found)
+        return found.failure();
+    detach(path);
+    m_removed.append(path);
+    return {};
+}
+
+void PretendFileManager::synchronizeVolumes(const QList<FilePath> &) const
+{
+    const std::scoped_lock guard(m_mutex);
+    ++m_synchronizations;
+}
+
+Result<void> PretendFileManager::createDirectory(const FilePath &folder, Intermediates intermediates) const
+{
+    const std::scoped_lock guard(m_mutex);
+    if (const Node *existing = find(folder)) {
+        if (existing->type == FileType::Directory && intermediates == Intermediates::Create)
+            return {};
+        return failure(Failure::Kind::AlreadyExists, folder);
+    }
+    FilePath ancestor = folder.deletingLastPathComponent();
+    if (!find(ancestor) && intermediates == Intermediates::MustExist)
+        return failure(Failure::Kind::NotFound, folder);
+    while (!find(ancestor))
+        ancestor = ancestor.deletingLastPathComponent();
+    if (const auto refusal = find(ancestor)->refusal)
+        return failure(*refusal, folder);
+    insert(folder, {});
+    return {};
+}
+
+Result<QByteArray> PretendFileManager::contentsOfFile(const FilePath &path) const
+{
+    const std::scoped_lock guard(m_mutex);
+    const std::optional<FilePath> resolved = resolve(path);
+    const Node *node = resolved ? find(*resolved) : nullptr;
+    if (!node || node->type != FileType::Regular)
+        return failure(Failure::Kind::NotFound, path);
+    if (node->locked)
+        return failure(Failure::Kind::NoPermission, path);
+    return node->contents;
+}
+
+Result<void> PretendFileManager::writeFile(const FilePath &path, const QByteArray &contents, WriteMode mode) const
+{
+    const std::scoped_lock guard(m_mutex);
+    const FilePath target = mode == WriteMode::InPlace ? resolve(path).value_or(path) : path;
+    const Node *parent = find(target.deletingLastPathComponent());
+    if (!parent)
+        return failure(Failure::Kind::NotFound, path);
+    const Node *existing = find(target);
+    for (const Node *node : {parent, existing}) {
+        if (node && node->refusal)
+            return failure(*node->refusal, path);
+    }
+    Node file;
+    file.type = FileType::Regular;
+    file.bytes = contents.size();
+    file.contents = contents;
+    insert(target, file);
+    return {};
+}
+
+PretendFileManager::Node *PretendFileManager::find(const FilePath &path) const
+{
+    const auto found = m_nodes.find(path.standardized().bytes());
+    return found == m_nodes.end() ? nullptr : &found->second;
+}
+
+PretendFileManager::Node &PretendFileManager::insert(const FilePath &path, Node node) const
+{
+    const FilePath place = path.standardized();
+    const FilePath parent = place.deletingLastPathComponent();
+    if (!find(parent))
+        insert(parent, {});
+    QList<QByteArray> &siblings = find(parent)->children;
+    if (!siblings.contains(place.lastPathComponent()))
+        siblings.append(place.lastPathComponent());
+    return m_nodes[place.bytes()] = std::move(node);
+}
+
+void PretendFileManager::detach(const FilePath &path) const
+{
+    const FilePath place = path.standardized();
+    if (Node *parent = find(place.deletingLastPathComponent()))
+        parent->children.removeOne(place.lastPathComponent());
+    std::erase_if(m_nodes, [&](const auto &entry) { return FilePath(entry.first).isWithin(place); });
+}
+
+std::optional<FilePath> PretendFileManager::resolve(const FilePath &path) const
+{
+    QList<QByteArray> waiting = path.standardized().bytes().split('/');
+    FilePath reached("/");
+    int links = 0;
+    while (!waiting.isEmpty()) {
+        const QByteArray name = waiting.takeFirst();
+        if (name.isEmpty())
+            continue;
+        const FilePath next = reached.appending(name).standardized();
+        const Node *node = find(next);
+        if (!node)
+            return std::nullopt;
+        if (node->type != FileType::SymbolicLink) {
+            reached = next;
+            continue;
+        }
+        if (++links > mostLinksFollowed)
+            return std::nullopt;
+        const FilePath target = node->target.bytes().startsWith('/') ? node->target
+                                                                      : reached.appending(node->target.bytes());
+        waiting = target.standardized().bytes().split('/') + waiting;
+        reached = FilePath("/");
+    }
+    return reached;
+}
+
+Result<PretendFileManager::Node *> PretendFileManager::findRemovable(const FilePath &path) const
+{
+    const FilePath parent = path.standardized().deletingLastPathComponent();
+    const std::optional<FilePath> resolvedParent = resolve(parent);
+    if (resolvedParent && *resolvedParent != parent)
+        return failure(Failure::Kind::LinkInPath, path);
+    Node *node = find(path);
+    if (!node)
+        return failure(Failure::Kind::NotFound, path);
+    if (node->refusal)
+        return failure(*node->refusal, path);
+    return node;
+}
+
+} // namespace Quillmere

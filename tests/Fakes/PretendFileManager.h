@@ -1,0 +1,85 @@
+#pragma once
+
+#include "Platform/FileManager.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <functional>
+#include <map>
+#include <mutex>
+
+namespace Quillmere {
+
+/// A disk that exists only in memory. It starts with a root and the user's home; what is not added is not there.
+/// Folders list their children in the order in which they were added. Safe to call from any thread.
+class PretendFileManager final : public FileManager
+{
+public:
+    explicit PretendFileManager(const FilePath &home = FilePath("/home/ada"));
+
+    // Building the world. Missing parents are made.
+    void addFolder(const FilePath &path);
+    void addFile(const FilePath &path, qint64 bytes, const QByteArray &contents = {});
+    void addLink(const FilePath &path, const FilePath &target);
+    void lock(const FilePath &path);                       ///< From now on it may not be read.
+    void refuse(const FilePath &path, Failure::Kind kind); ///< From now on it may not be trashed, removed or written.
+    void setTemporaryDirectory(const FilePath &path);
+    void vanish(const FilePath &path); ///< Takes it away as another program would.
+
+    /// Called before each entry of a measured tree, with its location: the place to cancel from, or to change things.
+    void onMeasure(std::function<void(const FilePath &)> observer);
+
+    [[nodiscard]] bool contains(const FilePath &path) const; ///< The thing itself, a dangling link too.
+    [[nodiscard]] QList<FilePath> trashed() const;           ///< Where trashed items came from, in their order.
+    [[nodiscard]] QList<FilePath> removed() const;           ///< What was deleted for good, in its order.
+    [[nodiscard]] int synchronizations() const;
+
+    [[nodiscard]] FilePath homeDirectory() const override;
+    [[nodiscard]] FilePath temporaryDirectory() const override;
+    [[nodiscard]] FilePath applicationSupportDirectory() const override;
+    [[nodiscard]] Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder,
+                                                                   HiddenFiles hidden) const override;
+    [[nodiscard]] Result<TreeSize> measureTree(const FilePath &folder, const Cancellation &cancellation) const override;
+    [[nodiscard]] bool fileExists(const FilePath &path) const override;
+    [[nodiscard]] Result<FileAttributes> attributesOfItem(const FilePath &path) const override;
+    [[nodiscard]] FilePath resolvingSymlinks(const FilePath &path) const override;
+    [[nodiscard]] Result<FilePath> trashItem(const FilePath &path) const override;
+    [[nodiscard]] Result<void> removeItem(const FilePath &path) const override;
+    void synchronizeVolumes(const QList<FilePath> &paths) const override;
+    [[nodiscard]] Result<void> createDirectory(const FilePath &folder, Intermediates intermediates) const override;
+    [[nodiscard]] Result<QByteArray> contentsOfFile(const FilePath &path) const override;
+    [[nodiscard]] Result<void> writeFile(const FilePath &path, const QByteArray &contents,
+                                         WriteMode mode) const override;
+
+private:
+    struct Node
+    {
+        FileType type = FileType::Directory;
+        qint64 bytes = 0;
+        QByteArray contents;
+        FilePath target;
+        QList<QByteArray> children;
+        bool locked = false;
+        std::optional<Failure::Kind> refusal;
+    };
+
+    Node *find(const FilePath &path) const;
+    Node &insert(const FilePath &path, Node node) const;
+    void detach(const FilePath &path) const;
+    /// Every link followed; nothing when a component is missing or the links go round.
+    std::optional<FilePath> resolve(const FilePath &path) const;
+    Result<Node *> findRemovable(const FilePath &path) const;
+    void measure(const FilePath &folder, TreeSize &size, const Cancellation &cancellation) const;
+
+    FilePath m_home;
+    FilePath m_temporary = FilePath("/tmp");
+    mutable std::recursive_mutex m_mutex;
+    mutable std::map<QByteArray, Node> m_nodes;
+    mutable QList<FilePath> m_trashed;
+    mutable QList<FilePath> m_removed;
+    mutable int m_synchronizations = 0;
+    std::function<void(const FilePath &)> m_onMeasure;
+};
+
+} // namespace Quillmere

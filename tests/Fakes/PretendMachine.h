@@ -1,0 +1,65 @@
+#pragma once
+
+#include "Fakes/PretendFileManager.h"
+#include "Fakes/PretendUserDefaults.h"
+#include "Platform/Machine.h"
+
+#include <QHash>
+
+namespace Quillmere {
+
+/// A clock that stands still until it is told otherwise.
+class PretendClock final : public Clock
+{
+public:
+    [[nodiscard]] QDateTime now() const override { return m_now; }
+    void set(const QDateTime &now) { m_now = now; }
+
+private:
+    QDateTime m_now = QDateTime({2026, 11, 21}, {9, 12}, Qt::UTC);
+};
+
+/// A desktop whose preferences are set by hand.
+class PretendDesktopAppearance final : public DesktopAppearance
+{
+public:
+    [[nodiscard]] ColorScheme colorScheme() const override { return m_scheme; }
+    [[nodiscard]] bool prefersReducedMotion() const override { return m_reducedMotion; }
+    void observe(std::function<void()> changed) override { m_changed = std::move(changed); }
+
+    void set(ColorScheme scheme, bool reducedMotion);
+
+private:
+    ColorScheme m_scheme = ColorScheme::Light;
+    bool m_reducedMotion = false;
+    std::function<void()> m_changed;
+};
+
+/// A platform that adds nothing until it is told to.
+class PretendPlaces final : public Places
+{
+public:
+    [[nodiscard]] QList<PlaceRow> rowsBehind(PlaceTable table) const override { return m_rows.value(table); }
+    [[nodiscard]] std::optional<QString> reasonToKeep(const FilePath &item) const override;
+
+    void addRow(PlaceTable table, const PlaceRow &row) { m_rows[table].append(row); }
+    void keep(const FilePath &item, const QString &reason) { m_kept.insert(item, reason); }
+
+private:
+    QHash<PlaceTable, QList<PlaceRow>> m_rows;
+    QHash<FilePath, QString> m_kept;
+};
+
+/// A whole machine in memory, complete enough to run the program on. Every part can be told how to behave.
+struct PretendMachine
+{
+    std::shared_ptr<PretendFileManager> files = std::make_shared<PretendFileManager>();
+    std::shared_ptr<PretendPlaces> places = std::make_shared<PretendPlaces>();
+    std::shared_ptr<PretendUserDefaults> defaults = std::make_shared<PretendUserDefaults>();
+    std::shared_ptr<PretendClock> clock = std::make_shared<PretendClock>();
+    std::shared_ptr<PretendDesktopAppearance> appearance = std::make_shared<PretendDesktopAppearance>();
+
+    [[nodiscard]] Machine machine() const { return {files, places, defaults, clock, appearance}; }
+};
+
+} // namespace Quillmere
