@@ -1,0 +1,31 @@
+import QtQuick
+import QtQuick.Templates as T
+import Quillmere
+
+/// What all that is pressed has in common: Space and Enter, the large hit area, and the press of assistive tools.
+T.AbstractButton {
+    id: root
+
+    /// What assistive tools call it.
+    property string accessibleName: text
+
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    containmentMask: hitArea
+    hoverEnabled: true
+
+    Accessible.role: Accessible.Button
+    Accessible.name: accessibleName
+    // Calling click() from here has no effect; emitting its signal has.
+    Accessible.onPressAction: {
+        if (root.enabled)
+            root.clicked();
+    }
+
+    Keys.onReturnPressed: click()
+    Keys.onEnterPressed: click()
+
+    HitArea {
+        id: hitArea
+    }
+}

@@ -1,0 +1,41 @@
+import QtQuick
+import Quillmere
+
+/// A bar that fills from `start` to `end` colour. `value` runs from 0 to 1; a run never goes backwards on screen.
+Rectangle {
+    id: root
+
+    property real value: 0
+    property color start: Theme.accentFill
+    property color end: Theme.progressEnd
+    property bool easing: true
+
+    readonly property real shownValue: Math.max(0, Math.min(1, value))
+
+    implicitWidth: 300
+    implicitHeight: 8
+    radius: height / 2
+    color: Theme.track
+
+    Accessible.role: Accessible.ProgressBar
+    Accessible.name: Math.round(shownValue * 100) + "%"
+
+    GradientSurface {
+        width: root.shownValue === 0 ? 0 : Math.max(root.height, Math.round(root.width * root.shownValue))
+        height: root.height
+        visible: width > 0
+        horizontal: true
+        radius: root.height / 2
+        start: root.start
+        end: root.end
+
+        Behavior on width {
+            enabled: root.easing && root.width > 0
+
+            NumberAnimation {
+                duration: Theme.barDuration
+                easing.type: Easing.OutCubic
+            }
+        }
+    }
+}

@@ -1,0 +1,21 @@
+#include "Views/ViewsModule.h"
+
+#include "Views/Support/SymbolImageProvider.h"
+
+#include <QQmlEngine>
+
+// Generated with the modules. Naming them here keeps the linker from dropping them from the static libraries.
+extern void qml_register_types_Quillmere();
+extern void qml_register_types_Quillmere_Support();
+
+namespace Quillmere {
+
+void installViews(QQmlEngine &engine)
+{
+    qml_register_types_Quillmere_Support();
+    qml_register_types_Quillmere();
+    engine.addImportPath(u":/qt/qml"_qs);
+    engine.addImageProvider(u"symbol"_qs, new SymbolImageProvider);
+}
+
+} // namespace Quillmere
