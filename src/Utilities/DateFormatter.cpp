@@ -1,0 +1,104 @@
+#include "Utilities/DateFormatter.h"
+
+#include "Utilities/LocalizationManager.h"
+
+namespace Quillmere {
+
+namespace {
+
+QLocale::Language languageOfLocale(Language language)
+{
+    switch (language) {
+    case Language::Spanish:
+        return QLocale::Spanish;
+    case Language::Russian:
+        return QLocale::Russian;
+    default:
+        return QLocale::English;
+    }
+}
+
+/// The time to the minute. English has a narrow blank that does not break before AM and PM, where Qt has a plain one.
+QString timePattern(const QLocale &locale)
+{
+    QString pattern = locale.timeFormat(QLocale::ShortFormat);
+    if (locale.language() == QLocale::English)
+        pattern.replace(u' ', u'\u202F');
+    return pattern;
+}
+
+QString abbreviatedDatePattern(const QLocale &locale)
+{
+    switch (locale.language()) {
+    case QLocale::English:
+        return locale.dateFormat(QLocale::ShortFormat).startsWith(u'M') ? u"MMM d, yyyy"_qs : u"d MMM yyyy"_qs;
+    case QLocale::Spanish:
+        return u"d MMM yyyy"_qs;
+    case QLocale::Russian:
+        return u"d MMM yyyy\u202F'г.'"_qs;
+    default:
+        return locale.dateFormat(QLocale::ShortFormat);
+    }
+}
+
+/// English words are the same in every region: Qt has "Sept" for the British.
+QLocale wordsOf(const QLocale &locale)
+{
+    return locale.language() == QLocale::English ? QLocale(QLocale::English, QLocale::UnitedStates) : locale;
+}
+
+QString formatted(const QDateTime &date, const DateStyle &style, const QString &pattern)
+{
+    return wordsOf(style.locale).toString(date.toTimeZone(style.timeZone), pattern);
+}
+
+} // namespace
+
+DateStyle DateStyle::ofUser()
+{
+    return {userDateLocale()};
+}
+
+DateStyle DateStyle::ofScreens()
+{
+    return {localeOfScreens(Localizer::shared().effectiveLanguage(), userDateLocale())};
+}
+
+QLocale DateStyle::localeOfScreens(Language language, const QLocale &userLocale)
+{
+    const QLocale::Language wanted = languageOfLocale(language);
+    return userLocale.language() == wanted ? userLocale : QLocale(wanted);
+}
+
+QLocale userDateLocale()
+{
+    for (const char *variable : {"LC_ALL", "LC_TIME", "LANG"}) {
+        const QString name = qEnvironmentVariable(variable);
+        if (name.isEmpty())
+            continue;
+        const QLocale locale(name);
+        if (locale.language() != QLocale::C)
+            return locale;
+        break;
+    }
+    return QLocale(QLocale::English, QLocale::UnitedStates);
+}
+
+QString formatShortDateAndTime(const QDateTime &date, const DateStyle &style)
+{
+    return formatted(date, style,
+                     style.locale.dateFormat(QLocale::ShortFormat) + u", "_qs + timePattern(style.locale));
+}
+
+QString formatAbbreviatedDateAndTime(const QDateTime &date, const DateStyle &style)
+{
+    const QString separator = style.locale.language() == QLocale::English ? u" 'at' "_qs : u", "_qs;
+    return formatted(date, style, abbreviatedDatePattern(style.locale) + separator + timePattern(style.locale));
+}
+
+QString formatAbbreviatedDate(const QDateTime &date, const DateStyle &style)
+{
+    return formatted(date, style, abbreviatedDatePattern(style.locale));
+}
+
+} // namespace Quillmere
