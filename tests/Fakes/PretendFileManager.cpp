@@ -75,6 +75,11 @@ void PretendFileManager::onMeasure(std::function<void(const FilePath &)> observe
     m_onMeasure = std::move(observer);
 }
 
+void PretendFileManager::onRemoval(std::function<void(const FilePath &)> observer)
+{
+    m_onRemoval = std::move(observer);
+}
+
 bool PretendFileManager::contains(const FilePath &path) const
 {
     const std::scoped_lock guard(m_mutex);
@@ -197,6 +202,8 @@ FilePath PretendFileManager::resolvingSymlinks(const FilePath &path) const
 
 Result<FilePath> PretendFileManager::trashItem(const FilePath &path) const
 {
+    if (m_onRemoval)
+        m_onRemoval(path);
     const std::scoped_lock guard(m_mutex);
     const Result<Node *> found = findRemovable(path);
     if (!found)
@@ -213,6 +220,8 @@ Result<FilePath> PretendFileManager::trashItem(const FilePath &path) const
 
 Result<void> PretendFileManager::removeItem(const FilePath &path) const
 {
+    if (m_onRemoval)
+        m_onRemoval(path);
     const std::scoped_lock guard(m_mutex);
     const Result<Node *> found = findRemovable(path);
     if (!found)

@@ -29,6 +29,8 @@ public:
 
     /// Called before each entry of a measured tree, with its location: the place to cancel from, or to change things.
     void onMeasure(std::function<void(const FilePath &)> observer);
+    /// Called before an item is trashed or removed, with its location, on the working thread.
+    void onRemoval(std::function<void(const FilePath &)> observer);
 
     [[nodiscard]] bool contains(const FilePath &path) const; ///< The thing itself, a dangling link too.
     [[nodiscard]] QList<FilePath> trashed() const;           ///< Where trashed items came from, in their order.
@@ -80,6 +82,7 @@ private:
     mutable QList<FilePath> m_removed;
     mutable int m_synchronizations = 0;
     std::function<void(const FilePath &)> m_onMeasure;
+    std::function<void(const FilePath &)> m_onRemoval;
 };
 
 } // namespace Quillmere

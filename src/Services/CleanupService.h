@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Models/CleanupItem.h"
+#include "Models/CleanupResult.h"
+#include "Platform/FileManager.h"
+
+#include <functional>
+#include <memory>
+
+namespace Quillmere {
+
+/// The one place where selected items become removed files. It holds nothing but the way to the disk, so any number
+/// of runs may be under way at once. Runs on the thread that calls it.
+class CleanupService
+{
+public:
+    /// How far a run has come, from 0 to 1. Called on the working thread.
+    using Progress = std::function<void(double fraction)>;
+
+    explicit CleanupService(std::shared_ptr<const FileManager> files);
+
+    /// Removes what passes validateBeforeCleanup(), item after item, to its end: there is no cancelling. With
+    /// @p moveToTrash every item goes to the Trash; without, only safe cache and temporary items are deleted and the
+    /// others are skipped without a word.
+    [[nodiscard]] CleanupResult cleanItems(const QList<CleanupItem> &items, bool moveToTrash,
+                                           const Progress &progress) const;
+    /// The last gate: those of @p items that may be touched, in the same order. It does not trust the scanners, and
+    /// a refused item leaves no trace.
+    [[nodiscard]] QList<CleanupItem> validateBeforeCleanup(const QList<CleanupItem> &items) const;
+
+private:
+    [[nodiscard]] bool mayBeTouched(const CleanupItem &item) const;
+    [[nodiscard]] Result<void> remove(const CleanupItem &item, bool moveToTrash) const;
+
+    std::shared_ptr<const FileManager> m_files;
+};
+
+} // namespace Quillmere
