@@ -12,12 +12,23 @@ Language storedLanguage(const UserDefaults &defaults)
     return stored ? fromRawValue<Language>(*stored).value_or(Language::System) : Language::System;
 }
 
+/// Only what the code begins with counts: "es_MX" and "es-419" are Spanish.
+Language languageOfCode(const QString &code)
+{
+    if (code.startsWith(u"es"))
+        return Language::Spanish;
+    if (code.startsWith(u"ru"))
+        return Language::Russian;
+    return Language::English;
+}
+
 } // namespace
 
-Localizer::Localizer(std::shared_ptr<UserDefaults> defaults, SystemLanguageCode systemLanguageCode, QObject *parent)
+Localizer::Localizer(std::shared_ptr<UserDefaults> defaults, const SystemLanguageCode &systemLanguageCode,
+                     QObject *parent)
     : QObject(parent)
     , m_defaults(std::move(defaults))
-    , m_systemLanguageCode(std::move(systemLanguageCode))
+    , m_systemLanguage(languageOfCode(systemLanguageCode()))
     , m_language(storedLanguage(*m_defaults))
 {
 }
@@ -29,36 +40,23 @@ QString Localizer::desktopLanguageCode()
 
 void Localizer::setLanguage(Language language)
 {
-    if (language == m_language)
-        return;
-    m_language = language;
-    Q_EMIT languageChanged();
+    if (m_language.exchange(language) != language)
+        Q_EMIT languageChanged();
     m_defaults->setString(languageKey(), rawValue(language));
 }
 
 Language Localizer::effectiveLanguage() const
 {
     const Language chosen = m_language;
-    if (chosen != Language::System)
-        return chosen;
-    const QString code = m_systemLanguageCode();
-    if (code.startsWith(u"es"))
-        return Language::Spanish;
-    if (code.startsWith(u"ru"))
-        return Language::Russian;
-    return Language::English;
+    return chosen == Language::System ? m_systemLanguage : chosen;
 }
 
 QString Localizer::localized(const QString &key) const
 {
     const QString language = rawValue(effectiveLanguage());
-    for (const LocalizationTable *table : {&LocalizationTable::strings(), &LocalizationTable::controls()}) {
-        if (const std::optional<QString> text = table->text(key, language))
-            return *text;
-        if (const std::optional<QString> english = table->text(key, rawValue(Language::English)))
-            return *english;
-    }
-    return key;
+    if (const std::optional<QString> text = strings().textOrEnglish(key, language))
+        return *text;
+    return LocalizationTable::controls().textOrEnglish(key, language).value_or(key);
 }
 
 } // namespace Quillmere

@@ -25,8 +25,9 @@ public:
     using SystemLanguageCode = std::function<QString()>;
 
     /// Reads the stored choice once, without writing it back. An absent or unknown one is Language::System.
-    explicit Localizer(std::shared_ptr<UserDefaults> defaults, SystemLanguageCode systemLanguageCode = desktopLanguageCode,
-                       QObject *parent = nullptr);
+    /// Asks for the desktop's language once too: it does not change under a running program.
+    explicit Localizer(std::shared_ptr<UserDefaults> defaults,
+                       const SystemLanguageCode &systemLanguageCode = desktopLanguageCode, QObject *parent = nullptr);
 
     [[nodiscard]] static Localizer &shared() { return SharedInstance<Localizer>::get(); }
     /// Where the choice is stored.
@@ -37,7 +38,8 @@ public:
     [[nodiscard]] static QString desktopLanguageCode();
 
     [[nodiscard]] Language language() const { return m_language; }
-    /// Publishes the change, then stores it. GUI thread only.
+    /// Publishes a change, then stores the choice. What it already was is stored too, which replaces an unknown code.
+    /// GUI thread only.
     void setLanguage(Language language);
     /// Never Language::System. Any thread.
     [[nodiscard]] Language effectiveLanguage() const;
@@ -50,7 +52,7 @@ Q_SIGNALS:
 
 private:
     std::shared_ptr<UserDefaults> m_defaults;
-    SystemLanguageCode m_systemLanguageCode;
+    const Language m_systemLanguage; ///< Never Language::System.
     std::atomic<Language> m_language;
 };
 

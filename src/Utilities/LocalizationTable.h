@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Values/Result.h"
+
+#include <QByteArray>
 #include <QHash>
 #include <QString>
 #include <QStringList>
@@ -8,24 +11,30 @@
 
 namespace Quillmere {
 
-/// Texts by key, then by the language's stored code ("en", "es", "ru"). Immutable; any thread.
+/// Texts by key, then by the language's stored code ("en", "es", "ru"). Immutable once built, so any thread may read it.
 class LocalizationTable
 {
 public:
-    /// The texts of the screens. Built once, on first use.
+    /// The texts of the screens. Built once, on first use, whichever thread that is.
     [[nodiscard]] static const LocalizationTable &strings();
-    /// The texts of our own controls: window buttons, names for screen readers, reasons of failures. Built like strings().
+    /// The texts of our own controls: window buttons, names for screen readers, reasons of failures, the promotion that
+    /// is always there. Built like strings().
     [[nodiscard]] static const LocalizationTable &controls();
 
-    /// Exact and case-sensitive; nothing when there is no such row or no entry of that language.
+    /// Reads {"key": {"en": "text", ...}, ...}. Fails with Malformed when anything in it is not of that form.
+    [[nodiscard]] static Result<LocalizationTable> fromJson(const QByteArray &json);
+
+    /// Two probes. Exact and case-sensitive; nothing when there is no such row or no entry of that language.
     [[nodiscard]] std::optional<QString> text(const QString &key, const QString &language) const;
+    /// As text(), but a row without an entry of that language answers in English.
+    [[nodiscard]] std::optional<QString> textOrEnglish(const QString &key, const QString &language) const;
+
+    /// In no particular order.
     [[nodiscard]] QStringList keys() const;
-    /// The codes that the row of @p key has entries for.
+    /// The codes that the row of @p key has entries for, in no particular order.
     [[nodiscard]] QStringList languages(const QString &key) const;
 
 private:
-    explicit LocalizationTable(const QStringList &files);
-
     QHash<QString, QHash<QString, QString>> m_rows;
 };
 

@@ -24,7 +24,7 @@ struct Failure
 
     Kind kind = Kind::Other;
     FilePath path;  ///< What it happened to. Empty when nothing in particular.
-    QString detail; ///< For the log, never shown as is. Usually the text of errno.
+    QString detail; ///< Usually the text of errno. For the log; shown only where the kind says nothing.
 
     bool operator==(const Failure &) const = default;
 };
