@@ -1,0 +1,276 @@
+#include "Utilities/PropertyList.h"
+
+#include "Utilities/PropertyListCheck.h"
+#include "Utilities/PropertyListLimits.h"
+
+#include <plist/plist.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace Quillmere {
+
+namespace {
+
+struct FreeMemory
+{
+    void operator()(void *memory) const { std::free(memory); } // NOLINT: the library hands out memory of malloc.
+};
+
+PropertyList::Type typeOf(plist_t node)
+{
+    switch (plist_get_node_type(node)) {
+    case PLIST_BOOLEAN:
+        return PropertyList::Type::Boolean;
+    case PLIST_UINT:
+        return PropertyList::Type::Integer;
+    case PLIST_REAL:
+        return PropertyList::Type::Real;
+    case PLIST_STRING:
+        return PropertyList::Type::String;
+    case PLIST_DATA:
+        return PropertyList::Type::Data;
+    case PLIST_DATE:
+        return PropertyList::Type::Date;
+    case PLIST_ARRAY:
+        return PropertyList::Type::Array;
+    case PLIST_DICT:
+        return PropertyList::Type::Dictionary;
+    default:
+        return PropertyList::Type::Other;
+    }
+}
+
+QString textOf(plist_t node)
+{
+    return QString::fromUtf8(plist_get_string_ptr(node, nullptr));
+}
+
+/// Keys as the library holds them, sorted as texts.
+QList<QByteArray> sortedKeys(plist_t dictionary)
+{
+    QList<QByteArray> keys;
+    plist_dict_iter next = nullptr;
+    plist_dict_new_iter(dictionary, &next);
+    const std::unique_ptr<void, FreeMemory> iterator(next);
+    for (;;) {
+        char *key = nullptr;
+        plist_dict_next_item(dictionary, next, &key, nullptr);
+        const std::unique_ptr<char, FreeMemory> owned(key);
+        if (!key)
+            break;
+        keys.append(key);
+    }
+    std::ranges::stable_sort(keys, {}, [](const QByteArray &key) { return QString::fromUtf8(key); });
+    return keys;
+}
+
+plist_t sortedCopy(plist_t node)
+{
+    if (PLIST_IS_DICT(node)) {
+        const plist_t copy = plist_new_dict();
+        for (const QByteArray &key : sortedKeys(node))
+            plist_dict_set_item(copy, key.constData(), sortedCopy(plist_dict_get_item(node, key.constData())));
+        return copy;
+    }
+    if (PLIST_IS_ARRAY(node)) {
+        const plist_t copy = plist_new_array();
+        for (uint32_t index = 0; index < plist_array_get_size(node); ++index)
+            plist_array_append_item(copy, sortedCopy(plist_array_get_item(node, index)));
+        return copy;
+    }
+    return plist_copy(node);
+}
+
+QByteArray withoutMark(const QByteArray &bytes)
+{
+    return bytes.startsWith("\xEF\xBB\xBF") ? bytes.sliced(3) : bytes;
+}
+
+Failure malformed(const QString &detail)
+{
+    return {Failure::Kind::Malformed, {}, detail};
+}
+
+} // namespace
+
+void PropertyList::FreeNode::operator()(void *node) const
+{
+    plist_free(node);
+}
+
+PropertyList::PropertyList()
+    : PropertyList(Node(plist_new_dict()))
+{
+}
+
+PropertyList::PropertyList(Node root)
+    : m_root(std::move(root))
+{
+}
+
+Result<PropertyList> PropertyList::read(const QByteArray &bytes)
+{
+    if (bytes.size() > PropertyListLimits::mostBytes)
+        return malformed(u"The property list is too large."_qs);
+    const QByteArray text = withoutMark(bytes);
+    const Result<void> check
+        = text.startsWith("bplist00") ? checkBinaryPropertyList(text) : checkXmlPropertyList(text);
+    if (!check)
+        return check.failure();
+
+    plist_t parsed = nullptr;
+    plist_from_memory(text.constData(), static_cast<uint32_t>(text.size()), &parsed);
+    Node root(parsed);
+    if (!root)
+        return malformed(u"The property list cannot be parsed."_qs);
+    if (!PLIST_IS_DICT(root.get()))
+        return malformed(u"The root of the property list is not a dictionary."_qs);
+    return PropertyList(std::move(root));
+}
+
+QByteArray PropertyList::written(Form form) const
+{
+    const Node sorted(sortedCopy(m_root.get()));
+    char *bytes = nullptr;
+    uint32_t length = 0;
+    if (form == Form::Xml)
+        plist_to_xml(sorted.get(), &bytes, &length);
+    else
+        plist_to_bin(sorted.get(), &bytes, &length);
+    const std::unique_ptr<char, FreeMemory> owned(bytes);
+    Q_CHECK_PTR(bytes);
+    return {bytes, static_cast<qsizetype>(length)};
+}
+
+QStringList PropertyList::keys() const
+{
+    QStringList texts;
+    for (const QByteArray &key : sortedKeys(m_root.get()))
+        texts.append(QString::fromUtf8(key));
+    return texts;
+}
+
+std::optional<PropertyList::Type> PropertyList::type(const QString &key) const
+{
+    void *node = find(key);
+    return node ? std::optional(typeOf(node)) : std::nullopt;
+}
+
+std::optional<QString> PropertyList::string(const QString &key) const
+{
+    void *node = find(key, Type::String);
+    return node ? std::optional(textOf(node)) : std::nullopt;
+}
+
+std::optional<bool> PropertyList::boolean(const QString &key) const
+{
+    void *node = find(key, Type::Boolean);
+    if (!node)
+        return std::nullopt;
+    uint8_t value = 0;
+    plist_get_bool_val(node, &value);
+    return value != 0;
+}
+
+std::optional<qint64> PropertyList::integer(const QString &key) const
+{
+    void *node = find(key, Type::Integer);
+    if (!node)
+        return std::nullopt;
+    uint64_t value = 0;
+    plist_get_uint_val(node, &value);
+    return static_cast<qint64>(value);
+}
+
+std::optional<double> PropertyList::real(const QString &key) const
+{
+    void *node = find(key, Type::Real);
+    if (!node)
+        return std::nullopt;
+    double value = 0;
+    plist_get_real_val(node, &value);
+    return value;
+}
+
+std::optional<QByteArray> PropertyList::data(const QString &key) const
+{
+    void *node = find(key, Type::Data);
+    if (!node)
+        return std::nullopt;
+    uint64_t length = 0;
+    const char *bytes = plist_get_data_ptr(node, &length);
+    return QByteArray(bytes, static_cast<qsizetype>(length));
+}
+
+std::optional<QStringList> PropertyList::stringArray(const QString &key) const
+{
+    void *node = find(key, Type::Array);
+    if (!node)
+        return std::nullopt;
+    QStringList texts;
+    for (uint32_t index = 0; index < plist_array_get_size(node); ++index) {
+        const plist_t element = plist_array_get_item(node, index);
+        if (!PLIST_IS_STRING(element))
+            return std::nullopt;
+        texts.append(textOf(element));
+    }
+    return texts;
+}
+
+void PropertyList::setString(const QString &key, const QString &value)
+{
+    set(key, plist_new_string(value.toUtf8().constData()));
+}
+
+void PropertyList::setBoolean(const QString &key, bool value)
+{
+    set(key, plist_new_bool(value ? 1 : 0));
+}
+
+void PropertyList::setInteger(const QString &key, qint64 value)
+{
+    set(key, plist_new_uint(static_cast<uint64_t>(value)));
+}
+
+void PropertyList::setReal(const QString &key, double value)
+{
+    set(key, plist_new_real(value));
+}
+
+void PropertyList::setData(const QString &key, const QByteArray &value)
+{
+    set(key, plist_new_data(value.constData(), static_cast<uint64_t>(value.size())));
+}
+
+void PropertyList::setStringArray(const QString &key, const QStringList &value)
+{
+    const plist_t array = plist_new_array();
+    for (const QString &text : value)
+        plist_array_append_item(array, plist_new_string(text.toUtf8().constData()));
+    set(key, array);
+}
+
+void PropertyList::remove(const QString &key)
+{
+    if (find(key))
+        plist_dict_remove_item(m_root.get(), key.toUtf8().constData());
+}
+
+void *PropertyList::find(const QString &key) const
+{
+    return plist_dict_get_item(m_root.get(), key.toUtf8().constData());
+}
+
+void *PropertyList::find(const QString &key, Type type) const
+{
+    void *node = find(key);
+    return node && typeOf(node) == type ? node : nullptr;
+}
+
+void PropertyList::set(const QString &key, void *node)
+{
+    plist_dict_set_item(m_root.get(), key.toUtf8().constData(), node);
+}
+
+} // namespace Quillmere
