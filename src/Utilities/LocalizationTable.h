@@ -11,7 +11,7 @@
 
 namespace Quillmere {
 
-/// Texts by key, then by the language's stored code ("en", "es", "ru"). Immutable once built, so any thread may read it.
+/// Texts by key, then by the language's stored code ("en", "es", "ru"). Immutable once built; any thread may read it.
 class LocalizationTable
 {
 public:

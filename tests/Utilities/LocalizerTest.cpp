@@ -42,7 +42,8 @@ class DesktopLanguageTest : public testing::TestWithParam<DesktopCase>
 
 TEST_P(DesktopLanguageTest, IsFollowedWhileTheChoiceIsSystem)
 {
-    const Localizer localizer(std::make_shared<PretendUserDefaults>(), desktopSpeaks(QString::fromUtf8(GetParam().code)));
+    const QString code = QString::fromUtf8(GetParam().code);
+    const Localizer localizer(std::make_shared<PretendUserDefaults>(), desktopSpeaks(code));
 
     EXPECT_EQ(localizer.language(), Language::System);
     EXPECT_EQ(localizer.effectiveLanguage(), GetParam().effective);
@@ -118,7 +119,8 @@ TEST_F(LocalizerTest, PublishesAChangeThatListenersCanAlreadyRead)
 {
     Localizer localizer(defaults, desktopSpeaks(u"en"_qs));
     QStringList heard;
-    QObject::connect(&localizer, &Localizer::languageChanged, [&] { heard.append(localizer.localized(u"menu.quit"_qs)); });
+    QObject::connect(&localizer, &Localizer::languageChanged,
+                     [&] { heard.append(localizer.localized(u"menu.quit"_qs)); });
 
     localizer.setLanguage(Language::Spanish);
     localizer.setLanguage(Language::Russian);

@@ -21,10 +21,7 @@ struct Wording
     QString russian;
 
     [[nodiscard]] QStringList all() const { return {english, spanish, russian}; }
-    [[nodiscard]] std::string described() const
-    {
-        return (key + u": "_qs + all().join(u" | "_qs)).toStdString();
-    }
+    [[nodiscard]] std::string described() const { return (key + u": "_qs + all().join(u" | "_qs)).toStdString(); }
 };
 
 Wording wordingOf(const LocalizationTable &table, const QString &key)
