@@ -66,9 +66,9 @@ Rectangle {
             spacing: 16
 
             ActionButton { text: "Erase System Drive"; kind: ActionButton.Destructive; size: ActionButton.Large }
-            ActionButton { y: 4; text: "Run"; kind: ActionButton.DestructiveQuiet; size: ActionButton.Row }
-            ActionButton { y: 4; text: "Run"; kind: ActionButton.Tinted; size: ActionButton.Row }
-            ActionButton { y: 5; text: "Show More"; symbol: "chevron.down"; kind: ActionButton.Text }
+            ActionButton { y: 4; text: "Run"; kind: ActionButton.DestructiveQuiet; size: ActionButton.Small }
+            ActionButton { y: 4; text: "Run"; kind: ActionButton.Tinted; size: ActionButton.Small }
+            ActionButton { y: 5; text: "Show More"; symbol: "chevron.down"; kind: ActionButton.TextOnly }
         }
     }
 }

@@ -5,14 +5,13 @@ import Quillmere
 PressableControl {
     id: root
 
-    enum Kind { Quiet, Primary, Tinted, Destructive, DestructiveQuiet, Text, On }
-    enum Size { Regular, Large, Row, Flat }
+    enum Kind { Quiet, Primary, Tinted, Destructive, DestructiveQuiet, TextOnly, On }
+    enum Size { Regular, Large, Small, Flat }
 
     property int kind: ActionButton.Quiet
-    property int size: kind === ActionButton.Text ? ActionButton.Flat : ActionButton.Regular
+    property int size: kind === ActionButton.TextOnly ? ActionButton.Flat : ActionButton.Regular
     property string symbol
 
-    readonly property bool solid: kind === ActionButton.Primary || kind === ActionButton.Destructive
     readonly property color ink: {
         if (!enabled)
             return Theme.tint(Theme.textTertiary, 0.75);
@@ -24,7 +23,7 @@ PressableControl {
             return Theme.accentSoftText;
         case ActionButton.DestructiveQuiet:
             return Theme.redText;
-        case ActionButton.Text:
+        case ActionButton.TextOnly:
             return Theme.accent;
         case ActionButton.On:
             return Theme.greenText;
@@ -55,7 +54,7 @@ PressableControl {
         symbol: root.symbol
         symbolSize: root.size === ActionButton.Large ? 18 : 16
         textSize: root.size === ActionButton.Large ? 14 : 13
-        weight: root.kind === ActionButton.Text ? Font.Medium : Font.DemiBold
+        weight: root.kind === ActionButton.TextOnly ? Font.Medium : Font.DemiBold
         color: root.ink
     }
 }

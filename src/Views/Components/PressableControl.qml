@@ -22,8 +22,8 @@ T.AbstractButton {
             root.clicked();
     }
 
-    Keys.onReturnPressed: click()
-    Keys.onEnterPressed: click()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     HitArea {
         id: hitArea

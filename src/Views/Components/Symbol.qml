@@ -12,7 +12,8 @@ Image {
     width: size
     height: size
     source: name === "" ? "" : "image://symbol/" + name + "?color=" + color.toString().slice(1)
-    sourceSize: Qt.size(size, size)
+    sourceSize.width: size
+    sourceSize.height: size
 
     Accessible.ignored: true
 }

@@ -12,6 +12,7 @@ Item {
     property int gap: 8
     property int weight: Font.DemiBold
     property color color: Theme.text
+    property color symbolColor: color
 
     readonly property real lead: symbol === "" ? 0 : symbolSize + (text === "" ? 0 : gap)
 
@@ -28,7 +29,7 @@ Item {
             visible: root.symbol !== ""
             name: root.symbol
             size: root.symbolSize
-            color: root.color
+            color: root.symbolColor
         }
 
         BodyText {

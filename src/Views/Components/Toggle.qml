@@ -41,8 +41,6 @@ PressableControl {
 
     contentItem: Item {
         Rectangle {
-            id: knob
-
             x: root.on ? parent.width - width - 2 : 2
             y: 2
             width: 18

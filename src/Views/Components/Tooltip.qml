@@ -10,8 +10,8 @@ T.ToolTip {
 
     x: parent ? Math.round((parent.width - width) / 2) : 0
     y: parent ? parent.height + 8 : 0
-    implicitWidth: Math.min(widest, label.implicitWidth + leftPadding + rightPadding)
-    implicitHeight: Math.max(30, label.implicitHeight + topPadding + bottomPadding)
+    implicitWidth: Math.min(widest, implicitContentWidth + leftPadding + rightPadding)
+    implicitHeight: Math.max(30, implicitContentHeight + topPadding + bottomPadding)
     margins: 8
     leftPadding: 11
     rightPadding: 11
@@ -44,8 +44,6 @@ T.ToolTip {
     }
 
     contentItem: BodyText {
-        id: label
-
         size: 12
         weight: Font.Medium
         color: Theme.tooltipText

@@ -1,0 +1,15 @@
+import QtQuick
+import Quillmere
+
+/// A button that opens a menu below itself.
+ActionButton {
+    id: root
+
+    required property ContextMenu menu
+
+    symbol: "chevron.down"
+
+    Accessible.role: Accessible.ButtonMenu
+
+    onClicked: menu.popup(root, 0, root.height + 4)
+}

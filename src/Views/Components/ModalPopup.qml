@@ -1,0 +1,76 @@
+import QtQuick
+import QtQuick.Templates as T
+import Quillmere
+
+/// What sheets and alerts have in common: they stand in the middle of a dimmed window, keep the keyboard inside, and
+/// ask by `dismissed` when Escape is pressed. The owner shows and hides them by `visible`.
+T.Popup {
+    id: root
+
+    property string accessibleName
+    /// Takes the keyboard first. By default the first control inside.
+    property Item initialFocus: null
+    property bool openedByKeyboard: false
+
+    readonly property int edge: 22
+    readonly property real roomWidth: parent ? parent.width - 2 * edge : 0
+    readonly property real roomHeight: parent ? parent.height - 2 * edge : 0
+
+    signal dismissed()
+
+    function takeFocus() {
+        const reason = openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason;
+        if (initialFocus !== null)
+            initialFocus.forceActiveFocus(reason);
+        else
+            contentItem.nextItemInFocusChain(true).forceActiveFocus(reason);
+    }
+
+    parent: T.Overlay.overlay
+    x: parent ? Math.round((parent.width - width) / 2) : 0
+    y: parent ? Math.round((parent.height - height) / 2) : 0
+    modal: true
+    focus: true
+    closePolicy: T.Popup.NoAutoClose
+
+    onAboutToShow: {
+        const before = parent.Window.activeFocusItem as T.Control;
+        openedByKeyboard = before !== null && before.visualFocus;
+    }
+    onOpened: takeFocus()
+
+    enter: Transition {
+        NumberAnimation {
+            property: "opacity"
+            from: 0
+            to: 1
+            duration: Theme.sheetInDuration
+            easing.type: Easing.OutCubic
+        }
+    }
+
+    exit: Transition {
+        NumberAnimation {
+            property: "opacity"
+            from: 1
+            to: 0
+            duration: Theme.sheetOutDuration
+            easing.type: Easing.InCubic
+        }
+    }
+
+    T.Overlay.modal: Rectangle {
+        color: Theme.dim
+
+        Behavior on opacity {
+            NumberAnimation {
+                duration: Theme.sheetOutDuration
+            }
+        }
+    }
+
+    background: RaisedSurface {
+        Accessible.role: Accessible.Dialog
+        Accessible.name: root.accessibleName
+    }
+}

@@ -1,0 +1,126 @@
+import QtQuick
+import QtQuick.Templates as T
+import Quillmere
+
+/// Covers a screen while its work runs: what is done, with what, how far, and the way to stop it. Fills its parent and
+/// holds the keyboard while `visible`; Escape is Cancel. It decides nothing: its owner shows and hides it.
+FocusScope {
+    id: root
+
+    property string title
+    property string message
+    /// From 0.0 to 1.0.
+    property real progress: 0
+    property string symbol: "search"
+
+    signal cancelled()
+
+    property Item focusBefore: null
+
+    function takeFocus() {
+        const before = Window.activeFocusItem;
+        if (before !== cancelButton)
+            focusBefore = before;
+        const control = before as T.Control;
+        const byKeyboard = control !== null && control.visualFocus;
+        cancelButton.forceActiveFocus(byKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
+    }
+
+    function giveFocusBack() {
+        if (focusBefore !== null && focusBefore.visible)
+            focusBefore.forceActiveFocus(Qt.PopupFocusReason);
+        focusBefore = null;
+    }
+
+    anchors.fill: parent
+    z: 10
+
+    Accessible.role: Accessible.Dialog
+    Accessible.name: title
+
+    Keys.onEscapePressed: cancelled()
+
+    onVisibleChanged: visible ? takeFocus() : giveFocusBack()
+    Component.onCompleted: {
+        if (visible)
+            takeFocus();
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.dim
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        hoverEnabled: true
+        acceptedButtons: Qt.AllButtons
+        onWheel: wheel => wheel.accepted = true
+    }
+
+    RaisedSurface {
+        anchors.centerIn: parent
+        width: Math.max(364, cancelButton.implicitWidth + 64)
+        height: 262 + heading.extraHeight
+
+        Ripple {
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: 12
+            dropSize: 40
+            symbolSize: 20
+            symbol: root.symbol
+            working: root.visible
+        }
+
+        SheetTitleText {
+            id: heading
+
+            readonly property real extraHeight: Math.max(0, implicitHeight - 26)
+
+            x: 32
+            y: 107
+            width: parent.width - 64
+            text: root.title
+            size: 17
+            weight: Font.DemiBold
+            horizontalAlignment: Text.AlignHCenter
+        }
+
+        ElidingText {
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: 138 + heading.extraHeight
+            width: 300
+            text: root.message
+            color: Theme.textSecondary
+            elide: Text.ElideMiddle
+            horizontalAlignment: Text.AlignHCenter
+        }
+
+        ProgressBar {
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: 172 + heading.extraHeight
+            width: 300
+            value: root.progress
+        }
+
+        ActionButton {
+            id: cancelButton
+
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: parent.height - 56
+            leftPadding: 26
+            text: Texts.localized("common.cancel")
+
+            // The only stop while the overlay stands: Tab stays here and shows where it is.
+            function stay() {
+                focus = false;
+                forceActiveFocus(Qt.TabFocusReason);
+            }
+
+            Keys.onTabPressed: stay()
+            Keys.onBacktabPressed: stay()
+
+            onClicked: root.cancelled()
+        }
+    }
+}

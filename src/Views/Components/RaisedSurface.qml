@@ -1,0 +1,23 @@
+import QtQuick
+import Quillmere
+
+/// The ground of what lies above a screen: sheets, alerts, overlays.
+Item {
+    id: root
+
+    property real radius: Theme.sheetRadius
+
+    Elevation {
+        anchors.fill: parent
+        level: Elevation.Sheet
+        radius: root.radius
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        radius: root.radius
+        color: Theme.raised
+        border.width: 1
+        border.color: Theme.raisedBorder
+    }
+}

@@ -1,0 +1,126 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import Quillmere
+
+/// One of a few choices, all in sight. It asks by `picked` and stands as `currentIndex` says. One stop for Tab; the
+/// arrow keys move the choice.
+T.Control {
+    id: root
+
+    property var model: []
+    property int currentIndex: 0
+    property string accessibleName
+
+    signal picked(int index)
+
+    readonly property real naturalSegment: {
+        let widest = 0;
+        for (let i = 0; i < segments.count; ++i)
+            widest = Math.max(widest, segments.itemAt(i) ? segments.itemAt(i).implicitWidth : 0);
+        return widest;
+    }
+    readonly property real naturalWidth: {
+        let sum = 6;
+        for (let i = 0; i < segments.count; ++i)
+            sum += segments.itemAt(i) ? segments.itemAt(i).implicitWidth : 0;
+        return sum;
+    }
+    /// Room that each segment gets beyond, or lacks to, its own width.
+    readonly property real surplus: segments.count > 0 ? (width - naturalWidth) / segments.count : 0
+
+    function move(step: int) {
+        const next = currentIndex + step;
+        if (next >= 0 && next < segments.count)
+            picked(next);
+    }
+
+    implicitWidth: naturalWidth
+    implicitHeight: Math.max(32, row.tallest + 6)
+    focusPolicy: Qt.TabFocus
+
+    Accessible.role: Accessible.Grouping
+    Accessible.name: accessibleName
+
+    Keys.onLeftPressed: move(-1)
+    Keys.onRightPressed: move(1)
+
+    background: Rectangle {
+        radius: Theme.controlRadius
+        color: Theme.well
+        border.width: Theme.dark ? 1 : 0
+        border.color: Theme.cardBorder
+
+        FocusRing {
+            shown: root.visualFocus
+        }
+    }
+
+    Row {
+        id: row
+
+        readonly property real tallest: {
+            let height = 26;
+            for (let i = 0; i < segments.count; ++i)
+                height = Math.max(height, segments.itemAt(i) ? segments.itemAt(i).implicitHeight : 0);
+            return height;
+        }
+
+        x: 3
+        y: 3
+        height: root.height - 6
+
+        Repeater {
+            id: segments
+
+            model: root.model
+
+            PressableControl {
+                id: segment
+
+                required property int index
+                required property string modelData
+                readonly property bool chosen: index === root.currentIndex
+
+                width: Math.max(24, implicitWidth + root.surplus)
+                height: row.height
+                leftPadding: root.surplus < 0 ? 6 : 13
+                rightPadding: leftPadding
+                topPadding: 4
+                bottomPadding: 4
+                focusPolicy: Qt.NoFocus
+                text: modelData
+
+                Accessible.role: Accessible.RadioButton
+                Accessible.checkable: true
+                Accessible.checked: chosen
+
+                onClicked: root.picked(index)
+
+                background: Item {
+                    Elevation {
+                        anchors.fill: parent
+                        visible: segment.chosen && segment.enabled
+                        level: Elevation.Control
+                        radius: 7
+                    }
+
+                    Rectangle {
+                        anchors.fill: parent
+                        visible: segment.chosen || segment.hovered
+                        radius: 7
+                        color: segment.chosen ? Theme.segment : Theme.tint(Theme.text, 0.05)
+                    }
+                }
+
+                contentItem: SymbolLabel {
+                    text: segment.text
+                    weight: segment.chosen ? Font.DemiBold : Font.Medium
+                    color: !segment.enabled ? Theme.tint(Theme.textTertiary, 0.75)
+                                            : segment.chosen ? Theme.text : Theme.textSecondary
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,27 @@
+import QtQuick
+import Quillmere
+
+/// A large figure with the word that says what it is, for the head of a screen.
+Row {
+    id: root
+
+    property string figure
+    property string caption
+
+    spacing: 6
+
+    Figure {
+        id: number
+
+        text: root.figure
+        size: 22
+        weight: Font.Bold
+        color: Theme.accent
+    }
+
+    BodyText {
+        anchors.baseline: number.baseline
+        text: root.caption
+        color: Theme.textSecondary
+    }
+}
