@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Platform/Clock.h"
+
+namespace Quillmere {
+
+/// The machine's own clock.
+class SystemClock final : public Clock
+{
+public:
+    [[nodiscard]] QDateTime now() const override;
+};
+
+} // namespace Quillmere
