@@ -1,0 +1,113 @@
+#include "Services/HistoryService.h"
+
+#include "Services/OperationLogCoding.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace Quillmere {
+
+namespace {
+
+/// The type's name in exports, in English whatever the language.
+QString csvLabel(OperationType type)
+{
+    switch (type) {
+    case OperationType::SafeScan:
+        return u"Safe Scan"_qs;
+    case OperationType::SafeCleanup:
+        return u"Safe Cleanup"_qs;
+    case OperationType::BrowserScan:
+        return u"Browser Scan"_qs;
+    case OperationType::BrowserCleanup:
+        return u"Browser Cleanup"_qs;
+    case OperationType::LargeFilesScan:
+        return u"Large Files Scan"_qs;
+    case OperationType::StartupScan:
+        return u"Startup Scan"_qs;
+    case OperationType::SpotlightReset:
+        return u"Spotlight Reset"_qs;
+    case OperationType::FullScan:
+        return u"Full Scan"_qs;
+    }
+    Q_UNREACHABLE();
+}
+
+QString csvLine(const OperationLog &log, const DateStyle &dateStyle)
+{
+    const QStringList fields = {
+        formatShortDateAndTime(log.date, dateStyle),
+        csvLabel(log.operationType),
+        QString::number(log.foundSize),
+        QString::number(log.cleanedSize),
+        QString::number(log.filesRemoved),
+        QString::number(log.filesSkipped),
+        rawValue(log.status),
+    };
+    return fields.join(u',') + u'\n';
+}
+
+void print(const Failure &failure)
+{
+    const QString where = failure.path.isEmpty() ? QString() : u" ("_qs + failure.path.displayText() + u')';
+    std::printf("Failed to save history: %s\n", qUtf8Printable(failure.detail + where));
+    std::fflush(stdout);
+}
+
+} // namespace
+
+HistoryService::HistoryService(std::shared_ptr<const FileManager> files)
+    : m_files(std::move(files))
+{
+}
+
+void HistoryService::save(const OperationLog &log) const
+{
+    const Result<QByteArray> json = encodeOperationLogs(loadHistory() << log);
+    const Result<void> saved
+        = json ? m_files->writeFile(file(), json.value(), WriteMode::InPlace) : Result<void>(json.failure());
+    if (!saved)
+        print(saved.failure());
+}
+
+QList<OperationLog> HistoryService::loadHistory() const
+{
+    const Result<QByteArray> json = m_files->contentsOfFile(file());
+    if (!json)
+        return {};
+    QList<OperationLog> logs = decodeOperationLogs(json.value()).valueOr({});
+    std::ranges::stable_sort(logs, std::ranges::greater(), &OperationLog::date);
+    return logs;
+}
+
+void HistoryService::clearHistory() const
+{
+    // Whether there was nothing to delete or it could not be deleted, loading shows what is left.
+    [[maybe_unused]] const Result<void> removed = m_files->removeItem(file());
+}
+
+QString HistoryService::exportCSV(const QList<OperationLog> &logs, const DateStyle &dateStyle) const
+{
+    QString text = u"Date,Type,Found Size,Cleaned Size,Files Removed,Files Skipped,Status\n"_qs;
+    for (const OperationLog &log : logs)
+        text += csvLine(log, dateStyle);
+    return text;
+}
+
+QString HistoryService::exportJSON(const QList<OperationLog> &logs) const
+{
+    return QString::fromUtf8(encodeOperationLogs(logs).valueOr("[]"));
+}
+
+/// Makes the folder each time; whether that worked shows when the file is read or written.
+FilePath HistoryService::file() const
+{
+    const FilePath support = m_files->applicationSupportDirectory();
+    if (support.isEmpty())
+        qFatal("This user has no Application Support folder.");
+    const FilePath folder = support.appending("Quillmere");
+    [[maybe_unused]] const Result<void> created = m_files->createDirectory(folder, Intermediates::Create);
+    return folder.appending("history.json");
+}
+
+} // namespace Quillmere
