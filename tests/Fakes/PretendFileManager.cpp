@@ -47,6 +47,20 @@ void PretendFileManager::addLink(const FilePath &path, const FilePath &target)
     insert(path, node);
 }
 
+void PretendFileManager::addSocket(const FilePath &path)
+{
+    const std::scoped_lock guard(m_mutex);
+    Node node;
+    node.type = FileType::Other;
+    insert(path, node);
+}
+
+void PretendFileManager::giveAway(const FilePath &path)
+{
+    const std::scoped_lock guard(m_mutex);
+    find(path)->ownedByUser = false;
+}
+
 void PretendFileManager::lock(const FilePath &path)
 {
     const std::scoped_lock guard(m_mutex);
@@ -191,6 +205,7 @@ Result<FileAttributes> PretendFileManager::attributesOfItem(const FilePath &path
     attributes.type = node->type;
     attributes.size = node->type == FileType::Regular ? node->bytes : 0;
     attributes.allocatedSize = attributes.size;
+    attributes.isOwnedByUser = node->ownedByUser;
     return attributes;
 }
 

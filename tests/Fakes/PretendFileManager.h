@@ -22,6 +22,8 @@ public:
     void addFolder(const FilePath &path);
     void addFile(const FilePath &path, qint64 bytes, const QByteArray &contents = {});
     void addLink(const FilePath &path, const FilePath &target);
+    void addSocket(const FilePath &path);
+    void giveAway(const FilePath &path);                   ///< From now on it belongs to another user.
     void lock(const FilePath &path);                       ///< From now on it may not be read.
     void refuse(const FilePath &path, Failure::Kind kind); ///< From now on it may not be trashed, removed or written.
     void setTemporaryDirectory(const FilePath &path);
@@ -63,6 +65,7 @@ private:
         FilePath target;
         QList<QByteArray> children;
         bool locked = false;
+        bool ownedByUser = true;
         std::optional<Failure::Kind> refusal;
     };
 

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "Values/FilePath.h"
+
+#include <functional>
+
+namespace Quillmere {
+
+/// The user's folders by the XDG base directory specification, which need not exist.
+struct BaseDirectories
+{
+    /// Gives the value of an environment variable; empty when it is not set.
+    using Environment = std::function<QByteArray(const char *name)>;
+
+    FilePath cache;
+    FilePath config;
+    FilePath data;
+    FilePath state;
+
+    /// A variable that is empty or names no absolute location counts as not set.
+    [[nodiscard]] static BaseDirectories of(const FilePath &home, const Environment &environment = qgetenv);
+};
+
+} // namespace Quillmere

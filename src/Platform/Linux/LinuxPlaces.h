@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Platform/FileManager.h"
+#include "Platform/Linux/BaseDirectories.h"
+#include "Platform/Linux/PlacePattern.h"
+#include "Platform/Linux/PlacesData.h"
+#include "Platform/Places.h"
+
+#include <memory>
+
+namespace Quillmere {
+
+/// The rows and kept places of Places.json, filled in with the folders of this user as they are when it is made.
+/// Roots come with their links followed, so that what is found in them lies below no link, and no two rows offer
+/// the same thing.
+class LinuxPlaces final : public Places
+{
+public:
+    explicit LinuxPlaces(std::shared_ptr<const FileManager> files,
+                         const BaseDirectories::Environment &environment = qgetenv,
+                         const PlacesData &data = PlacesData::builtIn());
+
+    [[nodiscard]] QList<PlaceRow> rowsBehind(PlaceTable table) const override { return m_rows.value(table); }
+    /// Beside the kept places themselves: what holds the root of another row, what holds the socket of a running
+    /// program, and what lies in the temporary directory and belongs to somebody else.
+    [[nodiscard]] std::optional<QString> reasonToKeep(const FilePath &item) const override;
+
+private:
+    struct Kept
+    {
+        PlacePattern pattern;
+        QString reason;
+    };
+
+    void takeFolders(const BaseDirectories::Environment &environment, const PlacesData &data);
+    void takeRows(const PlacesData &data);
+    void takeKept(const PlacesData &data);
+    [[nodiscard]] FilePath location(const PlacesData::Place &place) const;
+    [[nodiscard]] QList<PlacePattern> patterns(const PlacesData::Place &place) const;
+    [[nodiscard]] bool mayBeRoot(const FilePath &folder, const PlacesData &data) const;
+
+    [[nodiscard]] std::optional<QString> reasonOfPlace(const FilePath &item) const;
+    [[nodiscard]] std::optional<QString> reasonOfUse(const FilePath &item) const;
+
+    std::shared_ptr<const FileManager> m_files;
+    QHash<QByteArray, FilePath> m_bases;
+    QHash<PlaceTable, QList<PlaceRow>> m_rows;
+    QList<FilePath> m_roots; ///< Of all rows, the program's own tables included.
+    QList<Kept> m_kept;
+};
+
+} // namespace Quillmere

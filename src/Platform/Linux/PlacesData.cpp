@@ -1,0 +1,68 @@
+#include "Platform/Linux/PlacesData.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace Quillmere {
+
+namespace {
+
+QList<PlacesData::ReasonedPlace> reasonedPlaces(const QJsonArray &entries)
+{
+    QList<PlacesData::ReasonedPlace> places;
+    for (const QJsonValue &entry : entries)
+        places.append({PlacesData::Place::parse(entry[u"place"].toString().toUtf8()), entry[u"reason"].toString()});
+    return places;
+}
+
+QList<PlacesData::Row> rows(const QJsonArray &entries)
+{
+    QList<PlacesData::Row> rows;
+    for (const QJsonValue &entry : entries) {
+        rows.append({PlacesData::Place::parse(entry[u"root"].toString().toUtf8()), entry[u"suffix"].toString().toUtf8(),
+                     entry[u"reason"].toString()});
+    }
+    return rows;
+}
+
+PlacesData read(const QString &name)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("The places in %s are missing from the program.", qUtf8Printable(name));
+    const QJsonObject document = QJsonDocument::fromJson(file.readAll()).object();
+
+    PlacesData data;
+    for (const QJsonValue &root : document[u"programRoots"].toArray())
+        data.programRoots.append(PlacesData::Place::parse(root.toString().toUtf8()));
+    const QJsonObject tables = document[u"rows"].toObject();
+    data.rows = {
+        {PlaceTable::UserCache, rows(tables[u"userCache"].toArray())},
+        {PlaceTable::UserLogs, rows(tables[u"userLogs"].toArray())},
+        {PlaceTable::ContainerCache, rows(tables[u"containerCache"].toArray())},
+        {PlaceTable::TemporaryFiles, rows(tables[u"temporaryFiles"].toArray())},
+    };
+    data.notRoots = reasonedPlaces(document[u"notRoots"].toArray());
+    data.keep = reasonedPlaces(document[u"keep"].toArray());
+    return data;
+}
+
+} // namespace
+
+PlacesData::Place PlacesData::Place::parse(const QByteArray &text)
+{
+    QList<QByteArray> names = text.split('/');
+    const QByteArray base = names.takeFirst();
+    names.removeAll(QByteArray());
+    return {base, names};
+}
+
+const PlacesData &PlacesData::builtIn()
+{
+    static const PlacesData data = read(u":/platform/Places.json"_qs);
+    return data;
+}
+
+} // namespace Quillmere

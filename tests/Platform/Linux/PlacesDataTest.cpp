@@ -1,0 +1,89 @@
+#include "Platform/Linux/PlacesData.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace Quillmere;
+
+namespace {
+
+const QList<PlaceTable> tables
+    = {PlaceTable::UserCache, PlaceTable::UserLogs, PlaceTable::ContainerCache, PlaceTable::TemporaryFiles};
+
+QList<PlacesData::Row> allRows()
+{
+    QList<PlacesData::Row> rows;
+    for (const PlaceTable table : tables)
+        rows += PlacesData::builtIn().rows.value(table);
+    return rows;
+}
+
+QByteArray text(const PlacesData::Place &place)
+{
+    return place.base + '/' + place.names.join('/');
+}
+
+bool isSentence(const QString &reason)
+{
+    return reason.size() > 10 && reason.front().isUpper() && reason.endsWith(u'.');
+}
+
+} // namespace
+
+TEST(PlacesDataTest, GivesAReasonForEachRow)
+{
+    ASSERT_FALSE(allRows().isEmpty());
+    for (const PlacesData::Row &row : allRows())
+        EXPECT_TRUE(isSentence(row.reason)) << text(row.root).constData();
+}
+
+TEST(PlacesDataTest, GivesAReasonForEachKeptPlaceAndForEachThatIsNoRoot)
+{
+    const PlacesData &data = PlacesData::builtIn();
+    ASSERT_FALSE(data.keep.isEmpty());
+    ASSERT_FALSE(data.notRoots.isEmpty());
+    for (const PlacesData::ReasonedPlace &kept : data.keep + data.notRoots)
+        EXPECT_TRUE(isSentence(kept.reason)) << text(kept.place).constData();
+}
+
+TEST(PlacesDataTest, BeginsEachPlaceWithAFolderThatIsKnown)
+{
+    const PlacesData &data = PlacesData::builtIn();
+    QList<PlacesData::Place> places = data.programRoots;
+    for (const PlacesData::Row &row : allRows())
+        places.append(row.root);
+    for (const PlacesData::ReasonedPlace &kept : data.keep + data.notRoots)
+        places.append(kept.place);
+
+    for (const PlacesData::Place &place : places)
+        EXPECT_THAT(place.base, testing::AnyOf("", "~", "$cache", "$config", "$data", "$state", "$temporary"));
+}
+
+TEST(PlacesDataTest, OffersOnlyWhatIsNamedForCachesOrLogs)
+{
+    for (const PlacesData::Row &row : allRows()) {
+        const QByteArray offered = row.suffix.isEmpty() ? text(row.root) : row.suffix;
+        const QByteArray name = offered.endsWith('/') ? row.root.base : offered.mid(offered.lastIndexOf('/') + 1);
+        EXPECT_THAT(name, testing::AnyOf("$cache", "cache", ".cache", "log", "logs")) << text(row.root).constData();
+    }
+}
+
+TEST(PlacesDataTest, NamesEachPlaceOnce)
+{
+    QList<QByteArray> seen;
+    for (const PlacesData::ReasonedPlace &kept : PlacesData::builtIn().keep) {
+        EXPECT_FALSE(seen.contains(text(kept.place))) << text(kept.place).constData();
+        seen.append(text(kept.place));
+    }
+}
+
+TEST(PlacesDataTest, SplitsAPlaceIntoItsBaseAndNames)
+{
+    const PlacesData::Place place = PlacesData::Place::parse("$cache/a/b*");
+    EXPECT_EQ(place.base, "$cache");
+    EXPECT_EQ(place.names, QList<QByteArray>({"a", "b*"}));
+
+    const PlacesData::Place absolute = PlacesData::Place::parse("/var/tmp");
+    EXPECT_EQ(absolute.base, "");
+    EXPECT_EQ(absolute.names, QList<QByteArray>({"var", "tmp"}));
+}
