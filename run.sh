@@ -1,0 +1,118 @@
+#!/bin/bash
+# Sets up, builds and starts Quillmere.
+set -euo pipefail
+
+usage() {
+    cat <<'TEXT'
+Usage: ./run.sh [--sample-home [--size normal]] [--build-only]
+
+Installs what is missing from Debian 12, builds Quillmere and starts it. Without a display it starts on a
+virtual screen and says how to look at it.
+
+  --sample-home   Starts on a made-up home full of rubbish, in which every button may be tried. It is made in a
+                  temporary folder and taken away at the end. Disks, power and passwords of this machine are out
+                  of reach meanwhile; its running programs are not.
+  --size normal   A larger sample home, of about 1 GB instead of 300 MB.
+  --build-only    Does not start it.
+  --help          Prints this.
+TEXT
+}
+
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+cd "$here"
+. packaging/debian-packages.sh
+. packaging/virtual-screen.sh
+
+sample_home=no
+sample_size=small
+start=yes
+while [ $# -gt 0 ]; do
+    case $1 in
+        --sample-home) sample_home=yes ;;
+        --size)
+            sample_size=${2:-}
+            shift
+            ;;
+        --build-only) start=no ;;
+        --help)
+            usage
+            exit 0
+            ;;
+        *)
+            usage >&2
+            exit 2
+            ;;
+    esac
+    shift
+done
+
+build() {
+    install_packages build run
+    # Leaves the test programs out, and with them what only they need.
+    [ -f build/release/build.ninja ] || cmake --preset release -DBUILD_TESTING=OFF -DQUILLMERE_BENCHMARKS=OFF
+    cmake --build --preset release
+}
+
+has_display() { [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; }
+
+# The display and the session are found through the home and the runtime directory, which are about to change.
+hold_on_to_display() {
+    local runtime=${XDG_RUNTIME_DIR:-}
+    export XAUTHORITY=${XAUTHORITY:-$HOME/.Xauthority}
+    case ${WAYLAND_DISPLAY:-} in
+        '' | /*) ;;
+        *) export WAYLAND_DISPLAY=$runtime/$WAYLAND_DISPLAY ;;
+    esac
+}
+
+make_sample_home() {
+    sample=$(mktemp -d "${TMPDIR:-/tmp}/quillmere-sample-XXXXXX")
+    tests/SampleHome/make_sample_home.py "$sample" --size "$sample_size" >/dev/null
+    set -a
+    . "$sample/environment"
+    # No system bus: no disk, no power switch and no password dialog of this machine.
+    DBUS_SYSTEM_BUS_ADDRESS=unix:path=$sample/no-system-bus
+    set +a
+    echo "The sample home is $HOME."
+}
+
+finish() {
+    local status=$?
+    trap - EXIT
+    [ -z "${running:-}" ] || kill -- "-$running" 2>/dev/null || true
+    stop_virtual_screen
+    if [ -n "${sample:-}" ]; then
+        tests/SampleHome/make_sample_home.py "$sample" --check &&
+            echo "Every document of the sample home is still there, unchanged."
+        tests/SampleHome/make_sample_home.py "$sample" --remove
+    fi
+    exit "$status"
+}
+
+build
+[ $start = yes ] || exit 0
+
+trap finish EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM HUP
+if has_display; then
+    hold_on_to_display
+else
+    install_packages screen
+    start_virtual_screen
+fi
+
+program=("$here/build/release/src/App/quillmere")
+if [ $sample_home = yes ]; then
+    make_sample_home
+    # A session of its own: another Quillmere, on the real home, must not be the one that comes to the front.
+    program=(dbus-run-session -- "${program[@]}")
+elif [ -z "${DBUS_SESSION_BUS_ADDRESS:-}" ] && ! [ -S "${XDG_RUNTIME_DIR:-}/bus" ]; then
+    program=(dbus-run-session -- "${program[@]}")
+fi
+# In a process group of its own, so that at the end it goes with everything that it started.
+set -m
+"${program[@]}" &
+running=$!
+set +m
+wait "$running"
