@@ -1,0 +1,129 @@
+#include "App/QuillmereApp.h"
+
+#include "Views/ViewsModule.h"
+
+#include <QGuiApplication>
+
+namespace Quillmere {
+
+QuillmereApp::QuillmereApp(Machine machine, QObject *parent)
+    : QObject(parent)
+    , m_machine(std::move(machine))
+    , m_localizer(m_machine.defaults)
+    , m_history(m_machine.files)
+    , m_state(m_machine.defaults)
+    , m_viewModels(m_machine, m_history)
+{
+    install();
+    // The program lives on in the background with all its windows hidden.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    connect(&m_state, &AppState::settingsChanged, this, &QuillmereApp::applyAppearance);
+    m_machine.appearance->observe([this] { applyAppearance(); });
+}
+
+QuillmereApp::~QuillmereApp()
+{
+    m_machine.appearance->observe({});
+    m_engine.reset();
+    AppState::setShared(nullptr);
+    SharedInstance<UnfinishedRuns>::install(nullptr);
+    SharedInstance<Appearance>::install(nullptr);
+    SharedInstance<HistoryService>::install(nullptr);
+    SharedInstance<Localizer>::install(nullptr);
+}
+
+void QuillmereApp::install()
+{
+    SharedInstance<Localizer>::install(&m_localizer);
+    SharedInstance<HistoryService>::install(&m_history);
+    SharedInstance<Appearance>::install(&m_appearance);
+    SharedInstance<UnfinishedRuns>::install(&m_unfinishedRuns);
+}
+
+bool QuillmereApp::start()
+{
+    m_delegate.applicationDidFinishLaunching();
+    m_engine = std::make_unique<QQmlApplicationEngine>();
+    installViews(*m_engine);
+    applyAppearance();
+
+    const QVariantMap properties = {
+        {u"appState"_qs, QVariant::fromValue(&m_state)},
+        {u"viewModels"_qs, QVariant::fromValue(&m_viewModels)},
+    };
+    m_mainWindow = loadWindow(u"MainWindow.qml"_qs, properties);
+    if (!m_mainWindow)
+        return false;
+    connect(m_mainWindow, SIGNAL(settingsRequested()), this, SLOT(showSettings()));
+    connect(m_mainWindow, SIGNAL(quitRequested()), this, SLOT(quit()));
+    m_delegate.windowDidBecomeKey(m_mainWindow);
+    showMainWindow();
+    contentDidAppear();
+    return true;
+}
+
+void QuillmereApp::contentDidAppear()
+{
+    AppState::setShared(&m_state);
+}
+
+QQuickWindow *QuillmereApp::loadWindow(const QString &file, const QVariantMap &properties)
+{
+    const qsizetype before = m_engine->rootObjects().size();
+    m_engine->setInitialProperties(properties);
+    m_engine->load(u"qrc:/qt/qml/Quillmere/"_qs + file);
+    const QList<QObject *> roots = m_engine->rootObjects();
+    return roots.size() > before ? qobject_cast<QQuickWindow *>(roots.last()) : nullptr;
+}
+
+std::optional<ColorScheme> QuillmereApp::colorScheme() const
+{
+    switch (m_state.settings().theme) {
+    case AppTheme::System:
+        return std::nullopt;
+    case AppTheme::Light:
+        return ColorScheme::Light;
+    case AppTheme::Dark:
+        return ColorScheme::Dark;
+    }
+    Q_UNREACHABLE();
+}
+
+void QuillmereApp::applyAppearance()
+{
+    m_appearance.setDark(colorScheme().value_or(m_machine.appearance->colorScheme()) == ColorScheme::Dark);
+    m_appearance.setReducedMotion(m_machine.appearance->prefersReducedMotion());
+}
+
+void QuillmereApp::showMainWindow()
+{
+    m_mainWindow->show();
+    if (m_mainWindow->windowState() == Qt::WindowMinimized)
+        m_mainWindow->showNormal();
+    m_mainWindow->raise();
+    m_mainWindow->requestActivate();
+}
+
+void QuillmereApp::showSettings()
+{
+    if (!m_settingsWindow) {
+        m_settingsWindow = loadWindow(u"SettingsWindow.qml"_qs, {});
+        connect(m_settingsWindow, SIGNAL(quitRequested()), this, SLOT(quit()));
+    }
+    m_settingsWindow->show();
+    m_settingsWindow->raise();
+    m_settingsWindow->requestActivate();
+}
+
+void QuillmereApp::quit()
+{
+    for (QWindow *window : QGuiApplication::topLevelWindows())
+        window->hide();
+    // exit() and not quit(), which asks the windows first: the main window would refuse to close.
+    if (m_unfinishedRuns.isEmpty())
+        QCoreApplication::exit(0);
+    else
+        connect(&m_unfinishedRuns, &UnfinishedRuns::finished, qApp, [] { QCoreApplication::exit(0); });
+}
+
+} // namespace Quillmere

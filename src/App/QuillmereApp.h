@@ -1,0 +1,67 @@
+#pragma once
+
+#include "App/AppDelegate.h"
+#include "App/AppState.h"
+#include "Platform/Machine.h"
+#include "Services/HistoryService.h"
+#include "Utilities/LocalizationManager.h"
+#include "ViewModels/UnfinishedRuns.h"
+#include "ViewModels/ViewModelFactory.h"
+#include "Views/Support/Appearance.h"
+
+#include <QQmlApplicationEngine>
+#include <QQuickWindow>
+
+#include <optional>
+
+namespace Quillmere {
+
+/// The composition root: builds everything on one machine, declares the windows and holds what lives as long as the
+/// program does. Needs a running QGuiApplication. GUI thread only.
+class QuillmereApp final : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit QuillmereApp(Machine machine, QObject *parent = nullptr);
+    ~QuillmereApp() override;
+
+    /// Loads the windows and shows the main one. False when the program's own files are broken.
+    [[nodiscard]] bool start();
+
+    /// The appearance that the settings ask for; nothing where the desktop decides.
+    [[nodiscard]] std::optional<ColorScheme> colorScheme() const;
+
+    [[nodiscard]] AppState &appState() { return m_state; }
+    [[nodiscard]] Localizer &localizer() { return m_localizer; }
+    /// Null before start().
+    [[nodiscard]] QQuickWindow *mainWindow() const { return m_mainWindow; }
+    [[nodiscard]] QQuickWindow *settingsWindow() const { return m_settingsWindow; }
+
+public Q_SLOTS:
+    /// Brings the main window back, to the front and to the keyboard.
+    void showMainWindow();
+    void showSettings();
+    /// Ends the program. A cleanup under way is brought to its end and recorded first, out of sight.
+    void quit();
+
+private:
+    void install();
+    void contentDidAppear();
+    void applyAppearance();
+    [[nodiscard]] QQuickWindow *loadWindow(const QString &file, const QVariantMap &properties);
+
+    Machine m_machine;
+    Localizer m_localizer;
+    HistoryService m_history;
+    AppState m_state;
+    AppDelegate m_delegate;
+    Appearance m_appearance{nullptr};
+    UnfinishedRuns m_unfinishedRuns;
+    ViewModelFactory m_viewModels;
+    std::unique_ptr<QQmlApplicationEngine> m_engine;
+    QPointer<QQuickWindow> m_mainWindow;
+    QPointer<QQuickWindow> m_settingsWindow;
+};
+
+} // namespace Quillmere

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QPointer>
+#include <QtConcurrentRun>
+
+#include <QCoro/QCoroFuture>
+
+#include <utility>
+
+namespace Quillmere {
+
+/// Runs @p work on a worker thread; await the answer on the GUI thread. Work under way goes on to its end even when
+/// nobody awaits it any more, so it must own what it uses. It must not throw.
+template<typename Work>
+[[nodiscard]] QFuture<std::invoke_result_t<Work>> inBackground(Work work)
+{
+    return QtConcurrent::run(std::move(work));
+}
+
+/// Has the GUI thread run @p change on @p object, later and in the order of asking, if the object still lives then.
+/// Any thread.
+template<typename Object, typename Change>
+void onMainQueue(const QPointer<Object> &object, Change change)
+{
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(),
+        [object, change = std::move(change)] {
+            if (object)
+                change(*object);
+        },
+        Qt::QueuedConnection);
+}
+
+} // namespace Quillmere

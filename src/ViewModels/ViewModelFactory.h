@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Platform/Machine.h"
+#include "ViewModels/HistoryViewModel.h"
+#include "ViewModels/SafeCleanupViewModel.h"
+#include "ViewModels/SidebarListModel.h"
+
+namespace Quillmere {
+
+/// Makes the view model of a screen when the screen is first shown. It belongs to the screen and goes with it, so
+/// that coming back to a tab begins anew.
+class ViewModelFactory final : public QObject
+{
+    Q_OBJECT
+
+public:
+    ViewModelFactory(Machine machine, HistoryService &history, QObject *parent = nullptr);
+
+    Q_INVOKABLE [[nodiscard]] Quillmere::SafeCleanupViewModel *makeSafeCleanup(QObject *screen) const;
+    Q_INVOKABLE [[nodiscard]] Quillmere::HistoryViewModel *makeHistory(QObject *screen) const;
+    Q_INVOKABLE [[nodiscard]] Quillmere::SidebarListModel *makeSidebar(QObject *screen) const;
+
+private:
+    Machine m_machine;
+    HistoryService &m_history;
+};
+
+} // namespace Quillmere

@@ -1,0 +1,119 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Dialogs
+import QtQuick.Templates as T
+import Quillmere
+
+/// What the program has removed so far, newest first, with its export and its clearing.
+FocusScope {
+    id: root
+
+    required property ViewModelFactory viewModels
+
+    readonly property HistoryViewModel viewModel: viewModels.makeHistory(root)
+    /// Something lies over the screen that has to be answered first.
+    readonly property bool isModal: clearDialog.visible
+
+    property bool showingClearConfirmation: false
+
+    function refresh() {
+        viewModel.loadHistory();
+    }
+
+    Component.onCompleted: viewModel.loadHistory()
+
+    ScreenHeader {
+        width: parent.width
+        title: Texts.localized("nav.history")
+
+        Row {
+            visible: !root.viewModel.isEmpty
+            spacing: 10
+
+            MenuButton {
+                text: Texts.localized("history.export")
+                menu: ContextMenu {
+                    ContextMenuItem {
+                        text: Texts.localized("history.exportCSV")
+                        symbol: "doc.text"
+
+                        onTriggered: root.viewModel.exportCSV()
+                    }
+
+                    ContextMenuItem {
+                        text: Texts.localized("history.exportJSON")
+                        symbol: "chevron.left.forwardslash.chevron.right"
+
+                        onTriggered: root.viewModel.exportJSON()
+                    }
+                }
+            }
+
+            ActionButton {
+                kind: ActionButton.DestructiveQuiet
+                text: Texts.localized("common.delete")
+                symbol: "trash"
+
+                onClicked: root.showingClearConfirmation = true
+            }
+        }
+    }
+
+    Panel {
+        x: Theme.screenMargin
+        y: Theme.firstCardY
+        width: parent.width - 2 * Theme.screenMargin
+        height: parent.height - y - Theme.screenMargin
+
+        EmptyState {
+            anchors.fill: parent
+            visible: root.viewModel.isEmpty
+            symbol: "clock.arrow.circlepath"
+            sentence: Texts.localized("history.noHistory")
+        }
+
+        HistoryList {
+            anchors.fill: parent
+            visible: !root.viewModel.isEmpty
+            logs: root.viewModel.logs
+        }
+    }
+
+    AlertDialog {
+        id: clearDialog
+
+        visible: root.showingClearConfirmation
+        destructive: true
+        symbol: "trash"
+        title: Texts.localized("history.clearTitle")
+        message: Texts.localized("history.clearWarning")
+        confirmText: Texts.localized("history.clearAll")
+        cancelText: Texts.localized("common.cancel")
+
+        onConfirmed: {
+            root.showingClearConfirmation = false;
+            root.viewModel.clearHistory();
+        }
+        onDismissed: root.showingClearConfirmation = false
+    }
+
+    FileDialog {
+        id: savePanel
+
+        fileMode: FileDialog.SaveFile
+
+        onAccepted: root.viewModel.save(selectedFile)
+    }
+
+    Connections {
+        function onSavePanelRequested(defaultName, extension) {
+            savePanel.defaultSuffix = extension;
+            savePanel.nameFilters = [extension.toUpperCase() + " (*." + extension + ")"];
+            savePanel.selectedFile = savePanel.currentFolder + "/" + defaultName;
+            savePanel.open();
+        }
+
+        target: root.viewModel
+    }
+}

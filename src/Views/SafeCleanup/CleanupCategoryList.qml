@@ -1,0 +1,47 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import Quillmere
+
+/// The categories of a cleanup screen on one card, which grows with them until it fills the screen and scrolls.
+Item {
+    id: root
+
+    required property CleanupCategoryListModel categories
+
+    Panel {
+        width: parent.width
+        height: list.count === 0 ? parent.height : Math.min(parent.height, list.contentHeight + 8)
+
+        EmptyState {
+            anchors.fill: parent
+            visible: list.count === 0
+            symbol: "checkmark.shield"
+            sentence: Texts.localized("cleanup.noItemsFound")
+        }
+
+        ListView {
+            id: list
+
+            anchors.fill: parent
+            anchors.topMargin: 4
+            anchors.bottomMargin: 4
+            clip: true
+            boundsBehavior: Flickable.StopAtBounds
+            model: root.categories
+
+            Accessible.role: Accessible.List
+
+            delegate: CleanupCategoryRow {
+                width: ListView.view.width
+                last: index === ListView.view.count - 1
+
+                onSelectionToggled: selected => root.categories.setSelected(index, selected)
+                onExpansionToggled: root.categories.toggleExpanded(index)
+            }
+
+            T.ScrollBar.vertical: ScrollIndicatorBar {}
+        }
+    }
+}

@@ -1,0 +1,82 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Quillmere
+
+/// The destinations of the main window, and among them the promotion. Up and Down move the selection.
+Item {
+    id: root
+
+    required property AppState appState
+    required property SidebarListModel entries
+
+    /// Selects the destination next to the current one, @p step being 1 or -1; headers and the promotion are passed over.
+    function selectNeighbour(step: int) {
+        for (let i = list.currentIndex + step; i >= 0 && i < list.count; i += step) {
+            const entry = list.itemAtIndex(i) as SidebarEntry;
+            if (entry !== null && entry.isDestination) {
+                entry.forceActiveFocus(Qt.TabFocusReason);
+                root.appState.selectedTab = entry.tab;
+                return;
+            }
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        gradient: Gradient {
+            GradientStop {
+                position: 0
+                color: Theme.sidebarTop
+            }
+
+            GradientStop {
+                position: 1
+                color: Theme.sidebarBottom
+            }
+        }
+    }
+
+    Rectangle {
+        anchors.right: parent.right
+        width: 1
+        height: parent.height
+        color: Theme.sidebarHairline
+    }
+
+    ListView {
+        id: list
+
+        anchors.fill: parent
+        anchors.rightMargin: 1
+        topMargin: 10
+        bottomMargin: 10
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        // The list is short, and the arrow keys reach for rows out of sight.
+        cacheBuffer: 2000
+        model: root.entries
+
+        Accessible.role: Accessible.List
+
+        delegate: SidebarEntry {
+            id: entry
+
+            width: ListView.view.width
+            isSelected: isDestination && tab === root.appState.selectedTab
+
+            onIsSelectedChanged: {
+                if (isSelected)
+                    list.currentIndex = index;
+            }
+            Component.onCompleted: {
+                if (isSelected)
+                    list.currentIndex = index;
+            }
+            onChosen: root.appState.selectedTab = tab
+
+            Keys.onUpPressed: root.selectNeighbour(-1)
+            Keys.onDownPressed: root.selectNeighbour(1)
+        }
+    }
+}

@@ -1,0 +1,82 @@
+#include "App/SingleInstance.h"
+
+#include <QLocalSocket>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace Quillmere;
+
+namespace {
+
+class SingleInstanceTest : public testing::Test
+{
+protected:
+    QTemporaryDir folder;
+    SingleInstance first{folder.path(), u"here"_qs};
+};
+
+} // namespace
+
+TEST_F(SingleInstanceTest, LetsTheFirstStartRun)
+{
+    EXPECT_TRUE(first.claim());
+}
+
+TEST_F(SingleInstanceTest, SendsALaterStartToTheFirst)
+{
+    ASSERT_TRUE(first.claim());
+    QSignalSpy asked(&first, &SingleInstance::activationRequested);
+    qputenv("XDG_ACTIVATION_TOKEN", "token-1");
+
+    SingleInstance second(folder.path(), u"here"_qs);
+    EXPECT_FALSE(second.claim());
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+
+    ASSERT_TRUE(asked.count() == 1 || asked.wait());
+    EXPECT_EQ(asked.first().first().toString(), u"token-1"_qs);
+}
+
+TEST_F(SingleInstanceTest, RunsBesideTheInstanceOfAnotherHome)
+{
+    ASSERT_TRUE(first.claim());
+
+    SingleInstance other(folder.path(), u"there"_qs);
+
+    EXPECT_TRUE(other.claim());
+}
+
+TEST_F(SingleInstanceTest, TakesOverFromAnInstanceThatHasEnded)
+{
+    {
+        SingleInstance ended(folder.path(), u"here"_qs);
+        ASSERT_TRUE(ended.claim());
+    }
+
+    EXPECT_TRUE(first.claim());
+    SingleInstance later(folder.path(), u"here"_qs);
+    EXPECT_FALSE(later.claim());
+}
+
+TEST_F(SingleInstanceTest, RunsOnItsOwnWhereThereIsNoFolder)
+{
+    SingleInstance lost(folder.filePath(u"none"_qs), u"here"_qs);
+
+    EXPECT_TRUE(lost.claim());
+}
+
+TEST_F(SingleInstanceTest, ShutsOutACallerThatFloods)
+{
+    ASSERT_TRUE(first.claim());
+    const QSignalSpy asked(&first, &SingleInstance::activationRequested);
+    QLocalSocket caller;
+    QSignalSpy gone(&caller, &QLocalSocket::disconnected);
+    caller.connectToServer(folder.filePath(u"here.socket"_qs));
+    ASSERT_TRUE(caller.waitForConnected());
+
+    caller.write(QByteArray(100'000, 'x'));
+
+    EXPECT_TRUE(gone.count() == 1 || gone.wait());
+    EXPECT_EQ(asked.count(), 0);
+}
