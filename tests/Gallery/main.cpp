@@ -12,6 +12,7 @@
 #include <QQuickWindow>
 #include <QTest>
 
+#include <array>
 #include <cstdio>
 
 using namespace Quillmere;
@@ -24,11 +25,15 @@ struct Page
     QSize size;
 };
 
-constexpr int pageCount = 5;
-const Page pages[pageCount] = {
-    {"Board", {1100, 700}},   {"Symbols", {1100, 1290}}, {"Rows", {1100, 700}},
-    {"Screen", {1100, 700}}, {"Narrow", {900, 600}},
-};
+const std::array<Page, 7> pages = {{
+    {"Board", {1100, 700}},
+    {"Symbols", {1100, 1190}},
+    {"Rows", {1100, 700}},
+    {"Screen", {1100, 700}},
+    {"Overlay", {1100, 700}},
+    {"Sheets", {1100, 700}},
+    {"Narrow", {900, 600}},
+}};
 
 QUrl address(const Page &page)
 {
@@ -84,7 +89,7 @@ int main(int argc, char **argv)
     const QCommandLineOption dark(u"dark"_qs, u"Show the dark theme."_qs);
     const QCommandLineOption language(u"language"_qs, u"en, es or ru."_qs, u"code"_qs, u"en"_qs);
     arguments.addOptions({shot, dark, language});
-    arguments.addPositionalArgument(u"page"_qs, u"Page to show: Board, Symbols, Rows, Screen or Narrow."_qs);
+    arguments.addPositionalArgument(u"page"_qs, u"Page to show: Board, Symbols, Rows, Screen, Overlay, Sheets or Narrow."_qs);
     arguments.process(application);
 
     Localizer localizer(std::make_shared<PretendUserDefaults>());
