@@ -47,7 +47,7 @@ Rectangle {
             ActionButton { text: "Erase System Drive"; kind: ActionButton.Destructive; size: ActionButton.Large }
             ActionButton { y: 4; text: "Run"; kind: ActionButton.DestructiveQuiet; size: ActionButton.Small }
             ActionButton { y: 4; text: "Run"; kind: ActionButton.Tinted; size: ActionButton.Small }
-            ActionButton { y: 5; text: "Show More"; symbol: "chevron.down"; kind: ActionButton.TextOnly }
+            ActionButton { y: 5; text: "Show More"; symbol: "chevron.down"; kind: ActionButton.Link }
         }
     }
 

@@ -37,8 +37,15 @@ Rectangle {
         }
     }
 
+    Timer {
+        id: later
+
+        interval: 250
+        running: true
+    }
+
     AlertDialog {
-        visible: true
+        visible: !later.running
         destructive: true
         title: "Critical Confirmation Step 3 of 3"
         message: "Final confirmation. Type ERASE below to erase the internal system drive."

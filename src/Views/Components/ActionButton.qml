@@ -5,11 +5,11 @@ import Quillmere
 PressableControl {
     id: root
 
-    enum Kind { Quiet, Primary, Tinted, Destructive, DestructiveQuiet, TextOnly, On }
+    enum Kind { Quiet, Primary, Tinted, Destructive, DestructiveQuiet, Link, On }
     enum Size { Regular, Large, Small, Flat }
 
     property int kind: ActionButton.Quiet
-    property int size: kind === ActionButton.TextOnly ? ActionButton.Flat : ActionButton.Regular
+    property int size: kind === ActionButton.Link ? ActionButton.Flat : ActionButton.Regular
     property string symbol
 
     readonly property color ink: {
@@ -23,7 +23,7 @@ PressableControl {
             return Theme.accentSoftText;
         case ActionButton.DestructiveQuiet:
             return Theme.redText;
-        case ActionButton.TextOnly:
+        case ActionButton.Link:
             return Theme.accent;
         case ActionButton.On:
             return Theme.greenText;
@@ -54,7 +54,7 @@ PressableControl {
         symbol: root.symbol
         symbolSize: root.size === ActionButton.Large ? 18 : 16
         textSize: root.size === ActionButton.Large ? 14 : 13
-        weight: root.kind === ActionButton.TextOnly ? Font.Medium : Font.DemiBold
+        weight: root.kind === ActionButton.Link ? Font.Medium : Font.DemiBold
         color: root.ink
     }
 }

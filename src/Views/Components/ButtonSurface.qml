@@ -14,13 +14,13 @@ Item {
     readonly property bool destructive: kind === ActionButton.Destructive || kind === ActionButton.DestructiveQuiet
     readonly property color plainColor: {
         if (!enabled)
-            return kind === ActionButton.TextOnly ? "transparent" : Theme.track;
+            return kind === ActionButton.Link ? "transparent" : Theme.track;
         switch (kind) {
         case ActionButton.Tinted:
             return Qt.darker(Theme.accentSoft, down ? 1.12 : hovered ? 1.05 : 1);
         case ActionButton.DestructiveQuiet:
             return Theme.tint(Theme.redText, down ? 0.16 : hovered ? 0.11 : 0.06);
-        case ActionButton.TextOnly:
+        case ActionButton.Link:
             return Theme.tint(Theme.accent, down ? 0.14 : hovered ? 0.08 : 0);
         case ActionButton.On:
             return Theme.tint(Theme.greenText, down ? 0.27 : hovered ? 0.21 : 0.15);

@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Quillmere
 
@@ -204,16 +202,14 @@ ListRow {
         }
     }
 
-    Loader {
+    ItemLines {
         id: details
 
         x: root.textX
         y: root.baseHeight - 2
         width: root.width - x - 20
-        active: root.expanded
-        sourceComponent: ItemLines {
-            items: root.items
-            moreText: root.moreText
-        }
+        visible: root.expanded
+        items: root.expanded ? root.items : []
+        moreText: root.moreText
     }
 }

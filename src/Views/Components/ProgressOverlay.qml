@@ -78,7 +78,7 @@ FocusScope {
             readonly property real extraHeight: Math.max(0, implicitHeight - 26)
 
             x: 32
-            y: 107
+            y: 110
             width: parent.width - 64
             text: root.title
             size: 17

@@ -15,16 +15,10 @@ T.Control {
 
     signal picked(int index)
 
-    readonly property real naturalSegment: {
-        let widest = 0;
-        for (let i = 0; i < segments.count; ++i)
-            widest = Math.max(widest, segments.itemAt(i) ? segments.itemAt(i).implicitWidth : 0);
-        return widest;
-    }
     readonly property real naturalWidth: {
         let sum = 6;
         for (let i = 0; i < segments.count; ++i)
-            sum += segments.itemAt(i) ? segments.itemAt(i).implicitWidth : 0;
+            sum += segments.itemAt(i) ? segments.itemAt(i).implicitContentWidth + 26 : 0;
         return sum;
     }
     /// Room that each segment gets beyond, or lacks to, its own width.
@@ -83,10 +77,10 @@ T.Control {
                 required property string modelData
                 readonly property bool chosen: index === root.currentIndex
 
-                width: Math.max(24, implicitWidth + root.surplus)
+                width: Math.max(24, implicitContentWidth + 26 + root.surplus)
                 height: row.height
-                leftPadding: root.surplus < 0 ? 6 : 13
-                rightPadding: leftPadding
+                leftPadding: 6
+                rightPadding: 6
                 topPadding: 4
                 bottomPadding: 4
                 focusPolicy: Qt.NoFocus

@@ -19,7 +19,7 @@ ModalPopup {
     readonly property real bodyHeight: bodySlot.childrenRect.height + 2 * scroll.gap
 
     width: Math.min(sheetWidth, roomWidth)
-    height: Math.min(headerHeight + bodyHeight + footerHeight, roomHeight)
+    height: Math.min(headerHeight + 1 + bodyHeight + footerHeight, roomHeight)
     accessibleName: title
 
     FocusScope {
