@@ -20,7 +20,6 @@ Row {
     }
 
     BodyText {
-        anchors.baseline: number.baseline
         y: number.height - height - 3
         text: root.caption
         color: Theme.textSecondary

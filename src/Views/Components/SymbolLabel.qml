@@ -16,8 +16,18 @@ Item {
 
     readonly property real lead: symbol === "" ? 0 : symbolSize + (text === "" ? 0 : gap)
 
-    implicitWidth: Math.ceil(lead + label.implicitWidth)
+    // Not the text's own implicit width, which is told anew whenever the text is laid out.
+    readonly property real textWidth: text === "" ? 0 : Math.ceil(metrics.advanceWidth) + 1
+
+    implicitWidth: lead + textWidth
     implicitHeight: Math.max(symbol === "" ? 0 : symbolSize, text === "" ? 0 : label.implicitHeight)
+
+    TextMetrics {
+        id: metrics
+
+        text: root.text
+        font: label.font
+    }
 
     Item {
         anchors.centerIn: parent
@@ -36,7 +46,7 @@ Item {
             id: label
 
             x: root.lead
-            width: Math.min(Math.ceil(implicitWidth), Math.max(0, root.width - root.lead))
+            width: Math.min(root.textWidth, Math.max(0, root.width - root.lead))
             anchors.verticalCenter: parent.verticalCenter
             text: root.text
             size: root.textSize

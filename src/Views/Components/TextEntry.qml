@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import Quillmere
 
 /// A one-line field with its label above.
-Item {
+FocusScope {
     id: root
 
     property alias text: field.text
@@ -15,10 +15,6 @@ Item {
 
     implicitWidth: 328
     implicitHeight: field.y + field.height
-
-    function takeFocus() {
-        field.forceActiveFocus(Qt.TabFocusReason);
-    }
 
     CaptionText {
         id: caption
@@ -33,6 +29,7 @@ Item {
     T.TextField {
         id: field
 
+        focus: true
         y: caption.visible ? caption.implicitHeight + 6 : 0
         width: root.width
         height: 38

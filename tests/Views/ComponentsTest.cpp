@@ -1,0 +1,311 @@
+#include "Views/ViewsFixture.h"
+
+#include <QTest>
+
+using namespace Quillmere;
+
+class ComponentsTest : public ViewsFixture
+{
+protected:
+    [[nodiscard]] QQuickItem *focused() const { return m_view->activeFocusItem(); }
+    [[nodiscard]] QString focusedName() const { return focused()->property("accessibleName").toString(); }
+};
+
+struct RiskCase
+{
+    const char *name;
+    const char *symbol;
+    const char *key;
+    const char *color;
+};
+
+class RiskBadgeTest : public ViewsFixture, public testing::WithParamInterface<RiskCase>
+{
+};
+
+TEST_P(RiskBadgeTest, DerivesItsLooksFromTheLevel)
+{
+    show(QByteArray("RiskBadge { objectName: 'badge'; riskLevel: RiskLevel.") + GetParam().name + " }");
+
+    const QQuickItem *badge = item(u"badge"_qs);
+    EXPECT_EQ(badge->property("symbolName").toString(), QLatin1String(GetParam().symbol));
+    EXPECT_EQ(badge->property("label").toString(), m_localizer.localized(QLatin1String(GetParam().key)));
+    const auto level = theme(GetParam().color).value<QColor>();
+    const auto ground = badge->property("color").value<QColor>();
+    EXPECT_EQ(badge->property("levelColor").value<QColor>(), level);
+    EXPECT_EQ(ground.rgb(), level.rgb());
+    EXPECT_NEAR(ground.alphaF(), 0.15, 0.003);
+}
+
+INSTANTIATE_TEST_SUITE_P(Levels, RiskBadgeTest, testing::Values(
+    RiskCase{"Safe", "checkmark.shield", "common.safe", "greenText"},
+    RiskCase{"Medium", "exclamationmark.triangle", "common.medium", "orangeText"},
+    RiskCase{"High", "xmark.octagon", "common.high", "redText"},
+    RiskCase{"Dangerous", "bolt.trianglebadge.exclamationmark", "common.dangerous", "purpleText"}
+), [](const auto &info) { return info.param.name; });
+
+TEST_F(ComponentsTest, RiskBadgeShrinksItsWordTo78PercentBeforeItCutsIt)
+{
+    show("RiskBadge { id: whole; objectName: 'whole'; riskLevel: RiskLevel.Dangerous }\n"
+         "RiskBadge { objectName: 'tight'; y: 40; riskLevel: RiskLevel.Dangerous; width: whole.implicitWidth - 10 }\n"
+         "RiskBadge { objectName: 'tiny'; y: 80; riskLevel: RiskLevel.Dangerous; width: 50 }");
+    const auto word = [this](const char *badge) { return item(QLatin1String(badge))->childItems().last(); };
+
+    EXPECT_EQ(word("whole")->scale(), 1.0);
+    EXPECT_LT(word("tight")->scale(), 1.0);
+    EXPECT_GT(word("tight")->scale(), 0.78);
+    EXPECT_FALSE(word("tight")->property("truncated").toBool());
+    EXPECT_EQ(word("tiny")->scale(), 0.78);
+    EXPECT_TRUE(word("tiny")->property("truncated").toBool());
+}
+
+TEST_F(ComponentsTest, RiskBadgeFollowsAChangeOfLanguage)
+{
+    show("RiskBadge { objectName: 'badge'; riskLevel: RiskLevel.Safe }");
+
+    m_localizer.setLanguage(Language::Spanish);
+
+    EXPECT_EQ(accessibleName(u"badge"_qs), m_localizer.localized(u"common.safe"_qs));
+}
+
+TEST_F(ComponentsTest, ProgressOverlayIsCancelledByEscapeAndByItsButtonAndStays)
+{
+    show("ProgressOverlay { objectName: 'overlay'; title: 'Scanning'; message: 'a'; onCancelled: window.note('cancelled') }");
+
+    press(Qt::Key_Escape);
+    EXPECT_EQ(log().size(), 1);
+
+    press(Qt::Key_Return);
+    EXPECT_EQ(log().size(), 2);
+    EXPECT_TRUE(item(u"overlay"_qs)->isVisible());
+}
+
+TEST_F(ComponentsTest, ProgressOverlayKeepsTheKeyboardAndGivesItBack)
+{
+    show("property bool working: false\n"
+         "ActionButton { objectName: 'below'; text: 'Below'; onClicked: window.note('below') }\n"
+         "ProgressOverlay { objectName: 'overlay'; visible: window.working; onCancelled: window.note('cancelled') }");
+    tab();
+    ASSERT_TRUE(item(u"below"_qs)->hasActiveFocus());
+
+    m_view->rootObject()->setProperty("working", true);
+    EXPECT_TRUE(hasFocusRing(u"overlay"_qs));
+    tab();
+    tab();
+    press(Qt::Key_Space);
+    EXPECT_EQ(log(), QStringList{u"cancelled"_qs});
+
+    m_view->rootObject()->setProperty("working", false);
+    EXPECT_TRUE(item(u"below"_qs)->hasActiveFocus());
+}
+
+TEST_F(ComponentsTest, ProgressOverlayLetsNoClickThrough)
+{
+    show("ActionButton { objectName: 'below'; text: 'Below'; onClicked: window.note('below') }\nProgressOverlay {}");
+
+    click(u"below"_qs);
+
+    EXPECT_EQ(log(), QStringList());
+}
+
+TEST_F(ComponentsTest, ProgressBarTellsAssistiveToolsItsPercentageWithinItsEnds)
+{
+    show("ProgressBar { objectName: 'half'; value: 0.5 }\nProgressBar { objectName: 'over'; value: 1.7 }");
+
+    EXPECT_EQ(accessible(u"half"_qs)->role(), QAccessible::ProgressBar);
+    EXPECT_EQ(accessibleName(u"half"_qs), u"50%"_qs);
+    EXPECT_EQ(accessibleName(u"over"_qs), u"100%"_qs);
+}
+
+TEST_F(ComponentsTest, DiskBarWarmsAbove80AndAbove90Percent)
+{
+    show("DiskBar { objectName: 'bar' }");
+    const auto startAt = [this](double value) {
+        item(u"bar"_qs)->setProperty("value", value);
+        return item(u"bar"_qs)->property("start").value<QColor>();
+    };
+
+    EXPECT_EQ(startAt(0.80), theme("diskStart").value<QColor>());
+    EXPECT_EQ(startAt(0.81), theme("orange").value<QColor>());
+    EXPECT_EQ(startAt(0.90), theme("orange").value<QColor>());
+    EXPECT_EQ(startAt(0.91), theme("red").value<QColor>());
+}
+
+TEST_F(ComponentsTest, CategoryRowOpensByClickAndKeyboardAndIsSelectedByItsSwitchOnly)
+{
+    show("CategoryRow { objectName: 'row'; width: 640; name: 'Cache'; description: 'Old'; countText: '3 items'; "
+         "sizeText: '1 MB'; onExpansionToggled: window.note('expansion'); "
+         "onSelectionToggled: on => window.note('selection ' + on) }");
+
+    click(u"row"_qs);
+    EXPECT_EQ(log(), QStringList{u"expansion"_qs});
+
+    QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, QPoint(36, 37));
+    EXPECT_EQ(log().last(), u"selection true"_qs);
+
+    tab();
+    press(Qt::Key_Space);
+    EXPECT_EQ(log().size(), 3);
+    EXPECT_EQ(accessibleName(u"row"_qs),
+              u"Cache, Old, 3 items, 1 MB, %1"_qs.arg(m_localizer.localized(u"common.safe"_qs)));
+}
+
+TEST_F(ComponentsTest, CategoryRowShowsItsItemsOnlyWhenOpen)
+{
+    show("CategoryRow { objectName: 'row'; width: 640; name: 'Cache'; items: [{name: 'a', size: '1MB'}, {name: 'b', "
+         "size: '2MB'}]; moreText: '3 more...' }");
+    QQuickItem *row = item(u"row"_qs);
+    EXPECT_EQ(row->implicitHeight(), 74);
+
+    row->setProperty("expanded", true);
+
+    EXPECT_GT(row->implicitHeight(), 74 + 3 * 28);
+}
+
+TEST_F(ComponentsTest, CategoryRowOfAnInventoryCannotBeSelectedAndSaysSo)
+{
+    show("CategoryRow { objectName: 'row'; width: 640; name: 'Tools'; available: false; keepText: 'Installed only'; "
+         "onSelectionToggled: window.note('selection') }");
+
+    QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, QPoint(36, 37));
+
+    EXPECT_FALSE(log().contains(u"selection"_qs));
+    EXPECT_TRUE(accessibleName(u"row"_qs).contains(u"Installed only"_qs));
+}
+
+TEST_F(ComponentsTest, SheetIsDismissedByEscapeAndItsButtonAndKeepsTheKeyboardInside)
+{
+    show("property bool open: false\n"
+         "ActionButton { objectName: 'below'; text: 'Below'; onClicked: window.open = true }\n"
+         "Sheet { id: sheet; visible: window.open; title: 'Report'; onDismissed: { window.note('dismissed'); "
+         "window.open = false } ActionButton { text: 'Inside'; onClicked: window.note('inside') } }");
+    tab();
+    press(Qt::Key_Space);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return focused() && focused()->property("text").toString() != u"Below"_qs; }));
+
+    for (int i = 0; i < 5; ++i) {
+        tab();
+        EXPECT_NE(focused()->property("text").toString(), u"Below"_qs);
+        EXPECT_TRUE(focused()->property("visualFocus").toBool());
+    }
+    press(Qt::Key_Escape);
+
+    EXPECT_EQ(log(), QStringList{u"dismissed"_qs});
+    EXPECT_TRUE(QTest::qWaitFor([this] { return item(u"below"_qs)->hasActiveFocus(); }));
+}
+
+TEST_F(ComponentsTest, SheetStays22FromTheEdgeOfASmallWindowAndScrollsInside)
+{
+    show("Sheet { objectName: 'sheet'; visible: true; title: 'Long'; Rectangle { width: 10; height: 2000 } }");
+    QObject *sheet = m_view->rootObject()->findChild<QObject *>(u"sheet"_qs);
+
+    EXPECT_EQ(sheet->property("height").toInt(), 480 - 44);
+    EXPECT_EQ(sheet->property("width").toInt(), 640 - 44);
+    EXPECT_EQ(sheet->property("y").toInt(), 22);
+}
+
+TEST_F(ComponentsTest, AlertIsConfirmedByItsRightButtonAndDismissedByEscape)
+{
+    show("AlertDialog { objectName: 'alert'; visible: true; destructive: true; title: 'Sure?'; message: 'No way back'; "
+         "cancelText: 'Cancel'; confirmText: 'Erase'; onConfirmed: window.note('confirmed'); "
+         "onDismissed: window.note('dismissed') }");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return focused() && focused()->property("text").toString() == u"Cancel"_qs; }));
+
+    press(Qt::Key_Escape);
+    tab();
+    EXPECT_EQ(focused()->property("text").toString(), u"Erase"_qs);
+    EXPECT_GT(focused()->x(), 100);
+    press(Qt::Key_Return);
+
+    EXPECT_EQ(log(), (QStringList{u"dismissed"_qs, u"confirmed"_qs}));
+}
+
+TEST_F(ComponentsTest, AlertPutsItsButtonsInAColumnWhenTheirTextsAreLong)
+{
+    show("AlertDialog { objectName: 'alert'; visible: true; title: 'Sure?'; cancelText: 'Leave everything as it is now'; "
+         "confirmText: 'Erase everything on this drive' }");
+
+    QObject *alert = m_view->rootObject()->findChild<QObject *>(u"alert"_qs);
+    EXPECT_TRUE(alert->property("stacked").toBool());
+}
+
+TEST_F(ComponentsTest, ButtonBarBecomesAColumnWhenItIsTooNarrow)
+{
+    const QByteArray buttons = "ActionButton { text: 'Select All' } ActionButton { text: 'Deselect All' } "
+                               "trailing: ActionButton { text: 'Clean'; kind: ActionButton.Primary } }\n";
+    show("ButtonBar { objectName: 'wide'; width: 600; " + buttons + "ButtonBar { objectName: 'narrow'; y: 200; width: 300; "
+         + buttons);
+
+    EXPECT_EQ(item(u"wide"_qs)->implicitHeight(), 64);
+    EXPECT_GT(item(u"narrow"_qs)->implicitHeight(), 90);
+}
+
+TEST_F(ComponentsTest, EmptyStateBeginsByItsButton)
+{
+    show("EmptyState { objectName: 'empty'; anchors.fill: parent; symbol: 'search'; sentence: 'Nothing yet'; "
+         "buttonText: 'Start'; onStarted: window.note('started') }");
+
+    tab();
+    press(Qt::Key_Return);
+
+    EXPECT_EQ(log(), QStringList{u"started"_qs});
+}
+
+TEST_F(ComponentsTest, WindowButtonsAreNamedAndActOnTheWindow)
+{
+    show("WindowButtons { objectName: 'buttons' }");
+    const auto buttons = item(u"buttons"_qs)->childItems();
+    const auto nameOf = [](QQuickItem *button) {
+        return QAccessible::queryAccessibleInterface(button)->text(QAccessible::Name);
+    };
+    EXPECT_EQ(nameOf(buttons.at(0)), m_localizer.localized(u"control.minimize"_qs));
+    EXPECT_EQ(nameOf(buttons.at(1)), m_localizer.localized(u"control.maximize"_qs));
+    EXPECT_EQ(nameOf(buttons.at(2)), u"Close window"_qs);
+
+    QAccessible::queryAccessibleInterface(buttons.at(1))->actionInterface()->doAction(
+        QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return m_view->visibility() == QWindow::Maximized; }));
+    EXPECT_EQ(nameOf(buttons.at(1)), m_localizer.localized(u"control.restore"_qs));
+
+    QAccessible::queryAccessibleInterface(buttons.at(2))->actionInterface()->doAction(
+        QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !m_view->isVisible(); }));
+}
+
+TEST_F(ComponentsTest, ScrollAreaIsScrolledByTheKeyboardWithinItsEnds)
+{
+    show("ScrollArea { objectName: 'area'; width: 200; height: 100; contentHeight: 1000; focus: true }");
+    item(u"area"_qs)->forceActiveFocus();
+    const auto position = [this] { return item(u"area"_qs)->property("contentY").toInt(); };
+
+    press(Qt::Key_Down);
+    EXPECT_EQ(position(), 40);
+    press(Qt::Key_End);
+    EXPECT_EQ(position(), 900);
+    press(Qt::Key_PageDown);
+    EXPECT_EQ(position(), 900);
+    press(Qt::Key_Home);
+    EXPECT_EQ(position(), 0);
+}
+
+TEST_F(ComponentsTest, ElidingTextShowsAllOfItselfInATooltipOnlyWhenItIsCut)
+{
+    show("ElidingText { objectName: 'cut'; y: 40; width: 60; text: 'a name that is far too long' }");
+
+    QTest::mouseMove(m_view.get(), QPoint(300, 300));
+    QTest::mouseMove(m_view.get(), middle(u"cut"_qs));
+    EXPECT_TRUE(QTest::qWaitFor([this] {
+        const QObject *tip = item(u"cut"_qs)->childItems().constFirst()->property("tip").value<QObject *>();
+        return tip && tip->property("visible").toBool();
+    }));
+    EXPECT_EQ(accessibleName(u"cut"_qs), u"a name that is far too long"_qs);
+}
+
+TEST_F(ComponentsTest, ConsoleOutputIsReadOnlyTextThatCanBeSelected)
+{
+    show("Console { objectName: 'console'; width: 400; height: 300; title: 'Console'; output: 'first line' }");
+
+    press(Qt::Key_Tab);
+    QAccessibleInterface *console = accessible(u"console"_qs);
+    EXPECT_EQ(console->text(QAccessible::Name), u"Console"_qs);
+}
