@@ -334,6 +334,7 @@ INSTANTIATE_TEST_SUITE_P(Lists, RefusedPropertyListTest, testing::Values(
     ListCase{"BinaryTextThatIsNotAscii", binaryWithValue({"\x51\xFF"})},
     ListCase{"BinaryTextWithAZero", binaryWithValue({QByteArray("\x53" "a\0b", 4)})},
     ListCase{"BinaryHalfASurrogatePair", binaryWithValue({"\x61\xD8\x3D"})},
+    ListCase{"BinaryKeyTwice", binary({"\xD2\x01\x02\x03\x03", "\x51k", QByteArray("\x61\0k", 3), "\x09"})},
     ListCase{"BinaryWideReal", binaryWithValue({QByteArray("\x24", 1) + QByteArray(16, '\0')})}
 ), [](const auto &info) { return info.param.name; });
 
