@@ -1,10 +1,14 @@
+#include <QAccessible>
 #include <QGuiApplication>
 
 #include <gmock/gmock.h>
 
 int main(int argc, char *argv[])
 {
+    // No screen, no graphics card: the same everywhere.
+    qputenv("QT_QUICK_BACKEND", "software");
     QGuiApplication application(argc, argv);
+    QAccessible::setActive(true);
     testing::InitGoogleMock(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -1,0 +1,110 @@
+#include "App/Person.h"
+
+#include <QQuickItem>
+#include <QTest>
+
+#include <functional>
+
+namespace Quillmere {
+
+namespace {
+
+constexpr int patienceMilliseconds = 3000;
+constexpr int mostStopsOfTab = 60;
+
+void dump(QAccessibleInterface*i,int d){ if(!i)return; printf("%*s%d %s inv=%d n=%d\n",d,"",int(i->role()),qPrintable(i->text(QAccessible::Name)),int(i->state().invisible),i->childCount()); for(int k=0;k<i->childCount();++k) dump(i->child(k),d+1);} 
+
+using Test = std::function<bool(QAccessibleInterface *)>;
+
+QAccessibleInterface *search(QAccessibleInterface *from, const Test &matches)
+{
+    if (!from || from->state().invisible)
+        return nullptr;
+    if (matches(from))
+        return from;
+    for (int i = 0; i < from->childCount(); ++i) {
+        if (QAccessibleInterface *found = search(from->child(i), matches))
+            return found;
+    }
+    return nullptr;
+}
+
+QAccessibleInterface *searchWindow(QQuickWindow &window, const Test &matches)
+{
+    return search(QAccessible::queryAccessibleInterface(&window), matches);
+}
+
+Test named(QAccessible::Role role, const QString &name)
+{
+    return [=](QAccessibleInterface *item) { return item->role() == role && item->text(QAccessible::Name) == name; };
+}
+
+Test holding(const QString &text)
+{
+    return [=](QAccessibleInterface *item) { return item->text(QAccessible::Name).contains(text); };
+}
+
+} // namespace
+
+Person::Person(QQuickWindow &window)
+    : m_window(window)
+{
+}
+
+QAccessibleInterface *Person::find(QAccessible::Role role, const QString &name) const
+{
+    QAccessibleInterface *found = nullptr;
+    if(qEnvironmentVariableIsSet("DUMP")) dump(QAccessible::queryAccessibleInterface(&m_window),0);
+    (void)QTest::qWaitFor([&] { return (found = searchWindow(m_window, named(role, name))) != nullptr; },
+                          patienceMilliseconds);
+    return found;
+}
+
+bool Person::seesNo(QAccessible::Role role, const QString &name) const
+{
+    return QTest::qWaitFor([&] { return !searchWindow(m_window, named(role, name)); }, patienceMilliseconds);
+}
+
+bool Person::reads(const QString &text) const
+{
+    return QTest::qWaitFor([&] { return searchWindow(m_window, holding(text)) != nullptr; }, patienceMilliseconds);
+}
+
+bool Person::readsNo(const QString &text) const
+{
+    return QTest::qWaitFor([&] { return !searchWindow(m_window, holding(text)); }, patienceMilliseconds);
+}
+
+QString Person::focusedName() const
+{
+    QQuickItem *item = m_window.activeFocusItem();
+    QAccessibleInterface *accessible = item ? QAccessible::queryAccessibleInterface(item) : nullptr;
+    return accessible ? accessible->text(QAccessible::Name) : QString();
+}
+
+bool Person::click(QAccessible::Role role, const QString &name) const
+{
+    QAccessibleInterface *item = find(role, name);
+    if (!item || item->state().disabled)
+        return false;
+    const QPoint middle = m_window.mapFromGlobal(item->rect().center());
+    QTest::mouseClick(&m_window, Qt::LeftButton, Qt::NoModifier, middle);
+    return true;
+}
+
+void Person::press(Qt::Key key, Qt::KeyboardModifiers modifiers) const
+{
+    QTest::keyClick(&m_window, key, modifiers);
+}
+
+bool Person::tabTo(const QString &name) const
+{
+    for (int i = 0; i < mostStopsOfTab; ++i) {
+        if (focusedName() == name)
+            return true;
+        press(Qt::Key_Tab);
+    }
+    return false;
+}
+
+} // namespace Quillmere

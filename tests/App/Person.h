@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QAccessible>
+#include <QQuickWindow>
+
+namespace Quillmere {
+
+/// Uses a window as a person does: sees what a screen reader would say, clicks where it is, and types.
+class Person
+{
+public:
+    explicit Person(QQuickWindow &window);
+
+    /// The visible item with that role and name, waiting for it a while. Null when it does not come.
+    [[nodiscard]] QAccessibleInterface *find(QAccessible::Role role, const QString &name) const;
+    [[nodiscard]] bool sees(QAccessible::Role role, const QString &name) const { return find(role, name) != nullptr; }
+    /// True when no such item is visible now, or soon.
+    [[nodiscard]] bool seesNo(QAccessible::Role role, const QString &name) const;
+    /// Whether any visible item's name holds @p text.
+    [[nodiscard]] bool reads(const QString &text) const;
+    [[nodiscard]] bool readsNo(const QString &text) const;
+    /// What the keyboard is on; empty when on nothing that has a name.
+    [[nodiscard]] QString focusedName() const;
+
+    /// Clicks the middle of the item. False when it is not there or cannot be used.
+    [[nodiscard]] bool click(QAccessible::Role role, const QString &name) const;
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
+    /// Presses Tab until the keyboard is on @p name. False when it never is.
+    [[nodiscard]] bool tabTo(const QString &name) const;
+
+private:
+    QQuickWindow &m_window;
+};
+
+} // namespace Quillmere
