@@ -159,7 +159,7 @@ TEST_F(ComponentsTest, CategoryRowShowsItsItemsOnlyWhenOpen)
 
     row->setProperty("expanded", true);
 
-    EXPECT_GT(row->implicitHeight(), 74 + 3 * 28);
+    EXPECT_TRUE(QTest::qWaitFor([row] { return row->implicitHeight() > 74 + 3 * 28; }));
 }
 
 TEST_F(ComponentsTest, CategoryRowOfAnInventoryCannotBeSelectedAndSaysSo)

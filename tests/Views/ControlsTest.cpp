@@ -34,13 +34,13 @@ const PressableCase pressables[] = {
      QAccessible::ListItem},
     {"PromotionCard",
      "PromotionCard { objectName: 'control'; accessibleName: 'Do it'; onClicked: window.note('pressed') }",
-     QAccessible::Link},
+     QAccessible::Button},
     {"ListRow",
      "ListRow { objectName: 'control'; width: 300; accessibleName: 'Do it'; onClicked: window.note('pressed') }",
      QAccessible::ListItem},
     {"SortableTableHeader",
      "TableHeader { objectName: 'control'; width: 90; sortable: true; text: 'Do it'; onClicked: window.note('pressed') }",
-     QAccessible::ColumnHeader},
+     QAccessible::Button},
 };
 
 } // namespace
@@ -162,6 +162,23 @@ TEST_F(ControlsTest, SegmentedPickerMovesByArrowsWithinItsEnds)
     EXPECT_EQ(log(), (QStringList{u"1"_qs, u"2"_qs, u"1"_qs}));
 }
 
+TEST_F(ControlsTest, SegmentedPickerIsSetByAClickAndByAssistiveToolsAsRadioButtons)
+{
+    show("SegmentedPicker { objectName: 'picker'; model: ['One', 'Two', 'Three']; onPicked: index => window.note(index) }");
+    const auto middleOfTheLast = QPoint(static_cast<int>(item(u"picker"_qs)->width()) - 20, 16);
+
+    QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, middleOfTheLast);
+    QAccessibleInterface *second = accessible(u"picker"_qs)->child(1);
+    ASSERT_TRUE(second);
+    second->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+
+    EXPECT_EQ(log(), (QStringList{u"2"_qs, u"1"_qs}));
+    EXPECT_EQ(second->role(), QAccessible::RadioButton);
+    EXPECT_EQ(second->text(QAccessible::Name), u"Two"_qs);
+    EXPECT_TRUE(accessible(u"picker"_qs)->child(0)->state().checked);
+    EXPECT_FALSE(second->state().checked);
+}
+
 TEST_F(ControlsTest, SegmentedPickerTakesItsOwnWidthAndSharesWhatItIsGiven)
 {
     show("SegmentedPicker { objectName: 'own'; model: ['One', 'A longer one'] }\n"
@@ -214,7 +231,7 @@ TEST_F(ControlsTest, SearchFieldIsClearedByItsButtonAndByEscape)
     show("SearchField { objectName: 'field'; placeholderText: 'Find'; onTextChanged: window.note(text) }");
     item(u"field"_qs)->forceActiveFocus();
 
-    QTest::keyClicks(m_view.get(), u"ab"_qs);
+    type("ab");
     press(Qt::Key_Escape);
     EXPECT_EQ(item(u"field"_qs)->property("text").toString(), QString());
 
@@ -230,7 +247,7 @@ TEST_F(ControlsTest, TextEntryIsNamedByItsLabelAndAcceptsByEnter)
     show("TextEntry { objectName: 'entry'; label: 'Type it'; onAccepted: window.note(text) }");
 
     item(u"entry"_qs)->forceActiveFocus();
-    QTest::keyClicks(m_view.get(), u"ERASE"_qs);
+    type("ERASE");
     press(Qt::Key_Return);
 
     EXPECT_EQ(log(), QStringList{u"ERASE"_qs});

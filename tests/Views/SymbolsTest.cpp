@@ -98,8 +98,10 @@ TEST(SymbolsTest, EveryNameThatTheViewsUseHasADrawing)
                                       u"(?i)(?:symbol(?:Name)?|icon(?:Name)?|\\bname): [^\\n]*\"[^\\n]*(?:\\n *\\?[^\\n]*)*"_qs);
 
     EXPECT_TRUE(named.contains(u"search"_qs));
-    for (const QString &name : named)
-        EXPECT_TRUE(SymbolImageProvider::hasSymbol(name)) << name.toStdString();
+    for (const QString &name : named) {
+        const bool isTextKey = name.startsWith(u"control.") || name.startsWith(u"promotion.");
+        EXPECT_TRUE(isTextKey || SymbolImageProvider::hasSymbol(name)) << name.toStdString();
+    }
 }
 
 TEST(SymbolsTest, EveryDestinationOfTheSidebarHasADrawing)

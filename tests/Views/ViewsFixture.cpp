@@ -4,7 +4,6 @@
 
 #include <QQmlComponent>
 #include <QQmlEngine>
-#include <QQmlExpression>
 #include <QTest>
 
 namespace Quillmere {
@@ -41,6 +40,9 @@ ViewsFixture::ViewsFixture()
     : m_localizer(std::make_shared<PretendUserDefaults>(), [] { return u"en"_qs; })
     , m_appearance(nullptr)
 {
+    // Read when the first window is made: nothing here needs a graphics card.
+    qputenv("QT_QUICK_BACKEND", "software");
+    QAccessible::setActive(true);
     SharedInstance<Localizer>::install(&m_localizer);
     SharedInstance<Appearance>::install(&m_appearance);
     m_appearance.setReducedMotion(true);
@@ -63,7 +65,7 @@ void ViewsFixture::show(const QByteArray &body, const QSize &size)
     });
     auto *component = new QQmlComponent(&engine, m_view.get());
     component->setData("import QtQuick\nimport Quillmere\nItem { id: window; objectName: \"window\"\n"
-                       "property var log: []\nfunction note(text) { log = log.concat([String(text)]); }\n"
+                       "readonly property QtObject theme: Theme\nproperty var log: []\nfunction note(text) { log = log.concat([String(text)]); }\n"
                            + body + "\n}",
                        QUrl());
     QObject *root = component->create();
@@ -109,14 +111,18 @@ bool ViewsFixture::hasFocusRing(const QString &name) const
 
 QVariant ViewsFixture::theme(const char *property) const
 {
-    QQmlEngine *engine = m_view->engine();
-    const int type = qmlTypeId("Quillmere", 1, 0, "Theme");
-    return engine->singletonInstance<QObject *>(type)->property(property);
+    return m_view->rootObject()->property("theme").value<QObject *>()->property(property);
 }
 
 void ViewsFixture::click(const QString &name)
 {
     QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, middle(name));
+}
+
+void ViewsFixture::type(QByteArrayView letters)
+{
+    for (const char letter : letters)
+        QTest::keyClick(m_view.get(), letter);
 }
 
 void ViewsFixture::press(Qt::Key key)

@@ -39,6 +39,7 @@ protected:
 
     void click(const QString &name);
     void press(Qt::Key key);
+    void type(QByteArrayView letters);
     void tab() { press(Qt::Key_Tab); }
 
     Localizer m_localizer;

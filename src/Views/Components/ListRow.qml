@@ -3,7 +3,7 @@ import Quillmere
 
 /// A row of a list on a card: highlight under the pointer, ring for the keyboard, a divider from where its text begins.
 /// Give it its own children; the highlight lies behind them.
-PressableControl {
+PressableRow {
     id: root
 
     property real dividerFrom: Theme.cardPadding
@@ -20,8 +20,6 @@ PressableControl {
     implicitHeight: 40
     padding: 0
     focusPolicy: interactive ? Qt.StrongFocus : Qt.NoFocus
-
-    Accessible.role: Accessible.ListItem
 
     background: Item {
         Rectangle {

@@ -9,7 +9,5 @@ ActionButton {
 
     symbol: "chevron.down"
 
-    Accessible.role: Accessible.ButtonMenu
-
     onClicked: menu.popup(root, 0, root.height + 4)
 }

@@ -11,6 +11,7 @@ T.Popup {
     /// Takes the keyboard first. By default the first control inside.
     property Item initialFocus: null
     property bool openedByKeyboard: false
+    property Item focusBefore: null
 
     readonly property int edge: 22
     readonly property real roomWidth: parent ? parent.width - 2 * edge : 0
@@ -34,10 +35,16 @@ T.Popup {
     closePolicy: T.Popup.NoAutoClose
 
     onAboutToShow: {
-        const before = parent.Window.activeFocusItem as T.Control;
-        openedByKeyboard = before !== null && before.visualFocus;
+        focusBefore = parent.Window.activeFocusItem;
+        const control = focusBefore as T.Control;
+        openedByKeyboard = control !== null && control.visualFocus;
     }
     onOpened: takeFocus()
+    onClosed: {
+        if (focusBefore !== null && focusBefore.visible)
+            focusBefore.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
+        focusBefore = null;
+    }
 
     enter: Transition {
         NumberAnimation {

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Quillmere
 
-/// What all that is pressed has in common: Space and Enter, the large hit area, and the press of assistive tools.
+/// What all buttons have in common: Space and Enter, the large hit area, and the press of assistive tools.
 T.AbstractButton {
     id: root
 
@@ -14,7 +14,6 @@ T.AbstractButton {
     containmentMask: hitArea
     hoverEnabled: true
 
-    Accessible.role: Accessible.Button
     Accessible.name: accessibleName
     // Calling click() from here has no effect; emitting its signal has.
     Accessible.onPressAction: {

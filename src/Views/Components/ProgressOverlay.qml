@@ -16,19 +16,20 @@ FocusScope {
     signal cancelled()
 
     property Item focusBefore: null
+    property bool openedByKeyboard: false
 
     function takeFocus() {
         const before = Window.activeFocusItem;
         if (before !== cancelButton)
             focusBefore = before;
         const control = before as T.Control;
-        const byKeyboard = control !== null && control.visualFocus;
-        cancelButton.forceActiveFocus(byKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
+        openedByKeyboard = control !== null && control.visualFocus;
+        cancelButton.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
     }
 
     function giveFocusBack() {
         if (focusBefore !== null && focusBefore.visible)
-            focusBefore.forceActiveFocus(Qt.PopupFocusReason);
+            focusBefore.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
         focusBefore = null;
     }
 

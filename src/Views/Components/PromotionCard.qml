@@ -18,8 +18,6 @@ PressableControl {
     implicitHeight: 126
     accessibleName: name + ". " + message
 
-    Accessible.role: Accessible.Link
-
     background: PromotionDrawing {
         visible: root.drawn
     }

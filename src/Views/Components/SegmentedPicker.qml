@@ -70,25 +70,31 @@ T.Control {
 
             model: root.model
 
-            PressableControl {
+            // A radio button for its role; not checkable, so that the owner's index alone decides.
+            T.RadioButton {
                 id: segment
 
                 required property int index
                 required property string modelData
                 readonly property bool chosen: index === root.currentIndex
 
+                implicitHeight: implicitContentHeight + 8
                 width: Math.max(24, implicitContentWidth + 26 + root.surplus)
                 height: row.height
                 leftPadding: 6
                 rightPadding: 6
-                topPadding: 4
-                bottomPadding: 4
                 focusPolicy: Qt.NoFocus
+                checkable: false
+                hoverEnabled: true
                 text: modelData
 
-                Accessible.role: Accessible.RadioButton
+                Accessible.name: modelData
                 Accessible.checkable: true
                 Accessible.checked: chosen
+                Accessible.onPressAction: {
+                    if (segment.enabled)
+                        segment.clicked();
+                }
 
                 onClicked: root.picked(index)
 

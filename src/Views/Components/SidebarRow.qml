@@ -2,7 +2,7 @@ import QtQuick
 import Quillmere
 
 /// A destination in the sidebar.
-PressableControl {
+PressableRow {
     id: root
 
     property string symbol
@@ -10,9 +10,7 @@ PressableControl {
 
     implicitWidth: 199
     implicitHeight: Math.max(31, label.implicitHeight + 13)
-    containmentMask: null
 
-    Accessible.role: Accessible.ListItem
     Accessible.selectable: true
     Accessible.selected: selected
 

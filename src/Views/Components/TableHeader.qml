@@ -16,8 +16,6 @@ PressableControl {
     implicitHeight: 30
     focusPolicy: sortable ? Qt.StrongFocus : Qt.NoFocus
 
-    Accessible.role: Accessible.ColumnHeader
-
     background: Item {
         FocusRing {
             shown: root.visualFocus

@@ -1,26 +1,44 @@
 import QtQuick
+import QtQuick.Templates as T
 import Quillmere
 
 /// A switch. It asks by `switched` and stands as `on` says, so the owner's answer is what is seen.
-PressableControl {
+// A check box for its role, which assistive tools take from the template. Its next state is always the one it has.
+T.CheckBox {
     id: root
 
     property bool on: false
+    property string accessibleName: text
 
     signal switched(bool on)
 
     implicitWidth: 38
     implicitHeight: 22
+    containmentMask: hitArea
+    hoverEnabled: true
+    checked: on
+    nextCheckState: () => root.on ? Qt.Checked : Qt.Unchecked
 
-    Accessible.role: Accessible.CheckBox
+    Accessible.name: accessibleName
     Accessible.checkable: true
     Accessible.checked: on
+    Accessible.onPressAction: {
+        if (root.enabled)
+            root.clicked();
+    }
     Accessible.onToggleAction: {
         if (root.enabled)
             root.clicked();
     }
 
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
+
     onClicked: switched(!on)
+
+    HitArea {
+        id: hitArea
+    }
 
     background: Rectangle {
         radius: height / 2
