@@ -12,6 +12,7 @@ T.Popup {
     property Item initialFocus: null
     property bool openedByKeyboard: false
     property Item focusBefore: null
+    property real rise: 0
 
     readonly property int edge: 22
     readonly property real roomWidth: parent ? parent.width - 2 * edge : 0
@@ -29,7 +30,7 @@ T.Popup {
 
     parent: T.Overlay.overlay
     x: parent ? Math.round((parent.width - width) / 2) : 0
-    y: parent ? Math.round((parent.height - height) / 2) : 0
+    y: parent ? Math.round((parent.height - height) / 2 + rise) : 0
     modal: true
     focus: true
     closePolicy: T.Popup.NoAutoClose
@@ -51,6 +52,14 @@ T.Popup {
             property: "opacity"
             from: 0
             to: 1
+            duration: Theme.sheetInDuration
+            easing.type: Easing.OutCubic
+        }
+
+        NumberAnimation {
+            property: "rise"
+            from: Theme.reducedMotion ? 0 : 8
+            to: 0
             duration: Theme.sheetInDuration
             easing.type: Easing.OutCubic
         }
