@@ -2,20 +2,13 @@
 
 #include "Utilities/PropertyListCheck.h"
 #include "Utilities/PropertyListLimits.h"
+#include "Utilities/PropertyListNode.h"
 
 #include <plist/plist.h>
-
-#include <algorithm>
-#include <cstdlib>
 
 namespace Quillmere {
 
 namespace {
-
-struct FreeMemory
-{
-    void operator()(void *memory) const { std::free(memory); } // NOLINT: the library hands out memory of malloc.
-};
 
 PropertyList::Type typeOf(plist_t node)
 {
@@ -46,42 +39,6 @@ QString textOf(plist_t node)
     return QString::fromUtf8(plist_get_string_ptr(node, nullptr));
 }
 
-/// Keys as the library holds them, sorted as texts.
-QList<QByteArray> sortedKeys(plist_t dictionary)
-{
-    QList<QByteArray> keys;
-    plist_dict_iter next = nullptr;
-    plist_dict_new_iter(dictionary, &next);
-    const std::unique_ptr<void, FreeMemory> iterator(next);
-    for (;;) {
-        char *key = nullptr;
-        plist_dict_next_item(dictionary, next, &key, nullptr);
-        const std::unique_ptr<char, FreeMemory> owned(key);
-        if (!key)
-            break;
-        keys.append(key);
-    }
-    std::ranges::stable_sort(keys, {}, [](const QByteArray &key) { return QString::fromUtf8(key); });
-    return keys;
-}
-
-plist_t sortedCopy(plist_t node)
-{
-    if (PLIST_IS_DICT(node)) {
-        const plist_t copy = plist_new_dict();
-        for (const QByteArray &key : sortedKeys(node))
-            plist_dict_set_item(copy, key.constData(), sortedCopy(plist_dict_get_item(node, key.constData())));
-        return copy;
-    }
-    if (PLIST_IS_ARRAY(node)) {
-        const plist_t copy = plist_new_array();
-        for (uint32_t index = 0; index < plist_array_get_size(node); ++index)
-            plist_array_append_item(copy, sortedCopy(plist_array_get_item(node, index)));
-        return copy;
-    }
-    return plist_copy(node);
-}
-
 QByteArray withoutMark(const QByteArray &bytes)
 {
     return bytes.startsWith("\xEF\xBB\xBF") ? bytes.sliced(3) : bytes;
@@ -94,17 +51,12 @@ Failure malformed(const QString &detail)
 
 } // namespace
 
-void PropertyList::FreeNode::operator()(void *node) const
-{
-    plist_free(node);
-}
-
 PropertyList::PropertyList()
-    : PropertyList(Node(plist_new_dict()))
+    : PropertyList(PropertyListNode(plist_new_dict()))
 {
 }
 
-PropertyList::PropertyList(Node root)
+PropertyList::PropertyList(PropertyListNode root)
     : m_root(std::move(root))
 {
 }
@@ -121,7 +73,7 @@ Result<PropertyList> PropertyList::read(const QByteArray &bytes)
 
     plist_t parsed = nullptr;
     plist_from_memory(text.constData(), static_cast<uint32_t>(text.size()), &parsed);
-    Node root(parsed);
+    PropertyListNode root(parsed);
     if (!root)
         return malformed(u"The property list cannot be parsed."_qs);
     if (!PLIST_IS_DICT(root.get()))
@@ -131,14 +83,14 @@ Result<PropertyList> PropertyList::read(const QByteArray &bytes)
 
 QByteArray PropertyList::written(Form form) const
 {
-    const Node sorted(sortedCopy(m_root.get()));
+    const PropertyListNode sorted(sortedCopy(m_root.get()));
     char *bytes = nullptr;
     uint32_t length = 0;
     if (form == Form::Xml)
         plist_to_xml(sorted.get(), &bytes, &length);
     else
         plist_to_bin(sorted.get(), &bytes, &length);
-    const std::unique_ptr<char, FreeMemory> owned(bytes);
+    const PropertyListMemory<char> owned(bytes);
     Q_CHECK_PTR(bytes);
     return {bytes, static_cast<qsizetype>(length)};
 }

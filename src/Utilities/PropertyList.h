@@ -1,12 +1,12 @@
 #pragma once
 
+#include "Utilities/PropertyListNode.h"
 #include "Values/Result.h"
 
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
 
-#include <memory>
 #include <optional>
 
 namespace Quillmere {
@@ -52,19 +52,12 @@ public:
     void remove(const QString &key);
 
 private:
-    struct FreeNode
-    {
-        void operator()(void *node) const;
-    };
-    /// A node of the library with all that is in it.
-    using Node = std::unique_ptr<void, FreeNode>;
-
-    explicit PropertyList(Node root);
+    explicit PropertyList(PropertyListNode root);
     [[nodiscard]] void *find(const QString &key) const;
     [[nodiscard]] void *find(const QString &key, Type type) const;
     void set(const QString &key, void *node);
 
-    Node m_root;
+    PropertyListNode m_root;
 };
 
 } // namespace Quillmere
