@@ -66,17 +66,15 @@ sanitize() {
 
 fuzz() {
     local target failed=0 found=0
-    [ -f build/fuzz/build.ninja ] ||
-        cmake -G Ninja -B build/fuzz -DCMAKE_BUILD_TYPE=Debug -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
-            -DQUILLMERE_FUZZ=ON
-    cmake --build build/fuzz --target fuzzers
+    [ -f build/fuzz/build.ninja ] || cmake --preset fuzz
+    cmake --build --preset fuzz --target fuzzers
     for target in build/fuzz/tests/Fuzz/*Fuzzer; do
         [ -x "$target" ] || continue
         found=$((found + 1))
         echo "== ${target##*/}"
         mkdir -p "build/fuzz/corpus/${target##*/}"
         "$target" -max_total_time=60 -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
-            -artifact_prefix=build/fuzz/ "build/fuzz/corpus/${target##*/}" || failed=1
+            -artifact_prefix=build/fuzz/ "build/fuzz/corpus/${target##*/}" "tests/Fuzz/seeds/${target##*/}" || failed=1
     done
     [ $found -gt 0 ] || { echo "There is nothing to fuzz." >&2; return 1; }
     return $failed

@@ -86,8 +86,7 @@ QLocale userDateLocale()
 
 QString formatShortDateAndTime(const QDateTime &date, const DateStyle &style)
 {
-    return formatted(date, style,
-                     style.locale.dateFormat(QLocale::ShortFormat) + u", "_qs + timePattern(style.locale));
+    return formatted(date, style, style.locale.dateFormat(QLocale::ShortFormat) + u", "_qs + timePattern(style.locale));
 }
 
 QString formatAbbreviatedDateAndTime(const QDateTime &date, const DateStyle &style)

@@ -21,8 +21,8 @@ bool isCanonicalUuid(const QString &text)
     for (qsizetype index = 0; index < text.size(); ++index) {
         const char16_t code = text.at(index).unicode();
         const bool isDashPlace = index == 8 || index == 13 || index == 18 || index == 23;
-        const bool isHex = (code >= u'0' && code <= u'9') || (code >= u'a' && code <= u'f')
-            || (code >= u'A' && code <= u'F');
+        const bool isHex
+            = (code >= u'0' && code <= u'9') || (code >= u'a' && code <= u'f') || (code >= u'A' && code <= u'F');
         if (isDashPlace ? code != u'-' : !isHex)
             return false;
     }

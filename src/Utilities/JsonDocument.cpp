@@ -25,7 +25,10 @@ public:
 
     bool Null() { return add(JsonType::Null); }
     bool Bool(bool value) { return add(JsonType::Boolean, value ? 1 : 0); }
-    bool RawNumber(const char *text, rapidjson::SizeType length, bool) { return addText(JsonType::Number, text, length); }
+    bool RawNumber(const char *text, rapidjson::SizeType length, bool)
+    {
+        return addText(JsonType::Number, text, length);
+    }
     bool String(const char *text, rapidjson::SizeType length, bool)
     {
         return !holdsSurrogate(QByteArrayView(text, length)) && addText(JsonType::String, text, length);
@@ -106,8 +109,8 @@ Result<JsonDocument> JsonDocument::parse(const QByteArray &bytes)
     rapidjson::Reader reader;
     const rapidjson::ParseResult result = reader.Parse<flags>(stream, recorder);
     if (result.IsError())
-        return malformed(u"%1 At %2."_qs.arg(QString::fromLatin1(rapidjson::GetParseError_En(result.Code())))
-                             .arg(result.Offset()));
+        return malformed(
+            u"%1 At %2."_qs.arg(QString::fromLatin1(rapidjson::GetParseError_En(result.Code()))).arg(result.Offset()));
     // The reader takes a zero byte for the end of the text.
     if (stream.Tell() != static_cast<std::size_t>(text->size()))
         return malformed(u"Something follows the value. At %1."_qs.arg(stream.Tell()));

@@ -91,9 +91,8 @@ QByteArray jsonFromDouble(double value)
     const double magnitude = std::abs(value);
     const bool writtenOut = magnitude == 0 || (magnitude >= 1e-4 && magnitude < 1e16);
     std::array<char, 64> text{};
-    const std::to_chars_result result
-        = std::to_chars(text.begin(), text.end(), value,
-                        writtenOut ? std::chars_format::fixed : std::chars_format::scientific);
+    const std::to_chars_result result = std::to_chars(
+        text.begin(), text.end(), value, writtenOut ? std::chars_format::fixed : std::chars_format::scientific);
     return QByteArray(text.data(), result.ptr - text.data());
 }
 

@@ -66,8 +66,7 @@ Result<PropertyList> PropertyList::read(const QByteArray &bytes)
     if (bytes.size() > PropertyListLimits::mostBytes)
         return malformed(u"The property list is too large."_qs);
     const QByteArray text = withoutMark(bytes);
-    const Result<void> check
-        = text.startsWith("bplist00") ? checkBinaryPropertyList(text) : checkXmlPropertyList(text);
+    const Result<void> check = text.startsWith("bplist00") ? checkBinaryPropertyList(text) : checkXmlPropertyList(text);
     if (!check)
         return check.failure();
 

@@ -145,8 +145,7 @@ bool PropertyListObjects::readLongCount(Object &object) const
         return false;
     const quint64 marker = bigEndian(object.offset, 1);
     const quint64 width = quint64{1} << (marker & 0x0F);
-    if (static_cast<Kind>(marker >> 4) != Kind::Integer || width > mostCountBytes
-        || !fits(object.offset + 1, width, 1))
+    if (static_cast<Kind>(marker >> 4) != Kind::Integer || width > mostCountBytes || !fits(object.offset + 1, width, 1))
         return false;
     object.count = bigEndian(object.offset + 1, width);
     object.offset += 1 + width;

@@ -18,8 +18,8 @@ bool isContainer(const QString &name)
 
 bool isLeaf(const QString &name)
 {
-    static const QStringList names = {u"data"_qs, u"date"_qs, u"false"_qs,  u"integer"_qs,
-                                      u"key"_qs,  u"real"_qs, u"string"_qs, u"true"_qs};
+    static const QStringList names
+        = {u"data"_qs, u"date"_qs, u"false"_qs, u"integer"_qs, u"key"_qs, u"real"_qs, u"string"_qs, u"true"_qs};
     return names.contains(name);
 }
 

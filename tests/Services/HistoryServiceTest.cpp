@@ -335,8 +335,10 @@ TEST_F(HistoryServiceTest, LetsTheDateAddACommaOfItsOwnInAnEnglishLocale)
 
 TEST_F(HistoryServiceTest, NamesEveryTypeInEnglishAndEveryStatusByItsStoredText)
 {
-    const QStringList labels = {u"Safe Scan"_qs,        u"Safe Cleanup"_qs, u"Browser Scan"_qs,    u"Browser Cleanup"_qs,
-                                u"Large Files Scan"_qs, u"Startup Scan"_qs, u"Spotlight Reset"_qs, u"Full Scan"_qs};
+    const QStringList labels = {
+        u"Safe Scan"_qs,        u"Safe Cleanup"_qs, u"Browser Scan"_qs,    u"Browser Cleanup"_qs,
+        u"Large Files Scan"_qs, u"Startup Scan"_qs, u"Spotlight Reset"_qs, u"Full Scan"_qs,
+    };
     const QList<OperationType> types = allCases<OperationType>();
     ASSERT_EQ(types.size(), labels.size());
     for (qsizetype index = 0; index < types.size(); ++index) {

@@ -34,10 +34,7 @@ public:
     Q_DISABLE_COPY_MOVE(Replacement)
 
     /// True when all three happened; otherwise errno says why not.
-    bool arrive(const QByteArray &contents, mode_t mode)
-    {
-        return open(mode) && write(contents) && moveIntoPlace();
-    }
+    bool arrive(const QByteArray &contents, mode_t mode) { return open(mode) && write(contents) && moveIntoPlace(); }
 
 private:
     bool open(mode_t mode)
@@ -60,7 +57,8 @@ private:
     bool named(const Make &make)
     {
         for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-            const QByteArray name = '.' + m_target + '.' + QByteArray::number(QRandomGenerator::global()->generate(), 36);
+            const QByteArray name
+                = '.' + m_target + '.' + QByteArray::number(QRandomGenerator::global()->generate(), 36);
             if (make(name)) {
                 m_name = name;
                 return true;

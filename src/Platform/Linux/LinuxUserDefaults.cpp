@@ -147,8 +147,8 @@ void LinuxUserDefaults::load()
 {
     const Result<QByteArray> contents = contentsOf(m_file);
     if (!contents) {
-        m_mayStore = contents.failure().kind == Failure::Kind::NotFound
-            || contents.failure().kind == Failure::Kind::Malformed;
+        m_mayStore
+            = contents.failure().kind == Failure::Kind::NotFound || contents.failure().kind == Failure::Kind::Malformed;
         return;
     }
     Result<PropertyList> stored = PropertyList::read(contents.value());

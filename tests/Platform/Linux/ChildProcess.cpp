@@ -68,8 +68,7 @@ bool becomeOrdinaryUser()
 bool mountSmallDisk(const std::string &folder, int bytes)
 {
     const int ownUser = ::geteuid() == 0 ? 0 : CLONE_NEWUSER;
-    return ::unshare(CLONE_NEWNS | ownUser) == 0
-        && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0
+    return ::unshare(CLONE_NEWNS | ownUser) == 0 && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0
         && ::mount("tmpfs", folder.c_str(), "tmpfs", 0, ("size=" + std::to_string(bytes)).c_str()) == 0;
 }
 

@@ -82,8 +82,8 @@ TEST_F(LinuxDesktopAppearanceTest, KeepsTheFallBackWhereTheBusHasNoPortal)
     desktop.observe([&] { ++changes; });
 
     // The bus refuses the questions before it answers this one, which is asked later.
-    QDBusMessage ping = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_qs, u"/"_qs, u"org.freedesktop.DBus"_qs,
-                                                       u"GetId"_qs);
+    QDBusMessage ping
+        = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_qs, u"/"_qs, u"org.freedesktop.DBus"_qs, u"GetId"_qs);
     bus.connection().call(ping);
     QCoreApplication::processEvents();
 
@@ -100,7 +100,8 @@ TEST_F(LinuxDesktopAppearanceTest, TakesThePortalsAnswersWhenTheyComeAndDoesNotW
     desktop.observe([&] { ++changes; });
     EXPECT_EQ(desktop.colorScheme(), ColorScheme::Light);
 
-    EXPECT_TRUE(comesTrue([&] { return desktop.colorScheme() == ColorScheme::Dark && desktop.prefersReducedMotion(); }));
+    EXPECT_TRUE(
+        comesTrue([&] { return desktop.colorScheme() == ColorScheme::Dark && desktop.prefersReducedMotion(); }));
     EXPECT_EQ(changes, 2);
 }
 
@@ -152,7 +153,8 @@ TEST_F(LinuxDesktopAppearanceTest, TellsNothingWhenASettingStaysOrBelongsToOther
 
 TEST_F(LinuxDesktopAppearanceTest, KeepsTheFallBackWhereThePortalRefuses)
 {
-    ASSERT_TRUE(bus.startPortal(u"raise dbus.exceptions.DBusException('no', name='org.freedesktop.portal.Error.NotFound')"_qs));
+    ASSERT_TRUE(
+        bus.startPortal(u"raise dbus.exceptions.DBusException('no', name='org.freedesktop.portal.Error.NotFound')"_qs));
     LinuxDesktopAppearance desktop(bus.connection(), "Adwaita:dark");
 
     bus.emitSettingChanged(interface, animations, false);

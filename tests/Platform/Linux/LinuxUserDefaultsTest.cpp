@@ -108,7 +108,8 @@ TEST_F(LinuxUserDefaultsTest, WritesABinaryListThatOnlyTheUserReads)
 
 TEST_F(LinuxUserDefaultsTest, KeepsValuesOfOthersWhenItWrites)
 {
-    LinuxUserDefaults defaults = openedWith("<date>2024-01-02T03:04:05Z</date><key>other</key><dict><key>a</key><real>1.5</real></dict>");
+    LinuxUserDefaults defaults = openedWith("<date>2024-01-02T03:04:05Z</date>"
+                                            "<key>other</key><dict><key>a</key><real>1.5</real></dict>");
     defaults.setBoolean(u"mine"_qs, true);
 
     const PropertyList list = PropertyList::read(contents()).value();

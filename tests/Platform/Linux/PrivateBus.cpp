@@ -48,8 +48,7 @@ PrivateBus::PrivateBus()
         return;
     file.write(configuration.arg(m_folder.path()).toUtf8());
     file.close();
-    m_daemon.start(u"dbus-daemon"_qs,
-                   {u"--config-file="_qs + file.fileName(), u"--nofork"_qs, u"--print-address"_qs});
+    m_daemon.start(u"dbus-daemon"_qs, {u"--config-file="_qs + file.fileName(), u"--nofork"_qs, u"--print-address"_qs});
     if (!m_daemon.waitForReadyRead(patience))
         return;
     m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
@@ -70,8 +69,8 @@ bool PrivateBus::startPortal(const QString &python)
     environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_qs, m_address);
     m_portal.setProcessEnvironment(environment);
     // Another Python that stands first in PATH need not have the distribution's modules.
-    m_portal.start(u"/usr/bin/python3"_qs, {u"-m"_qs, u"dbusmock"_qs, u"--session"_qs, portalName, portalObject,
-                                             settingsInterface});
+    m_portal.start(u"/usr/bin/python3"_qs,
+                   {u"-m"_qs, u"dbusmock"_qs, u"--session"_qs, portalName, portalObject, settingsInterface});
     const QDeadlineTimer deadline(patience);
     while (!m_connection->interface()->isServiceRegistered(portalName)) {
         if (deadline.hasExpired() || !m_portal.waitForStarted(patience) || m_portal.state() == QProcess::NotRunning)

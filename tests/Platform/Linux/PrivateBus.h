@@ -9,8 +9,8 @@
 
 namespace Quillmere {
 
-/// A message bus of a test's own, on which nothing starts by itself, with a pretended settings portal if asked for. Ends
-/// both when it goes.
+/// A message bus of a test's own, on which nothing starts by itself, with a pretended settings portal if asked for.
+/// Ends both when it goes.
 class PrivateBus
 {
 public:
