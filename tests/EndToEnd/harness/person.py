@@ -1,0 +1,60 @@
+"""The hands of whoever uses the program."""
+
+from .accessible import Application, Item
+from .desktop import Desktop, wait_until
+
+
+class Person:
+    def __init__(self, desktop: Desktop, application: Application):
+        self._desktop = desktop
+        self._application = application
+
+    def click(self, item: Item) -> None:
+        """Points at the middle of the item and clicks, once it has come to rest."""
+        x, y = self._resting_centre(item)
+        self._desktop.run("xdotool", "mousemove", "--sync", str(x), str(y), "click", "1")
+
+    def click_on(self, role: str, name: str) -> None:
+        self.click(self._application.find(role, name))
+
+    def point_at(self, item: Item) -> None:
+        x, y = self._resting_centre(item)
+        self._desktop.run("xdotool", "mousemove", "--sync", str(x), str(y))
+
+    def press(self, *keys: str) -> None:
+        """Keys by their X names, such as "Tab", "shift+Tab", "Return"."""
+        self._desktop.run("xdotool", "key", "--clearmodifiers", "--delay", "20", *keys)
+
+    def type(self, text: str) -> None:
+        self._desktop.run("xdotool", "type", "--delay", "20", text)
+
+    def reach(self, role: str, name: str, key: str = "Tab", at_most: int = 60) -> Item:
+        """Presses the key until the focus is there, as somebody without a pointer has to."""
+        passed = []
+        for _ in range(at_most):
+            item = self._application.focused()
+            if item and item.role == role and item.name == name:
+                return item
+            passed.append(f"{item.role} “{item.name}”" if item else "nothing")
+            self.press(key)
+            self._settle(item)
+        raise AssertionError(f"{key} does not lead to the {role} “{name}”, but over:\n" + "\n".join(passed))
+
+    def _settle(self, before: Item | None) -> None:
+        """Gives the focus time to move; it need not."""
+        def place(item):
+            return item and (item.role, item.name, item.extents)
+        start = place(before)
+        try:
+            wait_until(lambda: place(self._application.focused()) != start, "the focus to move", 1)
+        except TimeoutError:
+            pass
+
+    def _resting_centre(self, item: Item) -> tuple[int, int]:
+        places = [None]
+
+        def rests():
+            places.append(item.extents)
+            return places[-1] == places[-2] and places[-1].width > 0
+        wait_until(rests, f"the {item.role} “{item.name}” to come to rest")
+        return places[-1].centre
