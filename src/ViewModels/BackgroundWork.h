@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QPointer>
+#include <QThreadPool>
 #include <QtConcurrentRun>
 
 #include <QCoro/QCoroFuture>
@@ -10,12 +11,16 @@
 
 namespace Quillmere {
 
+/// Where background work runs. Not Qt's own pool: the painter lends its threads from there, and a window would stand
+/// still as soon as long scans held them all.
+[[nodiscard]] QThreadPool &backgroundPool();
+
 /// Runs @p work on a worker thread; await the answer on the GUI thread. Work under way goes on to its end even when
 /// nobody awaits it any more, so it must own what it uses. It must not throw.
 template<typename Work>
 [[nodiscard]] QFuture<std::invoke_result_t<Work>> inBackground(Work work)
 {
-    return QtConcurrent::run(std::move(work));
+    return QtConcurrent::run(&backgroundPool(), std::move(work));
 }
 
 /// Has the GUI thread run @p change on @p object, later and in the order of asking, if the object still lives then.

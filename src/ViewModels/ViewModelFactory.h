@@ -16,13 +16,19 @@ class ViewModelFactory final : public QObject
 public:
     ViewModelFactory(Machine machine, HistoryService &history, QObject *parent = nullptr);
 
-    Q_INVOKABLE [[nodiscard]] Quillmere::SafeCleanupViewModel *makeSafeCleanup(QObject *screen) const;
+    /// Ends the scans that are still under way, so that the program can end.
+    ~ViewModelFactory() override;
+
+    Q_INVOKABLE [[nodiscard]] Quillmere::SafeCleanupViewModel *makeSafeCleanup(QObject *screen);
     Q_INVOKABLE [[nodiscard]] Quillmere::HistoryViewModel *makeHistory(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::SidebarListModel *makeSidebar(QObject *screen) const;
 
 private:
+    [[nodiscard]] std::shared_ptr<ScannerService> makeScanner();
+
     Machine m_machine;
     HistoryService &m_history;
+    QList<std::weak_ptr<ScannerService>> m_scanners;
 };
 
 } // namespace Quillmere

@@ -12,8 +12,6 @@ namespace {
 constexpr int patienceMilliseconds = 3000;
 constexpr int mostStopsOfTab = 60;
 
-void dump(QAccessibleInterface*i,int d){ if(!i)return; printf("%*s%d %s inv=%d n=%d\n",d,"",int(i->role()),qPrintable(i->text(QAccessible::Name)),int(i->state().invisible),i->childCount()); for(int k=0;k<i->childCount();++k) dump(i->child(k),d+1);} 
-
 using Test = std::function<bool(QAccessibleInterface *)>;
 
 QAccessibleInterface *search(QAccessibleInterface *from, const Test &matches)
@@ -32,6 +30,12 @@ QAccessibleInterface *search(QAccessibleInterface *from, const Test &matches)
 QAccessibleInterface *searchWindow(QQuickWindow &window, const Test &matches)
 {
     return search(QAccessible::queryAccessibleInterface(&window), matches);
+}
+
+bool isEnabled(QAccessibleInterface *accessible)
+{
+    const auto *item = qobject_cast<QQuickItem *>(accessible->object());
+    return item && item->isEnabled();
 }
 
 Test named(QAccessible::Role role, const QString &name)
@@ -54,7 +58,6 @@ Person::Person(QQuickWindow &window)
 QAccessibleInterface *Person::find(QAccessible::Role role, const QString &name) const
 {
     QAccessibleInterface *found = nullptr;
-    if(qEnvironmentVariableIsSet("DUMP")) dump(QAccessible::queryAccessibleInterface(&m_window),0);
     (void)QTest::qWaitFor([&] { return (found = searchWindow(m_window, named(role, name))) != nullptr; },
                           patienceMilliseconds);
     return found;
@@ -85,11 +88,17 @@ QString Person::focusedName() const
 bool Person::click(QAccessible::Role role, const QString &name) const
 {
     QAccessibleInterface *item = find(role, name);
-    if (!item || item->state().disabled)
+    if (!item || !isEnabled(item))
         return false;
     const QPoint middle = m_window.mapFromGlobal(item->rect().center());
     QTest::mouseClick(&m_window, Qt::LeftButton, Qt::NoModifier, middle);
     return true;
+}
+
+bool Person::canUse(QAccessible::Role role, const QString &name) const
+{
+    QAccessibleInterface *item = find(role, name);
+    return item && isEnabled(item);
 }
 
 void Person::press(Qt::Key key, Qt::KeyboardModifiers modifiers) const

@@ -22,6 +22,8 @@ public:
     /// What the keyboard is on; empty when on nothing that has a name.
     [[nodiscard]] QString focusedName() const;
 
+    /// Whether it can be used. Asks the item itself: in Qt 6.4 a disabled one does not tell assistive tools so.
+    [[nodiscard]] bool canUse(QAccessible::Role role, const QString &name) const;
     /// Clicks the middle of the item. False when it is not there or cannot be used.
     [[nodiscard]] bool click(QAccessible::Role role, const QString &name) const;
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;

@@ -1,5 +1,6 @@
 #include "App/Person.h"
 #include "App/QuillmereApp.h"
+#include "Fakes/Gate.h"
 #include "Fakes/PretendMachine.h"
 
 #include <QTest>
@@ -7,8 +8,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <latch>
 
 using namespace Quillmere;
 using enum QAccessible::Role;
@@ -124,7 +123,7 @@ TEST_F(ScreensTest, SaysSoWhenThereIsNothingToClean)
     const Person person = openScanned();
 
     EXPECT_TRUE(person.reads(u"No items found to clean"_qs));
-    EXPECT_TRUE(person.find(Button, u"Clean"_qs)->state().disabled);
+    EXPECT_FALSE(person.canUse(Button, u"Clean"_qs));
     EXPECT_TRUE(person.seesNo(Button, u"Start Scan"_qs));
 }
 
@@ -140,11 +139,11 @@ TEST_F(ScreensTest, SwitchesCategoriesOffAndOn)
 
     ASSERT_TRUE(person.click(Button, u"Deselect All"_qs));
     EXPECT_TRUE(person.reads(u"Zero KB"_qs));
-    EXPECT_TRUE(person.find(Button, u"Clean"_qs)->state().disabled);
+    EXPECT_FALSE(person.canUse(Button, u"Clean"_qs));
 
     ASSERT_TRUE(person.click(Button, u"Select All"_qs));
     EXPECT_TRUE(person.reads(u"2 MB"_qs));
-    EXPECT_FALSE(person.find(Button, u"Clean"_qs)->state().disabled);
+    EXPECT_TRUE(person.canUse(Button, u"Clean"_qs));
 }
 
 TEST_F(ScreensTest, OpensACategoryAndListsItsFirstItems)
@@ -199,15 +198,15 @@ TEST_F(ScreensTest, ShowsNoSkippedLineAndNoErrorsWhenAllWentWell)
 TEST_F(ScreensTest, ShowsTheScanOverTheScreenUntilItIsCancelled)
 {
     addTree("Caches/browser", 1000);
-    std::latch mayGoOn(1);
-    machine.files->onMeasure([&](const FilePath &) { mayGoOn.wait(); });
+    const Gate gate;
+    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
     const Person person = open(SidebarTab::SafeCleanup);
     ASSERT_TRUE(person.click(Button, u"Start Scan"_qs));
     EXPECT_TRUE(person.sees(Dialog, u"Scanning..."_qs));
     EXPECT_TRUE(person.reads(u"browser"_qs));
 
     ASSERT_TRUE(person.click(Button, u"Cancel"_qs));
-    mayGoOn.count_down();
+    gate.open();
 
     EXPECT_TRUE(person.seesNo(Dialog, u"Scanning..."_qs));
     EXPECT_TRUE(person.sees(Button, u"Start Scan"_qs));
@@ -216,14 +215,14 @@ TEST_F(ScreensTest, ShowsTheScanOverTheScreenUntilItIsCancelled)
 TEST_F(ScreensTest, TakesEscapeForCancelDuringAScan)
 {
     addTree("Caches/browser", 1000);
-    std::latch mayGoOn(1);
-    machine.files->onMeasure([&](const FilePath &) { mayGoOn.wait(); });
+    const Gate gate;
+    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
     const Person person = open(SidebarTab::SafeCleanup);
     ASSERT_TRUE(person.click(Button, u"Start Scan"_qs));
     ASSERT_TRUE(person.sees(Dialog, u"Scanning..."_qs));
 
     person.press(Qt::Key_Escape);
-    mayGoOn.count_down();
+    gate.open();
 
     EXPECT_TRUE(person.sees(Button, u"Start Scan"_qs));
 }
@@ -231,8 +230,8 @@ TEST_F(ScreensTest, TakesEscapeForCancelDuringAScan)
 TEST_F(ScreensTest, ShowsTheCleaningOverTheScreenAndTheReportAfterACancel)
 {
     addTree("Caches/browser", 1000);
-    std::latch mayGoOn(1);
-    machine.files->onRemoval([&](const FilePath &) { mayGoOn.wait(); });
+    const Gate gate;
+    machine.files->onRemoval([gate](const FilePath &) { gate.wait(); });
     const Person person = openScanned();
     ASSERT_TRUE(person.click(Button, u"Clean"_qs));
     EXPECT_TRUE(person.sees(Dialog, u"Cleaning..."_qs));
@@ -240,7 +239,7 @@ TEST_F(ScreensTest, ShowsTheCleaningOverTheScreenAndTheReportAfterACancel)
 
     ASSERT_TRUE(person.click(Button, u"Cancel"_qs));
     EXPECT_TRUE(person.seesNo(Dialog, u"Cleaning..."_qs));
-    mayGoOn.count_down();
+    gate.open();
 
     EXPECT_TRUE(person.reads(u"Cleanup Report"_qs));
 }

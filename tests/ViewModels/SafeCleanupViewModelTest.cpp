@@ -1,5 +1,6 @@
 #include "App/AppState.h"
 #include "Fakes/InstalledLocalizer.h"
+#include "Fakes/Gate.h"
 #include "Fakes/PretendMachine.h"
 #include "ViewModels/SafeCleanupViewModel.h"
 #include "ViewModels/UnfinishedRuns.h"
@@ -11,7 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <latch>
+#include <atomic>
 
 using namespace Quillmere;
 using testing::ElementsAre;
@@ -155,18 +156,18 @@ TEST_F(SafeCleanupViewModelTest, TakesTheOverlayAwayAtOnceWhenCancelled)
 TEST_F(SafeCleanupViewModelTest, IsNotDisturbedByACancelledScanThatEndsLate)
 {
     addTree("Caches/app", 7);
-    std::latch mayGoOn(1);
-    std::atomic<bool> isFirst = true;
-    machine.files->onMeasure([&](const FilePath &) {
-        if (isFirst.exchange(false))
-            mayGoOn.wait();
+    const Gate gate;
+    const auto isFirst = std::make_shared<std::atomic<bool>>(true);
+    machine.files->onMeasure([gate, isFirst](const FilePath &) {
+        if (isFirst->exchange(false))
+            gate.wait();
     });
     const auto cancelled = model->scan();
     QTest::qWait(1);
     model->cancel();
 
     const auto second = model->scan();
-    mayGoOn.count_down();
+    gate.open();
     QCoro::waitFor(cancelled);
     QCoro::waitFor(second);
 
@@ -284,15 +285,15 @@ TEST_F(SafeCleanupViewModelTest, GoesOnCleaningBehindACancelAndReportsAllTheSame
     addTree("Caches/a", 7);
     addTree("Caches/b", 3);
     QCoro::waitFor(model->scan());
-    std::latch mayGoOn(1);
-    machine.files->onRemoval([&](const FilePath &) { mayGoOn.wait(); });
+    const Gate gate;
+    machine.files->onRemoval([gate](const FilePath &) { gate.wait(); });
     const auto cleaning = model->clean();
     EXPECT_TRUE(model->isCleaning());
 
     model->cancel();
 
     EXPECT_FALSE(model->isCleaning());
-    mayGoOn.count_down();
+    gate.open();
     QCoro::waitFor(cleaning);
     EXPECT_EQ(machine.files->trashed().size(), 2);
     EXPECT_TRUE(model->hasReport());
@@ -303,13 +304,13 @@ TEST_F(SafeCleanupViewModelTest, BringsARunToItsEndAndItsRecordWhenTheScreenHasG
     addTree("Caches/a", 7);
     addTree("Caches/b", 3);
     QCoro::waitFor(model->scan());
-    std::latch mayGoOn(1);
-    machine.files->onRemoval([&](const FilePath &) { mayGoOn.wait(); });
+    const Gate gate;
+    machine.files->onRemoval([gate](const FilePath &) { gate.wait(); });
     const auto cleaning = model->clean();
     EXPECT_FALSE(runs.isEmpty());
 
     model.reset();
-    mayGoOn.count_down();
+    gate.open();
     QCoro::waitFor(cleaning);
 
     EXPECT_EQ(machine.files->trashed().size(), 2);
