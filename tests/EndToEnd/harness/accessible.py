@@ -94,9 +94,8 @@ class Item:
         return interface in self._node.get_interfaces()
 
     def is_showing(self) -> bool:
-        # A window is its own and says only that it is visible or active.
-        states = self.states()
-        return "showing" in states or "visible" in states or self.role in ("application", "frame", "window", "dialog")
+        # What holds windows is itself nowhere on the screen.
+        return self.role == "application" or "showing" in self.states()
 
     def outline(self, depth: int = 0) -> str:
         """The whole tree as indented lines, to be read when a test fails."""
@@ -144,8 +143,9 @@ class Application:
         wait_until(lambda: not self.all(role, name), f"the {role or 'thing'} named “{name}” to go", patience)
 
     def focused(self) -> Item | None:
-        return next((item for item in self.all() if "focused" in item.states() and item.role not in
-                     ("frame", "window", "application")), None)
+        """Of several things that contain each other and say that they have the focus, the innermost."""
+        items = [item for item in self.all() if "focused" in item.states() and item.role != "frame"]
+        return items[-1] if items else None
 
     def outline(self) -> str:
         try:

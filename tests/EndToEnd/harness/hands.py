@@ -1,0 +1,60 @@
+"""Two ways to use Quillmere's window: by pointer, and by keyboard alone."""
+
+from .running import RunningProgram
+
+
+class ByPointer:
+    def __init__(self, program: RunningProgram):
+        self._application = program.application
+        self._person = program.person
+
+    def open(self, destination: str) -> None:
+        """Goes to a destination of the sidebar."""
+        self._person.click_on("list item", destination)
+        self._application.find("heading", destination)
+
+    def press(self, button: str) -> None:
+        self._person.click_on("push button", button)
+
+    def toggle(self, box: str) -> None:
+        self._person.click_on("check box", box)
+
+    def choose(self, button: str, entry: str) -> None:
+        """An entry of the menu below a button."""
+        self.press(button)
+        self._person.click_on("menu item", entry)
+
+
+class ByKeyboard:
+    #: Presses of a key that surely lead past everything there is.
+    FAR = 60
+
+    def __init__(self, program: RunningProgram):
+        self._application = program.application
+        self._person = program.person
+
+    def open(self, destination: str) -> None:
+        selected = next(item for item in self._application.all("list item") if "selected" in item.states())
+        self._person.reach("list item", selected.name)
+        items = [item.name for item in self._application.all("list item") if item.extents.x == selected.extents.x]
+        steps = items.index(destination) - items.index(selected.name)
+        if steps:
+            self._person.reach("list item", destination, "Down" if steps > 0 else "Up", at_most=self.FAR)
+        self._application.find("heading", destination)
+
+    def press(self, button: str) -> None:
+        self._person.reach("push button", button)
+        self._person.press("space")
+
+    def toggle(self, box: str) -> None:
+        self._person.reach("check box", box)
+        self._person.press("space")
+
+    def choose(self, button: str, entry: str) -> None:
+        self.press(button)
+        self._application.find("menu item", entry)
+        self._person.reach("menu item", entry, "Down", at_most=10)
+        self._person.press("Return")
+
+
+WAYS = (ByPointer, ByKeyboard)

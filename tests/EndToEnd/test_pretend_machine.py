@@ -1,0 +1,71 @@
+#!/usr/bin/python3
+"""Uses the whole window on a machine that exists only in memory, where every figure is known."""
+
+import os
+import unittest
+
+import roads
+from harness.case import EndToEndTest
+from harness.hands import WAYS, ByKeyboard, ByPointer
+
+PROGRAM = os.environ["QUILLMERE_PRETEND_PROGRAM"]
+
+
+class PretendMachineTest(EndToEndTest):
+    def begin(self, way):
+        self.program = self.start([PROGRAM])
+        self.application = self.program.application
+        self.hands = way(self.program)
+
+    def test_opens_on_the_dashboard(self):
+        self.begin(ByPointer)
+        self.application.find("heading", "Dashboard")
+        self.assertIn("selected", self.application.find("list item", "Dashboard").states())
+
+    def test_cleans_what_it_finds_and_remembers_it(self):
+        for way in WAYS:
+            with self.subTest(way=way.__name__):
+                self.begin(way)
+                roads.scan(self.program, self.hands)
+                self.application.find("label", "4.53 GB")
+                self.assertEqual(roads.clean(self.program, self.hands),
+                                 {"Space Freed": "4.5 GB", "Files Removed": "12", "Files Skipped": "1"})
+                # The list that follows shows what could not be removed.
+                self.application.find("label", "31 MB")
+                self.assertEqual(roads.history(self.program, self.hands),
+                                 ["Nov 21, 2026 at 9:12 AM, Safe Cleanup, 4.5 GB, Completed"])
+                self.program.end()
+
+    def test_leaves_out_a_category_that_is_switched_off(self):
+        for way in WAYS:
+            with self.subTest(way=way.__name__):
+                self.begin(way)
+                roads.scan(self.program, self.hands)
+                self.hands.toggle("User Cache")
+                self.hands.toggle("Container Cache")
+                self.application.find("label", "600 MB")
+                self.assertEqual(roads.clean(self.program, self.hands)["Space Freed"], "569 MB")
+                self.program.end()
+
+    def test_cannot_clean_while_nothing_is_selected(self):
+        for way in WAYS:
+            with self.subTest(way=way.__name__):
+                self.begin(way)
+                roads.scan(self.program, self.hands)
+                self.hands.press("Deselect All")
+                self.application.find("label", "Zero KB")
+                self.assertNotIn("enabled", self.application.find("push button", "Clean").states())
+                self.hands.press("Select All")
+                self.application.find("label", "4.53 GB")
+                self.assertIn("enabled", self.application.find("push button", "Clean").states())
+                self.program.end()
+
+    def test_goes_to_every_destination_by_keyboard_alone(self):
+        self.begin(ByKeyboard)
+        for destination in ("Safe Cleanup", "Settings", "History", "Tools", "Dashboard"):
+            self.hands.open(destination)
+            self.assertIn("selected", self.application.find("list item", destination).states())
+
+
+if __name__ == "__main__":
+    unittest.main()
