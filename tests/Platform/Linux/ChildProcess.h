@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Values/FilePath.h"
+
+#include <functional>
+
+namespace Quillmere {
+
+/// Runs @p body in a process of its own, which may change itself as it likes; its failures are this test's.
+void inChild(const std::function<void()> &body);
+
+/// The same as a user without special rights. Root becomes nobody, everybody else stays who they are.
+void inUnprivilegedChild(const FilePath &foldersToOwn, const std::function<void()> &body);
+
+/// The same with mounts of its own, which nobody else sees, and the right to make them.
+void inMountNamespace(const std::function<void()> &body);
+/// Empty when inMountNamespace() works on this machine, else the reason why not.
+[[nodiscard]] QByteArray whyNoMountNamespace();
+
+/// Inside inMountNamespace(). False, and a failure of the test, when the machine refuses.
+[[nodiscard]] bool mountTmpfs(const FilePath &folder, const char *options);
+/// A file system on disk with a device number of its own, empty. @p backing must be an existing folder outside.
+[[nodiscard]] bool mountVolume(const FilePath &folder, const FilePath &backing);
+
+} // namespace Quillmere
+
+/// What a machine cannot do is named, and is a failure where everything must run.
+#define QUILLMERE_NEED(reasonWhyNot)                                                                                  \
+    do {                                                                                                              \
+        const QByteArray reason = (reasonWhyNot);                                                                     \
+        if (!reason.isEmpty() && qEnvironmentVariableIsSet("CI"))                                                     \
+            FAIL() << reason.constData();                                                                             \
+        if (!reason.isEmpty())                                                                                        \
+            GTEST_SKIP() << reason.constData();                                                                       \
+    } while (false)
