@@ -39,6 +39,12 @@ struct TreeSize
     qint64 fileCount = 0;
 
     bool operator==(const TreeSize &) const = default;
+    TreeSize &operator+=(const TreeSize &other)
+    {
+        allocatedSize += other.allocatedSize;
+        fileCount += other.fileCount;
+        return *this;
+    }
 };
 
 enum class HiddenFiles { Include, Skip };

@@ -45,9 +45,9 @@ int unlinkUnlocking(int folder, const char *name, int flags)
 {
     if (::unlinkat(folder, name, flags) == 0)
         return 0;
-    if (errno == EACCES && unlock(folder) && ::unlinkat(folder, name, flags) == 0)
-        return 0;
-    return errno;
+    if (errno != EACCES)
+        return errno;
+    return !unlock(folder) ? EACCES : ::unlinkat(folder, name, flags) == 0 ? 0 : errno;
 }
 
 bool isDots(const char *name)

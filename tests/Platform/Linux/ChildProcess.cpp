@@ -69,7 +69,7 @@ void inChild(const std::function<void()> &body)
 void inUnprivilegedChild(const FilePath &foldersToOwn, const std::function<void()> &body)
 {
     const bool privileged = ::geteuid() == 0;
-    if (privileged)
+    if (privileged && !foldersToOwn.isEmpty())
         QProcess::execute(u"/bin/chown"_qs, {u"-R"_qs, QString::number(nobody), QFile::decodeName(foldersToOwn.bytes())});
     inChild([&] {
         if (privileged) {

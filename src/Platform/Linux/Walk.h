@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Platform/FileManager.h"
+
+#include <atomic>
+#include <condition_variable>
+
+namespace Quillmere {
+
+/// What the threads of one walk have in common. Lives in the frame of the call that asked for the walk.
+class Walk
+{
+public:
+    explicit Walk(const Cancellation &cancellation)
+        : m_cancellation(cancellation)
+    {
+    }
+
+    [[nodiscard]] const Cancellation &cancellation() const { return m_cancellation; }
+    /// Whether the pool knows of this walk. A small one ends before it does.
+    [[nodiscard]] bool isShared() const { return m_isShared; }
+    /// Whether some thread would take a job at once. Cheap enough to be asked for every folder.
+    [[nodiscard]] bool isHungry() const { return m_hunger.load(std::memory_order_relaxed) > 0; }
+
+private:
+    friend class WalkPool;
+
+    const Cancellation &m_cancellation;
+    std::atomic<int> m_hunger = 0;
+    bool m_isShared = false; ///< Set before any other thread knows of the walk.
+
+    // The rest is guarded by the pool's mutex.
+    std::condition_variable m_ownerWakes;
+    bool m_isOwnerWaiting = false;
+    bool m_waitsForDisk = false;
+    int m_helpers = 0; ///< Threads of the pool that are at work on this walk.
+    TreeSize m_sum;    ///< Of the helpers that have finished their job.
+};
+
+} // namespace Quillmere

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Platform/Linux/FileDescriptor.h"
+#include "Platform/Linux/NameList.h"
+
+#include <memory>
+
+namespace Quillmere {
+
+/// A folder on the way of a walk, with what is still to be done in it.
+struct WalkFrame
+{
+    std::shared_ptr<const FileDescriptor> folder; ///< Shared with whoever was given some of its names.
+    NameList subfolders;                          ///< Still to be entered.
+    bool isUnread = false;                        ///< More entries may follow those that were read.
+
+    [[nodiscard]] bool isDone() const { return subfolders.isEmpty() && !isUnread; }
+};
+
+} // namespace Quillmere
