@@ -70,7 +70,8 @@ void inUnprivilegedChild(const FilePath &foldersToOwn, const std::function<void(
 {
     const bool privileged = ::geteuid() == 0;
     if (privileged && !foldersToOwn.isEmpty())
-        QProcess::execute(u"/bin/chown"_qs, {u"-R"_qs, QString::number(nobody), QFile::decodeName(foldersToOwn.bytes())});
+        QProcess::execute(u"/bin/chown"_qs,
+                          {u"-R"_qs, QString::number(nobody), QFile::decodeName(foldersToOwn.bytes())});
     inChild([&] {
         if (privileged) {
             ASSERT_EQ(::setgroups(0, nullptr), 0);
@@ -115,8 +116,7 @@ bool mountVolume(const FilePath &folder, const FilePath &backing)
     const FilePath work = backing.appending("work");
     for (const FilePath &made : {lower, upper, work, folder})
         ::mkdir(made.bytes().constData(), 0777);
-    const QByteArray options
-        = "lowerdir=" + lower.bytes() + ",upperdir=" + upper.bytes() + ",workdir=" + work.bytes();
+    const QByteArray options = "lowerdir=" + lower.bytes() + ",upperdir=" + upper.bytes() + ",workdir=" + work.bytes();
     const bool mounted = ::mount("overlay", folder.bytes().constData(), "overlay", 0, options.constData()) == 0;
     EXPECT_TRUE(mounted) << std::strerror(errno);
     return mounted;

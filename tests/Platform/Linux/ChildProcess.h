@@ -25,11 +25,11 @@ void inMountNamespace(const std::function<void()> &body);
 } // namespace Quillmere
 
 /// What a machine cannot do is named, and is a failure where everything must run.
-#define QUILLMERE_NEED(reasonWhyNot)                                                                                  \
-    do {                                                                                                              \
-        const QByteArray reason = (reasonWhyNot);                                                                     \
-        if (!reason.isEmpty() && qEnvironmentVariableIsSet("CI"))                                                     \
-            FAIL() << reason.constData();                                                                             \
-        if (!reason.isEmpty())                                                                                        \
-            GTEST_SKIP() << reason.constData();                                                                       \
+#define QUILLMERE_NEED(reasonWhyNot)                                                                                   \
+    do {                                                                                                               \
+        const QByteArray reason = (reasonWhyNot);                                                                      \
+        if (!reason.isEmpty() && qEnvironmentVariableIsSet("CI"))                                                      \
+            FAIL() << reason.constData();                                                                              \
+        if (!reason.isEmpty())                                                                                         \
+            GTEST_SKIP() << reason.constData();                                                                        \
     } while (false)

@@ -1,7 +1,7 @@
+#include "Platform/Linux/RemovalGuard.h"
 #include "Platform/Linux/ChildProcess.h"
 #include "Platform/Linux/LinuxFileManager.h"
 #include "Platform/Linux/OpenAt.h"
-#include "Platform/Linux/RemovalGuard.h"
 #include "Platform/Linux/TemporaryHome.h"
 
 #include <gtest/gtest.h>
@@ -40,9 +40,10 @@ TEST_P(ProtectedFolderTest, IsRefusedHoweverItIsWritten)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(System, ProtectedFolderTest, testing::Values(
-    "/", "/etc", "/usr", "/var", "/home", "/boot", "/dev", "/proc", "/sys", "/run", "/root", "/lib", "/lib32",
-    "/lib64", "/libx32", "/bin", "/sbin", "/opt", "/srv", "/tmp", "/media", "/mnt"));
+INSTANTIATE_TEST_SUITE_P(System, ProtectedFolderTest,
+                         testing::Values("/", "/etc", "/usr", "/var", "/home", "/boot", "/dev", "/proc", "/sys", "/run",
+                                         "/root", "/lib", "/lib32", "/lib64", "/libx32", "/bin", "/sbin", "/opt",
+                                         "/srv", "/tmp", "/media", "/mnt"));
 
 TEST(RemovalGuardTest, LetsWhatLiesBelowTheSystemsFoldersPass)
 {

@@ -1,10 +1,10 @@
 #include "Platform/Linux/TemporaryHome.h"
 
+#include <QFileInfo>
 #include <QProcess>
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 
 #include <dirent.h>
 #include <sys/stat.h>
@@ -27,6 +27,7 @@ void makeFolders(const FilePath &folder)
 TemporaryHome::TemporaryHome()
 {
     m_folder.setAutoRemove(false);
+    m_root = FilePath(QFileInfo(m_folder.path()).canonicalFilePath().toUtf8());
     addFolder("home");
 }
 
@@ -44,8 +45,7 @@ UserEnvironment TemporaryHome::environment() const
 
 FilePath TemporaryHome::path(const QByteArray &relative) const
 {
-    const FilePath root(QByteArray(::realpath(qPrintable(m_folder.path()), nullptr)));
-    return relative.isEmpty() ? root : root.appending(relative);
+    return relative.isEmpty() ? m_root : m_root.appending(relative);
 }
 
 FilePath TemporaryHome::addFile(const QByteArray &relative, const QByteArray &contents) const

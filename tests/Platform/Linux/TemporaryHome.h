@@ -29,10 +29,11 @@ public:
     [[nodiscard]] bool exists(const QByteArray &relative) const;
     [[nodiscard]] QByteArray contents(const QByteArray &relative) const; ///< Null when it cannot be read.
     [[nodiscard]] QList<QByteArray> names(const QByteArray &relative) const; ///< Sorted; empty for no folder.
-    [[nodiscard]] mode_t mode(const QByteArray &relative) const;             ///< The rights alone.
+    [[nodiscard]] mode_t mode(const QByteArray &relative) const; ///< The rights alone.
 
 private:
     QTemporaryDir m_folder;
+    FilePath m_root; ///< Its location, free of links.
 };
 
 /// Of any location.

@@ -1,6 +1,6 @@
+#include "Platform/Linux/TrashCan.h"
 #include "Platform/Linux/ChildProcess.h"
 #include "Platform/Linux/TemporaryHome.h"
-#include "Platform/Linux/TrashCan.h"
 #include "Platform/Linux/TrashInfo.h"
 
 #include <gtest/gtest.h>
@@ -165,10 +165,12 @@ TEST_P(TrashedNameTest, GoesToTheTrashAndIsRemembered)
     EXPECT_EQ(infoOf(trashed.value().lastPathComponent())->path, item.bytes());
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, TrashedNameTest, testing::Values(
-    QByteArray("\xff\xfe not UTF-8"), QByteArray("line\nbreak"), QByteArray("100%"), QByteArray("%41"),
-    QByteArray(255, 'x'), QByteArray(251, 'x') + ".txt", QByteArray("я").repeated(127), QByteArray("שלום.txt"),
-    QByteArray("-rf"), QByteArray(" "), QByteArray("~"), QByteArray("*"), QByteArray("a\\b"), QByteArray("\x01\x7f")));
+INSTANTIATE_TEST_SUITE_P(Names, TrashedNameTest,
+                         testing::Values(QByteArray("\xff\xfe not UTF-8"), QByteArray("line\nbreak"),
+                                         QByteArray("100%"), QByteArray("%41"), QByteArray(255, 'x'),
+                                         QByteArray(251, 'x') + ".txt", QByteArray("я").repeated(127),
+                                         QByteArray("שלום.txt"), QByteArray("-rf"), QByteArray(" "), QByteArray("~"),
+                                         QByteArray("*"), QByteArray("a\\b"), QByteArray("\x01\x7f")));
 
 TEST_F(TrashCanTest, MovesAnItemWhoseLocationIsLongerThanThePathsOfTheKernel)
 {

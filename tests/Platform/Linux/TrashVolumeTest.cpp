@@ -283,7 +283,8 @@ TEST_F(TrashVolumeTest, NeitherCopiesNorDeletesWhatCannotBeTakenAway)
 {
     onMemory("size=1m", [&] {
         const FilePath item = home.addFile("memory/a", "x");
-        ASSERT_EQ(::mount(nullptr, home.path("memory").bytes().constData(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+        ASSERT_EQ(::mount(nullptr, home.path("memory").bytes().constData(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr),
+                  0);
 
         const auto trashed = trash(item);
 
@@ -300,7 +301,8 @@ TEST_F(TrashVolumeTest, CopiesBetweenTwoMountsOfTheHomesFileSystem)
         home.addFile("other/a", "text");
         home.addFolder("bound");
         ASSERT_EQ(::mount(home.path("other").bytes().constData(), home.path("bound").bytes().constData(), nullptr,
-                          MS_BIND, nullptr), 0);
+                          MS_BIND, nullptr),
+                  0);
 
         const auto trashed = trash(home.path("bound/a"));
 
