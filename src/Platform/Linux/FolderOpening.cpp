@@ -14,13 +14,33 @@ namespace {
 
 constexpr int readingFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
 
-FileDescriptor openAt(int parent, const char *path, int flags)
+/// Lets the process have as many descriptors as the system allows it.
+void raiseDescriptorLimit()
+{
+    rlimit limit = {};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur == limit.rlim_max)
+        return;
+    limit.rlim_cur = limit.rlim_max;
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+/// Calls @p open, which answers a descriptor or -1, until it is not merely interrupted.
+template<typename Open>
+FileDescriptor openWith(const Open &open)
 {
     int number = -1;
     do {
-        number = ::openat(parent, path, flags);
+        number = open();
     } while (number < 0 && errno == EINTR);
-    return FileDescriptor(number);
+    if (number >= 0 || !lacksDescriptor(errno))
+        return FileDescriptor(number);
+    raiseDescriptorLimit();
+    return FileDescriptor(open());
+}
+
+FileDescriptor openAt(int parent, const char *path, int flags)
+{
+    return openWith([=] { return ::openat(parent, path, flags); });
 }
 
 /// The bytes of a path that the kernel can be given: a slash at its end would have it follow a final link.
@@ -72,25 +92,12 @@ FileDescriptor openSubfolder(int parent, const char *name)
     open_how how = {};
     how.flags = readingFlags | O_NOFOLLOW;
     how.resolve = RESOLVE_NO_XDEV;
-    long number = -1;
-    do {
-        number = ::syscall(SYS_openat2, parent, name, &how, sizeof how);
-    } while (number < 0 && errno == EINTR);
-    return FileDescriptor(static_cast<int>(number));
+    return openWith([&] { return static_cast<int>(::syscall(SYS_openat2, parent, name, &how, sizeof how)); });
 }
 
 bool lacksDescriptor(int error)
 {
     return error == EMFILE || error == ENFILE;
-}
-
-void raiseDescriptorLimit()
-{
-    rlimit limit = {};
-    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur == limit.rlim_max)
-        return;
-    limit.rlim_cur = limit.rlim_max;
-    ::setrlimit(RLIMIT_NOFILE, &limit);
 }
 
 } // namespace Quillmere

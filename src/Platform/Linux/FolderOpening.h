@@ -9,7 +9,8 @@ namespace Quillmere {
 enum class FinalLink { Follow, Refuse };
 
 /// Opens a folder for reading its entries, however long the path. Nothing that is not a folder is opened, so no FIFO
-/// and no device can block. When nothing is open afterwards, errno says why.
+/// and no device can block. When nothing is open afterwards, errno says why. When descriptors run out, the process is
+/// first allowed as many as the system grants it.
 [[nodiscard]] FileDescriptor openFolder(const FilePath &folder, FinalLink link);
 
 /// Opens the folder @p name that stands directly in @p parent, unless it is a link (ELOOP or ENOTDIR) or a mount
@@ -18,8 +19,5 @@ enum class FinalLink { Follow, Refuse };
 
 /// Whether an open failed for want of a descriptor rather than for something that the folder is.
 [[nodiscard]] bool lacksDescriptor(int error);
-
-/// Lets the process have as many descriptors as the system allows it.
-void raiseDescriptorLimit();
 
 } // namespace Quillmere

@@ -5,7 +5,6 @@
 #include <linux/close_range.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <optional>
@@ -19,14 +18,12 @@ namespace {
 // What is lacking comes back only when somebody else lets go of it, which nothing tells us.
 constexpr auto pauseBetweenTries = std::chrono::milliseconds(1);
 
-/// Gives the calling thread a table of descriptors of its own, with the standard streams and @p kept in it.
+/// Gives the calling thread a table of descriptors of its own with nothing in it but @p kept.
 void leaveDescriptorsBehind(int kept)
 {
-    constexpr unsigned firstAfterStreams = 3;
-    const unsigned firstAfterKept = static_cast<unsigned>(kept + 1);
-    ::close_range(std::max(firstAfterStreams, firstAfterKept), ~0U, CLOSE_RANGE_UNSHARE);
-    if (kept > static_cast<int>(firstAfterStreams))
-        ::close_range(firstAfterStreams, firstAfterKept - 2, 0);
+    ::close_range(static_cast<unsigned>(kept + 1), ~0U, CLOSE_RANGE_UNSHARE);
+    if (kept > 0)
+        ::close_range(0, static_cast<unsigned>(kept - 1), 0);
 }
 
 } // namespace

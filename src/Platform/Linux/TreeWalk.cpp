@@ -31,10 +31,6 @@ TreeSize walkFrom(FileDescriptor root, const Cancellation &cancellation, WalkPoo
 Result<TreeSize> measureTree(const FilePath &folder, const Cancellation &cancellation, WalkPool &pool)
 {
     FileDescriptor root = openFolder(folder, FinalLink::Refuse);
-    if (!root.isOpen() && lacksDescriptor(errno)) {
-        raiseDescriptorLimit();
-        root = openFolder(folder, FinalLink::Refuse);
-    }
     TreeSize size;
     if (root.isOpen())
         size = walkFrom(std::move(root), cancellation, pool);

@@ -70,10 +70,6 @@ void WalkWorker::enter(WalkFrame &above)
 {
     const char *name = above.subfolders.takeFirst();
     FileDescriptor opened = openSubfolder(above.folder->number(), name);
-    if (!opened.isOpen() && lacksDescriptor(errno)) {
-        raiseDescriptorLimit();
-        opened = openSubfolder(above.folder->number(), name);
-    }
     if (!opened.isOpen() && lacksDescriptor(errno))
         m_sumOfScarceWalks += ScarceWalk::below(above.folder->number(), name, m_walk.cancellation());
     // Closed before its last sub-folder is read, so that a chain of any depth keeps two folders open.

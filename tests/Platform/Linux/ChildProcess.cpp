@@ -1,11 +1,19 @@
 #include "Platform/Linux/ChildProcess.h"
 
-#include <array>
-#include <csignal>
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QProcess>
+
+#include <cerrno>
+#include <cstdio>
 #include <cstring>
 
+#include <fcntl.h>
+#include <grp.h>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,63 +21,105 @@ namespace Quillmere {
 
 namespace {
 
-constexpr unsigned nobody = 65534;
+constexpr uid_t nobody = 65534;
 
-std::string readAll(int descriptor)
+int statusOfChild(const std::function<void()> &body)
 {
-    std::string text;
-    std::array<char, 256> block{};
-    for (ssize_t count = 0; (count = ::read(descriptor, block.data(), block.size())) > 0;)
-        text.append(block.data(), static_cast<std::size_t>(count));
-    return text;
+    std::fflush(nullptr);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        body();
+        std::fflush(nullptr);
+        ::_exit(testing::Test::HasFailure() ? 1 : 0);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    return status;
+}
+
+bool writeText(const char *path, const QByteArray &text)
+{
+    const int file = ::open(path, O_WRONLY | O_CLOEXEC);
+    const bool written = file >= 0 && ::write(file, text.constData(), static_cast<size_t>(text.size())) == text.size();
+    ::close(file);
+    return written;
+}
+
+bool enterMountNamespace()
+{
+    const uid_t user = ::geteuid();
+    const gid_t group = ::getegid();
+    if (user == 0 && ::unshare(CLONE_NEWNS) != 0)
+        return false;
+    if (user != 0
+        && (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0 || !writeText("/proc/self/setgroups", "deny")
+            || !writeText("/proc/self/uid_map", "0 " + QByteArray::number(user) + " 1")
+            || !writeText("/proc/self/gid_map", "0 " + QByteArray::number(group) + " 1")))
+        return false;
+    return ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
 } // namespace
 
-std::string answerOfChild(const std::function<std::string()> &body)
+void inChild(const std::function<void()> &body)
 {
-    std::array<int, 2> pipe{};
-    if (::pipe(pipe.data()) != 0)
-        return "no pipe";
-    const pid_t child = startChild([&] {
-        const std::string answer = body();
-        if (::write(pipe[1], answer.data(), answer.size()) != static_cast<ssize_t>(answer.size()))
-            ::_exit(1);
-    });
-    ::close(pipe[1]);
-    const std::string answer = readAll(pipe[0]);
-    ::close(pipe[0]);
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? answer : "ended with status " + std::to_string(status);
+    EXPECT_EQ(statusOfChild(body), 0) << "in a child process, see above";
 }
 
-pid_t startChild(const std::function<void()> &body)
+void inUnprivilegedChild(const FilePath &foldersToOwn, const std::function<void()> &body)
 {
-    const pid_t child = ::fork();
-    if (child == 0) {
+    const bool privileged = ::geteuid() == 0;
+    if (privileged && !foldersToOwn.isEmpty())
+        QProcess::execute(u"/bin/chown"_qs,
+                          {u"-R"_qs, QString::number(nobody), QFile::decodeName(foldersToOwn.bytes())});
+    inChild([&] {
+        if (privileged) {
+            ASSERT_EQ(::setgroups(0, nullptr), 0);
+            ASSERT_EQ(::setresgid(nobody, nobody, nobody), 0);
+            ASSERT_EQ(::setresuid(nobody, nobody, nobody), 0);
+        }
         body();
-        ::_exit(0);
-    }
-    return child;
+    });
 }
 
-void killChild(pid_t child)
+void inMountNamespace(const std::function<void()> &body)
 {
-    ::kill(child, SIGKILL);
-    ::waitpid(child, nullptr, 0);
+    inChild([&] {
+        ASSERT_TRUE(enterMountNamespace()) << std::strerror(errno);
+        body();
+    });
 }
 
-bool becomeOrdinaryUser()
+QByteArray whyNoMountNamespace()
 {
-    return ::geteuid() != 0 || (::setgid(nobody) == 0 && ::setuid(nobody) == 0);
+    static const int status = statusOfChild([] {
+        const bool works = enterMountNamespace() && ::mount("tmpfs", "/mnt", "tmpfs", 0, nullptr) == 0;
+        ::_exit(works ? 0 : errno);
+    });
+    if (status == 0)
+        return {};
+    return QByteArray("This machine gives no mount namespace: ") + std::strerror(WEXITSTATUS(status));
 }
 
-bool mountSmallDisk(const std::string &folder, int bytes)
+bool mountTmpfs(const FilePath &folder, const char *options)
 {
-    const int ownUser = ::geteuid() == 0 ? 0 : CLONE_NEWUSER;
-    return ::unshare(CLONE_NEWNS | ownUser) == 0 && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0
-        && ::mount("tmpfs", folder.c_str(), "tmpfs", 0, ("size=" + std::to_string(bytes)).c_str()) == 0;
+    ::mkdir(folder.bytes().constData(), 0777);
+    const bool mounted = ::mount("tmpfs", folder.bytes().constData(), "tmpfs", 0, options) == 0;
+    EXPECT_TRUE(mounted) << std::strerror(errno);
+    return mounted;
+}
+
+bool mountVolume(const FilePath &folder, const FilePath &backing)
+{
+    const FilePath lower = backing.appending("lower");
+    const FilePath upper = backing.appending("upper");
+    const FilePath work = backing.appending("work");
+    for (const FilePath &made : {lower, upper, work, folder})
+        ::mkdir(made.bytes().constData(), 0777);
+    const QByteArray options = "lowerdir=" + lower.bytes() + ",upperdir=" + upper.bytes() + ",workdir=" + work.bytes();
+    const bool mounted = ::mount("overlay", folder.bytes().constData(), "overlay", 0, options.constData()) == 0;
+    EXPECT_TRUE(mounted) << std::strerror(errno);
+    return mounted;
 }
 
 } // namespace Quillmere

@@ -1,25 +1,35 @@
 #pragma once
 
-#include <functional>
-#include <string>
+#include "Values/FilePath.h"
 
-#include <sys/types.h>
+#include <functional>
 
 namespace Quillmere {
 
-/// Runs @p body in a process of its own and waits for it. Answers with what the body answered, or how it ended instead;
-/// an empty answer is success.
-[[nodiscard]] std::string answerOfChild(const std::function<std::string()> &body);
+/// Runs @p body in a process of its own, which may change itself as it likes; its failures are this test's.
+void inChild(const std::function<void()> &body);
 
-/// Starts a process that runs @p body and then ends.
-[[nodiscard]] pid_t startChild(const std::function<void()> &body);
-/// Ends a process of startChild() at once and takes it away.
-void killChild(pid_t child);
+/// The same as a user without special rights. Root becomes nobody, everybody else stays who they are.
+void inUnprivilegedChild(const FilePath &foldersToOwn, const std::function<void()> &body);
 
-/// Makes this process, a child of a test, an ordinary user's, for whom permissions count. True when it is one.
-[[nodiscard]] bool becomeOrdinaryUser();
-/// Gives this process, a child of a test, mounts of its own and puts an empty file system of @p bytes on @p folder.
-/// False where the machine forbids that.
-[[nodiscard]] bool mountSmallDisk(const std::string &folder, int bytes);
+/// The same with mounts of its own, which nobody else sees, and the right to make them.
+void inMountNamespace(const std::function<void()> &body);
+/// Empty when inMountNamespace() works on this machine, else the reason why not.
+[[nodiscard]] QByteArray whyNoMountNamespace();
+
+/// Inside inMountNamespace(). False, and a failure of the test, when the machine refuses.
+[[nodiscard]] bool mountTmpfs(const FilePath &folder, const char *options);
+/// A file system on disk with a device number of its own, empty. @p backing must be an existing folder outside.
+[[nodiscard]] bool mountVolume(const FilePath &folder, const FilePath &backing);
 
 } // namespace Quillmere
+
+/// What a machine cannot do is named, and is a failure where everything must run.
+#define QUILLMERE_NEED(reasonWhyNot)                                                                                   \
+    do {                                                                                                               \
+        const QByteArray reason = (reasonWhyNot);                                                                      \
+        if (!reason.isEmpty() && qEnvironmentVariableIsSet("CI"))                                                      \
+            FAIL() << reason.constData();                                                                              \
+        if (!reason.isEmpty())                                                                                         \
+            GTEST_SKIP() << reason.constData();                                                                        \
+    } while (false)

@@ -1,6 +1,6 @@
 #include "Platform/Linux/LinuxUserDefaults.h"
 
-#include "Platform/Linux/ChildProcess.h"
+#include "Platform/Linux/ForkedProcess.h"
 #include "Services/AppSettingsStore.h"
 
 #include <QDir>

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "Platform/Machine.h"
+
+namespace Quillmere {
+
+/// The machine that the program really runs on.
+[[nodiscard]] Machine makeLinuxMachine();
+
+} // namespace Quillmere

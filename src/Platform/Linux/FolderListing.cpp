@@ -1,0 +1,68 @@
+#include "Platform/Linux/FolderListing.h"
+
+#include "Platform/Linux/DirectoryBuffer.h"
+#include "Platform/Linux/ErrnoFailure.h"
+#include "Platform/Linux/FolderOpening.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <optional>
+
+namespace Quillmere {
+
+namespace {
+
+FileType typeOfMode(unsigned mode)
+{
+    if (S_ISREG(mode))
+        return FileType::Regular;
+    if (S_ISDIR(mode))
+        return FileType::Directory;
+    return S_ISLNK(mode) ? FileType::SymbolicLink : FileType::Other;
+}
+
+/// Nothing for an entry that has vanished. Only where the file system does not tell the type is it asked for.
+std::optional<FileType> typeOf(const dirent64 &entry, int folder)
+{
+    if (entry.d_type != DT_UNKNOWN)
+        return typeOfMode(DTTOIF(entry.d_type));
+    struct statx status = {};
+    constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
+    if (::statx(folder, entry.d_name, flags, STATX_TYPE, &status) == 0)
+        return typeOfMode(status.stx_mode);
+    return errno == ENOENT ? std::nullopt : std::optional(FileType::Other);
+}
+
+bool isListed(const dirent64 &entry, HiddenFiles hidden)
+{
+    if (hidden == HiddenFiles::Skip && entry.d_name[0] == '.')
+        return false;
+    return !DirectoryBuffer::isDots(entry);
+}
+
+} // namespace
+
+Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder, HiddenFiles hidden)
+{
+    const FileDescriptor opened = openFolder(folder, FinalLink::Follow);
+    if (!opened.isOpen()) // Links that go round in a loop lead nowhere, too.
+        return failureFromErrno(errno == ELOOP ? ENOENT : errno, folder);
+
+    QList<DirectoryEntry> entries;
+    DirectoryBuffer buffer;
+    while (buffer.read(opened.number())) {
+        for (const dirent64 &entry : buffer) {
+            if (!isListed(entry, hidden))
+                continue;
+            if (const std::optional<FileType> type = typeOf(entry, opened.number()))
+                entries.append({folder.appending(entry.d_name), *type});
+        }
+    }
+    if (errno != 0)
+        return failureFromErrno(errno, folder);
+    return entries;
+}
+
+} // namespace Quillmere

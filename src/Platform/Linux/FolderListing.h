@@ -1,0 +1,10 @@
+#pragma once
+
+#include "Platform/FileManager.h"
+
+namespace Quillmere {
+
+/// FileManager::contentsOfDirectory() on this system. What cannot be asked for its kind is FileType::Other.
+[[nodiscard]] Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder, HiddenFiles hidden);
+
+} // namespace Quillmere

@@ -1,0 +1,183 @@
+#include "Platform/Linux/LinuxFileManager.h"
+
+#include "Platform/Linux/ErrnoFailure.h"
+#include "Platform/Linux/FileWriting.h"
+#include "Platform/Linux/FolderListing.h"
+#include "Platform/Linux/ItemPlace.h"
+#include "Platform/Linux/LinkResolution.h"
+#include "Platform/Linux/OpenAt.h"
+#include "Platform/Linux/TreeRemoval.h"
+#include "Platform/Linux/TreeWalk.h"
+
+#include <QSet>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Quillmere {
+
+namespace {
+
+constexpr qint64 bytesPerBlock = 512;
+constexpr mode_t allRights = 0777;
+
+FileType typeOf(mode_t mode)
+{
+    if (S_ISREG(mode))
+        return FileType::Regular;
+    if (S_ISDIR(mode))
+        return FileType::Directory;
+    return S_ISLNK(mode) ? FileType::SymbolicLink : FileType::Other;
+}
+
+QDateTime timeOf(const timespec &time)
+{
+    return QDateTime::fromMSecsSinceEpoch(time.tv_sec * 1000LL + time.tv_nsec / 1'000'000, Qt::UTC);
+}
+
+bool isFolder(const FilePath &path)
+{
+    return openFolder(path, LinksAbove::Follow, O_PATH).isOk();
+}
+
+/// The folder at @p path or the nearest above it that can be opened: whatever volume the item was on, this is on.
+FileDescriptor openNearest(FilePath path)
+{
+    for (;;) {
+        Result<FileDescriptor> folder = openFolder(path, LinksAbove::Follow, O_RDONLY);
+        if (folder)
+            return std::move(folder).value();
+        const FilePath above = path.deletingLastPathComponent();
+        if (above == path)
+            return {};
+        path = above;
+    }
+}
+
+} // namespace
+
+LinuxFileManager::LinuxFileManager(UserEnvironment environment)
+    : m_environment(std::move(environment))
+    , m_guard(m_environment)
+    , m_trashCan(m_environment)
+{
+}
+
+FilePath LinuxFileManager::homeDirectory() const
+{
+    return m_environment.home;
+}
+
+FilePath LinuxFileManager::temporaryDirectory() const
+{
+    return m_environment.temporary;
+}
+
+FilePath LinuxFileManager::applicationSupportDirectory() const
+{
+    return m_environment.home.appending("Library/Application Support");
+}
+
+Result<QList<DirectoryEntry>> LinuxFileManager::contentsOfDirectory(const FilePath &folder, HiddenFiles hidden) const
+{
+    return Quillmere::contentsOfDirectory(folder, hidden);
+}
+
+Result<TreeSize> LinuxFileManager::measureTree(const FilePath &folder, const Cancellation &cancellation) const
+{
+    return Quillmere::measureTree(folder, cancellation);
+}
+
+bool LinuxFileManager::fileExists(const FilePath &path) const
+{
+    const Result<ItemPlace> place = ItemPlace::open(path, LinksAbove::Follow);
+    struct stat status = {};
+    return place && ::fstatat(place.value().folder.number(), place.value().name.constData(), &status, 0) == 0;
+}
+
+Result<FileAttributes> LinuxFileManager::attributesOfItem(const FilePath &path) const
+{
+    const Result<ItemPlace> place = ItemPlace::open(path, LinksAbove::Follow);
+    if (!place)
+        return place.failure();
+    struct stat status = {};
+    if (::fstatat(place.value().folder.number(), place.value().name.constData(), &status,
+                  AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0)
+        return failureFromErrno(errno, path);
+    return FileAttributes{typeOf(status.st_mode), status.st_size, status.st_blocks * bytesPerBlock,
+                          timeOf(status.st_mtim), status.st_uid == m_environment.user};
+}
+
+FilePath LinuxFileManager::resolvingSymlinks(const FilePath &path) const
+{
+    return resolveLinks(path).value_or(path.standardized());
+}
+
+Result<FilePath> LinuxFileManager::trashItem(const FilePath &path) const
+{
+    return m_trashCan.trash(path);
+}
+
+Result<void> LinuxFileManager::removeItem(const FilePath &path) const
+{
+    const Result<ItemPlace> place = ItemPlace::open(path, LinksAbove::Refuse);
+    if (!place)
+        return place.failure();
+    const FileDescriptor item = openAt(place.value().folder.number(), place.value().name, O_PATH | O_NOFOLLOW);
+    if (!item.isOpen())
+        return failureFromErrno(errno, path);
+    if (const Result<void> allowed = m_guard.check(place.value(), item); !allowed)
+        return allowed;
+    RemovalRecord record;
+    TreeRemoval().remove(place.value(), item, record);
+    if (const std::optional<Failure> failure = record.failure())
+        return *failure;
+    return {};
+}
+
+void LinuxFileManager::synchronizeVolumes(const QList<FilePath> &paths) const
+{
+    QSet<dev_t> synchronized;
+    for (const FilePath &path : paths) {
+        const FileDescriptor folder = openNearest(path.deletingLastPathComponent());
+        struct stat status = {};
+        if (!folder.isOpen() || ::fstat(folder.number(), &status) != 0 || synchronized.contains(status.st_dev))
+            continue;
+        synchronized.insert(status.st_dev);
+        ::syncfs(folder.number());
+    }
+}
+
+Result<void> LinuxFileManager::createDirectory(const FilePath &folder, Intermediates intermediates) const
+{
+    const bool withParents = intermediates == Intermediates::Create;
+    const FilePath parent = folder.deletingLastPathComponent();
+    if (withParents && parent != folder && !isFolder(parent)) {
+        if (const Result<void> made = createDirectory(parent, intermediates); !made)
+            return made;
+    }
+    const Result<ItemPlace> place = ItemPlace::open(folder, LinksAbove::Follow);
+    if (!place)
+        return place.failure();
+    if (::mkdirat(place.value().folder.number(), place.value().name.constData(), allRights) == 0)
+        return {};
+    const int error = errno;
+    if (error == EEXIST && withParents && isFolder(folder))
+        return {};
+    return failureFromErrno(error, folder);
+}
+
+Result<QByteArray> LinuxFileManager::contentsOfFile(const FilePath &path) const
+{
+    return readFile(path);
+}
+
+Result<void> LinuxFileManager::writeFile(const FilePath &path, const QByteArray &contents, WriteMode mode) const
+{
+    return mode == WriteMode::Atomic ? writeAtomically(path, contents) : writeInPlace(path, contents);
+}
+
+} // namespace Quillmere

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Platform/FileManager.h"
+#include "Platform/Linux/RemovalGuard.h"
+#include "Platform/Linux/TrashCan.h"
+#include "Platform/Linux/UserEnvironment.h"
+
+namespace Quillmere {
+
+/// The file system of this machine.
+class LinuxFileManager final : public FileManager
+{
+public:
+    explicit LinuxFileManager(UserEnvironment environment = UserEnvironment::current());
+
+    [[nodiscard]] FilePath homeDirectory() const override;
+    [[nodiscard]] FilePath temporaryDirectory() const override;
+    [[nodiscard]] FilePath applicationSupportDirectory() const override;
+    [[nodiscard]] Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder,
+                                                                   HiddenFiles hidden) const override;
+    [[nodiscard]] Result<TreeSize> measureTree(const FilePath &folder, const Cancellation &cancellation) const override;
+    [[nodiscard]] bool fileExists(const FilePath &path) const override;
+    [[nodiscard]] Result<FileAttributes> attributesOfItem(const FilePath &path) const override;
+    [[nodiscard]] FilePath resolvingSymlinks(const FilePath &path) const override;
+    [[nodiscard]] Result<FilePath> trashItem(const FilePath &path) const override;
+    [[nodiscard]] Result<void> removeItem(const FilePath &path) const override;
+    void synchronizeVolumes(const QList<FilePath> &paths) const override;
+    [[nodiscard]] Result<void> createDirectory(const FilePath &folder, Intermediates intermediates) const override;
+    [[nodiscard]] Result<QByteArray> contentsOfFile(const FilePath &path) const override;
+    [[nodiscard]] Result<void> writeFile(const FilePath &path, const QByteArray &contents,
+                                         WriteMode mode) const override;
+
+private:
+    UserEnvironment m_environment;
+    RemovalGuard m_guard;
+    TrashCan m_trashCan;
+};
+
+} // namespace Quillmere

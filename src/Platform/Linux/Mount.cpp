@@ -1,0 +1,76 @@
+#include "Platform/Linux/Mount.h"
+
+#include "Platform/Linux/ErrnoFailure.h"
+#include "Platform/Linux/OpenAt.h"
+
+#include <QFile>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace Quillmere {
+
+namespace {
+
+/// proc(5): blanks, tabs, line ends and backslashes stand there as a backslash and three octal digits.
+QByteArray withoutEscapes(const QByteArray &field)
+{
+    QByteArray plain;
+    for (qsizetype at = 0; at < field.size(); ++at) {
+        if (field.at(at) == '\\' && at + 3 < field.size()) {
+            plain.append(static_cast<char>(field.sliced(at + 1, 3).toInt(nullptr, 8)));
+            at += 3;
+        } else {
+            plain.append(field.at(at));
+        }
+    }
+    return plain;
+}
+
+} // namespace
+
+bool isMountRoot(int descriptor)
+{
+    struct statx status = {};
+    return ::statx(descriptor, "", AT_EMPTY_PATH, STATX_TYPE, &status) == 0
+        && (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0;
+}
+
+std::optional<quint64> mountOf(int descriptor)
+{
+    struct statx status = {};
+    if (::statx(descriptor, "", AT_EMPTY_PATH, STATX_MNT_ID, &status) != 0 || (status.stx_mask & STATX_MNT_ID) == 0)
+        return std::nullopt;
+    return status.stx_mnt_id;
+}
+
+bool holdsMount(const FilePath &folder)
+{
+    QFile table(u"/proc/self/mountinfo"_qs);
+    if (!table.open(QIODevice::ReadOnly))
+        return false;
+    for (const QByteArray &line : table.readAll().split('\n')) {
+        const QList<QByteArray> fields = line.split(' ');
+        if (fields.size() > 4 && FilePath(withoutEscapes(fields.at(4))).isWithin(folder))
+            return true;
+    }
+    return false;
+}
+
+Result<VolumeTop> VolumeTop::of(const ItemPlace &place)
+{
+    VolumeTop top;
+    top.path = place.path.deletingLastPathComponent();
+    top.folder = openAt(place.folder.number(), ".", O_PATH | O_DIRECTORY);
+    while (top.folder.isOpen() && !isMountRoot(top.folder.number()) && top.path != FilePath("/")) {
+        top.folder = openAt(top.folder.number(), "..", O_PATH | O_DIRECTORY);
+        top.path = top.path.deletingLastPathComponent();
+    }
+    if (!top.folder.isOpen())
+        return failureFromErrno(errno, place.path);
+    return top;
+}
+
+} // namespace Quillmere

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Platform/Linux/RemovalGuard.h"
+#include "Platform/Linux/TrashFolder.h"
+#include "Platform/Linux/UserEnvironment.h"
+
+namespace Quillmere {
+
+/// Moves items to the trash of their volume, or to that of the home, by the freedesktop Trash specification 1.0.
+/// Never deletes what it cannot move. Safe to call from any thread.
+class TrashCan
+{
+public:
+    explicit TrashCan(UserEnvironment environment);
+
+    /// Answers with the item's location in the trash. A link moves itself. A folder that holds a mount point is Busy.
+    [[nodiscard]] Result<FilePath> trash(const FilePath &path) const;
+
+private:
+    [[nodiscard]] Result<FilePath> move(const ItemPlace &place, const FileDescriptor &item,
+                                        const TrashFolder &trash) const;
+    [[nodiscard]] Result<FilePath> copy(const ItemPlace &place, const FileDescriptor &item,
+                                        const Result<TrashFolder> &homeTrash) const;
+
+    UserEnvironment m_environment;
+    RemovalGuard m_guard;
+};
+
+} // namespace Quillmere

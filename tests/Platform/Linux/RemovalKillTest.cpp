@@ -1,0 +1,124 @@
+#include "Platform/Linux/ChildProcess.h"
+#include "Platform/Linux/LinuxFileManager.h"
+#include "Platform/Linux/TemporaryHome.h"
+#include "Platform/Linux/TracedProgram.h"
+#include "Platform/Linux/TrashInfo.h"
+
+#include <gtest/gtest.h>
+
+using namespace Quillmere;
+
+namespace {
+
+const QByteArray filesInTrash = "home/.local/share/Trash/files";
+const QByteArray infosInTrash = "home/.local/share/Trash/info";
+
+/// In the normal run some calls are passed over, others in each of its kinds.
+int stepBetweenKills(int usual)
+{
+    return qEnvironmentVariableIsSet("QUILLMERE_LONG_TESTS") ? 1 : usual;
+}
+
+class RemovalKillTest : public testing::Test
+{
+protected:
+    FilePath addItem(const QByteArray &relative) const
+    {
+        home.addFile(relative + "/a", "first");
+        home.addFile(relative + "/folder/b", "second");
+        home.addLink(relative + "/link", "folder/b");
+        return home.path(relative);
+    }
+
+    bool isComplete(const QByteArray &relative) const
+    {
+        return home.names(relative) == QList<QByteArray>{"a", "folder", "link"}
+        && home.contents(relative + "/a") == "first" && home.contents(relative + "/link") == "second";
+    }
+
+    /// How many whole items of that origin lie in the trash. Everything in there must have a whole info file.
+    int completeInTrash(const FilePath &origin) const
+    {
+        int complete = 0;
+        for (const QByteArray &name : home.names(filesInTrash)) {
+            const auto info = TrashInfo::fromText(home.contents(infosInTrash + '/' + name + ".trashinfo"));
+            EXPECT_TRUE(info && info->path == origin.bytes() && info->deletionDate.isValid()) << name.constData();
+            complete += isComplete(filesInTrash + '/' + name) ? 1 : 0;
+        }
+        return complete;
+    }
+
+    void emptyTrash() const
+    {
+        const LinuxFileManager files(home.environment());
+        for (const QByteArray &folder : {filesInTrash, infosInTrash}) {
+            for (const QByteArray &name : home.names(folder))
+                ASSERT_TRUE(files.removeItem(home.path(folder + '/' + name)));
+        }
+    }
+
+    TemporaryHome home;
+};
+
+} // namespace
+
+TEST_F(RemovalKillTest, FindsTheItemInItsPlaceOrWholeInTheTrashWhereverTheTrashingWasKilled)
+{
+    int kills = 0;
+    for (int call = 1;; call += stepBetweenKills(3), ++kills) {
+        const FilePath item = addItem("home/item");
+        if (survivesUntilCall(home, "trash", item, call))
+            break;
+
+        ASSERT_EQ((isComplete("home/item") ? 1 : 0) + completeInTrash(item), 1) << "killed at call " << call;
+        if (itemExists(item)) {
+            ASSERT_TRUE(runToTheEnd(home, "trash", item)) << "after a kill at call " << call;
+        }
+        ASSERT_FALSE(itemExists(item));
+        ASSERT_EQ(completeInTrash(item), 1) << "after a kill at call " << call;
+        emptyTrash();
+    }
+    EXPECT_GT(kills, 10);
+}
+
+TEST_F(RemovalKillTest, LosesNothingWhereverTheTrashingFromAnotherVolumeWasKilled)
+{
+    QUILLMERE_NEED(whyNoMountNamespace());
+    inMountNamespace([&] {
+        ASSERT_TRUE(mountTmpfs(home.path("memory"), "size=8m"));
+        int kills = 0;
+        for (int call = 1;; call += stepBetweenKills(5), ++kills) {
+            const FilePath item = addItem("memory/item");
+            if (survivesUntilCall(home, "trash", item, call))
+                break;
+
+            ASSERT_GE((isComplete("memory/item") ? 1 : 0) + completeInTrash(item), 1) << "killed at call " << call;
+            ASSERT_EQ(completeInTrash(item), home.names(filesInTrash).size()) << "killed at call " << call;
+            if (itemExists(item)) {
+                ASSERT_TRUE(runToTheEnd(home, "trash", item)) << "after a kill at call " << call;
+            }
+            ASSERT_FALSE(itemExists(item));
+            ASSERT_GE(completeInTrash(item), 1);
+            emptyTrash();
+        }
+        EXPECT_GT(kills, 10);
+        EXPECT_FALSE(home.exists("home/.local/share/Trash/quillmere-incoming"));
+    });
+}
+
+TEST_F(RemovalKillTest, RemovesTheRestInASecondRunWhereverTheFirstWasKilled)
+{
+    home.addFile("home/beside");
+    int kills = 0;
+    for (int call = 1;; call += stepBetweenKills(3), ++kills) {
+        const FilePath item = addItem("home/item");
+        if (survivesUntilCall(home, "remove", item, call))
+            break;
+
+        if (itemExists(item)) {
+            ASSERT_TRUE(runToTheEnd(home, "remove", item)) << "after a kill at call " << call;
+        }
+        ASSERT_EQ(home.names("home"), QList<QByteArray>{"beside"});
+    }
+    EXPECT_GT(kills, 5);
+}

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <functional>
+
+/// Runs @p action in a thread whose mounts nobody else sees and which go with it. False when this user may not.
+[[nodiscard]] bool withPrivateMounts(const std::function<void()> &action);
+
+/// Runs @p action in a thread to which the modes of files apply even when the tests are run by root.
+void withoutOverridingModes(const std::function<void()> &action);

@@ -1,0 +1,75 @@
+#include "Platform/Linux/TracedProgram.h"
+
+#include <climits>
+#include <csignal>
+#include <cstdlib>
+
+#include <fcntl.h>
+#include <sys/ptrace.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace Quillmere {
+
+namespace {
+
+[[noreturn]] void becomeProgram(const TemporaryHome &home, const char *verb, const FilePath &path)
+{
+    const int nothing = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    ::dup2(nothing, STDOUT_FILENO);
+    ::dup2(nothing, STDERR_FILENO);
+    ::setenv("HOME", home.path("home").bytes().constData(), 1);
+    ::setenv("XDG_DATA_HOME", home.path("home/.local/share").bytes().constData(), 1);
+    ::setenv("ASAN_OPTIONS", "detect_leaks=0", 1); // It cannot look for leaks in a traced process.
+    ::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+    ::raise(SIGSTOP);
+    ::execl(QUILLMERE_TRASH, QUILLMERE_TRASH, verb, path.bytes().constData(), nullptr);
+    ::_exit(127);
+}
+
+bool isEntryOf(pid_t process, long &number)
+{
+    __ptrace_syscall_info info = {};
+    ::ptrace(PTRACE_GET_SYSCALL_INFO, process, sizeof info, &info);
+    number = static_cast<long>(info.entry.nr);
+    return info.op == PTRACE_SYSCALL_INFO_ENTRY;
+}
+
+/// The wait status with which the program ended.
+int trace(const TemporaryHome &home, const char *verb, const FilePath &path, int call)
+{
+    const pid_t process = ::fork();
+    if (process == 0)
+        becomeProgram(home, verb, path);
+    int status = 0;
+    ::waitpid(process, &status, 0);
+    ::ptrace(PTRACE_SETOPTIONS, process, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+    int signal = 0;
+    for (int calls = 0; ::ptrace(PTRACE_SYSCALL, process, nullptr, signal) == 0 && ::waitpid(process, &status, 0) > 0;) {
+        if (!WIFSTOPPED(status))
+            return status;
+        const bool atCall = WSTOPSIG(status) == (SIGTRAP | 0x80);
+        signal = atCall || WSTOPSIG(status) == SIGTRAP ? 0 : WSTOPSIG(status);
+        long number = 0;
+        // The loader and Qt's start know no openat2, with which all of our work begins.
+        if (atCall && isEntryOf(process, number) && (calls > 0 || number == SYS_openat2) && ++calls == call)
+            ::kill(process, SIGKILL);
+    }
+    return status;
+}
+
+} // namespace
+
+bool survivesUntilCall(const TemporaryHome &home, const char *verb, const FilePath &path, int call)
+{
+    return WIFEXITED(trace(home, verb, path, call));
+}
+
+bool runToTheEnd(const TemporaryHome &home, const char *verb, const FilePath &path)
+{
+    const int status = trace(home, verb, path, INT_MAX);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+} // namespace Quillmere
