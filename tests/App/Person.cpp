@@ -3,7 +3,6 @@
 #include <QQuickItem>
 #include <QTest>
 
-#include <functional>
 
 namespace Quillmere {
 
@@ -108,8 +107,20 @@ void Person::press(Qt::Key key, Qt::KeyboardModifiers modifiers) const
 
 bool Person::tabTo(const QString &name) const
 {
+    return tabUntil([&] { return focusedName() == name; });
+}
+
+bool Person::tabToWhatHolds(const QString &text) const
+{
+    return tabUntil([&] { return focusedName().contains(text); });
+}
+
+bool Person::tabUntil(const std::function<bool()> &isThere) const
+{
+    // Focus moves with the next round of events when something that covered the screen has gone.
+    QCoreApplication::processEvents();
     for (int i = 0; i < mostStopsOfTab; ++i) {
-        if (focusedName() == name)
+        if (isThere())
             return true;
         press(Qt::Key_Tab);
     }

@@ -3,6 +3,8 @@
 #include <QAccessible>
 #include <QQuickWindow>
 
+#include <functional>
+
 namespace Quillmere {
 
 /// Uses a window as a person does: sees what a screen reader would say, clicks where it is, and types.
@@ -29,8 +31,11 @@ public:
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
     /// Presses Tab until the keyboard is on @p name. False when it never is.
     [[nodiscard]] bool tabTo(const QString &name) const;
+    [[nodiscard]] bool tabToWhatHolds(const QString &text) const;
 
 private:
+    [[nodiscard]] bool tabUntil(const std::function<bool()> &isThere) const;
+
     QQuickWindow &m_window;
 };
 

@@ -78,11 +78,15 @@ TEST_F(SafeCleanupViewModelTest, StartsWithNothingButTheInvitationToScan)
 
 TEST_F(SafeCleanupViewModelTest, RaisesTheOverlayAtOnceAndTellsThatItStarts)
 {
+    addTree("Caches/app", 7);
+    const Gate gate;
+    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
     const auto scanning = model->scan();
 
     EXPECT_TRUE(model->isScanning());
     EXPECT_EQ(model->scanProgress(), 0);
     EXPECT_EQ(model->scanStatus(), u"Starting scan..."_qs);
+    gate.open();
     QCoro::waitFor(scanning);
     EXPECT_FALSE(model->isScanning());
 }
@@ -97,7 +101,7 @@ TEST_F(SafeCleanupViewModelTest, ShowsTheCategoriesThatHoldAnythingInTheirOrder)
     EXPECT_THAT(shownNames(), ElementsAre(u"User Cache"_qs, u"User Logs"_qs));
     EXPECT_TRUE(model->isScanComplete());
     EXPECT_EQ(model->totalSelectedSize(), 12);
-    EXPECT_EQ(model->scanProgress(), 1.0);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return model->scanProgress() == 1.0; }));
     EXPECT_EQ(model->scanStatus(), u"Scan Complete"_qs);
     EXPECT_EQ(state.lastScanDate(), machine.clock->now());
 }
@@ -143,12 +147,15 @@ TEST_F(SafeCleanupViewModelTest, InvitesAgainAfterACancelledScanAndScansAnew)
 TEST_F(SafeCleanupViewModelTest, TakesTheOverlayAwayAtOnceWhenCancelled)
 {
     addTree("Caches/app", 7);
+    const Gate gate;
+    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
     const auto scanning = model->scan();
 
     model->cancel();
 
     EXPECT_FALSE(model->isScanning());
     EXPECT_TRUE(scanner->isCancelled());
+    gate.open();
     QCoro::waitFor(scanning);
     EXPECT_TRUE(model->showsStart());
 }
@@ -220,7 +227,7 @@ TEST_F(SafeCleanupViewModelTest, TrashesEveryItemOfTheSelectedCategoriesAndRecor
     ASSERT_TRUE(model->cleanupResultWrapper().has_value());
     EXPECT_EQ(model->cleanupResultWrapper()->result, (CleanupResult{2, 10, 0, {}}));
     EXPECT_FALSE(model->isCleaning());
-    EXPECT_EQ(model->cleanupProgress(), 1.0);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return model->cleanupProgress() == 1.0; }));
 }
 
 TEST_F(SafeCleanupViewModelTest, RecordsCompletedEvenWhenSomeItemsFailed)
@@ -323,9 +330,12 @@ TEST_F(SafeCleanupViewModelTest, BringsARunToItsEndAndItsRecordWhenTheScreenHasG
 TEST_F(SafeCleanupViewModelTest, LetsAScanEndQuietlyWhenTheScreenHasGone)
 {
     addTree("Caches/a", 7);
+    const Gate gate;
+    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
     const auto scanning = model->scan();
 
     model.reset();
+    gate.open();
     QCoro::waitFor(scanning);
 
     EXPECT_FALSE(state.lastScanDate().isValid());
@@ -336,13 +346,17 @@ TEST_F(SafeCleanupViewModelTest, PutsTheReportAwayAndScansTheDiskAsItNowIs)
     addTree("Caches/a", 7);
     QCoro::waitFor(model->scan());
     QCoro::waitFor(model->clean());
+    addTree("Logs/b", 3);
+    const Gate gate;
+    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
 
     model->dismissReport();
 
     EXPECT_FALSE(model->hasReport());
     EXPECT_TRUE(model->isScanning());
+    gate.open();
     ASSERT_TRUE(QTest::qWaitFor([this] { return model->isScanComplete(); }));
-    EXPECT_THAT(shownNames(), IsEmpty());
+    EXPECT_THAT(shownNames(), ElementsAre(u"User Logs"_qs));
 }
 
 TEST_F(SafeCleanupViewModelTest, GivesEachRunsReportAnIdentityOfItsOwn)

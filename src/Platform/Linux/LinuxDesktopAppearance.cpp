@@ -49,6 +49,8 @@ LinuxDesktopAppearance::LinuxDesktopAppearance(const QDBusConnection &bus, const
 {
     if (!m_bus.isConnected())
         return;
+    // QtDBus registers the type with the first message it reads; the connection below is made before that.
+    qRegisterMetaType<QDBusVariant>();
     m_bus.connect(service, object, interface, u"SettingChanged"_qs, this,
                   SLOT(takeSetting(QString, QString, QDBusVariant)));
     ask(appearanceGroup, schemeKey);
