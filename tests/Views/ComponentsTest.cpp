@@ -99,6 +99,23 @@ TEST_F(ComponentsTest, ProgressOverlayKeepsTheKeyboardAndGivesItBack)
     EXPECT_TRUE(item(u"below"_qs)->hasActiveFocus());
 }
 
+TEST_F(ComponentsTest, ProgressOverlayHandsTheKeyboardOnWhenWhatHadItIsGone)
+{
+    show("property bool working: false\n"
+         "property bool begun: false\n"
+         "ActionButton { objectName: 'start'; text: 'Start'; visible: !window.begun }\n"
+         "ActionButton { objectName: 'next'; text: 'Next'; visible: window.begun }\n"
+         "ProgressOverlay { visible: window.working }");
+    tab();
+    ASSERT_TRUE(item(u"start"_qs)->hasActiveFocus());
+
+    m_view->rootObject()->setProperty("working", true);
+    m_view->rootObject()->setProperty("begun", true);
+    m_view->rootObject()->setProperty("working", false);
+
+    EXPECT_TRUE(hasFocusRing(u"next"_qs));
+}
+
 TEST_F(ComponentsTest, ProgressOverlayLetsNoClickThrough)
 {
     show("ActionButton { objectName: 'below'; text: 'Below'; onClicked: window.note('below') }\nProgressOverlay {}");

@@ -27,9 +27,13 @@ FocusScope {
         cancelButton.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
     }
 
+    /// What had the keyboard may have gone with the work; then it goes to what stands next, or Tab would lead nowhere.
     function giveFocusBack() {
-        if (focusBefore !== null && focusBefore.visible)
-            focusBefore.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
+        if (focusBefore === null)
+            return;
+        const isThere = focusBefore.visible && focusBefore.enabled;
+        const target = isThere ? focusBefore : root.nextItemInFocusChain(true);
+        target.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
         focusBefore = null;
     }
 

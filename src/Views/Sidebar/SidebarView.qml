@@ -10,9 +10,9 @@ Item {
     required property AppState appState
     required property SidebarListModel entries
 
-    /// Selects the destination next to the current one, @p step being 1 or -1; headers and the promotion are passed over.
-    function selectNeighbour(step: int) {
-        for (let i = list.currentIndex + step; i >= 0 && i < list.count; i += step) {
+    /// Selects the destination next to entry @p from, @p step being 1 or -1; headers and the promotion are passed over.
+    function selectNeighbour(from: int, step: int) {
+        for (let i = from + step; i >= 0 && i < list.count; i += step) {
             const entry = list.itemAtIndex(i) as SidebarEntry;
             if (entry !== null && entry.isDestination) {
                 entry.forceActiveFocus(Qt.TabFocusReason);
@@ -75,8 +75,8 @@ Item {
             }
             onChosen: root.appState.selectedTab = tab
 
-            Keys.onUpPressed: root.selectNeighbour(-1)
-            Keys.onDownPressed: root.selectNeighbour(1)
+            Keys.onUpPressed: root.selectNeighbour(index, -1)
+            Keys.onDownPressed: root.selectNeighbour(index, 1)
         }
     }
 }
