@@ -27,12 +27,13 @@ FocusScope {
         cancelButton.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
     }
 
-    /// What had the keyboard may have gone with the work; then it goes to what stands next, or Tab would lead nowhere.
+    /// What had the keyboard may have gone with the work; then it goes to the first control of the screen, or Tab would
+    /// lead nowhere.
     function giveFocusBack() {
         if (focusBefore === null)
             return;
-        const isThere = focusBefore.visible && focusBefore.enabled;
-        const target = isThere ? focusBefore : root.nextItemInFocusChain(true);
+        const isThere = focusBefore.visible && focusBefore.enabled && focusBefore.activeFocusOnTab;
+        const target = isThere ? focusBefore : root.parent.nextItemInFocusChain(true);
         target.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
         focusBefore = null;
     }
