@@ -56,8 +56,10 @@ build() {
 has_display() { [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; }
 
 # The display and the session are found through the home and the runtime directory, which are about to change.
-hold_on_to_display() {
+hold_on_to_session() {
     local runtime=${XDG_RUNTIME_DIR:-}
+    [ -n "${DBUS_SESSION_BUS_ADDRESS:-}" ] || ! [ -S "$runtime/bus" ] ||
+        export DBUS_SESSION_BUS_ADDRESS=unix:path=$runtime/bus
     export XAUTHORITY=${XAUTHORITY:-$HOME/.Xauthority}
     case ${WAYLAND_DISPLAY:-} in
         '' | /*) ;;
@@ -96,20 +98,15 @@ trap finish EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM HUP
 if has_display; then
-    hold_on_to_display
+    hold_on_to_session
 else
     install_packages screen
     start_virtual_screen
 fi
 
 program=("$here/build/release/src/App/quillmere")
-if [ $sample_home = yes ]; then
-    make_sample_home
-    # A session of its own: another Quillmere, on the real home, must not be the one that comes to the front.
-    program=(dbus-run-session -- "${program[@]}")
-elif [ -z "${DBUS_SESSION_BUS_ADDRESS:-}" ] && ! [ -S "${XDG_RUNTIME_DIR:-}/bus" ]; then
-    program=(dbus-run-session -- "${program[@]}")
-fi
+[ $sample_home = no ] || make_sample_home
+[ -n "${DBUS_SESSION_BUS_ADDRESS:-}" ] || program=(dbus-run-session -- "${program[@]}")
 # In a process group of its own, so that at the end it goes with everything that it started.
 set -m
 "${program[@]}" &

@@ -1,6 +1,7 @@
 """What a person sets out to do, step by step, whichever way they use the window and whatever machine is behind it."""
 
 from harness.accessible import Application
+from harness.desktop import wait_until
 from harness.running import RunningProgram
 
 
@@ -39,5 +40,11 @@ def history(program: RunningProgram, hands) -> list[str]:
 def export(program: RunningProgram, hands, kind: str) -> None:
     """Saves the history as "CSV" or "JSON" under the name and in the folder that the save panel proposes."""
     hands.choose("Export", f"Export to {kind}")
-    program.application.find("text", patience=20)
-    program.person.press("Return")
+    button = wait_until(lambda: save_button(program.application), "the save panel")
+    hands.press(button)
+
+
+def save_button(application: Application) -> str | None:
+    """What the button of the save panel says, which is the desktop's choice."""
+    names = [item.name for item in application.all("push button") if item.name in ("Open", "Save")]
+    return names[0] if names else None

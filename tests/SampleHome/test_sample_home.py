@@ -108,6 +108,7 @@ class SampleHomeTest(unittest.TestCase):
 
         self.assertEqual({item for item in found if item[1] not in kept}, offered)
         self.assertEqual({path for _, path in found if path in kept}, kept)
+        self.assertEqual(len(self.account["offered"]), len(offered))
 
     def test_keeps_documents_out_of_everything_that_is_offered(self):
         offered = [item["path"] + "/" for item in self.account["offered"]]

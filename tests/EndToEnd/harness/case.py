@@ -29,8 +29,9 @@ class EndToEndTest(unittest.TestCase):
     def setUpClass(cls):
         cls.desktop = _the_desktop()
 
-    def start(self, command: list[str], variables: dict[str, str] | None = None) -> RunningProgram:
-        program = RunningProgram(self.desktop, command, variables or {}, self._testMethodName)
+    def start(self, command: list[str], variables: dict[str, str] | None = None,
+              folder: Path | None = None) -> RunningProgram:
+        program = RunningProgram(self.desktop, command, variables or {}, self._testMethodName, folder)
         self.addCleanup(self._finish, program)
         return program
 

@@ -8,9 +8,10 @@ from .person import Person
 
 
 class RunningProgram:
-    """Started when made. `variables` are added to the environment of the desktop."""
+    """Started when made, in `folder`. `variables` are added to the environment of the desktop."""
 
-    def __init__(self, desktop: Desktop, command: list[str], variables: dict[str, str], name: str = "program"):
+    def __init__(self, desktop: Desktop, command: list[str], variables: dict[str, str], name: str = "program",
+                 folder: Path | None = None):
         self._desktop = desktop
         environment = desktop.environment | {
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
@@ -18,7 +19,7 @@ class RunningProgram:
             "QT_QUICK_BACKEND": "software",
         } | variables
         self.name = name
-        self.process = desktop.processes.start(command, environment, name)
+        self.process = desktop.processes.start(command, environment, name, cwd=folder)
         self.application = Application(connect(desktop.environment), self.process.pid)
         self.person = Person(desktop, self.application)
 

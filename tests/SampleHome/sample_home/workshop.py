@@ -107,8 +107,10 @@ class Workshop:
 
     def offer(self, category: str, where: str | bytes) -> None:
         """Says that the clean-up offers the folder `where` in the category of this name."""
-        path = os.path.relpath(self.place(where), os.fsencode(self.folder))
-        self.offered.append({"category": category, "path": os.fsdecode(path)})
+        path = os.fsdecode(os.path.relpath(self.place(where), os.fsencode(self.folder)))
+        # Two families may put things into one folder.
+        if {"category": category, "path": path} not in self.offered:
+            self.offered.append({"category": category, "path": path})
 
     def keep(self, where: str | bytes) -> None:
         """Says that the folder `where` lies where things are offered and must not be."""

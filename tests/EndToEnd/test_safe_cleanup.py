@@ -1,0 +1,98 @@
+#!/usr/bin/python3
+"""Cleans a sample home with the real program, and looks at the disk afterwards."""
+
+import json
+import os
+import sys
+import tempfile
+import unittest
+from collections import Counter
+from pathlib import Path
+
+import roads
+from harness.case import EndToEndTest
+from harness.desktop import wait_until
+from harness.hands import WAYS, ByPointer
+
+sys.path.insert(0, str(Path(__file__).parent.parent / "SampleHome"))
+from sample_home import inspection, world  # noqa: E402
+
+PROGRAM = os.environ["QUILLMERE_PROGRAM"]
+CATEGORIES = ("User Cache", "User Logs", "Container Cache", "Temporary Files")
+
+
+class SafeCleanupTest(EndToEndTest):
+    def begin(self, way):
+        parent = tempfile.TemporaryDirectory(prefix="q-home-", dir="/tmp")
+        self.addCleanup(parent.cleanup)
+        self.folder = Path(parent.name, "made")
+        world.make(self.folder)
+        self.addCleanup(inspection.remove, self.folder)
+        self.account = inspection.account(self.folder)
+        self.home = self.folder / "home"
+        self.program = self.start([PROGRAM], world.environment(self.folder), folder=self.home)
+        self.application = self.program.application
+        self.hands = way(self.program)
+
+    def offered(self) -> list[Path]:
+        return [self.folder / item["path"] for item in self.account["offered"]]
+
+    def counts_shown(self) -> dict[str, int]:
+        rows = (item.name.split(", ") for item in self.application.all("list item"))
+        return {row[0]: int(part.removesuffix(" items")) for row in rows if row[0] in CATEGORIES
+                for part in row if part.endswith(" items")}
+
+    def test_cleans_what_is_rubbish_and_nothing_else(self):
+        for way in WAYS:
+            with self.subTest(way=way.__name__):
+                self.begin(way)
+
+                roads.scan(self.program, self.hands)
+                expected = Counter(item["category"] for item in self.account["offered"])
+                self.assertEqual(self.counts_shown(), dict(expected))
+
+                figures = roads.clean(self.program, self.hands)
+                self.assertEqual(figures["Files Removed"], str(expected.total()))
+                self.assertNotIn("Files Skipped", figures)
+                self.assertEqual([path for path in self.offered() if os.path.lexists(path)], [])
+                self.assertEqual(inspection.damage(self.folder), [])
+                self.assertEqual(self.trashed(), expected.total())
+
+                records = roads.history(self.program, self.hands)
+                self.assertEqual(len(records), 1)
+                self.assertIn(f"Safe Cleanup, {figures['Space Freed']}, Completed", records[0])
+                self.assert_record(expected.total())
+                self.program.end()
+
+    def test_finds_nothing_the_second_time(self):
+        self.begin(ByPointer)
+        roads.scan(self.program, self.hands)
+        roads.clean(self.program, self.hands)
+        self.application.find("label", "No items found to clean")
+
+    def test_saves_the_history_where_it_is_told_to(self):
+        for way in WAYS:
+            with self.subTest(way=way.__name__):
+                self.begin(way)
+                roads.scan(self.program, self.hands)
+                roads.clean(self.program, self.hands)
+                roads.history(self.program, self.hands)
+
+                roads.export(self.program, self.hands, "CSV")
+                saved = self.home / "Quillmere_History.csv"
+                wait_until(saved.exists, "the saved file")
+                self.assertIn("Safe Cleanup", saved.read_text())
+                self.program.end()
+
+    def trashed(self) -> int:
+        return len(os.listdir(self.home / ".local/share/Trash/info"))
+
+    def assert_record(self, removed: int) -> None:
+        file = self.home / "Library/Application Support/Quillmere/history.json"
+        records = json.loads(file.read_text())
+        self.assertEqual([(record["operationType"], record["filesRemoved"]) for record in records],
+                         [("safeCleanup", removed)])
+
+
+if __name__ == "__main__":
+    unittest.main()
