@@ -81,7 +81,10 @@ make_sample_home() {
 finish() {
     local status=$?
     trap - EXIT
-    [ -z "${running:-}" ] || kill -- "-$running" 2>/dev/null || true
+    if [ -n "${running:-}" ]; then
+        kill -- "-$running" 2>/dev/null || true
+        wait "$running" 2>/dev/null || true
+    fi
     stop_virtual_screen
     if [ -n "${sample:-}" ]; then
         tests/SampleHome/make_sample_home.py "$sample" --check &&
