@@ -105,6 +105,11 @@ void Person::press(Qt::Key key, Qt::KeyboardModifiers modifiers) const
     QTest::keyClick(&m_window, key, modifiers);
 }
 
+bool Person::isGivenTheKeyboardAt(const QString &name) const
+{
+    return QTest::qWaitFor([&] { return focusedName() == name; }, patienceMilliseconds);
+}
+
 bool Person::tabTo(const QString &name) const
 {
     return tabUntil([&] { return focusedName() == name; });

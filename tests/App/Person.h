@@ -29,6 +29,8 @@ public:
     /// Clicks the middle of the item. False when it is not there or cannot be used.
     [[nodiscard]] bool click(QAccessible::Role role, const QString &name) const;
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
+    /// Whether the keyboard comes to @p name by itself.
+    [[nodiscard]] bool isGivenTheKeyboardAt(const QString &name) const;
     /// Presses Tab until the keyboard is on @p name. False when it never is.
     [[nodiscard]] bool tabTo(const QString &name) const;
     [[nodiscard]] bool tabToWhatHolds(const QString &text) const;
