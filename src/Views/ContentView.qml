@@ -23,7 +23,7 @@ FocusScope {
     SidebarView {
         id: sidebar
 
-        width: 220
+        width: edge.sidebarWidth
         height: parent.height
         appState: root.appState
         entries: root.viewModels.makeSidebar(root)
@@ -46,6 +46,12 @@ FocusScope {
                 return upcoming;
             }
         }
+    }
+
+    SidebarEdge {
+        id: edge
+
+        height: parent.height
     }
 
     WindowButtons {

@@ -397,6 +397,21 @@ TEST_F(ScreensTest, LooksAnewByKey)
     EXPECT_TRUE(person.reads(u"User Cache"_qs));
 }
 
+TEST_F(ScreensTest, WidensTheSidebarWithinItsLimits)
+{
+    const Person person = open();
+    const auto width = [&] { return person.find(Heading, u"Dashboard"_qs)->rect().left() - app->mainWindow()->x(); };
+    const int ideal = width();
+    ASSERT_TRUE(person.tabTo(u"Sidebar width"_qs));
+
+    for (int i = 0; i < 20; ++i)
+        person.press(Qt::Key_Right);
+    EXPECT_EQ(width(), ideal + 60);
+    for (int i = 0; i < 20; ++i)
+        person.press(Qt::Key_Left);
+    EXPECT_EQ(width(), ideal - 20);
+}
+
 TEST_F(ScreensTest, HasNamedWindowButtons)
 {
     const Person person = open();

@@ -1,7 +1,7 @@
 import QtQuick
 import Quillmere
 
-/// Where the columns of the history stand in a list of @c width.
+/// Where the columns of the history stand in a list of `width`.
 QtObject {
     property real width: 0
 
@@ -10,11 +10,11 @@ QtObject {
     readonly property int gap: 16
 
     readonly property real dateX: Theme.cardPadding
-    readonly property real dateWidth: Math.round(room * 0.30) - gap
+    readonly property real dateWidth: Math.round(room * 0.28) - gap
     readonly property real typeX: dateX + dateWidth + gap
-    readonly property real typeWidth: Math.round(room * 0.29) - gap
+    readonly property real typeWidth: Math.round(room * 0.26) - gap
     readonly property real sizeX: typeX + typeWidth + gap
-    readonly property real sizeWidth: Math.round(room * 0.19) - gap
+    readonly property real sizeWidth: Math.round(room * 0.23) - gap
     readonly property real statusX: sizeX + sizeWidth + 2 * gap
     readonly property real statusWidth: width - Theme.cardPadding - chevronWidth - statusX
 }
