@@ -29,11 +29,9 @@ class Rectangle:
     def centre(self) -> tuple[int, int]:
         return self.x + self.width // 2, self.y + self.height // 2
 
-    def intersection(self, other: "Rectangle") -> "Rectangle":
-        left, top = max(self.x, other.x), max(self.y, other.y)
-        right = min(self.x + self.width, other.x + other.width)
-        bottom = min(self.y + self.height, other.y + other.height)
-        return Rectangle(left, top, max(right - left, 0), max(bottom - top, 0))
+    def contains(self, other: "Rectangle") -> bool:
+        return (self.x <= other.x and other.x + other.width <= self.x + self.width
+                and self.y <= other.y and other.y + other.height <= self.y + self.height)
 
 
 class Item:

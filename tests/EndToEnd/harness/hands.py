@@ -10,7 +10,8 @@ class ByPointer:
 
     def open(self, destination: str) -> None:
         """Goes to a destination of the sidebar."""
-        self._person.click_on("list item", destination)
+        sidebar = self._application.find("list")
+        self._person.click(self._person.scroll_to(sidebar, "list item", destination))
         self._application.find("heading", destination)
 
     def press(self, button: str) -> None:

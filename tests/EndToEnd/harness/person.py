@@ -1,5 +1,7 @@
 """The hands of whoever uses the program."""
 
+import time
+
 from .accessible import Application, Item
 from .desktop import Desktop, wait_until
 
@@ -16,6 +18,18 @@ class Person:
 
     def click_on(self, role: str, name: str) -> None:
         self.click(self._application.find(role, name))
+
+    def scroll_to(self, area: Item, role: str, name: str) -> Item:
+        """Turns the wheel over the area until the whole item is inside it."""
+        self.point_at(area)
+        for button in ("5", "4"):
+            for _ in range(40):
+                item = next(iter(self._application.all(role, name, area)), None)
+                if item and area.extents.contains(item.extents):
+                    return item
+                self._desktop.run("xdotool", "click", button)
+                time.sleep(0.05)
+        raise AssertionError(f"the wheel does not bring up the {role} “{name}”")
 
     def point_at(self, item: Item) -> None:
         x, y = self._resting_centre(item)

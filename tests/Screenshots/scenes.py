@@ -1,0 +1,96 @@
+"""What there is to see: each destination of the sidebar, and the states that a screen passes through.
+
+A scene is a function that does what leads to its next states and calls `take` with a name at each.
+"""
+
+import time
+
+from harness.hands import ByPointer
+
+
+class Tour:
+    """A person who walks through the program in its own language and takes pictures."""
+
+    def __init__(self, program, texts: dict[str, str], take):
+        self.application = program.application
+        self.person = program.person
+        self.hands = ByPointer(program)
+        self.texts = texts
+        self.take = take
+
+    def open(self, tab: str) -> None:
+        self.hands.open(self.texts[f"nav.{tab}"])
+        self.rest()
+
+    def press(self, key: str) -> None:
+        self.hands.press(self.texts[key])
+
+    def rest(self) -> None:
+        """Lets movements come to their end."""
+        time.sleep(0.6)
+
+
+def plain(tab: str):
+    def scene(tour: Tour) -> None:
+        tour.open(tab)
+        tour.take(tab)
+    return scene
+
+
+def safe_cleanup(tour: Tour) -> None:
+    tour.open("safeCleanup")
+    tour.take("safeCleanup-start")
+    tour.press("cleanup.startScan")
+    tour.application.find("push button", tour.texts["cleanup.clean"])
+    tour.rest()
+    tour.take("safeCleanup-list")
+
+    first = next(item for item in tour.application.all("list item")
+                 if item.name.startswith(tour.texts["cleanup.category.userCache"] + ", "))
+    tour.person.click(first)
+    tour.rest()
+    tour.take("safeCleanup-expanded")
+
+    tour.press("cleanup.clean")
+    tour.application.find("heading", tour.texts["cleanup.report.title"], patience=60)
+    tour.rest()
+    tour.take("safeCleanup-report")
+    tour.press("common.done")
+    tour.application.wait_gone("heading", tour.texts["cleanup.report.title"])
+    tour.rest()
+    tour.take("safeCleanup-empty")
+
+
+def history(tour: Tour) -> None:
+    tour.open("history")
+    tour.take("history")
+    record = next(item for item in tour.application.all("list item") if item.name.count(", ") > 2)
+    tour.person.click(record)
+    tour.rest()
+    tour.take("history-expanded")
+
+    tour.press("history.export")
+    tour.rest()
+    tour.take("history-export")
+    tour.person.press("Escape")
+    tour.press("common.delete")
+    tour.application.find("heading", tour.texts["history.clearTitle"])
+    tour.rest()
+    tour.take("history-clear")
+    tour.person.press("Escape")
+    tour.rest()
+
+
+SCENES = {
+    "dashboard": plain("dashboard"),
+    "safeCleanup": safe_cleanup,
+    "professionalCleanup": plain("professionalCleanup"),
+    "largeFiles": plain("largeFiles"),
+    "browsers": plain("browsers"),
+    "systemData": plain("systemData"),
+    "startup": plain("startup"),
+    "applications": plain("applications"),
+    "tools": plain("tools"),
+    "history": history,
+    "settings": plain("settings"),
+}
