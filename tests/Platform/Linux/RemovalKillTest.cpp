@@ -57,6 +57,16 @@ protected:
         }
     }
 
+    /// True when the program ended by itself before it came to that call.
+    bool survivesUntil(int call, const char *verb, const FilePath &item) const
+    {
+        return runHeld(home, verb, item, [&](int reached, long) { return reached != call; }) != Ending::Killed;
+    }
+    bool runsToTheEnd(const char *verb, const FilePath &item) const
+    {
+        return runHeld(home, verb, item, [](int, long) { return true; }) == Ending::Succeeded;
+    }
+
     TemporaryHome home;
 };
 
@@ -67,12 +77,12 @@ TEST_F(RemovalKillTest, FindsTheItemInItsPlaceOrWholeInTheTrashWhereverTheTrashi
     int kills = 0;
     for (int call = 1;; call += stepBetweenKills(3), ++kills) {
         const FilePath item = addItem("home/item");
-        if (survivesUntilCall(home, "trash", item, call))
+        if (survivesUntil(call, "trash", item))
             break;
 
         ASSERT_EQ((isComplete("home/item") ? 1 : 0) + completeInTrash(item), 1) << "killed at call " << call;
         if (itemExists(item)) {
-            ASSERT_TRUE(runToTheEnd(home, "trash", item)) << "after a kill at call " << call;
+            ASSERT_TRUE(runsToTheEnd("trash", item)) << "after a kill at call " << call;
         }
         ASSERT_FALSE(itemExists(item));
         ASSERT_EQ(completeInTrash(item), 1) << "after a kill at call " << call;
@@ -89,13 +99,13 @@ TEST_F(RemovalKillTest, LosesNothingWhereverTheTrashingFromAnotherVolumeWasKille
         int kills = 0;
         for (int call = 1;; call += stepBetweenKills(5), ++kills) {
             const FilePath item = addItem("memory/item");
-            if (survivesUntilCall(home, "trash", item, call))
+            if (survivesUntil(call, "trash", item))
                 break;
 
             ASSERT_GE((isComplete("memory/item") ? 1 : 0) + completeInTrash(item), 1) << "killed at call " << call;
             ASSERT_EQ(completeInTrash(item), home.names(filesInTrash).size()) << "killed at call " << call;
             if (itemExists(item)) {
-                ASSERT_TRUE(runToTheEnd(home, "trash", item)) << "after a kill at call " << call;
+                ASSERT_TRUE(runsToTheEnd("trash", item)) << "after a kill at call " << call;
             }
             ASSERT_FALSE(itemExists(item));
             ASSERT_GE(completeInTrash(item), 1);
@@ -112,11 +122,11 @@ TEST_F(RemovalKillTest, RemovesTheRestInASecondRunWhereverTheFirstWasKilled)
     int kills = 0;
     for (int call = 1;; call += stepBetweenKills(3), ++kills) {
         const FilePath item = addItem("home/item");
-        if (survivesUntilCall(home, "remove", item, call))
+        if (survivesUntil(call, "remove", item))
             break;
 
         if (itemExists(item)) {
-            ASSERT_TRUE(runToTheEnd(home, "remove", item)) << "after a kill at call " << call;
+            ASSERT_TRUE(runsToTheEnd("remove", item)) << "after a kill at call " << call;
         }
         ASSERT_EQ(home.names("home"), QList<QByteArray>{"beside"});
     }

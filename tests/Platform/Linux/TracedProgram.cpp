@@ -1,6 +1,5 @@
 #include "Platform/Linux/TracedProgram.h"
 
-#include <climits>
 #include <csignal>
 #include <cstdlib>
 
@@ -36,8 +35,16 @@ bool isEntryOf(pid_t process, long &number)
     return info.op == PTRACE_SYSCALL_INFO_ENTRY;
 }
 
-/// The wait status with which the program ended.
-int trace(const TemporaryHome &home, const char *verb, const FilePath &path, int call)
+Ending endingOf(int status)
+{
+    if (!WIFEXITED(status))
+        return Ending::Killed;
+    return WEXITSTATUS(status) == 0 ? Ending::Succeeded : Ending::Failed;
+}
+
+} // namespace
+
+Ending runHeld(const TemporaryHome &home, const char *verb, const FilePath &path, const GoesOn &goesOn)
 {
     const pid_t process = ::fork();
     if (process == 0)
@@ -48,28 +55,15 @@ int trace(const TemporaryHome &home, const char *verb, const FilePath &path, int
     int signal = 0;
     for (int calls = 0; ::ptrace(PTRACE_SYSCALL, process, nullptr, signal) == 0 && ::waitpid(process, &status, 0) > 0;) {
         if (!WIFSTOPPED(status))
-            return status;
+            break;
         const bool atCall = WSTOPSIG(status) == (SIGTRAP | 0x80);
         signal = atCall || WSTOPSIG(status) == SIGTRAP ? 0 : WSTOPSIG(status);
         long number = 0;
         // The loader and Qt's start know no openat2, with which all of our work begins.
-        if (atCall && isEntryOf(process, number) && (calls > 0 || number == SYS_openat2) && ++calls == call)
+        if (atCall && isEntryOf(process, number) && (calls > 0 || number == SYS_openat2) && !goesOn(++calls, number))
             ::kill(process, SIGKILL);
     }
-    return status;
-}
-
-} // namespace
-
-bool survivesUntilCall(const TemporaryHome &home, const char *verb, const FilePath &path, int call)
-{
-    return WIFEXITED(trace(home, verb, path, call));
-}
-
-bool runToTheEnd(const TemporaryHome &home, const char *verb, const FilePath &path)
-{
-    const int status = trace(home, verb, path, INT_MAX);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    return endingOf(status);
 }
 
 } // namespace Quillmere

@@ -2,13 +2,17 @@
 
 #include "Platform/Linux/TemporaryHome.h"
 
+#include <functional>
+
 namespace Quillmere {
 
-/// Runs `quillmere-trash` in @p home and kills it when it is about to make its system call number @p call, counted
-/// from the first that concerns the file system of the item. True when it ended by itself before that.
-[[nodiscard]] bool survivesUntilCall(const TemporaryHome &home, const char *verb, const FilePath &path, int call);
+enum class Ending { Succeeded, Failed, Killed };
 
-/// Runs it undisturbed; true when it says that it succeeded.
-[[nodiscard]] bool runToTheEnd(const TemporaryHome &home, const char *verb, const FilePath &path);
+/// Asked at each system call that the program is about to make, with its place in their order, from 1, and the kernel's
+/// number for it. Counting begins with the first that concerns the file system of the item. Answering false kills it.
+using GoesOn = std::function<bool(int call, long number)>;
+
+/// Runs `quillmere-trash` @p verb @p path with the home of @p home and holds it at each system call of its first thread.
+[[nodiscard]] Ending runHeld(const TemporaryHome &home, const char *verb, const FilePath &path, const GoesOn &goesOn);
 
 } // namespace Quillmere

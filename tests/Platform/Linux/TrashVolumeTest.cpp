@@ -1,5 +1,6 @@
 #include "Platform/Linux/ChildProcess.h"
 #include "Platform/Linux/TemporaryHome.h"
+#include "Platform/Linux/TracedProgram.h"
 #include "Platform/Linux/TrashCan.h"
 #include "Platform/Linux/TrashInfo.h"
 
@@ -9,6 +10,7 @@
 #include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -213,13 +215,15 @@ TEST_F(TrashVolumeTest, LeavesEverythingAsItWasWhenTheHomeHasNoRoom)
 {
     onMemory("size=64m", [&] {
         ASSERT_TRUE(mountTmpfs(home.path("home"), "size=1m"));
-        const FilePath item = home.addFile("memory/big", QByteArray(4 * 1024 * 1024, 'x'));
+        const FilePath file = home.addFile("memory/item/big", QByteArray(4 * 1024 * 1024, 'x'));
 
-        const auto trashed = trash(item);
+        const auto trashed = trash(home.path("memory/item"));
 
         ASSERT_FALSE(trashed);
         EXPECT_EQ(trashed.failure().kind, Failure::Kind::NoSpace);
-        EXPECT_EQ(contentsOf(item).size(), 4 * 1024 * 1024);
+        // Seen before the copying, so it is the item, and no file of it, that has no room.
+        EXPECT_EQ(trashed.failure().path, home.path("memory/item"));
+        EXPECT_EQ(contentsOf(file).size(), 4 * 1024 * 1024);
         EXPECT_EQ(home.names("home/.local/share/Trash/files"), QList<QByteArray>());
         EXPECT_EQ(home.names("home/.local/share/Trash/info"), QList<QByteArray>());
     });
@@ -282,7 +286,9 @@ TEST_F(TrashVolumeTest, NamesAReadOnlyHomeAndLeavesTheItem)
 TEST_F(TrashVolumeTest, NeitherCopiesNorDeletesWhatCannotBeTakenAway)
 {
     onMemory("size=1m", [&] {
-        const FilePath item = home.addFile("memory/a", "x");
+        // Too large for the home, which nobody notices who does not even try to copy.
+        ASSERT_TRUE(mountTmpfs(home.path("home"), "size=256k"));
+        const FilePath item = home.addFile("memory/a", QByteArray(512 * 1024, 'x'));
         ASSERT_EQ(::mount(nullptr, home.path("memory").bytes().constData(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr),
                   0);
 
@@ -292,6 +298,53 @@ TEST_F(TrashVolumeTest, NeitherCopiesNorDeletesWhatCannotBeTakenAway)
         EXPECT_EQ(trashed.failure().kind, Failure::Kind::ReadOnly);
         EXPECT_TRUE(itemExists(item));
         EXPECT_EQ(home.names("home/.local/share/Trash/files"), QList<QByteArray>());
+    });
+}
+
+TEST_F(TrashVolumeTest, DeletesNothingThatWasWrittenAfterItWasCopied)
+{
+    onMemory("size=1m", [&] {
+        home.addFile("memory/item/changed", "old");
+        home.addFile("memory/item/folder/untouched", "text");
+
+        const Ending ending = runHeld(home, "trash", home.path("memory/item"), [&](int, long number) {
+            if (number == SYS_syncfs) {
+                home.addFile("memory/item/changed", "new contents");
+                home.addFile("memory/item/folder/added", "added");
+            }
+            return true;
+        });
+
+        EXPECT_EQ(ending, Ending::Failed);
+        EXPECT_EQ(home.contents("memory/item/changed"), "new contents");
+        EXPECT_EQ(home.contents("memory/item/folder/added"), "added");
+        EXPECT_FALSE(home.exists("memory/item/folder/untouched"));
+        EXPECT_EQ(home.contents("home/.local/share/Trash/files/item/changed"), "old");
+        EXPECT_EQ(home.contents("home/.local/share/Trash/files/item/folder/untouched"), "text");
+    });
+}
+
+TEST_F(TrashVolumeTest, LeavesAnItemInAStickyFolderThatIsNotOursToDelete)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "Only root can give a file to somebody else";
+    onMemory("size=1m,mode=1777", [&] {
+        const FilePath item = home.addFile("memory/a", "x");
+        inUnprivilegedChild(home.path(), [] {});
+        for (const FilePath &foreign : {home.path("memory"), item})
+            ASSERT_EQ(::chown(foreign.bytes().constData(), 12345, 12345), 0);
+        inUnprivilegedChild({}, [&] {
+            ASSERT_TRUE(itemExists(item));
+            UserEnvironment nobody = home.environment();
+            nobody.user = ::geteuid();
+
+            const auto trashed = TrashCan(nobody).trash(item);
+
+            ASSERT_FALSE(trashed);
+            EXPECT_EQ(trashed.failure().kind, Failure::Kind::NoPermission);
+            EXPECT_EQ(home.names("home/.local/share/Trash/files"), QList<QByteArray>());
+        });
+        EXPECT_TRUE(itemExists(item));
     });
 }
 

@@ -7,28 +7,40 @@ using namespace Quillmere;
 
 namespace {
 
-int report(const Failure &failure)
+bool report(const Failure &failure)
 {
     std::fprintf(stderr, "%d %s\n", static_cast<int>(failure.kind), failure.detail.toUtf8().constData());
-    return 1;
+    return false;
 }
 
-} // namespace
-
-/// `quillmere-trash trash PATH` prints where the item lies now; `quillmere-trash remove PATH` prints nothing.
-int main(int argc, char *argv[])
+bool trash(const LinuxFileManager &files, const FilePath &path)
 {
-    if (argc != 3)
-        return 2;
-    const LinuxFileManager files;
-    const FilePath path(argv[2]);
-    if (std::strcmp(argv[1], "remove") == 0) {
-        const Result<void> removed = files.removeItem(path);
-        return removed ? 0 : report(removed.failure());
-    }
     const Result<FilePath> trashed = files.trashItem(path);
     if (!trashed)
         return report(trashed.failure());
     std::puts(trashed.value().bytes().constData());
-    return 0;
+    return true;
+}
+
+bool remove(const LinuxFileManager &files, const FilePath &path)
+{
+    const Result<void> removed = files.removeItem(path);
+    return removed || report(removed.failure());
+}
+
+} // namespace
+
+/// `quillmere-trash trash PATH...` prints where the items lie now; `quillmere-trash remove PATH...` prints nothing.
+int main(int argc, char *argv[])
+{
+    if (argc < 3)
+        return 2;
+    const LinuxFileManager files;
+    const bool forGood = std::strcmp(argv[1], "remove") == 0;
+    bool done = true;
+    for (int argument = 2; argument < argc; ++argument) {
+        const FilePath path(argv[argument]);
+        done = (forGood ? remove(files, path) : trash(files, path)) && done;
+    }
+    return done ? 0 : 1;
 }
