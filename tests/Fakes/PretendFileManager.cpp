@@ -252,9 +252,10 @@ void PretendFileManager::synchronizeVolumes(const QList<FilePath> &) const
     ++m_synchronizations;
 }
 
-Result<void> PretendFileManager::createDirectory(const FilePath &folder, Intermediates intermediates) const
+Result<void> PretendFileManager::createDirectory(const FilePath &path, Intermediates intermediates) const
 {
     const std::scoped_lock guard(m_mutex);
+    const FilePath folder = placeOf(path);
     if (const Node *existing = find(folder)) {
         if (existing->type == FileType::Directory && intermediates == Intermediates::Create)
             return {};
@@ -286,7 +287,7 @@ Result<QByteArray> PretendFileManager::contentsOfFile(const FilePath &path) cons
 Result<void> PretendFileManager::writeFile(const FilePath &path, const QByteArray &contents, WriteMode mode) const
 {
     const std::scoped_lock guard(m_mutex);
-    const FilePath target = mode == WriteMode::InPlace ? resolve(path).value_or(path) : path;
+    const FilePath target = mode == WriteMode::InPlace ? resolve(path).value_or(placeOf(path)) : placeOf(path);
     const Node *parent = find(target.deletingLastPathComponent());
     if (!parent)
         return failure(Failure::Kind::NotFound, path);
@@ -354,6 +355,14 @@ std::optional<FilePath> PretendFileManager::resolve(const FilePath &path) const
         reached = FilePath("/");
     }
     return reached;
+}
+
+FilePath PretendFileManager::placeOf(const FilePath &path) const
+{
+    const FilePath parent = path.standardized().deletingLastPathComponent();
+    const std::optional<FilePath> resolved = resolve(parent);
+    const FilePath folder = resolved || parent == path ? resolved.value_or(parent) : placeOf(parent);
+    return folder.appending(path.standardized().lastPathComponent());
 }
 
 Result<PretendFileManager::Node *> PretendFileManager::findRemovable(const FilePath &path) const

@@ -74,6 +74,8 @@ private:
     void detach(const FilePath &path) const;
     /// Every link followed; nothing when a component is missing or the links go round.
     std::optional<FilePath> resolve(const FilePath &path) const;
+    /// Where @p path leads: links above it followed, as far as there is anything.
+    FilePath placeOf(const FilePath &path) const;
     Result<Node *> findRemovable(const FilePath &path) const;
     void measure(const FilePath &folder, TreeSize &size, const Cancellation &cancellation) const;
 

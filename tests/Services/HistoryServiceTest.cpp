@@ -299,6 +299,20 @@ TEST_F(HistoryServiceTest, ClearsTheFileAndNothingElse)
     EXPECT_TRUE(history.loadHistory().isEmpty());
 }
 
+TEST_F(HistoryServiceTest, ClearsTheFileBehindALinkOnTheWay)
+{
+    machine.files->addFolder(FilePath("/data/Library"));
+    machine.files->addLink(FilePath("/home/ada/Library"), FilePath("/data/Library"));
+    OperationLog log;
+    log.date = machine.clock->now();
+    history.save(log);
+    ASSERT_EQ(history.loadHistory().size(), 1);
+
+    history.clearHistory();
+
+    EXPECT_TRUE(history.loadHistory().isEmpty());
+}
+
 TEST_F(HistoryServiceTest, ClearsNothingWhereThereIsNoFile)
 {
     EXPECT_EQ(printed([&] { history.clearHistory(); }), "");

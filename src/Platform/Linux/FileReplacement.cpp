@@ -2,6 +2,9 @@
 
 #include "Platform/Linux/ErrnoFailure.h"
 #include "Platform/Linux/FileDescriptor.h"
+#include "Platform/Linux/ItemPlace.h"
+#include "Platform/Linux/OpenAt.h"
+#include "Platform/Linux/Writing.h"
 
 #include <QRandomGenerator>
 
@@ -16,6 +19,7 @@ namespace Quillmere {
 namespace {
 
 constexpr int mostAttempts = 100;
+constexpr mode_t usualMode = 0666;
 
 /// A file on its way into a folder. Unless it arrives, nothing of it stays.
 class Replacement
@@ -33,13 +37,16 @@ public:
     }
     Q_DISABLE_COPY_MOVE(Replacement)
 
-    /// True when all three happened; otherwise errno says why not.
-    bool arrive(const QByteArray &contents, mode_t mode) { return open(mode) && write(contents) && moveIntoPlace(); }
+    /// True when all of it happened; otherwise errno says why not.
+    bool arrive(const QByteArray &contents, std::optional<mode_t> mode)
+    {
+        return open() && setMode(mode ? mode : modeOfTarget()) && write(contents) && moveIntoPlace();
+    }
 
 private:
-    bool open(mode_t mode)
+    bool open()
     {
-        m_file = FileDescriptor(::openat(m_folder.number(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, mode));
+        m_file = FileDescriptor(::openat(m_folder.number(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, usualMode));
         if (m_file.isOpen())
             return true;
         // open(2): file systems without nameless files say EOPNOTSUPP, kernels without them EISDIR or ENOENT.
@@ -47,7 +54,7 @@ private:
             return false;
         return named([&](const QByteArray &name) {
             m_file = FileDescriptor(::openat(m_folder.number(), name.constData(),
-                                             O_CREAT | O_EXCL | O_NOFOLLOW | O_WRONLY | O_CLOEXEC, mode));
+                                             O_CREAT | O_EXCL | O_NOFOLLOW | O_WRONLY | O_CLOEXEC, usualMode));
             return m_file.isOpen();
         });
     }
@@ -58,7 +65,7 @@ private:
     {
         for (int attempt = 0; attempt < mostAttempts; ++attempt) {
             const QByteArray name
-                = '.' + m_target + '.' + QByteArray::number(QRandomGenerator::global()->generate(), 36);
+                = ".quillmere-" + QByteArray::number(QRandomGenerator::global()->generate64(), 36);
             if (make(name)) {
                 m_name = name;
                 return true;
@@ -69,17 +76,20 @@ private:
         return false;
     }
 
+    [[nodiscard]] std::optional<mode_t> modeOfTarget() const
+    {
+        struct stat existing = {};
+        const bool isFile = ::fstatat(m_folder.number(), m_target.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0
+            && S_ISREG(existing.st_mode);
+        return isFile ? std::optional<mode_t>(existing.st_mode & 07777) : std::nullopt;
+    }
+
+    bool setMode(std::optional<mode_t> mode) { return !mode || ::fchmod(m_file.number(), *mode) == 0; }
+
     bool write(const QByteArray &contents)
     {
-        qsizetype written = 0;
-        while (written < contents.size()) {
-            const ssize_t count = ::write(m_file.number(), contents.constData() + written,
-                                          static_cast<std::size_t>(contents.size() - written));
-            if (count < 0 && errno != EINTR)
-                return false;
-            written += std::max<ssize_t>(count, 0);
-        }
-        return ::fsync(m_file.number()) == 0;
+        errno = writeAll(m_file.number(), contents);
+        return errno == 0 && ::fsync(m_file.number()) == 0;
     }
 
     bool moveIntoPlace()
@@ -89,7 +99,11 @@ private:
         if (::renameat(m_folder.number(), m_name.constData(), m_folder.number(), m_target.constData()) != 0)
             return false;
         m_name.clear();
-        return ::fsync(m_folder.number()) == 0;
+        // The file is complete whatever comes now; without this the disk might learn of the new name late.
+        const FileDescriptor readable = openAt(m_folder.number(), ".", O_RDONLY | O_DIRECTORY);
+        if (readable.isOpen())
+            ::fsync(readable.number());
+        return true;
     }
 
     bool giveName()
@@ -108,11 +122,12 @@ private:
 
 } // namespace
 
-Result<void> replaceFile(const FilePath &path, const QByteArray &contents, mode_t mode)
+Result<void> replaceFile(const FilePath &path, const QByteArray &contents, std::optional<mode_t> mode)
 {
-    const QByteArray folderPath = path.deletingLastPathComponent().bytes();
-    const FileDescriptor folder(::open(folderPath.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder.isOpen() || !Replacement(folder, path.lastPathComponent()).arrive(contents, mode))
+    const Result<ItemPlace> place = ItemPlace::open(path, LinksAbove::Follow);
+    if (!place)
+        return place.failure();
+    if (!Replacement(place.value().folder, place.value().name).arrive(contents, mode))
         return failureFromErrno(errno, path);
     return {};
 }

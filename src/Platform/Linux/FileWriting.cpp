@@ -1,14 +1,12 @@
 #include "Platform/Linux/FileWriting.h"
 
 #include "Platform/Linux/ErrnoFailure.h"
+#include "Platform/Linux/FileReplacement.h"
 #include "Platform/Linux/ItemPlace.h"
 #include "Platform/Linux/OpenAt.h"
 #include "Platform/Linux/Writing.h"
 
-#include <QRandomGenerator>
-
 #include <cerrno>
-#include <cstdio>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -22,21 +20,12 @@ constexpr mode_t everybody = 0666;
 constexpr qsizetype smallestRead = 64 * 1024;
 
 /// Closes @p file whatever happens; the first error counts. Some file servers tell of a full disk only here.
-int writeAndClose(int file, const QByteArray &contents, bool synchronize)
+int writeAndClose(int file, const QByteArray &contents)
 {
     int error = writeAll(file, contents);
-    if (error == 0 && synchronize && ::fsync(file) != 0)
-        error = errno;
     if (::close(file) != 0 && error == 0)
         error = errno;
     return error;
-}
-
-void keepMode(int folder, const QByteArray &name, int file)
-{
-    struct stat existing = {};
-    if (::fstatat(folder, name.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(existing.st_mode))
-        ::fchmod(file, existing.st_mode & 07777);
 }
 
 } // namespace
@@ -76,7 +65,7 @@ Result<void> writeInPlace(const FilePath &path, const QByteArray &contents)
         return place.failure();
     const int file = ::openat(place.value().folder.number(), place.value().name.constData(),
                               O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, everybody);
-    const int error = file < 0 ? errno : writeAndClose(file, contents, false);
+    const int error = file < 0 ? errno : writeAndClose(file, contents);
     if (error != 0)
         return failureFromErrno(error, path);
     return {};
@@ -84,30 +73,7 @@ Result<void> writeInPlace(const FilePath &path, const QByteArray &contents)
 
 Result<void> writeAtomically(const FilePath &path, const QByteArray &contents)
 {
-    const Result<ItemPlace> place = ItemPlace::open(path, LinksAbove::Follow);
-    if (!place)
-        return place.failure();
-    const int folder = place.value().folder.number();
-    const QByteArray &name = place.value().name;
-    const QByteArray temporary
-        = ".quillmere-" + QByteArray::number(QRandomGenerator::global()->generate64(), 36);
-    const int file = ::openat(folder, temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                              everybody);
-    if (file < 0)
-        return failureFromErrno(errno, path);
-    keepMode(folder, name, file);
-    int error = writeAndClose(file, contents, true);
-    if (error == 0 && ::renameat(folder, temporary.constData(), folder, name.constData()) != 0)
-        error = errno;
-    if (error != 0) {
-        ::unlinkat(folder, temporary.constData(), 0);
-        return failureFromErrno(error, path);
-    }
-    // The file is complete whatever comes now; without this the disk might learn of the new name late.
-    const FileDescriptor readable = openAt(folder, ".", O_RDONLY | O_DIRECTORY);
-    if (readable.isOpen())
-        ::fsync(readable.number());
-    return {};
+    return replaceFile(path, contents);
 }
 
 } // namespace Quillmere
