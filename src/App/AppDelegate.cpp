@@ -32,14 +32,15 @@ void AppDelegate::applicationDidFinishLaunching()
 
 void AppDelegate::windowDidBecomeKey(QWindow *window)
 {
-    if (!window || window->title().isEmpty() || window->title() == settingsTitle)
+    // A panel that belongs to a window, such as the one for saving, knows itself how it is closed.
+    if (!window || window->transientParent() || window->title().isEmpty() || window->title() == settingsTitle)
         return;
     window->installEventFilter(this);
 }
 
 void AppDelegate::handleCloseClick()
 {
-    QWindow *window = m_closing ? m_closing.data() : QGuiApplication::focusWindow();
+    QWindow *window = QGuiApplication::focusWindow();
     if (!window)
         window = QGuiApplication::topLevelWindows().value(0);
     if (window)
@@ -50,9 +51,7 @@ bool AppDelegate::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::Close)
         return QObject::eventFilter(watched, event);
-    m_closing = qobject_cast<QWindow *>(watched);
     handleCloseClick();
-    m_closing.clear();
     event->ignore();
     return true;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
 #include <QWindow>
 
 namespace Quillmere {
@@ -21,7 +20,8 @@ public:
 
     /// From now on every window that becomes the key window is looked at.
     void applicationDidFinishLaunching();
-    /// Takes over the closing of @p window, unless it has no title or is the one titled "Settings". Null is ignored.
+    /// Takes over the closing of @p window, unless it has no title, is the one titled "Settings" or belongs to another
+    /// window. Null is ignored.
     void windowDidBecomeKey(QWindow *window);
     /// Hides the key window, else the first of all windows. Does nothing without any.
     void handleCloseClick();
@@ -30,8 +30,6 @@ public:
 
 private:
     inline static AppDelegate *s_shared = nullptr;
-
-    QPointer<QWindow> m_closing; ///< The window whose close button was pressed, which makes it the key window.
 };
 
 } // namespace Quillmere

@@ -8,19 +8,13 @@
 
 namespace Quillmere {
 
-namespace {
-
-constexpr auto defaultsFile = "Library/Preferences/com.veltrane.quillmere.plist";
-
-} // namespace
-
 Machine makeLinuxMachine()
 {
     const auto files = std::make_shared<LinuxFileManager>();
     return {
         files,
         std::make_shared<LinuxPlaces>(files),
-        std::make_shared<LinuxUserDefaults>(files->homeDirectory().appending(defaultsFile)),
+        std::make_shared<LinuxUserDefaults>(LinuxUserDefaults::fileOf(files->homeDirectory())),
         std::make_shared<SystemClock>(),
         std::make_shared<LinuxDesktopAppearance>(),
     };

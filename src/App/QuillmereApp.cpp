@@ -3,6 +3,7 @@
 #include "Views/ViewsModule.h"
 
 #include <QGuiApplication>
+#include <QLibraryInfo>
 
 namespace Quillmere {
 
@@ -17,6 +18,7 @@ QuillmereApp::QuillmereApp(Machine machine, QObject *parent)
     install();
     // The program lives on in the background with all its windows hidden.
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    connect(&m_localizer, &Localizer::languageChanged, this, &QuillmereApp::translateQt);
     connect(&m_state, &AppState::settingsChanged, this, &QuillmereApp::applyAppearance);
     m_machine.appearance->observe([this] { applyAppearance(); });
 }
@@ -43,6 +45,7 @@ void QuillmereApp::install()
 bool QuillmereApp::start()
 {
     m_delegate.applicationDidFinishLaunching();
+    translateQt();
     m_engine = std::make_unique<QQmlApplicationEngine>();
     installViews(*m_engine);
     applyAppearance();
@@ -60,6 +63,16 @@ bool QuillmereApp::start()
     showMainWindow();
     contentDidAppear();
     return true;
+}
+
+void QuillmereApp::translateQt()
+{
+    QCoreApplication::removeTranslator(&m_qtTexts);
+    const QString language = rawValue(m_localizer.effectiveLanguage());
+    if (m_qtTexts.load(u"qt_"_qs + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(&m_qtTexts);
+    if (m_engine)
+        m_engine->retranslate();
 }
 
 void QuillmereApp::contentDidAppear()
@@ -97,9 +110,10 @@ void QuillmereApp::applyAppearance()
 
 void QuillmereApp::showMainWindow()
 {
+    // Who asks for the window no longer wants the program to end.
+    disconnect(m_pendingQuit);
+    m_mainWindow->setWindowStates(m_mainWindow->windowStates() & ~Qt::WindowMinimized);
     m_mainWindow->show();
-    if (m_mainWindow->windowState() == Qt::WindowMinimized)
-        m_mainWindow->showNormal();
     m_mainWindow->raise();
     m_mainWindow->requestActivate();
 }
@@ -108,6 +122,8 @@ void QuillmereApp::showSettings()
 {
     if (!m_settingsWindow) {
         m_settingsWindow = loadWindow(u"SettingsWindow.qml"_qs, {});
+        if (!m_settingsWindow)
+            return;
         connect(m_settingsWindow, SIGNAL(quitRequested()), this, SLOT(quit()));
     }
     m_settingsWindow->show();
@@ -123,7 +139,7 @@ void QuillmereApp::quit()
     if (m_unfinishedRuns.isEmpty())
         QCoreApplication::exit(0);
     else
-        connect(&m_unfinishedRuns, &UnfinishedRuns::finished, qApp, [] { QCoreApplication::exit(0); });
+        m_pendingQuit = connect(&m_unfinishedRuns, &UnfinishedRuns::finished, qApp, [] { QCoreApplication::exit(0); });
 }
 
 } // namespace Quillmere

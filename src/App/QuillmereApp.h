@@ -11,6 +11,7 @@
 
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
+#include <QTranslator>
 
 #include <optional>
 
@@ -48,6 +49,8 @@ public Q_SLOTS:
 private:
     void install();
     void contentDidAppear();
+    /// The few texts that are Qt's own, such as those of its save panel.
+    void translateQt();
     void applyAppearance();
     [[nodiscard]] QQuickWindow *loadWindow(const QString &file, const QVariantMap &properties);
 
@@ -60,6 +63,8 @@ private:
     UnfinishedRuns m_unfinishedRuns;
     ViewModelFactory m_viewModels;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
+    QTranslator m_qtTexts;
+    QMetaObject::Connection m_pendingQuit; ///< The end that waits for a run.
     QPointer<QQuickWindow> m_mainWindow;
     QPointer<QQuickWindow> m_settingsWindow;
 };

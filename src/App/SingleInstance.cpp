@@ -1,6 +1,10 @@
 #include "App/SingleInstance.h"
 
+#include <QDeadlineTimer>
 #include <QLocalSocket>
+#include <QThread>
+
+#include <algorithm>
 
 namespace Quillmere {
 
@@ -33,12 +37,17 @@ bool SingleInstance::claim()
 
 bool SingleInstance::askRunningInstance() const
 {
+    const QDeadlineTimer patience(answerTimeoutMilliseconds);
     QLocalSocket socket;
-    socket.connectToServer(m_socketPath);
-    if (!socket.waitForConnected(answerTimeoutMilliseconds))
-        return false;
+    // An instance that is just starting holds the lock and does not listen yet.
+    for (socket.connectToServer(m_socketPath); !socket.waitForConnected(); socket.connectToServer(m_socketPath)) {
+        if (patience.hasExpired())
+            return false;
+        QThread::msleep(20);
+    }
     socket.write(qgetenv("XDG_ACTIVATION_TOKEN") + '\n');
-    return socket.waitForBytesWritten(answerTimeoutMilliseconds);
+    // The kernel takes the request in the name of an instance that hangs; only its own answer counts.
+    return socket.waitForReadyRead(std::max<int>(1, int(patience.remainingTime())));
 }
 
 void SingleInstance::listen()
@@ -55,10 +64,13 @@ void SingleInstance::answer()
     while (QLocalSocket *socket = m_server->nextPendingConnection()) {
         connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
         const auto read = [this, socket] {
-            if (socket->canReadLine())
-                Q_EMIT activationRequested(QString::fromUtf8(socket->readLine(mostBytesOfARequest).trimmed()));
-            else if (socket->bytesAvailable() > mostBytesOfARequest)
+            if (socket->canReadLine()) {
+                const QString token = QString::fromUtf8(socket->readLine(mostBytesOfARequest).trimmed());
+                socket->write("\n");
+                Q_EMIT activationRequested(token);
+            } else if (socket->bytesAvailable() > mostBytesOfARequest) {
                 socket->abort();
+            }
         };
         connect(socket, &QLocalSocket::readyRead, this, read);
         read();

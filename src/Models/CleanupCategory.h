@@ -15,7 +15,7 @@ struct CleanupCategory
     QString description;            ///< Resolved like localizedName.
     RiskLevel riskLevel = RiskLevel::Safe;
     qint64 totalSize = 0; ///< Sum of the items' sizes in bytes; 0 until the scan of the category has ended.
-    int itemCount = 0;    ///< Count of the items; 0 until the scan of the category has ended.
+    qint64 itemCount = 0;    ///< Count of the items; 0 until the scan of the category has ended.
     bool isSelected = true; ///< A run cleans every item of a selected category, whatever the item says.
     bool isAvailable = true; ///< False for a row of a read-only inventory.
     bool requiresPermission = false;

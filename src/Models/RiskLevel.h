@@ -27,10 +27,4 @@ struct RawValues<RiskLevel>
     }};
 };
 
-/// Key of the level's name on screen.
-[[nodiscard]] inline QString labelKey(RiskLevel level)
-{
-    return u"common."_qs + rawValue(level);
-}
-
 } // namespace Quillmere

@@ -19,8 +19,9 @@ bool mayBeDeleted(const CleanupItem &item)
 
 } // namespace
 
-CleanupService::CleanupService(std::shared_ptr<const FileManager> files)
+CleanupService::CleanupService(std::shared_ptr<const FileManager> files, std::shared_ptr<const Places> places)
     : m_files(std::move(files))
+    , m_places(std::move(places))
 {
 }
 
@@ -73,7 +74,7 @@ CleanupResult CleanupService::cleanItems(const QList<CleanupItem> &items, bool m
         } else if (const Result<void> removal = remove(item, moveToTrash)) {
             ++result.filesRemoved;
             result.sizeCleaned += item.size;
-            touched.append(item.path.deletingLastPathComponent());
+            touched.append(item.path);
         } else {
             ++result.filesSkipped;
             result.errors.append(u"Failed to clean "_qs + item.name + u": "_qs
@@ -88,6 +89,8 @@ CleanupResult CleanupService::cleanItems(const QList<CleanupItem> &items, bool m
 
 Result<void> CleanupService::remove(const CleanupItem &item, bool moveToTrash) const
 {
+    if (const std::optional<QString> reason = m_places->reasonToKeep(item.path))
+        return Failure{Failure::Kind::Protected, item.path, *reason};
     if (!moveToTrash)
         return m_files->removeItem(item.path);
     const Result<FilePath> trashed = m_files->trashItem(item.path);

@@ -3,6 +3,7 @@
 #include "Models/CleanupItem.h"
 #include "Models/CleanupResult.h"
 #include "Platform/FileManager.h"
+#include "Platform/Places.h"
 
 #include <functional>
 #include <memory>
@@ -17,7 +18,7 @@ public:
     /// How far a run has come, from 0 to 1. Called on the working thread.
     using Progress = std::function<void(double fraction)>;
 
-    explicit CleanupService(std::shared_ptr<const FileManager> files);
+    CleanupService(std::shared_ptr<const FileManager> files, std::shared_ptr<const Places> places);
 
     /// Removes what passes validateBeforeCleanup(), item after item, to its end: there is no cancelling. With
     /// @p moveToTrash every item goes to the Trash; without, only safe cache and temporary items are deleted and the
@@ -30,9 +31,11 @@ public:
 
 private:
     [[nodiscard]] bool mayBeTouched(const CleanupItem &item) const;
+    /// Fails as Protected when @p item has come to hold something that is kept since it was scanned.
     [[nodiscard]] Result<void> remove(const CleanupItem &item, bool moveToTrash) const;
 
     std::shared_ptr<const FileManager> m_files;
+    std::shared_ptr<const Places> m_places;
 };
 
 } // namespace Quillmere

@@ -82,10 +82,10 @@ QList<OperationLog> HistoryService::loadHistory() const
 
 void HistoryService::clearHistory() const
 {
-    // Whether there was nothing to delete or it could not be deleted, loading shows what is left.
     // Removal refuses a location below a link, and the home may be one.
     const FilePath place = file();
     const FilePath folder = m_files->resolvingSymlinks(place.deletingLastPathComponent());
+    // Whether there was nothing to delete or it could not be deleted, loading shows what is left.
     [[maybe_unused]] const Result<void> removed = m_files->removeItem(folder.appending(place.lastPathComponent()));
 }
 

@@ -135,7 +135,7 @@ void ScannerService::scanCategory(const CategoryRow &row, const Walk &walk, Clea
     testForCancellation(walk.task);
     category.items = found.items;
     category.totalSize = found.size;
-    category.itemCount = int(found.items.size());
+    category.itemCount = found.items.size();
 }
 
 QList<PlaceRow> ScannerService::existingRows(const CategoryRow &row) const
@@ -161,8 +161,7 @@ void ScannerService::scanPlace(const PlaceRow &place, const CategoryRow &row, co
         if (i % entriesPerReport == 0)
             walk.progress(slice.at(i, entries.size()), name);
 
-        const FilePath measured
-            = place.suffix.isEmpty() ? entries.at(i).path : entries.at(i).path.appending(place.suffix);
+        const FilePath measured = measuredPlace(entries.at(i).path, place.suffix);
         if (!place.suffix.isEmpty() && !m_files->fileExists(measured))
             continue;
         if (m_places->reasonToKeep(measured))
@@ -181,9 +180,16 @@ void ScannerService::scanPlace(const PlaceRow &place, const CategoryRow &row, co
     }
 }
 
+FilePath ScannerService::measuredPlace(const FilePath &entry, const QByteArray &suffix) const
+{
+    if (suffix.isEmpty())
+        return entry;
+    const FilePath inside = entry.appending(suffix);
+    return m_files->resolvingSymlinks(inside.deletingLastPathComponent()).appending(inside.lastPathComponent());
+}
+
 TreeSize ScannerService::scanDirectory(const FilePath &folder, const std::stop_token &task)
 {
-    testForCancellation(task);
     const Result<TreeSize> size = m_files->measureTree(folder, cancellation(task));
     if (!size)
         throw CancellationError();

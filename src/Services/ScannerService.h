@@ -49,6 +49,9 @@ private:
     /// The items of @p place appended to @p found, each an immediate child or what it keeps at the place's suffix.
     void scanPlace(const PlaceRow &place, const CategoryRow &row, const Slice &slice, const Walk &walk, Found &found);
 
+    /// Where @p entry of a place keeps what is offered, below no link, since removal refuses those.
+    [[nodiscard]] FilePath measuredPlace(const FilePath &entry, const QByteArray &suffix) const;
+
     std::shared_ptr<const FileManager> m_files;
     std::shared_ptr<const Places> m_places;
     mutable std::mutex m_stateLock; ///< Around the two members below, for one read or write at a time.

@@ -42,7 +42,8 @@ void Localizer::setLanguage(Language language)
 {
     if (m_language.exchange(language) != language)
         Q_EMIT languageChanged();
-    m_defaults->setString(languageKey(), rawValue(language));
+    // An observer of the change may have chosen again.
+    m_defaults->setString(languageKey(), rawValue<Language>(m_language));
 }
 
 Language Localizer::effectiveLanguage() const

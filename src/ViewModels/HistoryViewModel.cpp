@@ -48,6 +48,21 @@ void HistoryViewModel::save(const QUrl &location)
     if (!location.isLocalFile())
         return;
     const FilePath path(QFile::encodeName(location.toLocalFile()));
+    if (!m_files->fileExists(path)) {
+        write(path);
+        return;
+    }
+    m_existing = path;
+    Q_EMIT replacementQuestioned(FilePath::displayText(path.lastPathComponent()));
+}
+
+void HistoryViewModel::replaceExisting()
+{
+    write(m_existing);
+}
+
+void HistoryViewModel::write(const FilePath &path) const
+{
     const Result<void> written = m_files->writeFile(path, m_export, WriteMode::Atomic);
     if (!written) {
         std::printf("Failed to write history file: %s\n", qUtf8Printable(localizedDescription(written.failure())));

@@ -26,6 +26,22 @@ Result<QList<CleanupCategory>> scanned(ScannerService &scanner, const ScannerSer
     }
 }
 
+Result<CleanupResult> cleaned(const CleanupService &cleaner, const QList<CleanupItem> &items,
+                              const CleanupService::Progress &progress)
+{
+    try {
+        return cleaner.cleanItems(items, true, progress);
+    } catch (const std::exception &error) {
+        return Failure{Failure::Kind::Other, {}, QString::fromUtf8(error.what())};
+    }
+}
+
+void print(const char *text, const Failure &failure)
+{
+    std::printf("%s%s\n", text, qUtf8Printable(failure.detail));
+    std::fflush(stdout);
+}
+
 } // namespace
 
 SafeCleanupViewModel::SafeCleanupViewModel(std::shared_ptr<ScannerService> scanner, CleanupService cleaner,
@@ -99,7 +115,7 @@ void SafeCleanupViewModel::endScan(const Result<QList<CleanupCategory>> &result)
         if (AppState *state = AppState::shared())
             state->setLastScanDate(m_clock->now());
     } else if (!result && result.failure().kind != Failure::Kind::Cancelled) {
-        std::printf("Scan error: %s\n", qUtf8Printable(result.failure().detail));
+        print("Scan error: ", result.failure());
     }
     m_isScanning = false;
     Q_EMIT phaseChanged();
@@ -120,14 +136,26 @@ QCoro::Task<> SafeCleanupViewModel::clean()
     HistoryService &history = m_history;
     const std::shared_ptr<const Clock> clock = m_clock;
     OperationLog log = logOfSelection();
-    const auto progress = [self](double fraction) {
-        onMainQueue(self, [fraction](SafeCleanupViewModel &model) { model.showProgressOfCleanup(fraction); });
+    const int run = ++m_cleanupRuns;
+    const auto progress = [self, run](double fraction) {
+        onMainQueue(self, [run, fraction](SafeCleanupViewModel &model) {
+            if (run == model.m_cleanupRuns)
+                model.showProgressOfCleanup(fraction);
+        });
     };
-    auto cleaning = inBackground([cleaner = m_cleaner, items, progress] {
-        return cleaner.cleanItems(items, true, progress);
-    });
-    const CleanupResult result = co_await cleaning;
+    auto cleaning
+        = inBackground([cleaner = m_cleaner, items, progress] { return cleaned(cleaner, items, progress); });
+    const Result<CleanupResult> outcome = co_await cleaning;
+    if (self && run == m_cleanupRuns)
+        m_isCleaning = false;
+    if (!outcome) {
+        print("Cleanup error: ", outcome.failure());
+        if (self)
+            Q_EMIT phaseChanged();
+        co_return;
+    }
 
+    const CleanupResult result = outcome.value();
     log.date = clock->now();
     log.cleanedSize = result.sizeCleaned;
     log.filesRemoved = result.filesRemoved;
@@ -139,7 +167,6 @@ QCoro::Task<> SafeCleanupViewModel::clean()
     if (!self)
         co_return;
     m_resultWrapper = CleanupResultWrapper{QUuid::createUuid(), result};
-    m_isCleaning = false;
     Q_EMIT cleanupResultChanged();
     Q_EMIT phaseChanged();
 }

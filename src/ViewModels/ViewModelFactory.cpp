@@ -27,7 +27,7 @@ std::shared_ptr<ScannerService> ViewModelFactory::makeScanner()
 
 SafeCleanupViewModel *ViewModelFactory::makeSafeCleanup(QObject *screen)
 {
-    return new SafeCleanupViewModel(makeScanner(), CleanupService(m_machine.files), m_history, m_machine.clock,
+    return new SafeCleanupViewModel(makeScanner(), CleanupService(m_machine.files, m_machine.places), m_history, m_machine.clock,
                                     screen);
 }
 

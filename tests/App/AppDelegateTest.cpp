@@ -97,11 +97,6 @@ TEST_F(AppDelegateTest, MayLookAtTheSameWindowAgain)
     EXPECT_FALSE(window.isVisible());
 }
 
-TEST_F(AppDelegateTest, IgnoresWhatIsNoWindow)
-{
-    delegate.windowDidBecomeKey(nullptr);
-}
-
 TEST_F(AppDelegateTest, DoesNothingWithoutAnyWindow)
 {
     ASSERT_TRUE(QGuiApplication::topLevelWindows().isEmpty());
@@ -124,15 +119,26 @@ TEST_F(AppDelegateTest, HidesTheFirstWindowWhenNoneIsKey)
     EXPECT_FALSE(window.isVisible());
 }
 
-TEST_F(AppDelegateTest, HidesTheWindowThatWasClickedAndNotAnotherInFront)
+TEST_F(AppDelegateTest, HidesTheKeyWindowWhicheverAskedToBeClosed)
 {
     QWindow behind;
     show(behind, u"Quillmere"_qs);
     QWindow front;
     show(front, u"Settings"_qs);
 
-    clickClose(behind);
+    EXPECT_FALSE(clickClose(behind));
 
-    EXPECT_FALSE(behind.isVisible());
-    EXPECT_TRUE(front.isVisible());
+    EXPECT_TRUE(behind.isVisible());
+    EXPECT_FALSE(front.isVisible());
+}
+
+TEST_F(AppDelegateTest, LeavesAPanelThatBelongsToAWindowItsOwnWayOfClosing)
+{
+    QWindow window;
+    show(window, u"Quillmere"_qs);
+    QWindow panel;
+    panel.setTransientParent(&window);
+    show(panel, u"Save As"_qs);
+
+    EXPECT_TRUE(clickClose(panel));
 }

@@ -117,6 +117,21 @@ TEST_F(QuillmereAppTest, WaitsWithItsEndForARunThatIsUnderWay)
     EXPECT_TRUE(hasEnded);
 }
 
+TEST_F(QuillmereAppTest, StaysWhenTheWindowIsAskedForBeforeARunHasEnded)
+{
+    ASSERT_TRUE(app.start());
+    auto run = std::make_unique<UnfinishedRuns::Token>(UnfinishedRuns::shared());
+    QTimer::singleShot(0, &app, [&] {
+        app.quit();
+        app.showMainWindow();
+        run.reset();
+        QTimer::singleShot(0, &app, [] { QCoreApplication::exit(7); });
+    });
+
+    EXPECT_EQ(QCoreApplication::exec(), 7);
+    EXPECT_TRUE(app.mainWindow()->isVisible());
+}
+
 TEST_F(QuillmereAppTest, EndsAtOnceWhenNothingIsUnderWay)
 {
     ASSERT_TRUE(app.start());

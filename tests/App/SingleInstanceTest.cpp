@@ -3,6 +3,8 @@
 #include <QLocalSocket>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTest>
+#include <QtConcurrentRun>
 
 #include <gtest/gtest.h>
 
@@ -13,6 +15,16 @@ namespace {
 class SingleInstanceTest : public testing::Test
 {
 protected:
+    /// A later start, as from another process: this one goes on answering meanwhile.
+    bool claimElsewhere()
+    {
+        QFuture<bool> claimed = QtConcurrent::run([path = folder.path()] {
+            return SingleInstance(path, u"here"_qs).claim();
+        });
+        (void)QTest::qWaitFor([&] { return claimed.isFinished(); }, 20000);
+        return claimed.result();
+    }
+
     QTemporaryDir folder;
     SingleInstance first{folder.path(), u"here"_qs};
 };
@@ -30,11 +42,10 @@ TEST_F(SingleInstanceTest, SendsALaterStartToTheFirst)
     QSignalSpy asked(&first, &SingleInstance::activationRequested);
     qputenv("XDG_ACTIVATION_TOKEN", "token-1");
 
-    SingleInstance second(folder.path(), u"here"_qs);
-    EXPECT_FALSE(second.claim());
+    EXPECT_FALSE(claimElsewhere());
     qunsetenv("XDG_ACTIVATION_TOKEN");
 
-    ASSERT_TRUE(asked.count() == 1 || asked.wait());
+    ASSERT_EQ(asked.count(), 1);
     EXPECT_EQ(asked.first().first().toString(), u"token-1"_qs);
 }
 
@@ -55,8 +66,7 @@ TEST_F(SingleInstanceTest, TakesOverFromAnInstanceThatHasEnded)
     }
 
     EXPECT_TRUE(first.claim());
-    SingleInstance later(folder.path(), u"here"_qs);
-    EXPECT_FALSE(later.claim());
+    EXPECT_FALSE(claimElsewhere());
 }
 
 TEST_F(SingleInstanceTest, RunsOnItsOwnWhereThereIsNoFolder)
@@ -64,6 +74,31 @@ TEST_F(SingleInstanceTest, RunsOnItsOwnWhereThereIsNoFolder)
     SingleInstance lost(folder.filePath(u"none"_qs), u"here"_qs);
 
     EXPECT_TRUE(lost.claim());
+}
+
+TEST_F(SingleInstanceTest, RunsOnItsOwnWhereTheFirstHangs)
+{
+    ASSERT_TRUE(first.claim());
+
+    // Nobody handles the first one's events while this waits.
+    SingleInstance second(folder.path(), u"here"_qs);
+
+    EXPECT_TRUE(second.claim());
+}
+
+TEST_F(SingleInstanceTest, WaitsForAFirstStartThatDoesNotListenYet)
+{
+    QLockFile starting(folder.filePath(u"here.lock"_qs));
+    ASSERT_TRUE(starting.tryLock());
+    QFuture<bool> later = QtConcurrent::run([path = folder.path()] {
+        return SingleInstance(path, u"here"_qs).claim();
+    });
+    QTest::qWait(100);
+    starting.unlock();
+    ASSERT_TRUE(first.claim());
+
+    ASSERT_TRUE(QTest::qWaitFor([&] { return later.isFinished(); }, 20000));
+    EXPECT_FALSE(later.result());
 }
 
 TEST_F(SingleInstanceTest, ShutsOutACallerThatFloods)

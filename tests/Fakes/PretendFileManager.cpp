@@ -156,36 +156,39 @@ Result<TreeSize> PretendFileManager::measureTree(const FilePath &folder, const C
 {
     const std::scoped_lock guard(m_mutex);
     TreeSize size;
+    bool wasStopped = false;
     const Node *node = find(folder);
     if (node && node->type == FileType::Directory)
-        measure(folder.standardized(), size, cancellation);
-    if (cancellation.isRequested())
+        wasStopped = !measure(folder.standardized(), size, cancellation);
+    if (wasStopped)
         return failure(Failure::Kind::Cancelled, folder);
     return size;
 }
 
-void PretendFileManager::measure(const FilePath &folder, TreeSize &size, const Cancellation &cancellation) const
+bool PretendFileManager::measure(const FilePath &folder, TreeSize &size, const Cancellation &cancellation) const
 {
     const Node *node = find(folder);
     if (!node || node->locked)
-        return;
+        return true;
     const QList<QByteArray> children = node->children;
     for (const QByteArray &name : children) {
         const FilePath path = folder.appending(name);
         if (m_onMeasure)
             m_onMeasure(path);
         if (cancellation.isRequested())
-            return;
+            return false;
         const Node *child = find(path);
         if (!child || (child->type == FileType::Regular && child->locked))
             continue;
         if (child->type == FileType::Directory) {
-            measure(path, size, cancellation);
+            if (!measure(path, size, cancellation))
+                return false;
         } else if (child->type == FileType::Regular) {
             size.allocatedSize += child->bytes;
             ++size.fileCount;
         }
     }
+    return true;
 }
 
 bool PretendFileManager::fileExists(const FilePath &path) const

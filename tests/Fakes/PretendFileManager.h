@@ -77,7 +77,8 @@ private:
     /// Where @p path leads: links above it followed, as far as there is anything.
     FilePath placeOf(const FilePath &path) const;
     Result<Node *> findRemovable(const FilePath &path) const;
-    void measure(const FilePath &folder, TreeSize &size, const Cancellation &cancellation) const;
+    /// False when it was stopped.
+    bool measure(const FilePath &folder, TreeSize &size, const Cancellation &cancellation) const;
 
     FilePath m_home;
     FilePath m_temporary = FilePath("/tmp");

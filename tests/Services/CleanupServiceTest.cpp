@@ -42,7 +42,7 @@ protected:
 
     InstalledLocalizer localizer;
     PretendMachine machine;
-    CleanupService cleaner{machine.files};
+    CleanupService cleaner{machine.files, machine.places};
     const FilePath caches{"/home/ada/Library/Caches"};
     std::vector<double> progress;
 };
@@ -237,4 +237,29 @@ TEST_F(CleanupServiceTest, SeesTheVolumesOntoDiskOnceARun)
     (void)clean({addItem("a"), addItem("b"), addItem("c")}, true);
 
     EXPECT_EQ(machine.files->synchronizations(), 1);
+}
+
+TEST_F(CleanupServiceTest, CountsADanglingLinkAndALoopOfLinksAsSkipped)
+{
+    machine.files->addLink(caches.appending("dangling"), FilePath("/nowhere"));
+    machine.files->addLink(caches.appending("one"), caches.appending("two"));
+    machine.files->addLink(caches.appending("two"), caches.appending("one"));
+
+    const CleanupResult result
+        = clean({itemAt("/home/ada/Library/Caches/dangling"), itemAt("/home/ada/Library/Caches/one")}, true);
+
+    EXPECT_EQ(result, (CleanupResult{0, 0, 2, {}}));
+    EXPECT_TRUE(machine.files->contains(caches.appending("dangling")));
+}
+
+TEST_F(CleanupServiceTest, LeavesWhatHasComeToBeKeptSinceTheScan)
+{
+    const CleanupItem item = addItem("mounted");
+    machine.places->keep(item.path, u"unsent files wait in it"_qs);
+
+    const CleanupResult result = clean({item}, true);
+
+    EXPECT_EQ(result.filesSkipped, 1);
+    EXPECT_EQ(result.errors.size(), 1);
+    EXPECT_TRUE(machine.files->contains(item.path));
 }

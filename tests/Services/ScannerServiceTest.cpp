@@ -327,3 +327,31 @@ TEST_F(ScannerServiceTest, MeasuresAFolderAndCountsItsRegularFiles)
     EXPECT_EQ(scanner.scanDirectory(FilePath("/home/ada/x/a")), (TreeSize{0, 0}));
     EXPECT_EQ(scanner.scanDirectory(FilePath("/home/ada/none")), (TreeSize{0, 0}));
 }
+
+TEST_F(ScannerServiceTest, GivesZeroForAnEmptyOrMissingFolderEvenAfterACancel)
+{
+    machine.files->addFolder(FilePath("/home/ada/empty"));
+    scanner.cancelScan();
+
+    EXPECT_EQ(scanner.scanDirectory(FilePath("/home/ada/empty")), (TreeSize{0, 0}));
+    EXPECT_EQ(scanner.scanDirectory(FilePath("/home/ada/none")), (TreeSize{0, 0}));
+}
+
+TEST_F(ScannerServiceTest, NamesTheCacheOfAContainerBehindALinkByItsTruePlace)
+{
+    addTree(FilePath("/data/Mail/Data/Library/Caches"), 5);
+    machine.files->addLink(containers.appending("org.example.mail"), FilePath("/data/Mail"));
+
+    const CleanupCategory category = scan().at(2);
+
+    ASSERT_EQ(category.itemCount, 1);
+    EXPECT_EQ(category.items.first().name, u"org.example.mail"_qs);
+    EXPECT_EQ(category.items.first().path, FilePath("/data/Mail/Data/Library/Caches"));
+}
+
+TEST_F(ScannerServiceTest, PassesOverAContainerWithoutACacheFolder)
+{
+    addTree(containers.appending("org.example.none/Data"), 5);
+
+    EXPECT_EQ(scan().at(2).itemCount, 0);
+}

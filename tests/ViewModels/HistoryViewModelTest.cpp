@@ -192,6 +192,45 @@ TEST_F(HistoryViewModelTest, WritesTheExportWhereThePanelSays)
               history.exportJSON(model.logs()->logs()).toUtf8());
 }
 
+TEST_F(HistoryViewModelTest, WritesTheLinesOfTheCsv)
+{
+    machine.files->addFolder(FilePath("/home/ada/Documents"));
+    (void)save(noon);
+    model.loadHistory();
+    model.exportCSV();
+
+    model.save(QUrl::fromLocalFile(u"/home/ada/Documents/out.csv"_qs));
+
+    EXPECT_EQ(machine.files->contentsOfFile(target).valueOr({}), history.exportCSV(model.logs()->logs()).toUtf8());
+}
+
+TEST_F(HistoryViewModelTest, AsksBeforeItReplacesAFile)
+{
+    machine.files->addFile(target, 3, "old");
+    const QSignalSpy questions(&model, &HistoryViewModel::replacementQuestioned);
+    model.exportCSV();
+
+    model.save(QUrl::fromLocalFile(u"/home/ada/Documents/out.csv"_qs));
+
+    ASSERT_EQ(questions.count(), 1);
+    EXPECT_EQ(questions.first().first().toString(), u"out.csv"_qs);
+    EXPECT_EQ(machine.files->contentsOfFile(target).valueOr({}), "old");
+
+    model.replaceExisting();
+    EXPECT_EQ(machine.files->contentsOfFile(target).valueOr({}), history.exportCSV({}).toUtf8());
+}
+
+TEST_F(HistoryViewModelTest, WritesNothingWhenTheSavePanelIsCancelled)
+{
+    machine.files->addFolder(FilePath("/home/ada/Documents"));
+    model.exportCSV();
+
+    // The panel that was cancelled answers nothing.
+    EXPECT_TRUE(machine.files->contentsOfDirectory(FilePath("/home/ada/Documents"), HiddenFiles::Include)
+                    .valueOr({DirectoryEntry()})
+                    .isEmpty());
+}
+
 TEST_F(HistoryViewModelTest, WritesNothingForAPlaceThatIsNoFile)
 {
     model.exportCSV();
@@ -202,10 +241,14 @@ TEST_F(HistoryViewModelTest, WritesNothingForAPlaceThatIsNoFile)
     EXPECT_FALSE(machine.files->contains(target));
 }
 
-TEST_F(HistoryViewModelTest, PrintsALineWhenAnExportCannotBeWritten)
+class RefusedExportTest : public HistoryViewModelTest, public testing::WithParamInterface<Failure::Kind>
+{
+};
+
+TEST_P(RefusedExportTest, PrintsALineAndNothingElse)
 {
     machine.files->addFolder(FilePath("/home/ada/Documents"));
-    machine.files->refuse(FilePath("/home/ada/Documents"), Failure::Kind::NoPermission);
+    machine.files->refuse(FilePath("/home/ada/Documents"), GetParam());
     model.exportCSV();
     testing::internal::CaptureStdout();
 
@@ -213,3 +256,6 @@ TEST_F(HistoryViewModelTest, PrintsALineWhenAnExportCannotBeWritten)
 
     EXPECT_THAT(testing::internal::GetCapturedStdout(), testing::StartsWith("Failed to write history file: "));
 }
+
+INSTANTIATE_TEST_SUITE_P(Kinds, RefusedExportTest, testing::Values(
+    Failure::Kind::NoPermission, Failure::Kind::NoSpace, Failure::Kind::ReadOnly));

@@ -59,7 +59,7 @@ protected:
     HistoryService history{machine.files};
     std::shared_ptr<ScannerService> scanner = std::make_shared<ScannerService>(machine.files, machine.places);
     std::unique_ptr<SafeCleanupViewModel> model = std::make_unique<SafeCleanupViewModel>(
-        scanner, CleanupService(machine.files), history, machine.clock);
+        scanner, CleanupService(machine.files, machine.places), history, machine.clock);
 };
 
 } // namespace
@@ -228,6 +228,45 @@ TEST_F(SafeCleanupViewModelTest, TrashesEveryItemOfTheSelectedCategoriesAndRecor
     EXPECT_EQ(model->cleanupResultWrapper()->result, (CleanupResult{2, 10, 0, {}}));
     EXPECT_FALSE(model->isCleaning());
     EXPECT_TRUE(QTest::qWaitFor([this] { return model->cleanupProgress() == 1.0; }));
+}
+
+TEST_F(SafeCleanupViewModelTest, CountsADeselectedCategoryTowardsTheSizeFound)
+{
+    addTree("Caches/a", 7);
+    addTree("Logs/app", 5);
+    QCoro::waitFor(model->scan());
+    model->categories()->setSelected(0, false);
+
+    QCoro::waitFor(model->clean());
+
+    EXPECT_EQ(history.loadHistory().first().foundSize, 12);
+    EXPECT_EQ(history.loadHistory().first().cleanedSize, 5);
+}
+
+TEST_F(SafeCleanupViewModelTest, KeepsTheOverlayOfALaterRunWhenAnEarlierOneEnds)
+{
+    addTree("Caches/a", 7);
+    QCoro::waitFor(model->scan());
+    const Gate firstGate;
+    const Gate secondGate;
+    const auto arrivals = std::make_shared<std::atomic<int>>(0);
+    machine.files->onRemoval([firstGate, secondGate, arrivals](const FilePath &) {
+        (++*arrivals == 1 ? firstGate : secondGate).wait();
+    });
+    const auto first = model->clean();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return *arrivals == 1; }));
+    model->cancel();
+    const auto second = model->clean();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return *arrivals == 2; }));
+
+    firstGate.open();
+    QCoro::waitFor(first);
+    EXPECT_TRUE(model->isCleaning());
+    secondGate.open();
+    QCoro::waitFor(second);
+
+    EXPECT_FALSE(model->isCleaning());
+    EXPECT_EQ(history.loadHistory().size(), 2);
 }
 
 TEST_F(SafeCleanupViewModelTest, RecordsCompletedEvenWhenSomeItemsFailed)

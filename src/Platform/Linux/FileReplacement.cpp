@@ -40,7 +40,7 @@ public:
     /// True when all of it happened; otherwise errno says why not.
     bool arrive(const QByteArray &contents, std::optional<mode_t> mode)
     {
-        return open() && setMode(mode ? mode : modeOfTarget()) && write(contents) && moveIntoPlace();
+        return open() && (mode ? setMode(*mode) : keepMode()) && write(contents) && moveIntoPlace();
     }
 
 private:
@@ -84,7 +84,15 @@ private:
         return isFile ? std::optional<mode_t>(existing.st_mode & 07777) : std::nullopt;
     }
 
-    bool setMode(std::optional<mode_t> mode) { return !mode || ::fchmod(m_file.number(), *mode) == 0; }
+    bool setMode(mode_t mode) { return ::fchmod(m_file.number(), mode) == 0; }
+
+    /// As far as it can be done: a volume may know no rights.
+    bool keepMode()
+    {
+        if (const std::optional<mode_t> mode = modeOfTarget())
+            setMode(*mode);
+        return true;
+    }
 
     bool write(const QByteArray &contents)
     {

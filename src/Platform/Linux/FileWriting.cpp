@@ -19,10 +19,23 @@ namespace {
 constexpr mode_t everybody = 0666;
 constexpr qsizetype smallestRead = 64 * 1024;
 
-/// Closes @p file whatever happens; the first error counts. Some file servers tell of a full disk only here.
-int writeAndClose(int file, const QByteArray &contents)
+int reserve(int file, qsizetype size)
 {
-    int error = writeAll(file, contents);
+    if (size == 0 || ::fallocate(file, FALLOC_FL_KEEP_SIZE, 0, size) == 0)
+        return 0;
+    // fallocate(2): a file system that cannot reserve is written to without.
+    return errno == EOPNOTSUPP || errno == ENOSYS ? 0 : errno;
+}
+
+/// Closes @p file whatever happens; the first error counts. Some file servers tell of a full disk only here.
+/// What was there goes only when there is room for what comes: on a full disk the old contents stay.
+int overwriteAndClose(int file, const QByteArray &contents)
+{
+    int error = reserve(file, contents.size());
+    if (error == 0)
+        error = writeAll(file, contents);
+    if (error == 0 && ::ftruncate(file, contents.size()) != 0)
+        error = errno;
     if (::close(file) != 0 && error == 0)
         error = errno;
     return error;
@@ -64,8 +77,8 @@ Result<void> writeInPlace(const FilePath &path, const QByteArray &contents)
     if (!place)
         return place.failure();
     const int file = ::openat(place.value().folder.number(), place.value().name.constData(),
-                              O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, everybody);
-    const int error = file < 0 ? errno : writeAndClose(file, contents);
+                              O_WRONLY | O_CREAT | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, everybody);
+    const int error = file < 0 ? errno : overwriteAndClose(file, contents);
     if (error != 0)
         return failureFromErrno(error, path);
     return {};

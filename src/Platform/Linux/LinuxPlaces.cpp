@@ -7,6 +7,9 @@ namespace Quillmere {
 
 namespace {
 
+// Programs put their sockets into a folder of their own, or one below that.
+constexpr int levelsOfSocketsInTemporary = 3;
+
 constexpr std::array tables
     = {PlaceTable::UserCache, PlaceTable::UserLogs, PlaceTable::ContainerCache, PlaceTable::TemporaryFiles};
 
@@ -55,6 +58,9 @@ void LinuxPlaces::takeFolders(const BaseDirectories::Environment &environment, c
     // A variable that names the home or the documents is a mistake, and no reason to offer them.
     if (!mayBeRoot(folders.cache, data))
         m_bases["$cache"] = home.appending(".cache");
+    if (!mayBeRoot(folders.state, data))
+        m_bases["$state"] = home.appending(".local/state");
+    m_offersTemporary = mayBeRoot(m_bases.value("$temporary"), data);
 }
 
 void LinuxPlaces::takeRows(const PlacesData &data)
@@ -66,12 +72,12 @@ void LinuxPlaces::takeRows(const PlacesData &data)
     for (const PlaceTable table : tables) {
         for (const PlacesData::Row &entry : data.rows.value(table)) {
             const FilePath folder = location(entry.root);
-            const PlaceRow row = {m_files->resolvingSymlinks(folder), entry.suffix};
+            const PlaceRow actual = {m_files->resolvingSymlinks(folder), entry.suffix};
             // With a suffix only that folder in each child is offered, so the root may be a place of data.
-            if (known.contains(row) || (row.suffix.isEmpty() && !mayBeRoot(folder, data)))
+            if (known.contains(actual) || (actual.suffix.isEmpty() && !mayBeRoot(folder, data)))
                 continue;
-            known.append(row);
-            m_rows[table].append(row);
+            known.append(actual);
+            m_rows[table].append({folder, entry.suffix});
         }
     }
     for (const PlaceRow &row : known)
@@ -99,9 +105,16 @@ FilePath LinuxPlaces::location(const PlacesData::Place &place) const
 
 QList<PlacePattern> LinuxPlaces::patterns(const PlacesData::Place &place) const
 {
+    const FilePath home = m_bases.value("~");
+    if (place.base == "$temporary") {
+        return {
+            {m_bases.value("$temporary"), place.names},
+            // What a Flatpak application knows as /var/tmp.
+            {home.appending(".var/app"), QList<QByteArray>{"*", "cache", "tmp"} + place.names},
+        };
+    }
     if (place.base != "$cache")
         return {{m_bases.value(place.base), place.names}};
-    const FilePath home = m_bases.value("~");
     return {
         {m_bases.value("$cache"), place.names},
         {home.appending(".var/app"), QList<QByteArray>{"*", "cache"} + place.names},
@@ -125,6 +138,15 @@ std::optional<QString> LinuxPlaces::reasonOfPlace(const FilePath &item) const
     return kept == m_kept.end() ? std::nullopt : std::optional(kept->reason);
 }
 
+bool LinuxPlaces::holdsSocket(const FilePath &folder, int levels) const
+{
+    const auto entries = m_files->contentsOfDirectory(folder, HiddenFiles::Include).valueOr({});
+    return std::ranges::any_of(entries, [&](const DirectoryEntry &entry) {
+        return entry.type == FileType::Other
+            || (levels > 1 && entry.type == FileType::Directory && holdsSocket(entry.path, levels - 1));
+    });
+}
+
 std::optional<QString> LinuxPlaces::reasonOfUse(const FilePath &item) const
 {
     // The program's own tables below Library are offered as they stand.
@@ -133,11 +155,12 @@ std::optional<QString> LinuxPlaces::reasonOfUse(const FilePath &item) const
 
     const auto attributes = m_files->attributesOfItem(item);
     const bool isForeign = attributes.isOk() && !attributes.value().isOwnedByUser;
-    if (isForeign && item.isWithin(m_files->resolvingSymlinks(m_bases.value("$temporary"))))
+    const bool isTemporary = item.isWithin(m_files->resolvingSymlinks(m_bases.value("$temporary")));
+    if (isTemporary && !m_offersTemporary)
+        return u"The folder for temporary files is one that programs rely on for longer."_qs;
+    if (isTemporary && isForeign)
         return u"It belongs to another user."_qs;
-
-    const auto entries = m_files->contentsOfDirectory(item, HiddenFiles::Include).valueOr({});
-    if (std::ranges::any_of(entries, [](const DirectoryEntry &entry) { return entry.type == FileType::Other; }))
+    if (holdsSocket(item, isTemporary ? levelsOfSocketsInTemporary : 1))
         return u"A running program is reached through a socket or pipe in it."_qs;
     return std::nullopt;
 }

@@ -11,8 +11,7 @@
 namespace Quillmere {
 
 /// The rows and kept places of Places.json, filled in with the folders of this user as they are when it is made.
-/// Roots come with their links followed, so that what is found in them lies below no link, and no two rows offer
-/// the same thing.
+/// No two rows offer the same thing, whatever links lead to it.
 class LinuxPlaces final : public Places
 {
 public:
@@ -41,12 +40,14 @@ private:
 
     [[nodiscard]] std::optional<QString> reasonOfPlace(const FilePath &item) const;
     [[nodiscard]] std::optional<QString> reasonOfUse(const FilePath &item) const;
+    [[nodiscard]] bool holdsSocket(const FilePath &folder, int levels) const;
 
     std::shared_ptr<const FileManager> m_files;
     QHash<QByteArray, FilePath> m_bases;
     QHash<PlaceTable, QList<PlaceRow>> m_rows;
     QList<FilePath> m_roots; ///< Of all rows, the program's own tables included.
     QList<Kept> m_kept;
+    bool m_offersTemporary = true;
 };
 
 } // namespace Quillmere

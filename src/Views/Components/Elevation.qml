@@ -7,15 +7,17 @@ import Quillmere
 Item {
     id: root
 
-    enum Level { Card, Control, Floating, Sheet }
+    enum Level { Card, Control, Floating, Sheet, Overlay }
 
     property int level: Elevation.Card
     property real radius: Theme.cardRadius
 
-    readonly property int layers: [4, 3, 6, 10][level]
-    readonly property real step: [1.5, 1.2, 1.6, 2.6][level]
-    readonly property real offset: [1, 1.5, 3, 10][level]
-    readonly property real strength: [0.010, 0.028, 0.022, 0.018][level] * Theme.shadowStrength
+    readonly property int layers: [4, 3, 6, 10, 10][level]
+    readonly property real step: [1.5, 1.2, 1.6, 2.6, 2.6][level]
+    readonly property real offset: [1, 1.5, 3, 10, 10][level]
+    // An overlay's layers add up to an opacity of 0.4 where all of them lie.
+    readonly property real strength: level === Elevation.Overlay
+        ? 0.05 : [0.010, 0.028, 0.022, 0.018][level] * Theme.shadowStrength
 
     Repeater {
         model: root.layers

@@ -64,7 +64,14 @@ FocusScope {
         onWheel: wheel => wheel.accepted = true
     }
 
+    // The window can be moved while its work runs.
+    WindowDragArea {
+        width: parent.width
+        height: Theme.windowBarHeight
+    }
+
     RaisedSurface {
+        elevation: Elevation.Overlay
         anchors.centerIn: parent
         width: Math.max(364, cancelButton.implicitWidth + 64)
         height: 262 + heading.extraHeight

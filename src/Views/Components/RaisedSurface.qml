@@ -6,10 +6,11 @@ Item {
     id: root
 
     property real radius: Theme.sheetRadius
+    property int elevation: Elevation.Sheet
 
     Elevation {
         anchors.fill: parent
-        level: Elevation.Sheet
+        level: root.elevation
         radius: root.radius
     }
 

@@ -10,6 +10,9 @@ Row {
 
     spacing: 6
 
+    Accessible.role: Accessible.StaticText
+    Accessible.name: figure + " " + caption
+
     Figure {
         id: number
 

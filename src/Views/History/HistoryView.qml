@@ -13,7 +13,7 @@ FocusScope {
 
     readonly property HistoryViewModel viewModel: viewModels.makeHistory(root)
     /// Something lies over the screen that has to be answered first.
-    readonly property bool isModal: clearDialog.visible
+    readonly property bool isModal: clearDialog.visible || replaceDialog.visible
 
     property bool showingClearConfirmation: false
 
@@ -98,10 +98,34 @@ FocusScope {
         onDismissed: root.showingClearConfirmation = false
     }
 
+    AlertDialog {
+        id: replaceDialog
+
+        property string fileName
+
+        visible: false
+        destructive: true
+        symbol: "doc"
+        title: Texts.localized("control.replaceTitle")
+        message: fileName + "\n" + Texts.localized("control.replaceWarning")
+        confirmText: Texts.localized("control.replace")
+        cancelText: Texts.localized("common.cancel")
+
+        onConfirmed: {
+            visible = false;
+            root.viewModel.replaceExisting();
+        }
+        onDismissed: visible = false
+    }
+
     FileDialog {
         id: savePanel
 
         fileMode: FileDialog.SaveFile
+        // The question is asked here, because not every panel asks it.
+        options: FileDialog.DontConfirmOverwrite
+        title: Texts.localized("history.export")
+        acceptLabel: Texts.localized("control.save")
 
         onAccepted: root.viewModel.save(selectedFile)
     }
@@ -112,6 +136,11 @@ FocusScope {
             savePanel.nameFilters = [extension.toUpperCase() + " (*." + extension + ")"];
             savePanel.selectedFile = savePanel.currentFolder + "/" + defaultName;
             savePanel.open();
+        }
+
+        function onReplacementQuestioned(name) {
+            replaceDialog.fileName = name;
+            replaceDialog.visible = true;
         }
 
         target: root.viewModel

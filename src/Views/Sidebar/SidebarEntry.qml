@@ -19,6 +19,12 @@ FocusScope {
     implicitHeight: isDestination ? row.implicitHeight
                                   : kind === SidebarListModel.Header ? header.implicitHeight : promotion.implicitHeight
 
+    // The first header stands where the window's title bar would.
+    WindowDragArea {
+        anchors.fill: parent
+        enabled: root.index === 0
+    }
+
     SidebarSection {
         id: header
 

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Templates as T
 import Quillmere
 
 /// The destinations of the main window, and among them the promotion. Up and Down move the selection.
@@ -58,6 +59,8 @@ Item {
         model: root.entries
 
         Accessible.role: Accessible.List
+
+        T.ScrollBar.vertical: ScrollIndicatorBar {}
 
         delegate: SidebarEntry {
             id: entry
