@@ -19,7 +19,7 @@ LinuxPlaces::LinuxPlaces(std::shared_ptr<const FileManager> files, const BaseDir
                          const PlacesData &data)
     : m_files(std::move(files))
 {
-    takeFolders(environment, data);
+    takeBases(environment, data);
     takeRows(data);
     takeKept(data);
 }
@@ -42,25 +42,34 @@ std::optional<QString> LinuxPlaces::reasonToKeep(const FilePath &item) const
     return reasonOfUse(actual);
 }
 
-void LinuxPlaces::takeFolders(const BaseDirectories::Environment &environment, const PlacesData &data)
+void LinuxPlaces::takeBases(const BaseDirectories::Environment &environment, const PlacesData &data)
 {
     const FilePath home = m_files->homeDirectory().standardized();
     const BaseDirectories folders = BaseDirectories::of(home, environment);
-    m_bases = {
-        {"", FilePath("/")},
-        {"~", home},
-        {"$cache", folders.cache},
-        {"$config", folders.config},
-        {"$data", folders.data},
-        {"$state", folders.state},
-        {"$temporary", m_files->temporaryDirectory().standardized()},
-    };
+    takeBase("", FilePath("/"));
+    takeBase("~", home);
+    takeBase("$config", folders.config);
+    takeBase("$data", folders.data);
+    takeBase("$state", folders.state);
+    takeBase("$temporary", m_files->temporaryDirectory().standardized());
+    takeBase("$flatpak", home.appending(".var/app"));
+    takeBase("$snap", home.appending("snap"));
+    takeBase("$library", home.appending("Library"));
+
+    for (const PlacesData::ReasonedPlace &refused : data.notRoots)
+        m_notRoots.append(m_files->resolvingSymlinks(location(refused.place)));
     // A variable that names the home or the documents is a mistake, and no reason to offer them.
-    if (!mayBeRoot(folders.cache, data))
-        m_bases["$cache"] = home.appending(".cache");
-    if (!mayBeRoot(folders.state, data))
-        m_bases["$state"] = home.appending(".local/state");
-    m_offersTemporary = mayBeRoot(m_bases.value("$temporary"), data);
+    takeBase("$cache", folders.cache);
+    if (!mayBeRoot(m_bases["$cache"].actual))
+        takeBase("$cache", home.appending(".cache"));
+    if (!mayBeRoot(m_bases["$state"].actual))
+        takeBase("$state", home.appending(".local/state"));
+    m_offersTemporary = mayBeRoot(m_bases["$temporary"].actual);
+}
+
+void LinuxPlaces::takeBase(const QByteArray &name, const FilePath &folder)
+{
+    m_bases[name] = {folder, m_files->resolvingSymlinks(folder)};
 }
 
 void LinuxPlaces::takeRows(const PlacesData &data)
@@ -74,7 +83,7 @@ void LinuxPlaces::takeRows(const PlacesData &data)
             const FilePath folder = location(entry.root);
             const PlaceRow actual = {m_files->resolvingSymlinks(folder), entry.suffix};
             // With a suffix only that folder in each child is offered, so the root may be a place of data.
-            if (known.contains(actual) || (actual.suffix.isEmpty() && !mayBeRoot(folder, data)))
+            if (known.contains(actual) || (actual.suffix.isEmpty() && !mayBeRoot(actual.root)))
                 continue;
             known.append(actual);
             m_rows[table].append({folder, entry.suffix});
@@ -87,17 +96,14 @@ void LinuxPlaces::takeRows(const PlacesData &data)
 void LinuxPlaces::takeKept(const PlacesData &data)
 {
     for (const PlacesData::ReasonedPlace &kept : data.keep) {
-        for (const PlacePattern &pattern : patterns(kept.place)) {
+        for (const PlacePattern &pattern : patterns(kept.place))
             m_kept.append({pattern, kept.reason});
-            if (const FilePath actual = m_files->resolvingSymlinks(pattern.base); actual != pattern.base)
-                m_kept.append({{actual, pattern.names}, kept.reason});
-        }
     }
 }
 
 FilePath LinuxPlaces::location(const PlacesData::Place &place) const
 {
-    FilePath path = m_bases.value(place.base);
+    FilePath path = m_bases.value(place.base).written;
     for (const QByteArray &name : place.names)
         path = path.appending(name);
     return path;
@@ -105,30 +111,27 @@ FilePath LinuxPlaces::location(const PlacesData::Place &place) const
 
 QList<PlacePattern> LinuxPlaces::patterns(const PlacesData::Place &place) const
 {
-    const FilePath home = m_bases.value("~");
-    if (place.base == "$temporary") {
-        return {
-            {m_bases.value("$temporary"), place.names},
-            // What a Flatpak application knows as /var/tmp.
-            {home.appending(".var/app"), QList<QByteArray>{"*", "cache", "tmp"} + place.names},
-        };
-    }
-    if (place.base != "$cache")
-        return {{m_bases.value(place.base), place.names}};
-    return {
-        {m_bases.value("$cache"), place.names},
-        {home.appending(".var/app"), QList<QByteArray>{"*", "cache"} + place.names},
-        {home.appending("snap"), QList<QByteArray>{"*", "common", ".cache"} + place.names},
+    QList<PlacePattern> found;
+    const auto add = [&](const QByteArray &name, const QList<QByteArray> &names) {
+        const Base base = m_bases.value(name);
+        found.append({base.written, names});
+        if (base.actual != base.written)
+            found.append({base.actual, names});
     };
+    add(place.base, place.names);
+    if (place.base == "$cache") {
+        add("$flatpak", QList<QByteArray>{"*", "cache"} + place.names);
+        add("$snap", QList<QByteArray>{"*", "common", ".cache"} + place.names);
+    }
+    // What a Flatpak application knows as /var/tmp.
+    if (place.base == "$temporary")
+        add("$flatpak", QList<QByteArray>{"*", "cache", "tmp"} + place.names);
+    return found;
 }
 
-bool LinuxPlaces::mayBeRoot(const FilePath &folder, const PlacesData &data) const
+bool LinuxPlaces::mayBeRoot(const FilePath &actual) const
 {
-    const FilePath actual = m_files->resolvingSymlinks(folder);
-    const FilePath home = m_files->resolvingSymlinks(m_bases.value("~"));
-    return !home.isWithin(actual) && std::ranges::none_of(data.notRoots, [&](const PlacesData::ReasonedPlace &refused) {
-        return m_files->resolvingSymlinks(location(refused.place)) == actual;
-    });
+    return !m_bases["~"].actual.isWithin(actual) && !m_notRoots.contains(actual);
 }
 
 std::optional<QString> LinuxPlaces::reasonOfPlace(const FilePath &item) const
@@ -150,12 +153,12 @@ bool LinuxPlaces::holdsSocket(const FilePath &folder, int levels) const
 std::optional<QString> LinuxPlaces::reasonOfUse(const FilePath &item) const
 {
     // The program's own tables below Library are offered as they stand.
-    if (item.isWithin(m_files->resolvingSymlinks(m_bases.value("~").appending("Library"))))
+    if (item.isWithin(m_bases["$library"].actual))
         return std::nullopt;
 
     const auto attributes = m_files->attributesOfItem(item);
     const bool isForeign = attributes.isOk() && !attributes.value().isOwnedByUser;
-    const bool isTemporary = item.isWithin(m_files->resolvingSymlinks(m_bases.value("$temporary")));
+    const bool isTemporary = item.isWithin(m_bases["$temporary"].actual);
     if (isTemporary && !m_offersTemporary)
         return u"The folder for temporary files is one that programs rely on for longer."_qs;
     if (isTemporary && isForeign)

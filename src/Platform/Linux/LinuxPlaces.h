@@ -25,26 +25,35 @@ public:
     [[nodiscard]] std::optional<QString> reasonToKeep(const FilePath &item) const override;
 
 private:
+    /// A folder that places begin with.
+    struct Base
+    {
+        FilePath written;
+        FilePath actual; ///< With its links followed.
+    };
+
     struct Kept
     {
         PlacePattern pattern;
         QString reason;
     };
 
-    void takeFolders(const BaseDirectories::Environment &environment, const PlacesData &data);
+    void takeBases(const BaseDirectories::Environment &environment, const PlacesData &data);
+    void takeBase(const QByteArray &name, const FilePath &folder);
     void takeRows(const PlacesData &data);
     void takeKept(const PlacesData &data);
     [[nodiscard]] FilePath location(const PlacesData::Place &place) const;
     [[nodiscard]] QList<PlacePattern> patterns(const PlacesData::Place &place) const;
-    [[nodiscard]] bool mayBeRoot(const FilePath &folder, const PlacesData &data) const;
+    [[nodiscard]] bool mayBeRoot(const FilePath &actual) const;
 
     [[nodiscard]] std::optional<QString> reasonOfPlace(const FilePath &item) const;
     [[nodiscard]] std::optional<QString> reasonOfUse(const FilePath &item) const;
     [[nodiscard]] bool holdsSocket(const FilePath &folder, int levels) const;
 
     std::shared_ptr<const FileManager> m_files;
-    QHash<QByteArray, FilePath> m_bases;
+    QHash<QByteArray, Base> m_bases;
     QHash<PlaceTable, QList<PlaceRow>> m_rows;
+    QList<FilePath> m_notRoots; ///< With their links followed.
     QList<FilePath> m_roots; ///< Of all rows, the program's own tables included.
     QList<Kept> m_kept;
     bool m_offersTemporary = true;
