@@ -61,7 +61,7 @@ bool DeepRemoval::ascend()
         (m_frames.empty() ? m_failed : m_frames.back().failed) = true;
         return true;
     }
-    const int error = removeEmptyFolder(m_stack.current(), done.name);
+    const int error = removeEmptyFolderOrEntry(m_stack.current(), done.name, m_mayRemove);
     if (error == ENOTEMPTY && done.sweeps < mostSweeps)
         descend(done.name, done.sweeps + 1);
     else if (error == 0)

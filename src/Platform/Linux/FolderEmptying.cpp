@@ -133,4 +133,10 @@ int removeEmptyFolder(int parent, const QByteArray &name)
     return unlinkUnlocking(parent, name.constData(), AT_REMOVEDIR);
 }
 
+int removeEmptyFolderOrEntry(int parent, const QByteArray &name, const MayRemove &mayRemove)
+{
+    const int error = removeEmptyFolder(parent, name);
+    return error == ENOTDIR ? removeEntry(parent, name.constData(), mayRemove) : error;
+}
+
 } // namespace Quillmere

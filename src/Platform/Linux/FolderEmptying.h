@@ -38,8 +38,10 @@ struct FolderSweep
 /// The same for a folder held by an O_PATH descriptor.
 [[nodiscard]] FileDescriptor openFolderToEmpty(int folder);
 
-/// These two answer 0 or an error number; EBUSY from the first also when @p mayRemove says no.
+/// These answer 0 or an error number; EBUSY also when @p mayRemove says no.
 [[nodiscard]] int removeEntry(int folder, const char *name, const MayRemove &mayRemove);
 [[nodiscard]] int removeEmptyFolder(int parent, const QByteArray &name);
+/// A link or a file that has taken the folder's place meanwhile goes itself.
+[[nodiscard]] int removeEmptyFolderOrEntry(int parent, const QByteArray &name, const MayRemove &mayRemove);
 
 } // namespace Quillmere

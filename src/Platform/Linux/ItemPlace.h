@@ -16,8 +16,8 @@ enum class LinksAbove { Follow, Refuse };
 struct ItemPlace
 {
     FileDescriptor folder; ///< O_PATH.
-    QByteArray name;       ///< Of the item in there; "." for the root.
-    FilePath path;         ///< The whole location, for reports.
+    QByteArray name; ///< Of the item in there; "." for the root.
+    FilePath path; ///< The whole location, for reports.
 
     /// The item need not exist. With LinksAbove::Refuse the location is standardized first.
     [[nodiscard]] static Result<ItemPlace> open(const FilePath &path, LinksAbove links);

@@ -105,7 +105,8 @@ Result<FileAttributes> LinuxFileManager::attributesOfItem(const FilePath &path) 
         return place.failure();
     struct stat status = {};
     if (::fstatat(place.value().folder.number(), place.value().name.constData(), &status,
-                  AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT) != 0)
+                  AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT)
+        != 0)
         return failureFromErrno(errno, path);
     return FileAttributes{typeOf(status.st_mode), status.st_size, status.st_blocks * bytesPerBlock,
                           timeOf(status.st_mtim), status.st_uid == m_environment.user};

@@ -17,7 +17,7 @@ public:
     [[nodiscard]] FilePath temporaryDirectory() const override;
     [[nodiscard]] FilePath applicationSupportDirectory() const override;
     [[nodiscard]] Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder,
-                                                                   HiddenFiles hidden) const override;
+                                                                    HiddenFiles hidden) const override;
     [[nodiscard]] Result<TreeSize> measureTree(const FilePath &folder, const Cancellation &cancellation) const override;
     [[nodiscard]] bool fileExists(const FilePath &path) const override;
     [[nodiscard]] Result<FileAttributes> attributesOfItem(const FilePath &path) const override;

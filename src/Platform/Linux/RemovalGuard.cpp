@@ -14,9 +14,8 @@ namespace {
 
 bool isSystemFolder(const FilePath &path)
 {
-    static const QSet<QByteArray> names
-        = {"bin", "boot", "dev", "etc", "home", "media", "mnt", "opt", "proc", "root",
-           "run", "sbin", "srv", "sys", "tmp", "usr", "var"};
+    static const QSet<QByteArray> names = {"bin",  "boot", "dev",  "etc", "home", "media", "mnt", "opt", "proc",
+                                           "root", "run",  "sbin", "srv", "sys",  "tmp",   "usr", "var"};
     const QByteArray name = path.lastPathComponent();
     if (path.deletingLastPathComponent() != FilePath("/"))
         return false;
@@ -45,6 +44,23 @@ bool isAtOrAbove(const FileIdentity &wanted, const FilePath &path)
         below = identity;
         folder = openAt(folder.number(), "..", O_PATH | O_DIRECTORY);
         identity = identityOf(folder.number());
+    }
+    return false;
+}
+
+/// The trash folders of a volume stand at its top, and their names are reserved there: `.Trash`, `.Trash/$uid` and
+/// `.Trash-$uid`, the last two with `files` and `info` in them.
+bool isPartOfVolumeTrash(const ItemPlace &place)
+{
+    FileDescriptor folder = openAt(place.folder.number(), ".", O_PATH | O_DIRECTORY);
+    FilePath path = place.path;
+    for (int level = 1; level <= 3 && folder.isOpen(); ++level) {
+        const QByteArray name = path.lastPathComponent();
+        const bool isTrash = name == ".Trash" || (name.startsWith(".Trash-") && level <= 2);
+        if (isTrash && isMountRoot(folder.number()))
+            return true;
+        folder = openAt(folder.number(), "..", O_PATH | O_DIRECTORY);
+        path = path.deletingLastPathComponent();
     }
     return false;
 }
@@ -88,8 +104,7 @@ bool RemovalGuard::holdsWhatIsOurs(const FileDescriptor &item) const
 
 bool RemovalGuard::isPartOfTrash(const ItemPlace &place) const
 {
-    // The trash folders of a volume stand at its top, and their names are reserved there.
-    if ((place.name == ".Trash" || place.name.startsWith(".Trash-")) && isMountRoot(place.folder.number()))
+    if (isPartOfVolumeTrash(place))
         return true;
     const Result<FileDescriptor> trash = openFolder(m_trash, LinksAbove::Follow, O_PATH);
     return trash && identityOf(trash.value().number()) == identityOf(place.folder.number());

@@ -157,7 +157,8 @@ bool RemovalPool::removeEmptied(Node &node)
     if (node.failed)
         return true;
     const bool topmost = !node.parent;
-    const int error = removeEmptyFolder(topmost ? m_parent : node.parent->folder.number(), node.name);
+    const int error = topmost ? removeEmptyFolder(m_parent, node.name)
+                              : removeEmptyFolderOrEntry(node.parent->folder.number(), node.name, m_mayRemove);
     if (error == ENOTEMPTY && node.sweeps < mostSweeps && ::lseek(node.folder.number(), 0, SEEK_SET) == 0)
         return false;
     if (error == 0)

@@ -17,6 +17,8 @@ Failure removalFailure(int error, const FilePath &path)
         return {Failure::Kind::Busy, path, u"Something new keeps appearing in the folder"_qs};
     case ESTALE:
         return {Failure::Kind::Busy, path, u"The folder was moved elsewhere meanwhile"_qs};
+    case ENOTDIR:
+        return {Failure::Kind::Busy, path, u"Replaced by something else meanwhile"_qs};
     default:
         return failureFromErrno(error, path);
     }

@@ -25,8 +25,8 @@ FileDescriptor openLocked(int parent, const QByteArray &name)
 {
     FileDescriptor folder = openAt(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
     struct stat status = {};
-    if (!folder.isOpen() || ::flock(folder.number(), LOCK_EX | LOCK_NB) != 0
-        || ::fstat(folder.number(), &status) != 0 || status.st_nlink == 0)
+    if (!folder.isOpen() || ::flock(folder.number(), LOCK_EX | LOCK_NB) != 0 || ::fstat(folder.number(), &status) != 0
+        || status.st_nlink == 0)
         return {};
     return folder;
 }

@@ -39,8 +39,7 @@ bool isItem(const FileDescriptor &item, int folder, const QByteArray &name)
 {
     struct stat held = {};
     struct stat found = {};
-    return ::fstat(item.number(), &held) == 0
-        && ::fstatat(folder, name.constData(), &found, AT_SYMLINK_NOFOLLOW) == 0
+    return ::fstat(item.number(), &held) == 0 && ::fstatat(folder, name.constData(), &found, AT_SYMLINK_NOFOLLOW) == 0
         && FileIdentity::of(held) == FileIdentity::of(found);
 }
 

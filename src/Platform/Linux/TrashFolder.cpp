@@ -29,7 +29,8 @@ Result<TrashFolder> withItsFolders(FileDescriptor folder, const FilePath &path)
 {
     TrashFolder trash;
     for (const auto &[name, descriptor] : {std::pair("files", &trash.files), std::pair("info", &trash.info)}) {
-        Result<FileDescriptor> opened = openOrMakePrivateFolder(folder.number(), name, FinalLink::Refuse, path.appending(name));
+        Result<FileDescriptor> opened
+            = openOrMakePrivateFolder(folder.number(), name, FinalLink::Refuse, path.appending(name));
         if (!opened)
             return opened.failure();
         *descriptor = std::move(opened).value();

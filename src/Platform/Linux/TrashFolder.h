@@ -12,7 +12,7 @@ struct TrashFolder
     FileDescriptor folder;
     FileDescriptor files;
     FileDescriptor info;
-    FilePath top;                ///< Of the volume; empty for the home trash.
+    FilePath top; ///< Of the volume; empty for the home trash.
     qsizetype longestName = 255; ///< Bytes.
 
     /// Made where it does not exist yet, the folders that lead to it included; those may be links.

@@ -10,7 +10,7 @@ namespace Quillmere {
 /// What a trash remembers of an item, as in the freedesktop Trash specification 1.0.
 struct TrashInfo
 {
-    QByteArray path;        ///< Where the item was: absolute, or relative to the top folder of the trash's volume.
+    QByteArray path; ///< Where the item was: absolute, or relative to the top folder of the trash's volume.
     QDateTime deletionDate; ///< Local time, to the second. Invalid where the text has none.
 
     bool operator==(const TrashInfo &) const = default;

@@ -121,15 +121,13 @@ private:
 
     int enter(const QByteArray &name, const QByteArray &newName)
     {
-        FileDescriptor source
-            = openAt(m_from.current(), name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW, stayingInside);
+        FileDescriptor source = openAt(m_from.current(), name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW, stayingInside);
         struct stat status = {};
         if (!source.isOpen() || ::fstat(source.number(), &status) != 0)
             return errno;
         if (::mkdirat(m_to.current(), newName.constData(), whileCopying) != 0)
             return errno;
-        FileDescriptor target
-            = openAt(m_to.current(), newName, O_RDONLY | O_DIRECTORY | O_NOFOLLOW, stayingInside);
+        FileDescriptor target = openAt(m_to.current(), newName, O_RDONLY | O_DIRECTORY | O_NOFOLLOW, stayingInside);
         if (!target.isOpen())
             return errno;
         std::optional<QList<QByteArray>> names = namesIn(source.number());

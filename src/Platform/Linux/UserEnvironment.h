@@ -15,7 +15,7 @@ struct UserEnvironment
     using Variables = std::function<QByteArray(const char *name)>;
 
     FilePath home;
-    FilePath dataHome;  ///< Of the XDG base directory specification; the home trash lies in it.
+    FilePath dataHome; ///< Of the XDG base directory specification; the home trash lies in it.
     FilePath temporary;
     uid_t user = 0;
 

@@ -22,8 +22,10 @@ protected:
     void SetUp() override
     {
         home.addFolder("run");
-        QFile::setPermissions(QFile::decodeName(home.path("run").bytes()), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        QUILLMERE_NEED(gio({"trash", "--list"}).has_value() ? "" : "gio cannot list a trash here (libglib2.0-bin, gvfs, dbus)");
+        QFile::setPermissions(QFile::decodeName(home.path("run").bytes()),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QUILLMERE_NEED(
+            gio({"trash", "--list"}).has_value() ? "" : "gio cannot list a trash here (libglib2.0-bin, gvfs, dbus)");
     }
 
     /// What `gio` prints; nothing when it fails.

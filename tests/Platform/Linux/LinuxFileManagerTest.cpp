@@ -1,6 +1,7 @@
 #include "Platform/Linux/LinuxFileManager.h"
 #include "Platform/Linux/ChildProcess.h"
 #include "Platform/Linux/TemporaryHome.h"
+#include "Platform/Linux/TracedProgram.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,7 @@
 #include <pwd.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 using namespace Quillmere;
@@ -47,8 +49,7 @@ TEST(UserEnvironmentTest, TakesAbsoluteLocationsFromItsVariables)
 TEST(UserEnvironmentTest, TakesEmptyAndRelativeLocationsForNotSet)
 {
     for (const QByteArray &value : {QByteArray(), QByteArray("relative/folder")}) {
-        const auto environment
-            = environmentWith({{"HOME", value}, {"XDG_DATA_HOME", value}, {"TMPDIR", value}}, 0);
+        const auto environment = environmentWith({{"HOME", value}, {"XDG_DATA_HOME", value}, {"TMPDIR", value}}, 0);
 
         EXPECT_EQ(environment.home, FilePath(::getpwuid(0)->pw_dir));
         EXPECT_EQ(environment.dataHome, environment.home.appending(".local/share"));
@@ -338,4 +339,24 @@ TEST_F(LinuxFileManagerTest, RefusesToRemoveBelowALink)
     EXPECT_TRUE(home.exists("kept/file"));
     EXPECT_TRUE(files.removeItem(home.path("home/link")));
     EXPECT_TRUE(home.exists("kept/file"));
+}
+
+TEST_F(LinuxFileManagerTest, SynchronizesEachVolumeOnceAndAlsoThatOfWhatIsGone)
+{
+    QUILLMERE_NEED(whyNoMountNamespace());
+    inMountNamespace([&] {
+        ASSERT_TRUE(mountTmpfs(home.path("memory"), "size=1m"));
+        int synchronizations = 0;
+
+        const Ending ending = runHeld(home,
+                                      {"sync", home.path("gone/folder/item").bytes(), home.path("home").bytes(),
+                                       home.path("memory/a").bytes(), home.path("memory/b").bytes()},
+                                      [&](int, long number) {
+                                          synchronizations += number == SYS_syncfs ? 1 : 0;
+                                          return true;
+                                      });
+
+        EXPECT_EQ(ending, Ending::Succeeded);
+        EXPECT_EQ(synchronizations, 2);
+    });
 }

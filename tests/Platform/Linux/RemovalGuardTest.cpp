@@ -70,7 +70,7 @@ TEST(RemovalGuardTest, RefusesTheLinkByWhichTheHomeIsReachedAndTheFolderItLeadsT
     home.addFolder("data/ada");
     UserEnvironment environment = home.environment();
     environment.home = home.addLink("users/ada", home.path("data/ada").bytes());
-    environment.dataHome = environment.home.appending("share");
+    environment.dataHome = home.path("share");
 
     for (const char *folder : {"users/ada", "users", "data/ada", "data"})
         EXPECT_EQ(verdict(home.path(folder), environment).failure().kind, Failure::Kind::Protected) << folder;
@@ -94,7 +94,8 @@ TEST(RemovalGuardTest, RefusesATrashThatIsReachedThroughALink)
     home.addFolder("elsewhere/bin/Trash/info");
     home.addLink("home/.local/share", home.path("elsewhere/bin").bytes());
 
-    for (const char *folder : {"elsewhere/bin/Trash/info", "elsewhere/bin/Trash", "elsewhere/bin", "elsewhere"})
+    for (const char *folder :
+         {"elsewhere/bin/Trash/info", "elsewhere/bin/Trash", "elsewhere/bin", "elsewhere", "home/.local/share"})
         EXPECT_EQ(verdict(home.path(folder), home.environment()).failure().kind, Failure::Kind::Protected) << folder;
 }
 

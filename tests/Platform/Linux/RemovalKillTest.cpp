@@ -60,11 +60,12 @@ protected:
     /// True when the program ended by itself before it came to that call.
     bool survivesUntil(int call, const char *verb, const FilePath &item) const
     {
-        return runHeld(home, verb, item, [&](int reached, long) { return reached != call; }) != Ending::Killed;
+        return runHeld(home, {verb, item.bytes()}, [&](int reached, long) { return reached != call; })
+            != Ending::Killed;
     }
     bool runsToTheEnd(const char *verb, const FilePath &item) const
     {
-        return runHeld(home, verb, item, [](int, long) { return true; }) == Ending::Succeeded;
+        return runHeld(home, {verb, item.bytes()}, [](int, long) { return true; }) == Ending::Succeeded;
     }
 
     TemporaryHome home;

@@ -9,6 +9,7 @@
 #include <thread>
 
 #include <fcntl.h>
+#include <sys/syscall.h>
 
 using namespace Quillmere;
 
@@ -67,7 +68,8 @@ protected:
     bool exchange() const
     {
         return ::renameat2(AT_FDCWD, home.path("world/" + GetParam().swapped).bytes().constData(), AT_FDCWD,
-                           home.path("link").bytes().constData(), RENAME_EXCHANGE) == 0;
+                           home.path("link").bytes().constData(), RENAME_EXCHANGE)
+            == 0;
     }
 
     /// Runs @p act while the two keep changing places.
@@ -92,7 +94,7 @@ protected:
         for (bool reached = true; reached; call += callsBetweenExchanges()) {
             const FilePath item = addItemAndLink();
             reached = false;
-            const Ending ending = runHeld(home, verb, item, [&](int current, long) {
+            const Ending ending = runHeld(home, {verb, item.bytes()}, [&](int current, long) {
                 if (current == call) {
                     reached = true;
                     exchange();
@@ -115,7 +117,8 @@ protected:
     {
         // Wherever the exchange has left it: in its place, in the link's, or in the trash.
         EXPECT_EQ(countFiles("world") + countFiles("link") + countFiles("home/.local/share/Trash/files"), filesInItem);
-        EXPECT_EQ(home.names("home/.local/share/Trash/files").size(), home.names("home/.local/share/Trash/info").size());
+        EXPECT_EQ(home.names("home/.local/share/Trash/files").size(),
+                  home.names("home/.local/share/Trash/info").size());
     }
 
     void clear() const
@@ -162,7 +165,13 @@ TEST_P(RemovalRaceTest, DeletesNothingBehindALinkThatKeepsBeingSwappedIn)
 
 TEST_P(RemovalRaceTest, DeletesNothingBehindALinkThatIsSwappedInBeforeAnyCall)
 {
-    exchangeAtEachCall("remove", [](Ending) {});
+    exchangeAtEachCall("remove", [&](Ending ending) {
+        // Inside the item, whatever stands in the place of a folder goes itself.
+        if (GetParam().swapped.startsWith("parent/item/")) {
+            EXPECT_EQ(ending, Ending::Succeeded);
+            EXPECT_FALSE(home.exists("world/parent/item"));
+        }
+    });
 }
 
 TEST_P(RemovalRaceTest, TrashesNothingBehindALinkThatKeepsBeingSwappedInAndLosesNothing)
@@ -190,4 +199,25 @@ TEST_P(RemovalRaceTest, TrashesTheItemAndNothingElseWheneverALinkIsSwappedIn)
         EXPECT_TRUE(!linkIsInTrash || ending == Ending::Succeeded);
         EXPECT_EQ(itemIsInTrash || linkIsInTrash, ending == Ending::Succeeded);
     });
+}
+
+TEST_P(RemovalRaceTest, PutsBackWhatTookTheItemsPlaceAtTheLastMoment)
+{
+    const FilePath item = addItemAndLink();
+    bool exchanged = false;
+
+    const Ending ending = runHeld(home, {"trash", item.bytes()}, [&](int, long number) {
+        if (number == SYS_renameat2 && !exchanged)
+            exchanged = exchange();
+        return true;
+    });
+
+    ASSERT_TRUE(exchanged);
+    expectNothingLost();
+    const bool isAnotherItem = GetParam().swapped == "parent/item";
+    EXPECT_EQ(ending, isAnotherItem ? Ending::Failed : Ending::Succeeded);
+    EXPECT_EQ(home.names("home/.local/share/Trash/files").isEmpty(), isAnotherItem);
+    if (isAnotherItem) {
+        EXPECT_EQ(files.attributesOfItem(item).value().type, FileType::SymbolicLink);
+    }
 }

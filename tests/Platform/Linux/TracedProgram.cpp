@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/ptrace.h>
@@ -13,7 +14,7 @@ namespace Quillmere {
 
 namespace {
 
-[[noreturn]] void becomeProgram(const TemporaryHome &home, const char *verb, const FilePath &path)
+[[noreturn]] void becomeProgram(const TemporaryHome &home, const QList<QByteArray> &arguments)
 {
     const int nothing = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
     ::dup2(nothing, STDOUT_FILENO);
@@ -23,7 +24,11 @@ namespace {
     ::setenv("ASAN_OPTIONS", "detect_leaks=0", 1); // It cannot look for leaks in a traced process.
     ::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
     ::raise(SIGSTOP);
-    ::execl(QUILLMERE_TRASH, QUILLMERE_TRASH, verb, path.bytes().constData(), nullptr);
+    std::vector<char *> words = {const_cast<char *>(QUILLMERE_TRASH)};
+    for (const QByteArray &argument : arguments)
+        words.push_back(const_cast<char *>(argument.constData()));
+    words.push_back(nullptr);
+    ::execv(QUILLMERE_TRASH, words.data());
     ::_exit(127);
 }
 
@@ -44,16 +49,17 @@ Ending endingOf(int status)
 
 } // namespace
 
-Ending runHeld(const TemporaryHome &home, const char *verb, const FilePath &path, const GoesOn &goesOn)
+Ending runHeld(const TemporaryHome &home, const QList<QByteArray> &arguments, const GoesOn &goesOn)
 {
     const pid_t process = ::fork();
     if (process == 0)
-        becomeProgram(home, verb, path);
+        becomeProgram(home, arguments);
     int status = 0;
     ::waitpid(process, &status, 0);
     ::ptrace(PTRACE_SETOPTIONS, process, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
     int signal = 0;
-    for (int calls = 0; ::ptrace(PTRACE_SYSCALL, process, nullptr, signal) == 0 && ::waitpid(process, &status, 0) > 0;) {
+    for (int calls = 0;
+         ::ptrace(PTRACE_SYSCALL, process, nullptr, signal) == 0 && ::waitpid(process, &status, 0) > 0;) {
         if (!WIFSTOPPED(status))
             break;
         const bool atCall = WSTOPSIG(status) == (SIGTRAP | 0x80);

@@ -12,7 +12,7 @@ enum class Ending { Succeeded, Failed, Killed };
 /// number for it. Counting begins with the first that concerns the file system of the item. Answering false kills it.
 using GoesOn = std::function<bool(int call, long number)>;
 
-/// Runs `quillmere-trash` @p verb @p path with the home of @p home and holds it at each system call of its first thread.
-[[nodiscard]] Ending runHeld(const TemporaryHome &home, const char *verb, const FilePath &path, const GoesOn &goesOn);
+/// Runs `quillmere-trash` @p arguments with the home of @p home and holds it at each system call of its first thread.
+[[nodiscard]] Ending runHeld(const TemporaryHome &home, const QList<QByteArray> &arguments, const GoesOn &goesOn);
 
 } // namespace Quillmere

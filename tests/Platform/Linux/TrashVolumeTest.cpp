@@ -307,7 +307,7 @@ TEST_F(TrashVolumeTest, DeletesNothingThatWasWrittenAfterItWasCopied)
         home.addFile("memory/item/changed", "old");
         home.addFile("memory/item/folder/untouched", "text");
 
-        const Ending ending = runHeld(home, "trash", home.path("memory/item"), [&](int, long number) {
+        const Ending ending = runHeld(home, {"trash", home.path("memory/item").bytes()}, [&](int, long number) {
             if (number == SYS_syncfs) {
                 home.addFile("memory/item/changed", "new contents");
                 home.addFile("memory/item/folder/added", "added");
@@ -381,13 +381,21 @@ TEST_F(TrashVolumeTest, RefusesAMountPointAndWhatHoldsOne)
     });
 }
 
-TEST_F(TrashVolumeTest, RefusesTheTrashOfAVolumeItself)
+TEST_F(TrashVolumeTest, RefusesTheTrashesOfAVolumeAndTheirParts)
 {
     onVolume([&] {
         ASSERT_TRUE(trash(home.addFile("volume/a")));
+        const QByteArray shared = "volume/.Trash/" + QByteArray::number(::geteuid());
+        home.addFile(shared + "/files/b/c");
+        home.addFolder(shared + "/info");
 
-        EXPECT_EQ(trash(home.path(ownTrash())).failure().kind, Failure::Kind::Protected);
+        for (const QByteArray &part : {ownTrash(), ownTrash() + "/files", ownTrash() + "/info",
+                                       QByteArray("volume/.Trash"), shared, shared + "/files", shared + "/info"})
+            EXPECT_EQ(trash(home.path(part)).failure().kind, Failure::Kind::Protected) << part.constData();
         EXPECT_TRUE(home.exists(ownTrash() + "/files/a"));
+        EXPECT_TRUE(trash(home.path(shared + "/files/b")));
+        EXPECT_TRUE(trash(home.addFile("volume/below/.Trash/a")));
+        EXPECT_TRUE(trash(home.path("volume/below/.Trash")));
     });
 }
 

@@ -30,13 +30,18 @@ bool remove(const LinuxFileManager &files, const FilePath &path)
 
 } // namespace
 
-/// `quillmere-trash trash PATH...` prints where the items lie now; `quillmere-trash remove PATH...` prints nothing.
+/// `quillmere-trash trash PATH...` prints where the items lie now; `remove` deletes them for good, `sync` sees their
+/// volumes safely onto disk.
 int main(int argc, char *argv[])
 {
     if (argc < 3)
         return 2;
     const LinuxFileManager files;
     const bool forGood = std::strcmp(argv[1], "remove") == 0;
+    if (std::strcmp(argv[1], "sync") == 0) {
+        files.synchronizeVolumes(QList<FilePath>(argv + 2, argv + argc));
+        return 0;
+    }
     bool done = true;
     for (int argument = 2; argument < argc; ++argument) {
         const FilePath path(argv[argument]);
