@@ -15,7 +15,8 @@ namespace Quillmere {
 class AppState final : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(Quillmere::SidebarTabs::SidebarTab selectedTab READ selectedTab WRITE setSelectedTab NOTIFY selectedTabChanged)
+    Q_PROPERTY(
+        Quillmere::SidebarTabs::SidebarTab selectedTab READ selectedTab WRITE setSelectedTab NOTIFY selectedTabChanged)
     Q_PROPERTY(QString selectedTitleKey READ selectedTitleKey NOTIFY selectedTabChanged)
     Q_PROPERTY(bool isScanning READ isScanning WRITE setIsScanning NOTIFY isScanningChanged)
     Q_PROPERTY(double scanProgress READ scanProgress WRITE setScanProgress NOTIFY scanProgressChanged)

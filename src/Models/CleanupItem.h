@@ -14,10 +14,10 @@ namespace Quillmere {
 struct CleanupItem
 {
     QUuid id = QUuid::createUuid(); ///< Never changed once made.
-    QString name;                   ///< What a row shows.
-    FilePath path;                  ///< Of a container's item: the cache folder inside the container.
-    qint64 size = 0;                ///< Bytes on disk when it was scanned.
-    QString category;               ///< The free-form word that the rule of deletion inspects, such as "Caches".
+    QString name; ///< What a row shows.
+    FilePath path; ///< Of a container's item: the cache folder inside the container.
+    qint64 size = 0; ///< Bytes on disk when it was scanned.
+    QString category; ///< The free-form word that the rule of deletion inspects, such as "Caches".
     RiskLevel riskLevel = RiskLevel::Safe;
     bool isSelected = true;
     bool isDeletable = true; ///< False keeps it from any removal.

@@ -69,11 +69,11 @@ struct OperationLog
     QUuid id = QUuid::createUuid();
     QDateTime date; ///< When the record was made, UTC.
     OperationType operationType = OperationType::SafeCleanup;
-    qint64 foundSize = 0;   ///< Bytes found before the operation.
+    qint64 foundSize = 0; ///< Bytes found before the operation.
     qint64 cleanedSize = 0; ///< Bytes removed.
     qint64 filesRemoved = 0;
     qint64 filesSkipped = 0;
-    QStringList errors;             ///< As they came.
+    QStringList errors; ///< As they came.
     QStringList categoriesAffected; ///< Stable English names.
     OperationStatus status = OperationStatus::Completed;
 

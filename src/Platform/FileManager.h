@@ -24,9 +24,9 @@ struct DirectoryEntry
 struct FileAttributes
 {
     FileType type = FileType::Other;
-    qint64 size = 0;          ///< Logical length in bytes.
+    qint64 size = 0; ///< Logical length in bytes.
     qint64 allocatedSize = 0; ///< Bytes occupied on disk: a sparse file keeps below its length.
-    QDateTime modified;       ///< UTC.
+    QDateTime modified; ///< UTC.
     bool isOwnedByUser = true; ///< Belongs to the user the program runs as.
 
     bool operator==(const FileAttributes &) const = default;
@@ -51,7 +51,7 @@ enum class HiddenFiles { Include, Skip };
 enum class Intermediates { Create, MustExist };
 enum class WriteMode {
     InPlace, ///< Truncates and writes: owner, mode and links stay; a failure may leave a part.
-    Atomic,  ///< Whoever looks, at whatever moment, finds the old contents or the new.
+    Atomic, ///< Whoever looks, at whatever moment, finds the old contents or the new.
 };
 
 /// Everything the program asks of the file system. Safe to call from any thread.
@@ -70,11 +70,12 @@ public:
     /// the file system gives it. Fails with NotFound or NoPermission; an entry that vanishes meanwhile is left out.
     /// HiddenFiles::Skip leaves out names that begin with a point.
     [[nodiscard]] virtual Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder,
-                                                                           HiddenFiles hidden) const = 0;
+                                                                            HiddenFiles hidden) const = 0;
     /// Adds up all regular files below @p folder, hidden ones and packages included. Symbolic links are not
     /// followed, @p folder itself included; other file systems mounted below are not entered. What cannot be read or
     /// vanishes meanwhile adds nothing. Zero for a file, a link or nothing at all. Fails with Cancelled alone.
-    [[nodiscard]] virtual Result<TreeSize> measureTree(const FilePath &folder, const Cancellation &cancellation) const = 0;
+    [[nodiscard]] virtual Result<TreeSize> measureTree(const FilePath &folder,
+                                                       const Cancellation &cancellation) const = 0;
 
     /// Follows links: a dangling one does not exist.
     [[nodiscard]] virtual bool fileExists(const FilePath &path) const = 0;

@@ -28,9 +28,8 @@ CleanupService::CleanupService(std::shared_ptr<const FileManager> files, std::sh
 QList<CleanupItem> CleanupService::validateBeforeCleanup(const QList<CleanupItem> &items) const
 {
     QList<CleanupItem> valid;
-    std::ranges::copy_if(items, std::back_inserter(valid), [this](const CleanupItem &item) {
-        return mayBeTouched(item);
-    });
+    std::ranges::copy_if(items, std::back_inserter(valid),
+                         [this](const CleanupItem &item) { return mayBeTouched(item); });
     return valid;
 }
 

@@ -96,15 +96,42 @@ QList<CleanupCategory> ScannerService::scanSafeCategories(const Progress &progre
     const FilePath home = m_files->homeDirectory();
     const Localizer &localizer = Localizer::shared();
     const CategoryRow rows[] = {
-        {u"User Cache", u"cleanup.category.userCache", u"cleanup.description.userCache", u"folder",
-         PlaceTable::UserCache, {home.appending("Library/Caches"), {}}, {}, 0.0, 0.25},
-        {u"User Logs", u"cleanup.category.userLogs", u"cleanup.description.userLogs", u"doc.text",
-         PlaceTable::UserLogs, {home.appending("Library/Logs"), {}}, {}, 0.25, 0.5},
-        {u"Container Cache", u"cleanup.category.containerCache", u"cleanup.description.containerCache", u"shippingbox",
-         PlaceTable::ContainerCache, {home.appending("Library/Containers"), "Data/Library/Caches"}, u"Container Cache",
-         0.5, 0.75},
-        {u"Temporary Files", u"cleanup.category.tempFiles", u"cleanup.description.tempFiles", u"clock",
-         PlaceTable::TemporaryFiles, {m_files->temporaryDirectory(), {}}, {}, 0.75, 1.0},
+        {u"User Cache",
+         u"cleanup.category.userCache",
+         u"cleanup.description.userCache",
+         u"folder",
+         PlaceTable::UserCache,
+         {home.appending("Library/Caches"), {}},
+         {},
+         0.0,
+         0.25},
+        {u"User Logs",
+         u"cleanup.category.userLogs",
+         u"cleanup.description.userLogs",
+         u"doc.text",
+         PlaceTable::UserLogs,
+         {home.appending("Library/Logs"), {}},
+         {},
+         0.25,
+         0.5},
+        {u"Container Cache",
+         u"cleanup.category.containerCache",
+         u"cleanup.description.containerCache",
+         u"shippingbox",
+         PlaceTable::ContainerCache,
+         {home.appending("Library/Containers"), "Data/Library/Caches"},
+         u"Container Cache",
+         0.5,
+         0.75},
+        {u"Temporary Files",
+         u"cleanup.category.tempFiles",
+         u"cleanup.description.tempFiles",
+         u"clock",
+         PlaceTable::TemporaryFiles,
+         {m_files->temporaryDirectory(), {}},
+         {},
+         0.75,
+         1.0},
     };
 
     const Walk walk{progress, task};
@@ -174,7 +201,7 @@ void ScannerService::scanPlace(const PlaceRow &place, const CategoryRow &row, co
         item.path = measured;
         item.size = size.allocatedSize;
         item.category = row.itemCategory.isEmpty() ? FilePath::displayText(place.root.lastPathComponent())
-                                                    : row.itemCategory.toString();
+                                                   : row.itemCategory.toString();
         found.items.append(item);
         found.size += item.size;
     }

@@ -24,7 +24,10 @@ namespace Quillmere {
 
 /// The stored text of one of the cases.
 template<typename Enumeration>
-    requires requires { RawValues<Enumeration>::cases; }
+    requires requires
+    {
+        RawValues<Enumeration>::cases;
+    }
 [[nodiscard]] bool decodeJson(const JsonValue &value, Enumeration &target)
 {
     const std::optional<QString> text = value.string();

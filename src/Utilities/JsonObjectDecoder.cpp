@@ -12,7 +12,8 @@ JsonObjectDecoder::JsonObjectDecoder(const JsonValue &object)
 void JsonObjectDecoder::fail(QByteArrayView key)
 {
     if (!m_failure)
-        m_failure = Failure{Failure::Kind::Malformed, {},
+        m_failure = Failure{Failure::Kind::Malformed,
+                            {},
                             u"The field \"%1\" is missing or of another type."_qs.arg(QString::fromUtf8(key))};
 }
 

@@ -32,11 +32,11 @@ public:
     /// Seconds since the beginning of 2001, UTC. An invalid date fails the whole text.
     void value(const QDateTime &value);
     template<typename Enumeration>
-        requires requires { RawValues<Enumeration>::cases; }
-    void value(Enumeration value)
-    {
-        this->value(rawValue(value));
-    }
+        requires requires
+        {
+            RawValues<Enumeration>::cases;
+        }
+    void value(Enumeration value) { this->value(rawValue(value)); }
     /// Anything else would turn into one of the above unasked.
     template<typename Type>
     void value(const Type *) = delete;

@@ -17,9 +17,8 @@ bool PathValidator::isProtectedUserDirectory(const FilePath &path, const FileMan
 {
     const FilePath home = files.homeDirectory().standardized();
     const FilePath standardized = path.standardized();
-    return std::ranges::any_of(Constants::protectedUserDirectories(), [&](const QByteArray &name) {
-        return home.appending(name) == standardized;
-    });
+    return std::ranges::any_of(Constants::protectedUserDirectories(),
+                               [&](const QByteArray &name) { return home.appending(name) == standardized; });
 }
 
 } // namespace Quillmere

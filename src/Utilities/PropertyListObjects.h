@@ -29,7 +29,7 @@ public:
     struct Object
     {
         Kind kind = Kind::Simple;
-        quint64 count = 0;  ///< Bytes, characters, elements or pairs; of the others, the lower half of the first byte.
+        quint64 count = 0; ///< Bytes, characters, elements or pairs; of the others, the lower half of the first byte.
         quint64 offset = 0; ///< Where the contents begin.
     };
 

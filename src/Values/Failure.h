@@ -14,16 +14,16 @@ struct Failure
         Busy,
         NoSpace,
         ReadOnly,
-        LinkInPath,   ///< A folder above the item is, or has become, a symbolic link.
+        LinkInPath, ///< A folder above the item is, or has become, a symbolic link.
         NotSupported, ///< The place cannot do this at all, such as a volume that takes no trash.
-        Protected,    ///< Refused by the machine layer itself: a root of the system, a mount point.
+        Protected, ///< Refused by the machine layer itself: a root of the system, a mount point.
         Cancelled,
         Malformed, ///< What was read is not what it should be.
         Other,
     };
 
     Kind kind = Kind::Other;
-    FilePath path;  ///< What it happened to. Empty when nothing in particular.
+    FilePath path; ///< What it happened to. Empty when nothing in particular.
     QString detail; ///< Usually the text of errno. For the log; shown only where the kind says nothing.
 
     bool operator==(const Failure &) const = default;

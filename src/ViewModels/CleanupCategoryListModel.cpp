@@ -129,17 +129,10 @@ QVariant CleanupCategoryListModel::data(const QModelIndex &index, int role) cons
 QHash<int, QByteArray> CleanupCategoryListModel::roleNames() const
 {
     return {
-        {NameRole, "name"},
-        {DescriptionRole, "description"},
-        {IconRole, "iconName"},
-        {RiskLevelRole, "riskLevel"},
-        {IsSelectedRole, "selected"},
-        {IsAvailableRole, "available"},
-        {CountTextRole, "countText"},
-        {SizeTextRole, "sizeText"},
-        {IsExpandedRole, "expanded"},
-        {ShownItemsRole, "items"},
-        {MoreTextRole, "moreText"},
+        {NameRole, "name"},           {DescriptionRole, "description"}, {IconRole, "iconName"},
+        {RiskLevelRole, "riskLevel"}, {IsSelectedRole, "selected"},     {IsAvailableRole, "available"},
+        {CountTextRole, "countText"}, {SizeTextRole, "sizeText"},       {IsExpandedRole, "expanded"},
+        {ShownItemsRole, "items"},    {MoreTextRole, "moreText"},
     };
 }
 

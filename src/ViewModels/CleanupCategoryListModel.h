@@ -24,7 +24,7 @@ public:
         SizeTextRole,
         IsExpandedRole,
         ShownItemsRole, ///< The first items of the category, each with `name` and `size`.
-        MoreTextRole,   ///< How many items are not shown; empty when all are.
+        MoreTextRole, ///< How many items are not shown; empty when all are.
     };
 
     explicit CleanupCategoryListModel(QObject *parent);

@@ -118,15 +118,9 @@ QVariant HistoryListModel::data(const QModelIndex &index, int role) const
 QHash<int, QByteArray> HistoryListModel::roleNames() const
 {
     return {
-        {DateTextRole, "dateText"},
-        {OperationTextRole, "operationText"},
-        {CleanedTextRole, "cleanedText"},
-        {StatusRole, "status"},
-        {StatusTextRole, "statusText"},
-        {IsExpandedRole, "isExpanded"},
-        {RemovedTextRole, "removedText"},
-        {SkippedTextRole, "skippedText"},
-        {CategoriesTextRole, "categoriesText"},
+        {DateTextRole, "dateText"},       {OperationTextRole, "operationText"}, {CleanedTextRole, "cleanedText"},
+        {StatusRole, "status"},           {StatusTextRole, "statusText"},       {IsExpandedRole, "isExpanded"},
+        {RemovedTextRole, "removedText"}, {SkippedTextRole, "skippedText"},     {CategoriesTextRole, "categoriesText"},
         {ErrorsRole, "errors"},
     };
 }

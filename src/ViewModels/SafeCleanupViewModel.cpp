@@ -85,9 +85,8 @@ QCoro::Task<> SafeCleanupViewModel::scan()
                 model.showProgressOfScan(fraction, status);
         });
     };
-    auto scanning = inBackground([scanner = m_scanner, progress, token = task.get_token()] {
-        return scanned(*scanner, progress, token);
-    });
+    auto scanning = inBackground(
+        [scanner = m_scanner, progress, token = task.get_token()] { return scanned(*scanner, progress, token); });
     const Result<QList<CleanupCategory>> result = co_await scanning;
     if (self && m_scanTask == task)
         endScan(result);
@@ -143,8 +142,7 @@ QCoro::Task<> SafeCleanupViewModel::clean()
                 model.showProgressOfCleanup(fraction);
         });
     };
-    auto cleaning
-        = inBackground([cleaner = m_cleaner, items, progress] { return cleaned(cleaner, items, progress); });
+    auto cleaning = inBackground([cleaner = m_cleaner, items, progress] { return cleaned(cleaner, items, progress); });
     const Result<CleanupResult> outcome = co_await cleaning;
     if (self && run == m_cleanupRuns)
         m_isCleaning = false;

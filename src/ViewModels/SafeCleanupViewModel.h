@@ -89,7 +89,7 @@ private:
     std::shared_ptr<const Clock> m_clock;
     CleanupCategoryListModel m_categories{nullptr};
     std::stop_source m_scanTask; ///< Of the latest scan: an earlier one that ends late changes nothing.
-    int m_cleanupRuns = 0;       ///< Counts them: an earlier one that ends late leaves the overlay of a later one.
+    int m_cleanupRuns = 0; ///< Counts them: an earlier one that ends late leaves the overlay of a later one.
     bool m_isScanning = false;
     bool m_isScanComplete = false;
     bool m_isCleaning = false;

@@ -19,7 +19,7 @@ public:
         KindRole = Qt::UserRole + 1,
         TextRole, ///< Empty for the promotion.
         IconRole, ///< Of a destination.
-        TabRole,  ///< Of a destination.
+        TabRole, ///< Of a destination.
     };
 
     explicit SidebarListModel(QObject *parent);

@@ -27,8 +27,8 @@ std::shared_ptr<ScannerService> ViewModelFactory::makeScanner()
 
 SafeCleanupViewModel *ViewModelFactory::makeSafeCleanup(QObject *screen)
 {
-    return new SafeCleanupViewModel(makeScanner(), CleanupService(m_machine.files, m_machine.places), m_history, m_machine.clock,
-                                    screen);
+    return new SafeCleanupViewModel(makeScanner(), CleanupService(m_machine.files, m_machine.places), m_history,
+                                    m_machine.clock, screen);
 }
 
 HistoryViewModel *ViewModelFactory::makeHistory(QObject *screen) const

@@ -106,7 +106,10 @@ TEST_F(AppStateTest, PublishesEachProperty)
 
 TEST(SidebarTabTest, ListsTheElevenDestinationsInOrderWithSymbolAndTitle)
 {
-    const struct { QStringView rawValue, icon; } expected[] = {
+    const struct
+    {
+        QStringView rawValue, icon;
+    } expected[] = {
         {u"dashboard", u"gauge.medium"},
         {u"safeCleanup", u"checkmark.shield"},
         {u"professionalCleanup", u"wrench.and.screwdriver"},

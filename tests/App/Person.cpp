@@ -3,7 +3,6 @@
 #include <QQuickItem>
 #include <QTest>
 
-
 namespace Quillmere {
 
 namespace {

@@ -73,9 +73,10 @@ protected:
 TEST_F(ScreensTest, ReachesEveryDestinationFromTheSidebar)
 {
     const Person person = open();
-    const QStringList names = {u"Dashboard"_qs, u"Safe Cleanup"_qs, u"Professional Cleanup"_qs, u"Large Files"_qs,
-                               u"Browsers"_qs, u"System Data"_qs, u"Startup Items"_qs, u"Applications"_qs, u"Tools"_qs,
-                               u"History"_qs, u"Settings"_qs};
+    const QStringList names
+        = {u"Dashboard"_qs,   u"Safe Cleanup"_qs,  u"Professional Cleanup"_qs, u"Large Files"_qs, u"Browsers"_qs,
+           u"System Data"_qs, u"Startup Items"_qs, u"Applications"_qs,         u"Tools"_qs,       u"History"_qs,
+           u"Settings"_qs};
 
     for (int i = 0; i < names.size(); ++i) {
         EXPECT_TRUE(person.click(ListItem, names.at(i))) << names.at(i).toStdString();
@@ -86,7 +87,8 @@ TEST_F(ScreensTest, ReachesEveryDestinationFromTheSidebar)
 TEST_F(ScreensTest, ShowsTheSidebarsSectionsInTheirOrder)
 {
     const Person person = open();
-    for (const QString &name : {u"Overview"_qs, u"Cleanup"_qs, u"Analysis"_qs, u"System"_qs, u"Maintenance"_qs, u"App"_qs})
+    for (const QString &name :
+         {u"Overview"_qs, u"Cleanup"_qs, u"Analysis"_qs, u"System"_qs, u"Maintenance"_qs, u"App"_qs})
         EXPECT_TRUE(person.sees(Heading, name)) << name.toStdString();
 }
 

@@ -18,9 +18,8 @@ protected:
     /// A later start, as from another process: this one goes on answering meanwhile.
     bool claimElsewhere()
     {
-        QFuture<bool> claimed = QtConcurrent::run([path = folder.path()] {
-            return SingleInstance(path, u"here"_qs).claim();
-        });
+        QFuture<bool> claimed
+            = QtConcurrent::run([path = folder.path()] { return SingleInstance(path, u"here"_qs).claim(); });
         (void)QTest::qWaitFor([&] { return claimed.isFinished(); }, 20000);
         return claimed.result();
     }
@@ -90,9 +89,8 @@ TEST_F(SingleInstanceTest, WaitsForAFirstStartThatDoesNotListenYet)
 {
     QLockFile starting(folder.filePath(u"here.lock"_qs));
     ASSERT_TRUE(starting.tryLock());
-    QFuture<bool> later = QtConcurrent::run([path = folder.path()] {
-        return SingleInstance(path, u"here"_qs).claim();
-    });
+    QFuture<bool> later
+        = QtConcurrent::run([path = folder.path()] { return SingleInstance(path, u"here"_qs).claim(); });
     QTest::qWait(100);
     starting.unlock();
     ASSERT_TRUE(first.claim());

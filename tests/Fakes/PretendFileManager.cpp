@@ -352,8 +352,8 @@ std::optional<FilePath> PretendFileManager::resolve(const FilePath &path) const
         }
         if (++links > mostLinksFollowed)
             return std::nullopt;
-        const FilePath target = node->target.bytes().startsWith('/') ? node->target
-                                                                      : reached.appending(node->target.bytes());
+        const FilePath target
+            = node->target.bytes().startsWith('/') ? node->target : reached.appending(node->target.bytes());
         waiting = target.standardized().bytes().split('/') + waiting;
         reached = FilePath("/");
     }

@@ -23,8 +23,8 @@ public:
     void addFile(const FilePath &path, qint64 bytes, const QByteArray &contents = {});
     void addLink(const FilePath &path, const FilePath &target);
     void addSocket(const FilePath &path);
-    void giveAway(const FilePath &path);                   ///< From now on it belongs to another user.
-    void lock(const FilePath &path);                       ///< From now on it may not be read.
+    void giveAway(const FilePath &path); ///< From now on it belongs to another user.
+    void lock(const FilePath &path); ///< From now on it may not be read.
     void refuse(const FilePath &path, Failure::Kind kind); ///< From now on it may not be trashed, removed or written.
     void setTemporaryDirectory(const FilePath &path);
     void vanish(const FilePath &path); ///< Takes it away as another program would.
@@ -35,15 +35,15 @@ public:
     void onRemoval(std::function<void(const FilePath &)> observer);
 
     [[nodiscard]] bool contains(const FilePath &path) const; ///< The thing itself, a dangling link too.
-    [[nodiscard]] QList<FilePath> trashed() const;           ///< Where trashed items came from, in their order.
-    [[nodiscard]] QList<FilePath> removed() const;           ///< What was deleted for good, in its order.
+    [[nodiscard]] QList<FilePath> trashed() const; ///< Where trashed items came from, in their order.
+    [[nodiscard]] QList<FilePath> removed() const; ///< What was deleted for good, in its order.
     [[nodiscard]] int synchronizations() const;
 
     [[nodiscard]] FilePath homeDirectory() const override;
     [[nodiscard]] FilePath temporaryDirectory() const override;
     [[nodiscard]] FilePath applicationSupportDirectory() const override;
     [[nodiscard]] Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder,
-                                                                   HiddenFiles hidden) const override;
+                                                                    HiddenFiles hidden) const override;
     [[nodiscard]] Result<TreeSize> measureTree(const FilePath &folder, const Cancellation &cancellation) const override;
     [[nodiscard]] bool fileExists(const FilePath &path) const override;
     [[nodiscard]] Result<FileAttributes> attributesOfItem(const FilePath &path) const override;

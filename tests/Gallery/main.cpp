@@ -6,8 +6,8 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QGuiApplication>
-#include <QQmlEngine>
 #include <QQmlContext>
+#include <QQmlEngine>
 #include <QQuickView>
 #include <QQuickWindow>
 #include <QTest>
@@ -69,7 +69,8 @@ bool shoot(const QDir &folder, Appearance &appearance)
             if (view.status() != QQuickView::Ready || !QTest::qWaitForWindowExposed(&view))
                 return false;
             QTest::qWait(700);
-            const QString name = QString(QLatin1String(page.file)).toLower() + (dark ? u"-dark.png"_qs : u"-light.png"_qs);
+            const QString name
+                = QString(QLatin1String(page.file)).toLower() + (dark ? u"-dark.png"_qs : u"-light.png"_qs);
             if (!view.grabWindow().save(folder.filePath(name)))
                 return false;
         }
@@ -89,7 +90,8 @@ int main(int argc, char **argv)
     const QCommandLineOption dark(u"dark"_qs, u"Show the dark theme."_qs);
     const QCommandLineOption language(u"language"_qs, u"en, es or ru."_qs, u"code"_qs, u"en"_qs);
     arguments.addOptions({shot, dark, language});
-    arguments.addPositionalArgument(u"page"_qs, u"Page to show: Board, Symbols, Rows, Screen, Overlay, Sheets or Narrow."_qs);
+    arguments.addPositionalArgument(u"page"_qs,
+                                    u"Page to show: Board, Symbols, Rows, Screen, Overlay, Sheets or Narrow."_qs);
     arguments.process(application);
 
     Localizer localizer(std::make_shared<PretendUserDefaults>());

@@ -1,5 +1,5 @@
-#include "Models/CleanupCategory.h"
 #include "Models/RiskLevel.h"
+#include "Models/CleanupCategory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

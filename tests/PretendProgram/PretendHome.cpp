@@ -39,8 +39,7 @@ void fillPretendHome(PretendMachine &machine)
         machine.files->addFile(machine.files->homeDirectory().appending(heap.folder).appending("data"), heap.bytes);
     for (const Rubbish &heap : temporary)
         machine.files->addFile(FilePath(heap.folder).appending("data"), heap.bytes);
-    machine.files->refuse(machine.files->homeDirectory().appending("Library/Logs/backup"),
-                          Failure::Kind::NoPermission);
+    machine.files->refuse(machine.files->homeDirectory().appending("Library/Logs/backup"), Failure::Kind::NoPermission);
 }
 
 } // namespace Quillmere

@@ -110,16 +110,14 @@ TEST_P(DamagedSettingsTest, LoadAsTheDefaults)
     EXPECT_EQ(loaded(GetParam()), AppSettings());
 }
 
-INSTANTIATE_TEST_SUITE_P(Records, DamagedSettingsTest, testing::Values(
-    "", "rubbish", "null", "[]", "7", R"("dark")", R"({"theme":"dark")",
-    R"({"theme":"dark","safeMode":1})",
-    R"({"theme":"dark","safeMode":"false"})",
-    R"({"theme":"dark","excludedPaths":"\/a"})",
-    R"({"theme":"dark","excludedPaths":["\/a",1]})",
-    R"({"theme":"dark","language":"de"})",
-    R"({"theme":"dark","language":"english"})",
-    R"({"theme":"dark","menuBarDisplayMode":"Cpu"})",
-    R"({"theme":1})"));
+INSTANTIATE_TEST_SUITE_P(Records, DamagedSettingsTest,
+                         testing::Values("", "rubbish", "null", "[]", "7", R"("dark")", R"({"theme":"dark")",
+                                         R"({"theme":"dark","safeMode":1})", R"({"theme":"dark","safeMode":"false"})",
+                                         R"({"theme":"dark","excludedPaths":"\/a"})",
+                                         R"({"theme":"dark","excludedPaths":["\/a",1]})",
+                                         R"({"theme":"dark","language":"de"})",
+                                         R"({"theme":"dark","language":"english"})",
+                                         R"({"theme":"dark","menuBarDisplayMode":"Cpu"})", R"({"theme":1})"));
 
 TEST(AppSettingsStoreTest, LoadsTheDefaultsWhenTheKeyHoldsAText)
 {

@@ -1,6 +1,6 @@
+#include "Services/CleanupService.h"
 #include "Fakes/InstalledLocalizer.h"
 #include "Fakes/PretendMachine.h"
-#include "Services/CleanupService.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -160,17 +160,17 @@ TEST_P(DeletionRuleTest, DecidesByRiskAndByTheWordInTheCategory)
     EXPECT_THAT(machine.files->trashed(), IsEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, DeletionRuleTest, testing::Values(
-    DeletionCase{"Caches", RiskLevel::Safe, u"Caches", true},
-    DeletionCase{"ContainerCache", RiskLevel::Safe, u"Container Cache", true},
-    DeletionCase{"LinuxCache", RiskLevel::Safe, u".cache", true},
-    DeletionCase{"UpperCase", RiskLevel::Safe, u"MY CACHE", true},
-    DeletionCase{"LettersOfTemp", RiskLevel::Safe, u"Attempts", true},
-    DeletionCase{"MediumCaches", RiskLevel::Medium, u"Caches", false},
-    DeletionCase{"DangerousCaches", RiskLevel::Dangerous, u"Caches", false},
-    DeletionCase{"Logs", RiskLevel::Safe, u"Logs", false},
-    DeletionCase{"TemporaryFolder", RiskLevel::Safe, u"tmp", false}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(Rows, DeletionRuleTest,
+                         testing::Values(DeletionCase{"Caches", RiskLevel::Safe, u"Caches", true},
+                                         DeletionCase{"ContainerCache", RiskLevel::Safe, u"Container Cache", true},
+                                         DeletionCase{"LinuxCache", RiskLevel::Safe, u".cache", true},
+                                         DeletionCase{"UpperCase", RiskLevel::Safe, u"MY CACHE", true},
+                                         DeletionCase{"LettersOfTemp", RiskLevel::Safe, u"Attempts", true},
+                                         DeletionCase{"MediumCaches", RiskLevel::Medium, u"Caches", false},
+                                         DeletionCase{"DangerousCaches", RiskLevel::Dangerous, u"Caches", false},
+                                         DeletionCase{"Logs", RiskLevel::Safe, u"Logs", false},
+                                         DeletionCase{"TemporaryFolder", RiskLevel::Safe, u"tmp", false}),
+                         [](const auto &info) { return info.param.name; });
 
 TEST_F(CleanupServiceTest, StaysBelowTheEndOfTheBarWhenTheLastItemsAreSkippedInSilence)
 {

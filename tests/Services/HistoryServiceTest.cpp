@@ -178,26 +178,27 @@ TEST_P(HistoryFieldTest, DecidesOverTheWholeFile)
     EXPECT_EQ(decodeOperationLogs('[' + record + ']').isOk(), GetParam().isAccepted);
 }
 
-INSTANTIATE_TEST_SUITE_P(Fields, HistoryFieldTest, testing::Values(
-    FieldCase{"UnknownType", "browserCleanup", "trash", false},
-    FieldCase{"UnknownStatus", "\"partial\"", "\"done\"", false},
-    FieldCase{"TypeInOtherCase", "browserCleanup", "BrowserCleanup", false},
-    FieldCase{"DateAsText", "725846400.25", "\"2024-01-02T00:00:00Z\"", false},
-    FieldCase{"DateAsNull", "725846400.25", "null", false},
-    FieldCase{"DateAsInteger", "725846400.25", "725846400", true},
-    FieldCase{"DateWithExponent", "725846400.25", "7.2584640025e+08", true},
-    FieldCase{"SizeAsText", "9000000000", "\"9000000000\"", false},
-    FieldCase{"SizeWithFraction", "9000000000", "9000000000.5", false},
-    FieldCase{"SizeWithEmptyFraction", "9000000000", "9000000000.0", true},
-    FieldCase{"SizeBeyondSixtyFourBits", "9000000000", "9223372036854775808", false},
-    FieldCase{"CountAsBoolean", "\"filesRemoved\":12", "\"filesRemoved\":true", false},
-    FieldCase{"NumberAmongErrors", "\"errors\":[", "\"errors\":[1,", false},
-    FieldCase{"NullForCategories", "[\"User Cache\",\"User Logs\"]", "null", false},
-    FieldCase{"LowerCaseIdentity", "6BA7B810-9DAD", "6ba7b810-9dad", true},
-    FieldCase{"ShortIdentity", "6BA7B810-9DAD", "6BA7B8109DAD", false},
-    FieldCase{"UnknownField", "{\"id\"", "{\"note\":\"x\",\"id\"", true},
-    FieldCase{"TrailingComma", "\"status\":\"partial\"", "\"status\":\"partial\",", true}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Fields, HistoryFieldTest,
+    testing::Values(FieldCase{"UnknownType", "browserCleanup", "trash", false},
+                    FieldCase{"UnknownStatus", "\"partial\"", "\"done\"", false},
+                    FieldCase{"TypeInOtherCase", "browserCleanup", "BrowserCleanup", false},
+                    FieldCase{"DateAsText", "725846400.25", "\"2024-01-02T00:00:00Z\"", false},
+                    FieldCase{"DateAsNull", "725846400.25", "null", false},
+                    FieldCase{"DateAsInteger", "725846400.25", "725846400", true},
+                    FieldCase{"DateWithExponent", "725846400.25", "7.2584640025e+08", true},
+                    FieldCase{"SizeAsText", "9000000000", "\"9000000000\"", false},
+                    FieldCase{"SizeWithFraction", "9000000000", "9000000000.5", false},
+                    FieldCase{"SizeWithEmptyFraction", "9000000000", "9000000000.0", true},
+                    FieldCase{"SizeBeyondSixtyFourBits", "9000000000", "9223372036854775808", false},
+                    FieldCase{"CountAsBoolean", "\"filesRemoved\":12", "\"filesRemoved\":true", false},
+                    FieldCase{"NumberAmongErrors", "\"errors\":[", "\"errors\":[1,", false},
+                    FieldCase{"NullForCategories", "[\"User Cache\",\"User Logs\"]", "null", false},
+                    FieldCase{"LowerCaseIdentity", "6BA7B810-9DAD", "6ba7b810-9dad", true},
+                    FieldCase{"ShortIdentity", "6BA7B810-9DAD", "6BA7B8109DAD", false},
+                    FieldCase{"UnknownField", "{\"id\"", "{\"note\":\"x\",\"id\"", true},
+                    FieldCase{"TrailingComma", "\"status\":\"partial\"", "\"status\":\"partial\",", true}),
+    [](const auto &info) { return info.param.name; });
 
 TEST_F(HistoryServiceTest, LoadsAFileCutShortAtAnyByteAsEmpty)
 {
@@ -340,9 +341,10 @@ TEST_F(HistoryServiceTest, ExportsALineForEachRecordInTheGivenOrder)
 {
     const QString text = history.exportCSV({fullLog(), logAt(2, 5)}, german);
 
-    EXPECT_EQ(text, u"Date,Type,Found Size,Cleaned Size,Files Removed,Files Skipped,Status\n"
-                    "02.01.24, 00:00,Browser Cleanup,9000000000,8000000000,12,3,partial\n"
-                    "02.01.26, 15:04,Safe Cleanup,0,5,0,0,completed\n"_qs);
+    EXPECT_EQ(text,
+              u"Date,Type,Found Size,Cleaned Size,Files Removed,Files Skipped,Status\n"
+              "02.01.24, 00:00,Browser Cleanup,9000000000,8000000000,12,3,partial\n"
+              "02.01.26, 15:04,Safe Cleanup,0,5,0,0,completed\n"_qs);
 }
 
 TEST_F(HistoryServiceTest, LetsTheDateAddACommaOfItsOwnInAnEnglishLocale)

@@ -1,6 +1,6 @@
+#include "Services/ScannerService.h"
 #include "Fakes/InstalledLocalizer.h"
 #include "Fakes/PretendMachine.h"
-#include "Services/ScannerService.h"
 #include "Values/CancellationError.h"
 
 #include <gmock/gmock.h>
@@ -52,7 +52,10 @@ TEST_F(ScannerServiceTest, ReturnsTheFourCategoriesInOrderEvenWhenEverythingIsEm
     const QList<CleanupCategory> categories = scan();
 
     ASSERT_EQ(categories.size(), 4);
-    const struct { QStringView name, localizedName, description, icon; } expected[] = {
+    const struct
+    {
+        QStringView name, localizedName, description, icon;
+    } expected[] = {
         {u"User Cache", u"User Cache", u"Application caches in your user folder", u"folder"},
         {u"User Logs", u"User Logs", u"System and application log files", u"doc.text"},
         {u"Container Cache", u"Container Cache", u"Caches from sandboxed applications", u"shippingbox"},
@@ -137,8 +140,9 @@ TEST_F(ScannerServiceTest, ReportsEveryTenthOfTwentyFiveEntries)
     (void)scan();
 
     ASSERT_EQ(reports.size(), 4U);
-    EXPECT_THAT(reports, ElementsAre(Pair(testing::DoubleEq(0.0), u"c0"_qs), Pair(testing::DoubleEq(0.1), u"c10"_qs),
-                                     Pair(testing::DoubleEq(0.2), u"c20"_qs), Pair(1.0, u"Scan Complete"_qs)));
+    EXPECT_THAT(reports,
+                ElementsAre(Pair(testing::DoubleEq(0.0), u"c0"_qs), Pair(testing::DoubleEq(0.1), u"c10"_qs),
+                            Pair(testing::DoubleEq(0.2), u"c20"_qs), Pair(1.0, u"Scan Complete"_qs)));
 }
 
 TEST_F(ScannerServiceTest, EndsWithScanCompleteEvenWhenEverythingWasEmpty)
@@ -157,8 +161,9 @@ TEST_F(ScannerServiceTest, GivesEachCategoryItsQuarterOfTheBar)
 
     (void)scan();
 
-    EXPECT_THAT(reports, ElementsAre(Pair(0.0, u"a"_qs), Pair(0.25, u"b"_qs), Pair(0.5, u"c"_qs), Pair(0.75, u"d"_qs),
-                                     Pair(1.0, u"Scan Complete"_qs)));
+    EXPECT_THAT(reports,
+                ElementsAre(Pair(0.0, u"a"_qs), Pair(0.25, u"b"_qs), Pair(0.5, u"c"_qs), Pair(0.75, u"d"_qs),
+                            Pair(1.0, u"Scan Complete"_qs)));
 }
 
 TEST_F(ScannerServiceTest, NamesItemsOfLogsAndOfTheTemporaryFolderAfterTheirRoot)

@@ -60,13 +60,15 @@ TEST_P(DateTest, IsWrittenInTheHabitsOfTheRegion)
     EXPECT_EQ(formatAbbreviatedDate(secondOfJanuary, style), QString::fromUtf16(GetParam().dateAlone));
 }
 
-INSTANTIATE_TEST_SUITE_P(Regions, DateTest, testing::Values(
-    DateCase{"American", "en_US", u"1/2/24, 3:04\u202FPM", u"Jan 2, 2024 at 3:04\u202FPM", u"Jan 2, 2024"},
-    DateCase{"British", "en_GB", u"02/01/2024, 15:04", u"2 Jan 2024 at 15:04", u"2 Jan 2024"},
-    DateCase{"Spanish", "es_ES", u"2/1/24, 15:04", u"2 ene 2024, 15:04", u"2 ene 2024"},
-    DateCase{"Russian", "ru_RU", u"02.01.2024, 15:04", u"2 янв. 2024\u202Fг., 15:04", u"2 янв. 2024\u202Fг."},
-    DateCase{"German", "de_DE", u"02.01.24, 15:04", u"02.01.24, 15:04", u"02.01.24"}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Regions, DateTest,
+    testing::Values(
+        DateCase{"American", "en_US", u"1/2/24, 3:04\u202FPM", u"Jan 2, 2024 at 3:04\u202FPM", u"Jan 2, 2024"},
+        DateCase{"British", "en_GB", u"02/01/2024, 15:04", u"2 Jan 2024 at 15:04", u"2 Jan 2024"},
+        DateCase{"Spanish", "es_ES", u"2/1/24, 15:04", u"2 ene 2024, 15:04", u"2 ene 2024"},
+        DateCase{"Russian", "ru_RU", u"02.01.2024, 15:04", u"2 янв. 2024\u202Fг., 15:04", u"2 янв. 2024\u202Fг."},
+        DateCase{"German", "de_DE", u"02.01.24, 15:04", u"02.01.24, 15:04", u"02.01.24"}),
+    [](const auto &info) { return info.param.name; });
 
 TEST(DateFormatterTest, WritesTheMorningHourOfOneDigitInSpanish)
 {

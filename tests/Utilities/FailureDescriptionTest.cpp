@@ -1,5 +1,5 @@
-#include "Fakes/PretendUserDefaults.h"
 #include "Utilities/FailureDescription.h"
+#include "Fakes/PretendUserDefaults.h"
 #include "Utilities/LocalizationManager.h"
 
 #include <QSet>

@@ -48,21 +48,15 @@ TEST_P(AcceptedJsonTest, IsRead)
     EXPECT_TRUE(isAccepted(GetParam().text));
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, AcceptedJsonTest, testing::Values(
-    JsonCase{"EmptyArray", "[]"},
-    JsonCase{"EmptyObject", "{}"},
-    JsonCase{"ScalarText", "\"a\""},
-    JsonCase{"ScalarNumber", "7"},
-    JsonCase{"ScalarNull", "null"},
-    JsonCase{"BlanksAround", " \t\r\n[ ] \n"},
-    JsonCase{"TrailingCommaInArray", "[1,]"},
-    JsonCase{"TrailingCommaInObject", "{\"a\":1,}"},
-    JsonCase{"DuplicateKeys", "{\"a\":1,\"a\":2}"},
-    JsonCase{"EscapedSlash", "\"\\/\""},
-    JsonCase{"SurrogatePair", "\"\\ud83d\\ude00\""},
-    JsonCase{"EscapedZero", "\"\\u0000\""},
-    JsonCase{"ByteOrderMark", "\xEF\xBB\xBF[]"}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Texts, AcceptedJsonTest,
+    testing::Values(JsonCase{"EmptyArray", "[]"}, JsonCase{"EmptyObject", "{}"}, JsonCase{"ScalarText", "\"a\""},
+                    JsonCase{"ScalarNumber", "7"}, JsonCase{"ScalarNull", "null"},
+                    JsonCase{"BlanksAround", " \t\r\n[ ] \n"}, JsonCase{"TrailingCommaInArray", "[1,]"},
+                    JsonCase{"TrailingCommaInObject", "{\"a\":1,}"}, JsonCase{"DuplicateKeys", "{\"a\":1,\"a\":2}"},
+                    JsonCase{"EscapedSlash", "\"\\/\""}, JsonCase{"SurrogatePair", "\"\\ud83d\\ude00\""},
+                    JsonCase{"EscapedZero", "\"\\u0000\""}, JsonCase{"ByteOrderMark", "\xEF\xBB\xBF[]"}),
+    [](const auto &info) { return info.param.name; });
 
 class RefusedJsonTest : public testing::TestWithParam<JsonCase>
 {
@@ -77,45 +71,25 @@ TEST_P(RefusedJsonTest, IsMalformed)
     EXPECT_FALSE(result.failure().detail.isEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, RefusedJsonTest, testing::Values(
-    JsonCase{"Nothing", ""},
-    JsonCase{"BlanksAlone", " \n"},
-    JsonCase{"LoneCommaInArray", "[,]"},
-    JsonCase{"LoneCommaInObject", "{,}"},
-    JsonCase{"TwoTrailingCommas", "[1,,]"},
-    JsonCase{"TwoValues", "[] []"},
-    JsonCase{"ZeroByteBehind", QByteArray("[]\0x", 4)},
-    JsonCase{"ZeroByteAtTheVeryEnd", QByteArray("[]\0", 3)},
-    JsonCase{"LineComment", "[] // a"},
-    JsonCase{"BlockComment", "[/* a */]"},
-    JsonCase{"SingleQuotes", "['a']"},
-    JsonCase{"LeadingZero", "01"},
-    JsonCase{"PointWithoutFraction", "1."},
-    JsonCase{"PointWithoutWhole", ".5"},
-    JsonCase{"PlusSign", "+1"},
-    JsonCase{"MinusAlone", "-"},
-    JsonCase{"NotANumber", "NaN"},
-    JsonCase{"Infinity", "Infinity"},
-    JsonCase{"Hexadecimal", "0x10"},
-    JsonCase{"UppercaseTrue", "True"},
-    JsonCase{"LoneHighSurrogate", "\"\\ud83d\""},
-    JsonCase{"LoneLowSurrogate", "\"\\ude00\""},
-    JsonCase{"LoneLowSurrogateInAKey", "{\"\\ude00\":1}"},
-    JsonCase{"HighSurrogateTwice", "\"\\ud83d\\ud83d\""},
-    JsonCase{"SurrogateAsBytes", "\"\xED\xB0\x80\""},
-    JsonCase{"BrokenUtf8", "\"\xC3\""},
-    JsonCase{"OverlongUtf8", "\"\xC0\xAF\""},
-    JsonCase{"RawLineFeedInText", "\"a\nb\""},
-    JsonCase{"UnknownEscape", "\"\\x\""},
-    JsonCase{"OpenText", "\"a"},
-    JsonCase{"OpenArray", "[1"},
-    JsonCase{"OpenObject", "{\"a\":1"},
-    JsonCase{"MissingValue", "{\"a\":}"},
-    JsonCase{"KeyWithoutQuotes", "{a:1}"},
-    JsonCase{"MarkAlone", "\xEF\xBB\xBF"},
-    JsonCase{"OddBytesOfUtf16", QByteArray("\xFE\xFF\0[\0]\0", 7)},
-    JsonCase{"LoneSurrogateInUtf16", QByteArray("\xFE\xFF\0\"\xD8\x3D\0\"", 8)}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Texts, RefusedJsonTest,
+    testing::Values(
+        JsonCase{"Nothing", ""}, JsonCase{"BlanksAlone", " \n"}, JsonCase{"LoneCommaInArray", "[,]"},
+        JsonCase{"LoneCommaInObject", "{,}"}, JsonCase{"TwoTrailingCommas", "[1,,]"}, JsonCase{"TwoValues", "[] []"},
+        JsonCase{"ZeroByteBehind", QByteArray("[]\0x", 4)}, JsonCase{"ZeroByteAtTheVeryEnd", QByteArray("[]\0", 3)},
+        JsonCase{"LineComment", "[] // a"}, JsonCase{"BlockComment", "[/* a */]"}, JsonCase{"SingleQuotes", "['a']"},
+        JsonCase{"LeadingZero", "01"}, JsonCase{"PointWithoutFraction", "1."}, JsonCase{"PointWithoutWhole", ".5"},
+        JsonCase{"PlusSign", "+1"}, JsonCase{"MinusAlone", "-"}, JsonCase{"NotANumber", "NaN"},
+        JsonCase{"Infinity", "Infinity"}, JsonCase{"Hexadecimal", "0x10"}, JsonCase{"UppercaseTrue", "True"},
+        JsonCase{"LoneHighSurrogate", "\"\\ud83d\""}, JsonCase{"LoneLowSurrogate", "\"\\ude00\""},
+        JsonCase{"LoneLowSurrogateInAKey", "{\"\\ude00\":1}"}, JsonCase{"HighSurrogateTwice", "\"\\ud83d\\ud83d\""},
+        JsonCase{"SurrogateAsBytes", "\"\xED\xB0\x80\""}, JsonCase{"BrokenUtf8", "\"\xC3\""},
+        JsonCase{"OverlongUtf8", "\"\xC0\xAF\""}, JsonCase{"RawLineFeedInText", "\"a\nb\""},
+        JsonCase{"UnknownEscape", "\"\\x\""}, JsonCase{"OpenText", "\"a"}, JsonCase{"OpenArray", "[1"},
+        JsonCase{"OpenObject", "{\"a\":1"}, JsonCase{"MissingValue", "{\"a\":}"}, JsonCase{"KeyWithoutQuotes", "{a:1}"},
+        JsonCase{"MarkAlone", "\xEF\xBB\xBF"}, JsonCase{"OddBytesOfUtf16", QByteArray("\xFE\xFF\0[\0]\0", 7)},
+        JsonCase{"LoneSurrogateInUtf16", QByteArray("\xFE\xFF\0\"\xD8\x3D\0\"", 8)}),
+    [](const auto &info) { return info.param.name; });
 
 TEST(JsonDocumentTest, NestsFiveHundredAndTwelveContainersAndNoMore)
 {
@@ -143,23 +117,27 @@ TEST_P(JsonEncodingTest, IsRecognised)
     EXPECT_EQ(result.value().root().string(), u"ж"_qs);
 }
 
-INSTANTIATE_TEST_SUITE_P(Encodings, JsonEncodingTest, testing::Values(
-    EncodingCase{"Utf8", "\"\xD0\xB6\""},
-    EncodingCase{"Utf8WithMark", "\xEF\xBB\xBF\"\xD0\xB6\""},
-    EncodingCase{"Utf16BigEndianWithMark", QByteArray("\xFE\xFF\0\"\x04\x36\0\"", 8)},
-    EncodingCase{"Utf16LittleEndianWithMark", QByteArray("\xFF\xFE\"\0\x36\x04\"\0", 8)},
-    EncodingCase{"Utf16BigEndian", QByteArray("\0\"\x04\x36\0\"", 6)},
-    EncodingCase{"Utf16LittleEndian", QByteArray("\"\0\x36\x04\"\0", 6)},
-    EncodingCase{"Utf32BigEndianWithMark", QByteArray("\0\0\xFE\xFF\0\0\0\"\0\0\x04\x36\0\0\0\"", 16)},
-    EncodingCase{"Utf32LittleEndianWithMark", QByteArray("\xFF\xFE\0\0\"\0\0\0\x36\x04\0\0\"\0\0\0", 16)},
-    EncodingCase{"Utf32BigEndian", QByteArray("\0\0\0\"\0\0\x04\x36\0\0\0\"", 12)},
-    EncodingCase{"Utf32LittleEndian", QByteArray("\"\0\0\0\x36\x04\0\0\"\0\0\0", 12)}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Encodings, JsonEncodingTest,
+    testing::Values(EncodingCase{"Utf8", "\"\xD0\xB6\""}, EncodingCase{"Utf8WithMark", "\xEF\xBB\xBF\"\xD0\xB6\""},
+                    EncodingCase{"Utf16BigEndianWithMark", QByteArray("\xFE\xFF\0\"\x04\x36\0\"", 8)},
+                    EncodingCase{"Utf16LittleEndianWithMark", QByteArray("\xFF\xFE\"\0\x36\x04\"\0", 8)},
+                    EncodingCase{"Utf16BigEndian", QByteArray("\0\"\x04\x36\0\"", 6)},
+                    EncodingCase{"Utf16LittleEndian", QByteArray("\"\0\x36\x04\"\0", 6)},
+                    EncodingCase{"Utf32BigEndianWithMark", QByteArray("\0\0\xFE\xFF\0\0\0\"\0\0\x04\x36\0\0\0\"", 16)},
+                    EncodingCase{"Utf32LittleEndianWithMark",
+                                 QByteArray("\xFF\xFE\0\0\"\0\0\0\x36\x04\0\0\"\0\0\0", 16)},
+                    EncodingCase{"Utf32BigEndian", QByteArray("\0\0\0\"\0\0\x04\x36\0\0\0\"", 12)},
+                    EncodingCase{"Utf32LittleEndian", QByteArray("\"\0\0\0\x36\x04\0\0\"\0\0\0", 12)}),
+    [](const auto &info) { return info.param.name; });
 
 TEST(JsonDocumentTest, ReadsAOneDigitTextInUtf16)
 {
     EXPECT_EQ(integer(QByteArray("7\0", 2)), 7);
-    EXPECT_EQ(integer(QByteArray("\0" "7", 2)), 7);
+    EXPECT_EQ(integer(QByteArray("\0"
+                                 "7",
+                                 2)),
+              7);
 }
 
 TEST(JsonDocumentTest, UndoesEveryEscape)
@@ -231,29 +209,26 @@ TEST_P(JsonIntegerTest, IsExactOrNothing)
     EXPECT_EQ(integer(GetParam().text), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Numbers, JsonIntegerTest, testing::Values(
-    IntegerCase{"Zero", "0", 0},
-    IntegerCase{"MinusZero", "-0", 0},
-    IntegerCase{"Most", "9223372036854775807", 9223372036854775807},
-    IntegerCase{"MoreThanMost", "9223372036854775808", std::nullopt},
-    IntegerCase{"Least", "-9223372036854775808", -9223372036854775807 - 1},
-    IntegerCase{"LessThanLeast", "-9223372036854775809", std::nullopt},
-    IntegerCase{"WholeWithPoint", "1.0", 1},
-    IntegerCase{"LargerWholeWithPoint", "34.0", 34},
-    IntegerCase{"WholeWithExponent", "1e3", 1000},
-    IntegerCase{"WholeWithUppercaseExponent", "1E+3", 1000},
-    IntegerCase{"PointMovedByExponent", "1.5e1", 15},
-    IntegerCase{"ZerosTakenBackByExponent", "1500e-2", 15},
-    IntegerCase{"ZeroWithFraction", "0.000", 0},
-    IntegerCase{"ZeroWithExponent", "0e5", 0},
-    IntegerCase{"BeyondDoublePrecision", "9007199254740993.0", 9007199254740993},
-    IntegerCase{"MostWithExponent", "9.223372036854775807e18", 9223372036854775807},
-    IntegerCase{"MoreThanMostWithExponent", "9.223372036854775808e18", std::nullopt},
-    IntegerCase{"NegativeWithPoint", "-12.0", -12},
-    IntegerCase{"Fraction", "1.5", std::nullopt},
-    IntegerCase{"FractionByExponent", "1e-1", std::nullopt},
-    IntegerCase{"TooLargeByExponent", "1e19", std::nullopt}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Numbers, JsonIntegerTest,
+    testing::Values(IntegerCase{"Zero", "0", 0}, IntegerCase{"MinusZero", "-0", 0},
+                    IntegerCase{"Most", "9223372036854775807", 9223372036854775807},
+                    IntegerCase{"MoreThanMost", "9223372036854775808", std::nullopt},
+                    IntegerCase{"Least", "-9223372036854775808", -9223372036854775807 - 1},
+                    IntegerCase{"LessThanLeast", "-9223372036854775809", std::nullopt},
+                    IntegerCase{"WholeWithPoint", "1.0", 1}, IntegerCase{"LargerWholeWithPoint", "34.0", 34},
+                    IntegerCase{"WholeWithExponent", "1e3", 1000},
+                    IntegerCase{"WholeWithUppercaseExponent", "1E+3", 1000},
+                    IntegerCase{"PointMovedByExponent", "1.5e1", 15},
+                    IntegerCase{"ZerosTakenBackByExponent", "1500e-2", 15}, IntegerCase{"ZeroWithFraction", "0.000", 0},
+                    IntegerCase{"ZeroWithExponent", "0e5", 0},
+                    IntegerCase{"BeyondDoublePrecision", "9007199254740993.0", 9007199254740993},
+                    IntegerCase{"MostWithExponent", "9.223372036854775807e18", 9223372036854775807},
+                    IntegerCase{"MoreThanMostWithExponent", "9.223372036854775808e18", std::nullopt},
+                    IntegerCase{"NegativeWithPoint", "-12.0", -12}, IntegerCase{"Fraction", "1.5", std::nullopt},
+                    IntegerCase{"FractionByExponent", "1e-1", std::nullopt},
+                    IntegerCase{"TooLargeByExponent", "1e19", std::nullopt}),
+    [](const auto &info) { return info.param.name; });
 
 TEST(JsonDocumentTest, ReadsNumbersToTheNearestDouble)
 {

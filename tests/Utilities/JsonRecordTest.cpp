@@ -66,8 +66,7 @@ TEST(JsonWriterTest, EscapesWhatMustBeAndTheSlash)
 
 TEST(JsonWriterTest, WritesIdentitiesInUpperCase)
 {
-    EXPECT_EQ(written(QUuid(u"{6ba7b810-9dad-11d1-80b4-00c04fd430c8}"_qs)),
-              "\"6BA7B810-9DAD-11D1-80B4-00C04FD430C8\"");
+    EXPECT_EQ(written(QUuid(u"{6ba7b810-9dad-11d1-80b4-00c04fd430c8}"_qs)), "\"6BA7B810-9DAD-11D1-80B4-00C04FD430C8\"");
 }
 
 TEST(JsonWriterTest, WritesEnumerationsBooleansAndListsOfTexts)

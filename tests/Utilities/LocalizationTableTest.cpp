@@ -142,5 +142,6 @@ TEST_P(MalformedTextsTest, AreRefusedAsAWhole)
     EXPECT_FALSE(table.failure().detail.isEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Forms, MalformedTextsTest, testing::Values(
-    "", "[]", "{\"a\": {\"en\": \"tree\"}", "{\"a\": \"tree\"}", "{\"a\": {\"en\": 1}}", "{\"a\": {\"en\": null}}"));
+INSTANTIATE_TEST_SUITE_P(Forms, MalformedTextsTest,
+                         testing::Values("", "[]", "{\"a\": {\"en\": \"tree\"}", "{\"a\": \"tree\"}",
+                                         "{\"a\": {\"en\": 1}}", "{\"a\": {\"en\": null}}"));

@@ -49,18 +49,16 @@ TEST_P(DesktopLanguageTest, IsFollowedWhileTheChoiceIsSystem)
     EXPECT_EQ(localizer.effectiveLanguage(), GetParam().effective);
 }
 
-INSTANTIATE_TEST_SUITE_P(Codes, DesktopLanguageTest, testing::Values(
-    DesktopCase{"Spanish", "es", Language::Spanish},
-    DesktopCase{"MexicanSpanish", "es-MX", Language::Spanish},
-    DesktopCase{"MexicanSpanishOfTheEnvironment", "es_MX.UTF-8", Language::Spanish},
-    DesktopCase{"LatinAmericanSpanish", "es-419", Language::Spanish},
-    DesktopCase{"Russian", "ru", Language::Russian},
-    DesktopCase{"RussianOfUkraine", "ru-UA", Language::Russian},
-    DesktopCase{"BritishEnglish", "en-GB", Language::English},
-    DesktopCase{"German", "de-DE", Language::English},
-    DesktopCase{"NoLanguageOfTheEnvironment", "C", Language::English},
-    DesktopCase{"Empty", "", Language::English}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Codes, DesktopLanguageTest,
+    testing::Values(
+        DesktopCase{"Spanish", "es", Language::Spanish}, DesktopCase{"MexicanSpanish", "es-MX", Language::Spanish},
+        DesktopCase{"MexicanSpanishOfTheEnvironment", "es_MX.UTF-8", Language::Spanish},
+        DesktopCase{"LatinAmericanSpanish", "es-419", Language::Spanish},
+        DesktopCase{"Russian", "ru", Language::Russian}, DesktopCase{"RussianOfUkraine", "ru-UA", Language::Russian},
+        DesktopCase{"BritishEnglish", "en-GB", Language::English}, DesktopCase{"German", "de-DE", Language::English},
+        DesktopCase{"NoLanguageOfTheEnvironment", "C", Language::English}, DesktopCase{"Empty", "", Language::English}),
+    [](const auto &info) { return info.param.name; });
 
 TEST_F(LocalizerTest, ShowsSpanishOnAMexicanDesktopAndEnglishOnAGermanOne)
 {

@@ -34,8 +34,9 @@ TEST_P(ProtectedPathTest, IsRefusedWithAndWithoutTrailingSlashButNotWhatLiesInIt
     EXPECT_FALSE(isProtected(path + "/something"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Constants, ProtectedPathTest, testing::Values(
-    "/System", "/bin", "/sbin", "/usr", "/private", "/Library/Preferences", "/private/etc"));
+INSTANTIATE_TEST_SUITE_P(Constants, ProtectedPathTest,
+                         testing::Values("/System", "/bin", "/sbin", "/usr", "/private", "/Library/Preferences",
+                                         "/private/etc"));
 
 TEST(PathValidatorTest, RefusesTheRootAndTheSystemLibrary)
 {
@@ -87,8 +88,9 @@ TEST_P(ProtectedUserDirectoryTest, IsRefusedInThisHomeAlone)
     EXPECT_FALSE(isProtectedUserDirectory(QByteArray("/home/eve/") + GetParam()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, ProtectedUserDirectoryTest, testing::Values(
-    "Documents", "Desktop", "Downloads", "Pictures", "Movies", "Music", "Library"));
+INSTANTIATE_TEST_SUITE_P(Names, ProtectedUserDirectoryTest,
+                         testing::Values("Documents", "Desktop", "Downloads", "Pictures", "Movies", "Music",
+                                         "Library"));
 
 TEST(PathValidatorTest, CatchesTheShortPathOfTheConfigurationThroughItsTargetAlone)
 {

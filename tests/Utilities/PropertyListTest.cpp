@@ -250,39 +250,39 @@ TEST_P(XmlValueTest, IsReadOnlyWhenItIsSound)
     EXPECT_EQ(isAccepted(xmlWithValue(GetParam().value)), GetParam().isAccepted);
 }
 
-INSTANTIATE_TEST_SUITE_P(Values, XmlValueTest, testing::Values(
-    ValueCase{"Integer", "<integer> +5 </integer>", true},
-    ValueCase{"HexadecimalInteger", "<integer>0x1F</integer>", true},
-    ValueCase{"LargestInteger", "<integer>18446744073709551615</integer>", true},
-    ValueCase{"LeastInteger", "<integer>-9223372036854775808</integer>", true},
-    ValueCase{"TooLargeInteger", "<integer>18446744073709551616</integer>", false},
-    ValueCase{"TooSmallInteger", "<integer>-9223372036854775809</integer>", false},
-    ValueCase{"EmptyInteger", "<integer></integer>", false},
-    ValueCase{"WordForInteger", "<integer>one</integer>", false},
-    ValueCase{"Real", "<real>-1.5e3</real>", true},
-    ValueCase{"RealNan", "<real>nan</real>", true},
-    ValueCase{"RealInfinity", "<real>-infinity</real>", true},
-    ValueCase{"WordForReal", "<real>one</real>", false},
-    ValueCase{"Date", "<date>2024-01-02T03:04:05Z</date>", true},
-    ValueCase{"DateWithFraction", "<date>2024-01-02T03:04:05.5Z</date>", false},
-    ValueCase{"DateWithOffset", "<date>2024-01-02T03:04:05+01:00</date>", false},
-    ValueCase{"ImpossibleDate", "<date>2024-02-30T03:04:05Z</date>", false},
-    ValueCase{"Data", "<data>\n\tAAEC\n\tAw==\n</data>", true},
-    ValueCase{"NoBase64", "<data>!!</data>", false},
-    ValueCase{"TrueWithText", "<true>x</true>", false},
-    ValueCase{"Cdata", "<string>a<![CDATA[<b>]]></string>", true},
-    ValueCase{"CdataInArray", "<array><![CDATA[ ]]></array>", false},
-    ValueCase{"TextInArray", "<array>x</array>", false},
-    ValueCase{"Comment", "<array><!-- <array> --></array>", true},
-    ValueCase{"UnknownElement", "<set/>", false},
-    ValueCase{"KeyInArray", "<array><key>a</key></array>", false},
-    ValueCase{"ElementInText", "<string><true/></string>", false},
-    ValueCase{"Attribute", "<string lang=\"en\">a</string>", false},
-    ValueCase{"KnownEntity", "<string>&lt;&#233;</string>", true},
-    ValueCase{"UnknownEntity", "<string>&nbsp;</string>", false},
-    ValueCase{"ZeroCharacter", "<string>&#0;</string>", false},
-    ValueCase{"BrokenUtf8", "<string>\xC3</string>", false}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(Values, XmlValueTest,
+                         testing::Values(ValueCase{"Integer", "<integer> +5 </integer>", true},
+                                         ValueCase{"HexadecimalInteger", "<integer>0x1F</integer>", true},
+                                         ValueCase{"LargestInteger", "<integer>18446744073709551615</integer>", true},
+                                         ValueCase{"LeastInteger", "<integer>-9223372036854775808</integer>", true},
+                                         ValueCase{"TooLargeInteger", "<integer>18446744073709551616</integer>", false},
+                                         ValueCase{"TooSmallInteger", "<integer>-9223372036854775809</integer>", false},
+                                         ValueCase{"EmptyInteger", "<integer></integer>", false},
+                                         ValueCase{"WordForInteger", "<integer>one</integer>", false},
+                                         ValueCase{"Real", "<real>-1.5e3</real>", true},
+                                         ValueCase{"RealNan", "<real>nan</real>", true},
+                                         ValueCase{"RealInfinity", "<real>-infinity</real>", true},
+                                         ValueCase{"WordForReal", "<real>one</real>", false},
+                                         ValueCase{"Date", "<date>2024-01-02T03:04:05Z</date>", true},
+                                         ValueCase{"DateWithFraction", "<date>2024-01-02T03:04:05.5Z</date>", false},
+                                         ValueCase{"DateWithOffset", "<date>2024-01-02T03:04:05+01:00</date>", false},
+                                         ValueCase{"ImpossibleDate", "<date>2024-02-30T03:04:05Z</date>", false},
+                                         ValueCase{"Data", "<data>\n\tAAEC\n\tAw==\n</data>", true},
+                                         ValueCase{"NoBase64", "<data>!!</data>", false},
+                                         ValueCase{"TrueWithText", "<true>x</true>", false},
+                                         ValueCase{"Cdata", "<string>a<![CDATA[<b>]]></string>", true},
+                                         ValueCase{"CdataInArray", "<array><![CDATA[ ]]></array>", false},
+                                         ValueCase{"TextInArray", "<array>x</array>", false},
+                                         ValueCase{"Comment", "<array><!-- <array> --></array>", true},
+                                         ValueCase{"UnknownElement", "<set/>", false},
+                                         ValueCase{"KeyInArray", "<array><key>a</key></array>", false},
+                                         ValueCase{"ElementInText", "<string><true/></string>", false},
+                                         ValueCase{"Attribute", "<string lang=\"en\">a</string>", false},
+                                         ValueCase{"KnownEntity", "<string>&lt;&#233;</string>", true},
+                                         ValueCase{"UnknownEntity", "<string>&nbsp;</string>", false},
+                                         ValueCase{"ZeroCharacter", "<string>&#0;</string>", false},
+                                         ValueCase{"BrokenUtf8", "<string>\xC3</string>", false}),
+                         [](const auto &info) { return info.param.name; });
 
 struct ListCase
 {
@@ -302,48 +302,56 @@ TEST_P(RefusedPropertyListTest, IsMalformed)
     EXPECT_EQ(result.failure().kind, Failure::Kind::Malformed);
 }
 
-INSTANTIATE_TEST_SUITE_P(Lists, RefusedPropertyListTest, testing::Values(
-    ListCase{"Nothing", ""},
-    ListCase{"Rubbish", "rubbish"},
-    ListCase{"OldStyle", "{ a = 1; }"},
-    ListCase{"Json", "{\"a\":1}"},
-    ListCase{"ArrayAsRoot", xml("<array/>")},
-    ListCase{"TextAsRoot", xml("<string>a</string>")},
-    ListCase{"EmptyRoot", xml("")},
-    ListCase{"TwoRoots", xml("<dict/><dict/>")},
-    ListCase{"ListInList", xml("<plist><dict/></plist>")},
-    ListCase{"MissingEnd", header + "<dict/>"},
-    ListCase{"SomethingBehindTheEnd", xml("<dict/>") + "<dict/>"},
-    ListCase{"KeyWithoutValue", xml("<dict><key>a</key></dict>")},
-    ListCase{"ValueWithoutKey", xml("<dict><true/></dict>")},
-    ListCase{"OwnDefinitions", R"(<!DOCTYPE plist [<!ENTITY a "b">]><plist version="1.0"><dict/></plist>)"},
-    ListCase{"TooLarge", xmlWithValue("<string>" + QByteArray(16 * 1024 * 1024, 'a') + "</string>")},
-    ListCase{"BinaryHeaderAlone", "bplist00"},
-    ListCase{"BinaryArrayAsRoot", binary({"\xA0"})},
-    ListCase{"BinaryUnknownKind", binaryWithValue({"\x71"})},
-    ListCase{"BinaryNull", binaryWithValue({QByteArray("\0", 1)})},
-    ListCase{"BinarySet", binaryWithValue({"\xC0"})},
-    ListCase{"BinaryTextBeyondTheEnd", binaryWithValue({"\x5E" "a"})},
-    ListCase{"BinaryHugeCount", binaryWithValue({QByteArray("\x5F\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFF", 10)})},
-    ListCase{"BinaryHugeDictionary", binaryWithValue({QByteArray("\xDF\x13\x80\0\0\0\0\0\0\0", 10)})},
-    ListCase{"BinaryCountOfAnotherKind", binaryWithValue({"\x5F\x51" "a"})},
-    ListCase{"BinaryReferenceToNothing", binaryWithValue({"\xA1\x09"})},
-    ListCase{"BinaryArrayHoldingItself", binaryWithValue({"\xA1\x02"})},
-    ListCase{"BinaryRootInItself", binaryWithValue({QByteArray("\xA1\0", 2)})},
-    ListCase{"BinaryKeyThatIsNoText", binary({"\xD1\x01\x01", "\x09"})},
-    ListCase{"BinaryTextThatIsNotAscii", binaryWithValue({"\x51\xFF"})},
-    ListCase{"BinaryTextWithAZero", binaryWithValue({QByteArray("\x53" "a\0b", 4)})},
-    ListCase{"BinaryHalfASurrogatePair", binaryWithValue({"\x61\xD8\x3D"})},
-    ListCase{"BinaryKeyTwice", binary({"\xD2\x01\x02\x03\x03", "\x51k", QByteArray("\x61\0k", 3), "\x09"})},
-    ListCase{"BinaryWideReal", binaryWithValue({QByteArray("\x24", 1) + QByteArray(16, '\0')})}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Lists, RefusedPropertyListTest,
+    testing::Values(
+        ListCase{"Nothing", ""}, ListCase{"Rubbish", "rubbish"}, ListCase{"OldStyle", "{ a = 1; }"},
+        ListCase{"Json", "{\"a\":1}"}, ListCase{"ArrayAsRoot", xml("<array/>")},
+        ListCase{"TextAsRoot", xml("<string>a</string>")}, ListCase{"EmptyRoot", xml("")},
+        ListCase{"TwoRoots", xml("<dict/><dict/>")}, ListCase{"ListInList", xml("<plist><dict/></plist>")},
+        ListCase{"MissingEnd", header + "<dict/>"}, ListCase{"SomethingBehindTheEnd", xml("<dict/>") + "<dict/>"},
+        ListCase{"KeyWithoutValue", xml("<dict><key>a</key></dict>")},
+        ListCase{"ValueWithoutKey", xml("<dict><true/></dict>")},
+        ListCase{"OwnDefinitions", R"(<!DOCTYPE plist [<!ENTITY a "b">]><plist version="1.0"><dict/></plist>)"},
+        ListCase{"TooLarge", xmlWithValue("<string>" + QByteArray(16 * 1024 * 1024, 'a') + "</string>")},
+        ListCase{"BinaryHeaderAlone", "bplist00"}, ListCase{"BinaryArrayAsRoot", binary({"\xA0"})},
+        ListCase{"BinaryUnknownKind", binaryWithValue({"\x71"})},
+        ListCase{"BinaryNull", binaryWithValue({QByteArray("\0", 1)})},
+        ListCase{"BinarySet", binaryWithValue({"\xC0"})},
+        ListCase{"BinaryTextBeyondTheEnd",
+                 binaryWithValue({"\x5E"
+                                  "a"})},
+        ListCase{"BinaryHugeCount", binaryWithValue({QByteArray("\x5F\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFF", 10)})},
+        ListCase{"BinaryHugeDictionary", binaryWithValue({QByteArray("\xDF\x13\x80\0\0\0\0\0\0\0", 10)})},
+        ListCase{"BinaryCountOfAnotherKind",
+                 binaryWithValue({"\x5F\x51"
+                                  "a"})},
+        ListCase{"BinaryReferenceToNothing", binaryWithValue({"\xA1\x09"})},
+        ListCase{"BinaryArrayHoldingItself", binaryWithValue({"\xA1\x02"})},
+        ListCase{"BinaryRootInItself", binaryWithValue({QByteArray("\xA1\0", 2)})},
+        ListCase{"BinaryKeyThatIsNoText", binary({"\xD1\x01\x01", "\x09"})},
+        ListCase{"BinaryTextThatIsNotAscii", binaryWithValue({"\x51\xFF"})},
+        ListCase{"BinaryTextWithAZero",
+                 binaryWithValue({QByteArray("\x53"
+                                             "a\0b",
+                                             4)})},
+        ListCase{"BinaryHalfASurrogatePair", binaryWithValue({"\x61\xD8\x3D"})},
+        ListCase{"BinaryKeyTwice", binary({"\xD2\x01\x02\x03\x03", "\x51k", QByteArray("\x61\0k", 3), "\x09"})},
+        ListCase{"BinaryWideReal", binaryWithValue({QByteArray("\x24", 1) + QByteArray(16, '\0')})}),
+    [](const auto &info) { return info.param.name; });
 
 TEST(PropertyListTest, ReadsAHandMadeBinaryList)
 {
     EXPECT_EQ(read(binaryWithValue({"\x09"})).boolean(u"k"_qs), true);
-    EXPECT_EQ(read(binaryWithValue({"\x53" "abc"})).string(u"k"_qs), u"abc"_qs);
+    EXPECT_EQ(read(binaryWithValue({"\x53"
+                                    "abc"}))
+                  .string(u"k"_qs),
+              u"abc"_qs);
     EXPECT_EQ(read(binaryWithValue({"\x62\xD8\x3D\xDE\x01"})).string(u"k"_qs), u"😁"_qs);
-    EXPECT_EQ(read(binaryWithValue({"\xA2\x03\x03", "\x51" "a"})).stringArray(u"k"_qs),
+    EXPECT_EQ(read(binaryWithValue({"\xA2\x03\x03",
+                                    "\x51"
+                                    "a"}))
+                  .stringArray(u"k"_qs),
               (QStringList{u"a"_qs, u"a"_qs}));
 }
 

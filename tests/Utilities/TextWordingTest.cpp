@@ -102,8 +102,13 @@ TEST(TextWordingTest, WritesNoWordInTwoAlphabets)
 
 TEST(TextWordingTest, TranslatesToSpanishAllThatIsNotTheSameWord)
 {
-    const QSet<QString> sameWord = {u"settings.menuBar.mode.cpu"_qs, u"settings.menuBar.mode.ram"_qs, u"menu.cpu"_qs,
-                                    u"menu.ram"_qs, u"tools.error"_qs, u"common.error"_qs, u"common.bytes"_qs,
+    const QSet<QString> sameWord = {u"settings.menuBar.mode.cpu"_qs,
+                                    u"settings.menuBar.mode.ram"_qs,
+                                    u"menu.cpu"_qs,
+                                    u"menu.ram"_qs,
+                                    u"tools.error"_qs,
+                                    u"common.error"_qs,
+                                    u"common.bytes"_qs,
                                     u"promotion.name"_qs};
     for (const Wording &row : wordings())
         EXPECT_EQ(row.spanish == row.english, sameWord.contains(row.key)) << row.described();
@@ -112,8 +117,8 @@ TEST(TextWordingTest, TranslatesToSpanishAllThatIsNotTheSameWord)
 TEST(TextWordingTest, EndsEachLanguageInTheSameMark)
 {
     // The Spanish warning states; the Russian abbreviations carry their point.
-    const QSet<QString> apart = {u"tools.secureBlocked"_qs, u"cleanup.itemsCount"_qs, u"common.items"_qs,
-                                 u"largeFiles.filesCount"_qs};
+    const QSet<QString> apart
+        = {u"tools.secureBlocked"_qs, u"cleanup.itemsCount"_qs, u"common.items"_qs, u"largeFiles.filesCount"_qs};
     for (const Wording &row : wordings()) {
         if (apart.contains(row.key))
             continue;
@@ -177,23 +182,20 @@ TEST_P(TermTest, HasOneWordInEachLanguage)
     EXPECT_GE(found, 3);
 }
 
-INSTANTIATE_TEST_SUITE_P(Terms, TermTest, testing::Values(
-    Term{"Application", "\\bapp(lication)?s?\\b", "aplicaci|\\bapps?\\b", "приложени", {u"applications.scan"_qs}},
-    Term{"Browser", "browser", "navegador", "браузер"},
-    Term{"Cache", "cache", "caché", "кэш"},
-    Term{"Clean", "\\bclean", "limp", "очи[щс]", {u"developer.installed.keep"_qs}},
-    Term{"Drive", "\\bdrive\\b", "unidad", "диск", {u"settings.scanICloud"_qs}},
-    Term{"Driver", "\\bdrivers\\b", "controlador", "драйвер"},
-    Term{"Folder", "\\bfolders?\\b|director", "carpeta", "пап"},
-    Term{"History", "history", "historial", "истори"},
-    Term{"Leftover", "leftover|residual", "resto", "остат"},
-    Term{"Log", "\\blogs?\\b", "registro", "журнал"},
-    Term{"Overwrite", "overwrite", "sobrescri", "перезапис"},
-    Term{"Remove", "remov(?!able)|delet", "elimin", "удал"},
-    Term{"Scan", "\\bscan", "analiz|analic|análisis", "скан"},
-    Term{"Setting", "setting", "ajuste", "настро"},
-    Term{"Startup", "startup", "inicio", "автозагрузк", {u"disk.systemWarning"_qs}},
-    Term{"Traffic", "traffic", "tráfico", "трафик"},
-    Term{"Trash", "\\btrash\\b", "Papelera", "Корзин"},
-    Term{"Volume", "volume", "volumen|volúmenes", "том"}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Terms, TermTest,
+    testing::Values(
+        Term{"Application", "\\bapp(lication)?s?\\b", "aplicaci|\\bapps?\\b", "приложени", {u"applications.scan"_qs}},
+        Term{"Browser", "browser", "navegador", "браузер"}, Term{"Cache", "cache", "caché", "кэш"},
+        Term{"Clean", "\\bclean", "limp", "очи[щс]", {u"developer.installed.keep"_qs}},
+        Term{"Drive", "\\bdrive\\b", "unidad", "диск", {u"settings.scanICloud"_qs}},
+        Term{"Driver", "\\bdrivers\\b", "controlador", "драйвер"},
+        Term{"Folder", "\\bfolders?\\b|director", "carpeta", "пап"}, Term{"History", "history", "historial", "истори"},
+        Term{"Leftover", "leftover|residual", "resto", "остат"}, Term{"Log", "\\blogs?\\b", "registro", "журнал"},
+        Term{"Overwrite", "overwrite", "sobrescri", "перезапис"},
+        Term{"Remove", "remov(?!able)|delet", "elimin", "удал"},
+        Term{"Scan", "\\bscan", "analiz|analic|análisis", "скан"}, Term{"Setting", "setting", "ajuste", "настро"},
+        Term{"Startup", "startup", "inicio", "автозагрузк", {u"disk.systemWarning"_qs}},
+        Term{"Traffic", "traffic", "tráfico", "трафик"}, Term{"Trash", "\\btrash\\b", "Papelera", "Корзин"},
+        Term{"Volume", "volume", "volumen|volúmenes", "том"}),
+    [](const auto &info) { return info.param.name; });

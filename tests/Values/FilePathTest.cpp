@@ -20,17 +20,15 @@ TEST_P(StandardizedPathTest, TidiesTheTextAlone)
     EXPECT_EQ(FilePath(GetParam().path).standardized().bytes(), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Paths, StandardizedPathTest, testing::Values(
-    PathCase{"Dots", "/a//b/./c/", "/a/b/c"},
-    PathCase{"Parent", "/a/b/../c", "/a/c"},
-    PathCase{"AboveTheRoot", "/..", "/"},
-    PathCase{"BelowAboveTheRoot", "/../a", "/a"},
-    PathCase{"Relative", "foo/bar", "foo/bar"},
-    PathCase{"RelativeParent", "../a/../b", "../b"},
-    PathCase{"TrailingSlash", "/usr/", "/usr"},
-    PathCase{"Root", "/", "/"},
-    PathCase{"ManyRoots", "///", "/"}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(Paths, StandardizedPathTest,
+                         testing::Values(PathCase{"Dots", "/a//b/./c/", "/a/b/c"},
+                                         PathCase{"Parent", "/a/b/../c", "/a/c"}, PathCase{"AboveTheRoot", "/..", "/"},
+                                         PathCase{"BelowAboveTheRoot", "/../a", "/a"},
+                                         PathCase{"Relative", "foo/bar", "foo/bar"},
+                                         PathCase{"RelativeParent", "../a/../b", "../b"},
+                                         PathCase{"TrailingSlash", "/usr/", "/usr"}, PathCase{"Root", "/", "/"},
+                                         PathCase{"ManyRoots", "///", "/"}),
+                         [](const auto &info) { return info.param.name; });
 
 TEST(FilePathTest, TakesTheLastComponentWithoutTrailingSlash)
 {

@@ -1,6 +1,6 @@
+#include "ViewModels/HistoryViewModel.h"
 #include "Fakes/InstalledLocalizer.h"
 #include "Fakes/PretendMachine.h"
-#include "ViewModels/HistoryViewModel.h"
 
 #include <QSignalSpy>
 
@@ -27,10 +27,7 @@ protected:
         return log;
     }
 
-    QString text(HistoryListModel::Role role)
-    {
-        return model.logs()->data(model.logs()->index(0), role).toString();
-    }
+    QString text(HistoryListModel::Role role) { return model.logs()->data(model.logs()->index(0), role).toString(); }
 
     InstalledLocalizer localizer;
     PretendMachine machine;
@@ -118,24 +115,26 @@ TEST_P(StoredCategoryTest, IsShownUnderItsNameOnScreen)
               std::string("Categories affected: ") + GetParam().shown);
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, StoredCategoryTest, testing::Values(
-    CategoryCase{"UserCache", "User Cache", "User Cache"},
-    CategoryCase{"UserLogs", "User Logs", "User Logs"},
-    CategoryCase{"ContainerCache", "Container Cache", "Container Cache"},
-    CategoryCase{"TemporaryFiles", "Temporary Files", "Temporary Files"},
-    CategoryCase{"SystemCaches", "System Caches", "System Caches"},
-    CategoryCase{"MailDownloads", "Mail Downloads", "Mail Downloads"},
-    CategoryCase{"Xcode", "Xcode Build Caches", "Xcode build caches"},
-    CategoryCase{"XcodeSupport", "Xcode Device Support and Archives", "Xcode device support and archives"},
-    CategoryCase{"Code", "Visual Studio Code Caches", "Visual Studio Code caches"},
-    CategoryCase{"JetBrains", "Android Studio and JetBrains Caches", "Android Studio and JetBrains caches"},
-    CategoryCase{"Java", "Java Gradle and Maven Caches", "Java, Gradle and Maven caches"},
-    CategoryCase{"Languages", "Language and Package Manager Caches", "Language and package-manager caches"},
-    CategoryCase{"Android", "Android SDK Temporary Files", "Android SDK temporary files"},
-    CategoryCase{"Emulators", "Smartphone Simulators and System Images", "Smartphone simulators and system images"},
-    CategoryCase{"Media", "Media and Game Development Caches", "Media and game-development caches"},
-    CategoryCase{"Installed", "Installed Developer Tools and SDKs", "Installed developer tools, SDKs and runtimes"}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Names, StoredCategoryTest,
+    testing::Values(
+        CategoryCase{"UserCache", "User Cache", "User Cache"}, CategoryCase{"UserLogs", "User Logs", "User Logs"},
+        CategoryCase{"ContainerCache", "Container Cache", "Container Cache"},
+        CategoryCase{"TemporaryFiles", "Temporary Files", "Temporary Files"},
+        CategoryCase{"SystemCaches", "System Caches", "System Caches"},
+        CategoryCase{"MailDownloads", "Mail Downloads", "Mail Downloads"},
+        CategoryCase{"Xcode", "Xcode Build Caches", "Xcode build caches"},
+        CategoryCase{"XcodeSupport", "Xcode Device Support and Archives", "Xcode device support and archives"},
+        CategoryCase{"Code", "Visual Studio Code Caches", "Visual Studio Code caches"},
+        CategoryCase{"JetBrains", "Android Studio and JetBrains Caches", "Android Studio and JetBrains caches"},
+        CategoryCase{"Java", "Java Gradle and Maven Caches", "Java, Gradle and Maven caches"},
+        CategoryCase{"Languages", "Language and Package Manager Caches", "Language and package-manager caches"},
+        CategoryCase{"Android", "Android SDK Temporary Files", "Android SDK temporary files"},
+        CategoryCase{"Emulators", "Smartphone Simulators and System Images", "Smartphone simulators and system images"},
+        CategoryCase{"Media", "Media and Game Development Caches", "Media and game-development caches"},
+        CategoryCase{"Installed", "Installed Developer Tools and SDKs",
+                     "Installed developer tools, SDKs and runtimes"}),
+    [](const auto &info) { return info.param.name; });
 
 TEST_F(HistoryViewModelTest, OpensARowAndKeepsItOpenOverALoad)
 {
@@ -188,8 +187,7 @@ TEST_F(HistoryViewModelTest, WritesTheExportWhereThePanelSays)
 
     model.save(QUrl::fromLocalFile(u"/home/ada/Documents/out.csv"_qs));
 
-    EXPECT_EQ(machine.files->contentsOfFile(target).valueOr({}),
-              history.exportJSON(model.logs()->logs()).toUtf8());
+    EXPECT_EQ(machine.files->contentsOfFile(target).valueOr({}), history.exportJSON(model.logs()->logs()).toUtf8());
 }
 
 TEST_F(HistoryViewModelTest, WritesTheLinesOfTheCsv)
@@ -257,5 +255,5 @@ TEST_P(RefusedExportTest, PrintsALineAndNothingElse)
     EXPECT_THAT(testing::internal::GetCapturedStdout(), testing::StartsWith("Failed to write history file: "));
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, RefusedExportTest, testing::Values(
-    Failure::Kind::NoPermission, Failure::Kind::NoSpace, Failure::Kind::ReadOnly));
+INSTANTIATE_TEST_SUITE_P(Kinds, RefusedExportTest,
+                         testing::Values(Failure::Kind::NoPermission, Failure::Kind::NoSpace, Failure::Kind::ReadOnly));

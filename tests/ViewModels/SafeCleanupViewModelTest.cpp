@@ -1,8 +1,8 @@
-#include "App/AppState.h"
-#include "Fakes/InstalledLocalizer.h"
-#include "Fakes/Gate.h"
-#include "Fakes/PretendMachine.h"
 #include "ViewModels/SafeCleanupViewModel.h"
+#include "App/AppState.h"
+#include "Fakes/Gate.h"
+#include "Fakes/InstalledLocalizer.h"
+#include "Fakes/PretendMachine.h"
 #include "ViewModels/UnfinishedRuns.h"
 
 #include <QCoro/QCoroCore>
@@ -250,9 +250,8 @@ TEST_F(SafeCleanupViewModelTest, KeepsTheOverlayOfALaterRunWhenAnEarlierOneEnds)
     const Gate firstGate;
     const Gate secondGate;
     const auto arrivals = std::make_shared<std::atomic<int>>(0);
-    machine.files->onRemoval([firstGate, secondGate, arrivals](const FilePath &) {
-        (++*arrivals == 1 ? firstGate : secondGate).wait();
-    });
+    machine.files->onRemoval(
+        [firstGate, secondGate, arrivals](const FilePath &) { (++*arrivals == 1 ? firstGate : secondGate).wait(); });
     const auto first = model->clean();
     ASSERT_TRUE(QTest::qWaitFor([&] { return *arrivals == 1; }));
     model->cancel();

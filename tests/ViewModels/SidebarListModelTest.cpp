@@ -1,5 +1,5 @@
-#include "Fakes/InstalledLocalizer.h"
 #include "ViewModels/SidebarListModel.h"
+#include "Fakes/InstalledLocalizer.h"
 
 #include <QSignalSpy>
 

@@ -37,12 +37,13 @@ TEST_P(RiskBadgeTest, DerivesItsLooksFromTheLevel)
     EXPECT_NEAR(ground.alphaF(), 0.15, 0.003);
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, RiskBadgeTest, testing::Values(
-    RiskCase{"Safe", "checkmark.shield", "common.safe", "greenText"},
-    RiskCase{"Medium", "exclamationmark.triangle", "common.medium", "orangeText"},
-    RiskCase{"High", "xmark.octagon", "common.high", "redText"},
-    RiskCase{"Dangerous", "bolt.trianglebadge.exclamationmark", "common.dangerous", "purpleText"}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(Levels, RiskBadgeTest,
+                         testing::Values(RiskCase{"Safe", "checkmark.shield", "common.safe", "greenText"},
+                                         RiskCase{"Medium", "exclamationmark.triangle", "common.medium", "orangeText"},
+                                         RiskCase{"High", "xmark.octagon", "common.high", "redText"},
+                                         RiskCase{"Dangerous", "bolt.trianglebadge.exclamationmark", "common.dangerous",
+                                                  "purpleText"}),
+                         [](const auto &info) { return info.param.name; });
 
 TEST_F(ComponentsTest, RiskBadgeShrinksItsWordTo78PercentBeforeItCutsIt)
 {
@@ -70,7 +71,8 @@ TEST_F(ComponentsTest, RiskBadgeFollowsAChangeOfLanguage)
 
 TEST_F(ComponentsTest, ProgressOverlayIsCancelledByEscapeAndByItsButtonAndStays)
 {
-    show("ProgressOverlay { objectName: 'overlay'; title: 'Scanning'; message: 'a'; onCancelled: window.note('cancelled') }");
+    show("ProgressOverlay { objectName: 'overlay'; title: 'Scanning'; message: 'a'; onCancelled: "
+         "window.note('cancelled') }");
 
     press(Qt::Key_Escape);
     EXPECT_EQ(log().size(), 1);
@@ -226,7 +228,8 @@ TEST_F(ComponentsTest, AlertIsConfirmedByItsRightButtonAndDismissedByEscape)
     show("AlertDialog { objectName: 'alert'; visible: true; destructive: true; title: 'Sure?'; message: 'No way back'; "
          "cancelText: 'Cancel'; confirmText: 'Erase'; onConfirmed: window.note('confirmed'); "
          "onDismissed: window.note('dismissed') }");
-    ASSERT_TRUE(QTest::qWaitFor([this] { return focused() && focused()->property("text").toString() == u"Cancel"_qs; }));
+    ASSERT_TRUE(
+        QTest::qWaitFor([this] { return focused() && focused()->property("text").toString() == u"Cancel"_qs; }));
 
     press(Qt::Key_Escape);
     tab();
@@ -239,7 +242,8 @@ TEST_F(ComponentsTest, AlertIsConfirmedByItsRightButtonAndDismissedByEscape)
 
 TEST_F(ComponentsTest, AlertPutsItsButtonsInAColumnWhenTheirTextsAreLong)
 {
-    show("AlertDialog { objectName: 'alert'; visible: true; title: 'Sure?'; cancelText: 'Leave everything as it is now'; "
+    show("AlertDialog { objectName: 'alert'; visible: true; title: 'Sure?'; cancelText: 'Leave everything as it is "
+         "now'; "
          "confirmText: 'Erase everything on this drive' }");
 
     QObject *alert = m_view->rootObject()->findChild<QObject *>(u"alert"_qs);
@@ -250,8 +254,8 @@ TEST_F(ComponentsTest, ButtonBarBecomesAColumnWhenItIsTooNarrow)
 {
     const QByteArray buttons = "ActionButton { text: 'Select All' } ActionButton { text: 'Deselect All' } "
                                "trailing: ActionButton { text: 'Clean'; kind: ActionButton.Primary } }\n";
-    show("ButtonBar { objectName: 'wide'; width: 600; " + buttons + "ButtonBar { objectName: 'narrow'; y: 200; width: 300; "
-         + buttons);
+    show("ButtonBar { objectName: 'wide'; width: 600; " + buttons
+         + "ButtonBar { objectName: 'narrow'; y: 200; width: 300; " + buttons);
 
     EXPECT_EQ(item(u"wide"_qs)->implicitHeight(), 64);
     EXPECT_GT(item(u"narrow"_qs)->implicitHeight(), 90);
@@ -272,20 +276,21 @@ TEST_F(ComponentsTest, WindowButtonsAreNamedAndActOnTheWindow)
 {
     show("WindowButtons { objectName: 'buttons' }");
     const auto buttons = item(u"buttons"_qs)->childItems();
-    const auto nameOf = [](QQuickItem *button) {
-        return QAccessible::queryAccessibleInterface(button)->text(QAccessible::Name);
-    };
+    const auto nameOf
+        = [](QQuickItem *button) { return QAccessible::queryAccessibleInterface(button)->text(QAccessible::Name); };
     EXPECT_EQ(nameOf(buttons.at(0)), m_localizer.localized(u"control.minimize"_qs));
     EXPECT_EQ(nameOf(buttons.at(1)), m_localizer.localized(u"control.maximize"_qs));
     EXPECT_EQ(nameOf(buttons.at(2)), u"Close window"_qs);
 
-    QAccessible::queryAccessibleInterface(buttons.at(1))->actionInterface()->doAction(
-        QAccessibleActionInterface::pressAction());
+    QAccessible::queryAccessibleInterface(buttons.at(1))
+        ->actionInterface()
+        ->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_TRUE(QTest::qWaitFor([this] { return m_view->visibility() == QWindow::Maximized; }));
     EXPECT_EQ(nameOf(buttons.at(1)), m_localizer.localized(u"control.restore"_qs));
 
-    QAccessible::queryAccessibleInterface(buttons.at(2))->actionInterface()->doAction(
-        QAccessibleActionInterface::pressAction());
+    QAccessible::queryAccessibleInterface(buttons.at(2))
+        ->actionInterface()
+        ->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_TRUE(QTest::qWaitFor([this] { return !m_view->isVisible(); }));
 }
 

@@ -18,10 +18,12 @@ const PressableCase pressables[] = {
     {"ActionButton", "ActionButton { objectName: 'control'; text: 'Do it'; onClicked: window.note('pressed') }",
      QAccessible::Button},
     {"PrimaryButton",
-     "ActionButton { objectName: 'control'; kind: ActionButton.Primary; text: 'Do it'; onClicked: window.note('pressed') }",
+     "ActionButton { objectName: 'control'; kind: ActionButton.Primary; text: 'Do it'; onClicked: "
+     "window.note('pressed') }",
      QAccessible::Button},
     {"IconButton",
-     "IconButton { objectName: 'control'; symbol: 'close'; accessibleName: 'Do it'; onClicked: window.note('pressed') }",
+     "IconButton { objectName: 'control'; symbol: 'close'; accessibleName: 'Do it'; onClicked: window.note('pressed') "
+     "}",
      QAccessible::Button},
     {"Toggle", "Toggle { objectName: 'control'; accessibleName: 'Do it'; onSwitched: on => window.note('pressed') }",
      QAccessible::CheckBox},
@@ -39,7 +41,8 @@ const PressableCase pressables[] = {
      "ListRow { objectName: 'control'; width: 300; accessibleName: 'Do it'; onClicked: window.note('pressed') }",
      QAccessible::ListItem},
     {"SortableTableHeader",
-     "TableHeader { objectName: 'control'; width: 90; sortable: true; text: 'Do it'; onClicked: window.note('pressed') }",
+     "TableHeader { objectName: 'control'; width: 90; sortable: true; text: 'Do it'; onClicked: window.note('pressed') "
+     "}",
      QAccessible::Button},
 };
 
@@ -152,7 +155,8 @@ TEST_F(ControlsTest, ToggleIsSwitchedOnceByTheToggleActionOfAssistiveTools)
 
 TEST_F(ControlsTest, SegmentedPickerMovesByArrowsWithinItsEnds)
 {
-    show("SegmentedPicker { id: picker; model: ['One', 'Two', 'Three']; onPicked: index => { picker.currentIndex = index; "
+    show("SegmentedPicker { id: picker; model: ['One', 'Two', 'Three']; onPicked: index => { picker.currentIndex = "
+         "index; "
          "window.note(index) } }");
 
     tab();
@@ -164,7 +168,8 @@ TEST_F(ControlsTest, SegmentedPickerMovesByArrowsWithinItsEnds)
 
 TEST_F(ControlsTest, SegmentedPickerIsSetByAClickAndByAssistiveToolsAsRadioButtons)
 {
-    show("SegmentedPicker { objectName: 'picker'; model: ['One', 'Two', 'Three']; onPicked: index => window.note(index) }");
+    show("SegmentedPicker { objectName: 'picker'; model: ['One', 'Two', 'Three']; onPicked: index => "
+         "window.note(index) }");
     const auto middleOfTheLast = QPoint(static_cast<int>(item(u"picker"_qs)->width()) - 20, 16);
 
     QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, middleOfTheLast);
@@ -208,9 +213,8 @@ TEST_F(ControlsTest, MenuPickerOpensByThePressOfAssistiveTools)
 
     accessible(u"picker"_qs)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
 
-    EXPECT_TRUE(QTest::qWaitFor([this] {
-        return item(u"picker"_qs)->property("popup").value<QObject *>()->property("visible").toBool();
-    }));
+    EXPECT_TRUE(QTest::qWaitFor(
+        [this] { return item(u"picker"_qs)->property("popup").value<QObject *>()->property("visible").toBool(); }));
 }
 
 TEST_F(ControlsTest, MenuButtonOpensItsMenuWhoseItemIsTriggeredByEnter)

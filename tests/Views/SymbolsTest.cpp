@@ -71,19 +71,21 @@ TEST_P(SymbolFileTest, IsThereAndReadsAt16Pixels)
     EXPECT_GT(inkedPixels(render(name + u"?color=000000"_qs, 16)), 8);
 }
 
-INSTANTIATE_TEST_SUITE_P(NamedByRecordsMenusAndScreens, SymbolFileTest, testing::Values(
-    "app", "app.gift", "apple.logo", "archivebox", "archivebox.fill", "arrow.down.circle", "arrow.up.circle",
-    "bolt.fill", "bolt.trianglebadge.exclamationmark", "brain.head.profile", "checkmark.circle.fill",
-    "checkmark.shield", "checkmark.shield.fill", "checkmark.square", "chevron.down",
-    "chevron.left.forwardslash.chevron.right", "chevron.up", "circle.dotted", "clock", "clock.arrow.circlepath", "cpu",
-    "cup.and.saucer.fill", "doc", "doc.text", "doc.text.magnifyingglass", "doc.zipper", "envelope.open",
-    "exclamationmark.triangle", "exclamationmark.triangle.fill", "externaldrive", "film", "film.stack.fill", "folder",
-    "folder.badge.gearshape", "gauge.medium", "gauge.with.dots.needle.67percent", "gear", "gearshape", "globe",
-    "hammer", "hammer.fill", "hand.raised.fill", "info.circle", "internaldrive", "iphone.gen3", "leaf.circle.fill",
-    "lock", "memorychip", "photo", "play.circle.fill", "play.rectangle.fill", "power", "shippingbox",
-    "shippingbox.fill", "square.grid.2x2", "terminal", "terminal.fill", "trash.fill", "tray.and.arrow.down",
-    "tray.and.arrow.up", "waveform", "wifi", "wifi.slash", "wrench.adjustable.fill", "wrench.and.screwdriver",
-    "xmark.octagon"));
+INSTANTIATE_TEST_SUITE_P(
+    NamedByRecordsMenusAndScreens, SymbolFileTest,
+    testing::Values("app", "app.gift", "apple.logo", "archivebox", "archivebox.fill", "arrow.down.circle",
+                    "arrow.up.circle", "bolt.fill", "bolt.trianglebadge.exclamationmark", "brain.head.profile",
+                    "checkmark.circle.fill", "checkmark.shield", "checkmark.shield.fill", "checkmark.square",
+                    "chevron.down", "chevron.left.forwardslash.chevron.right", "chevron.up", "circle.dotted", "clock",
+                    "clock.arrow.circlepath", "cpu", "cup.and.saucer.fill", "doc", "doc.text",
+                    "doc.text.magnifyingglass", "doc.zipper", "envelope.open", "exclamationmark.triangle",
+                    "exclamationmark.triangle.fill", "externaldrive", "film", "film.stack.fill", "folder",
+                    "folder.badge.gearshape", "gauge.medium", "gauge.with.dots.needle.67percent", "gear", "gearshape",
+                    "globe", "hammer", "hammer.fill", "hand.raised.fill", "info.circle", "internaldrive", "iphone.gen3",
+                    "leaf.circle.fill", "lock", "memorychip", "photo", "play.circle.fill", "play.rectangle.fill",
+                    "power", "shippingbox", "shippingbox.fill", "square.grid.2x2", "terminal", "terminal.fill",
+                    "trash.fill", "tray.and.arrow.down", "tray.and.arrow.up", "waveform", "wifi", "wifi.slash",
+                    "wrench.adjustable.fill", "wrench.and.screwdriver", "xmark.octagon"));
 
 TEST(SymbolsTest, EveryDrawingLeavesInkAt16Pixels)
 {
@@ -94,8 +96,9 @@ TEST(SymbolsTest, EveryDrawingLeavesInkAt16Pixels)
 
 TEST(SymbolsTest, EveryNameThatTheViewsUseHasADrawing)
 {
-    const QStringList named = namedIn("/src/Views", u"*.qml"_qs,
-                                      u"(?i)(?:symbol(?:Name)?|icon(?:Name)?|\\bname): [^\\n]*\"[^\\n]*(?:\\n *\\?[^\\n]*)*"_qs);
+    const QStringList named
+        = namedIn("/src/Views", u"*.qml"_qs,
+                  u"(?i)(?:symbol(?:Name)?|icon(?:Name)?|\\bname): [^\\n]*\"[^\\n]*(?:\\n *\\?[^\\n]*)*"_qs);
 
     EXPECT_TRUE(named.contains(u"search"_qs));
     for (const QString &name : named) {

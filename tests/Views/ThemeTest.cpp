@@ -94,7 +94,8 @@ TEST_P(ContrastTest, IsEnoughInBothThemes)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Pairs, ContrastTest, testing::ValuesIn(pairs), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(Pairs, ContrastTest, testing::ValuesIn(pairs),
+                         [](const auto &info) { return info.param.name; });
 
 class ThemeTest : public ViewsFixture
 {

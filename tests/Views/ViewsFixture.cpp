@@ -65,7 +65,8 @@ void ViewsFixture::show(const QByteArray &body, const QSize &size)
     });
     auto *component = new QQmlComponent(&engine, m_view.get());
     component->setData("import QtQuick\nimport Quillmere\nItem { id: window; objectName: \"window\"\n"
-                       "readonly property QtObject theme: Theme\nproperty var log: []\nfunction note(text) { log = log.concat([String(text)]); }\n"
+                       "readonly property QtObject theme: Theme\nproperty var log: []\nfunction note(text) { log = "
+                       "log.concat([String(text)]); }\n"
                            + body + "\n}",
                        QUrl());
     QObject *root = component->create();

@@ -64,8 +64,7 @@ private:
     bool named(const Make &make)
     {
         for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-            const QByteArray name
-                = ".quillmere-" + QByteArray::number(QRandomGenerator::global()->generate64(), 36);
+            const QByteArray name = ".quillmere-" + QByteArray::number(QRandomGenerator::global()->generate64(), 36);
             if (make(name)) {
                 m_name = name;
                 return true;

@@ -14,8 +14,8 @@ public:
     [[nodiscard]] bool isEmpty() const { return m_next == m_names.size(); }
     [[nodiscard]] size_t byteCount() const { return m_names.size() - m_next; }
 
-    /// The first name, which is no longer in the list afterwards. Only when there is one. The text stands until the list
-    /// is changed in another way.
+    /// The first name, which is no longer in the list afterwards. Only when there is one. The text stands until the
+    /// list is changed in another way.
     [[nodiscard]] const char *takeFirst();
     /// The names behind the middle; none of a list of one.
     [[nodiscard]] NameList takeLaterHalf();

@@ -9,8 +9,9 @@
 
 namespace Quillmere {
 
-/// Measures a tree when the process has no descriptor left: in a thread that has a table of descriptors of its own, with
-/// two folders open at a time. Slower, since a folder is opened again to go on with it, but nothing of the tree is lost.
+/// Measures a tree when the process has no descriptor left: in a thread that has a table of descriptors of its own,
+/// with two folders open at a time. Slower, since a folder is opened again to go on with it, but nothing of the tree is
+/// lost.
 class ScarceWalk
 {
 public:

@@ -34,7 +34,7 @@ private:
     bool m_isOwnerWaiting = false;
     bool m_waitsForDisk = false;
     int m_helpers = 0; ///< Threads of the pool that are at work on this walk.
-    TreeSize m_sum;    ///< Of the helpers that have finished their job.
+    TreeSize m_sum; ///< Of the helpers that have finished their job.
 };
 
 } // namespace Quillmere

@@ -11,8 +11,8 @@ namespace Quillmere {
 struct WalkFrame
 {
     std::shared_ptr<const FileDescriptor> folder; ///< Shared with whoever was given some of its names.
-    NameList subfolders;                          ///< Still to be entered.
-    bool isUnread = false;                        ///< More entries may follow those that were read.
+    NameList subfolders; ///< Still to be entered.
+    bool isUnread = false; ///< More entries may follow those that were read.
 
     [[nodiscard]] bool isDone() const { return subfolders.isEmpty() && !isUnread; }
 };

@@ -49,8 +49,8 @@ WalkPool::~WalkPool()
 WalkPool &WalkPool::shared()
 {
     // Never destroyed: a walk may still be going on in another thread while the program ends.
-    static WalkPool *const pool = new WalkPool(helpersForThisMachine(threadsPerCore),
-                                               helpersForThisMachine(threadsPerCoreOnDisk));
+    static WalkPool *const pool
+        = new WalkPool(helpersForThisMachine(threadsPerCore), helpersForThisMachine(threadsPerCoreOnDisk));
     return *pool;
 }
 
@@ -86,7 +86,8 @@ std::optional<WalkJob> WalkPool::next(Walk &walk)
 {
     std::unique_lock lock(m_mutex);
     for (;;) {
-        const auto job = std::find_if(m_jobs.begin(), m_jobs.end(), [&](const WalkJob &each) { return each.walk == &walk; });
+        const auto job
+            = std::find_if(m_jobs.begin(), m_jobs.end(), [&](const WalkJob &each) { return each.walk == &walk; });
         if (job != m_jobs.end()) {
             WalkJob taken = std::move(*job);
             m_jobs.erase(job);
@@ -167,7 +168,8 @@ void WalkPool::addThread()
 
 int WalkPool::mostHelpers() const
 {
-    const bool isOnDisk = std::any_of(m_walks.begin(), m_walks.end(), [](const Walk *walk) { return walk->m_waitsForDisk; });
+    const bool isOnDisk
+        = std::any_of(m_walks.begin(), m_walks.end(), [](const Walk *walk) { return walk->m_waitsForDisk; });
     return isOnDisk ? m_helpersOnDisk : m_helpers;
 }
 

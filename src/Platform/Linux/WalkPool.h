@@ -54,7 +54,7 @@ private:
     std::deque<WalkJob> m_jobs;
     std::vector<Walk *> m_walks;
     std::vector<std::thread> m_threads;
-    int m_busy = 0;    ///< Helpers at work.
+    int m_busy = 0; ///< Helpers at work.
     int m_waiting = 0; ///< Helpers asleep.
     bool m_isEnding = false;
 };

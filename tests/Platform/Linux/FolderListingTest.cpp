@@ -119,8 +119,6 @@ TEST(FolderListingTest, TellsMissingFromUnreadable)
     for (const char *name : {"missing", "file", "file/below", "pipe", "dangling", "loop"})
         EXPECT_EQ(kindOfFailure(tree.path(name)), Failure::Kind::NotFound) << name;
     EXPECT_EQ(kindOfFailure(FilePath()), Failure::Kind::NotFound);
-    withoutOverridingModes([&] {
-        EXPECT_EQ(kindOfFailure(tree.path("locked")), Failure::Kind::NoPermission);
-    });
+    withoutOverridingModes([&] { EXPECT_EQ(kindOfFailure(tree.path("locked")), Failure::Kind::NoPermission); });
     EXPECT_EQ(contentsOfDirectory(tree.path("missing"), HiddenFiles::Include).failure().path, tree.path("missing"));
 }

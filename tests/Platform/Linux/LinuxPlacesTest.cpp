@@ -67,7 +67,7 @@ TEST(LinuxPlacesTest, TakesTheCacheFolderFromTheEnvironment)
 {
     World world;
     world.variables["XDG_CACHE_HOME"] = "/data/cache/";
-    EXPECT_THAT(world.caches(), ElementsAre(row("/home/ada/.cache")));
+    EXPECT_THAT(world.caches(), ElementsAre(row("/data/cache")));
 }
 
 TEST(LinuxPlacesTest, PassesOverAnEmptyOrRelativeCacheFolder)

@@ -18,8 +18,8 @@ using namespace Quillmere;
 namespace {
 
 constexpr auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
-constexpr auto readableByAll = QFile::ReadOwner | QFile::ExeOwner | QFile::ReadGroup | QFile::ExeGroup
-    | QFile::ReadOther | QFile::ExeOther;
+constexpr auto readableByAll
+    = QFile::ReadOwner | QFile::ExeOwner | QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
 
 const QString key = u"key"_qs;
 
@@ -150,32 +150,33 @@ TEST_P(StoredValueTest, IsReadAsABooleanAndAsAText)
     EXPECT_EQ(defaults.string(key), GetParam().string);
 }
 
-INSTANTIATE_TEST_SUITE_P(Values, StoredValueTest, testing::Values(
-    ConversionCase{"True", "<true/>", true, u"1"_qs},
-    ConversionCase{"False", "<false/>", false, u"0"_qs},
-    ConversionCase{"Zero", "<integer>0</integer>", false, u"0"_qs},
-    ConversionCase{"Integer", "<integer>-7</integer>", true, u"-7"_qs},
-    ConversionCase{"ZeroReal", "<real>0.0</real>", false, u"0"_qs},
-    ConversionCase{"Real", "<real>0.5</real>", true, u"0.5"_qs},
-    ConversionCase{"Data", "<data>MQ==</data>", false, std::nullopt},
-    ConversionCase{"Array", "<array><string>1</string></array>", false, std::nullopt},
-    ConversionCase{"Date", "<date>2024-01-02T03:04:05Z</date>", false, std::nullopt},
-    ConversionCase{"Dictionary", "<dict/>", false, std::nullopt},
-    ConversionCase{"Yes", "<string>YES</string>", true, u"YES"_qs},
-    ConversionCase{"One", "<string>1</string>", true, u"1"_qs},
-    ConversionCase{"SmallTrue", "<string>true</string>", true, u"true"_qs},
-    ConversionCase{"SmallYes", "<string>yes</string>", true, u"yes"_qs},
-    ConversionCase{"LetterY", "<string>Y</string>", true, u"Y"_qs},
-    ConversionCase{"LetterT", "<string>t</string>", true, u"t"_qs},
-    ConversionCase{"BlankAndSeven", "<string> 7x</string>", true, u" 7x"_qs},
-    ConversionCase{"SignAndZeros", "<string>-007</string>", true, u"-007"_qs},
-    ConversionCase{"No", "<string>NO</string>", false, u"NO"_qs},
-    ConversionCase{"TextZero", "<string>0</string>", false, u"0"_qs},
-    ConversionCase{"Off", "<string>off</string>", false, u"off"_qs},
-    ConversionCase{"EmptyText", "<string></string>", false, QString()},
-    ConversionCase{"BlanksAlone", "<string>  </string>", false, u"  "_qs},
-    ConversionCase{"ZeroAndLetter", "<string>0x1</string>", false, u"0x1"_qs}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Values, StoredValueTest,
+    testing::Values(ConversionCase{"True", "<true/>", true, u"1"_qs},
+                    ConversionCase{"False", "<false/>", false, u"0"_qs},
+                    ConversionCase{"Zero", "<integer>0</integer>", false, u"0"_qs},
+                    ConversionCase{"Integer", "<integer>-7</integer>", true, u"-7"_qs},
+                    ConversionCase{"ZeroReal", "<real>0.0</real>", false, u"0"_qs},
+                    ConversionCase{"Real", "<real>0.5</real>", true, u"0.5"_qs},
+                    ConversionCase{"Data", "<data>MQ==</data>", false, std::nullopt},
+                    ConversionCase{"Array", "<array><string>1</string></array>", false, std::nullopt},
+                    ConversionCase{"Date", "<date>2024-01-02T03:04:05Z</date>", false, std::nullopt},
+                    ConversionCase{"Dictionary", "<dict/>", false, std::nullopt},
+                    ConversionCase{"Yes", "<string>YES</string>", true, u"YES"_qs},
+                    ConversionCase{"One", "<string>1</string>", true, u"1"_qs},
+                    ConversionCase{"SmallTrue", "<string>true</string>", true, u"true"_qs},
+                    ConversionCase{"SmallYes", "<string>yes</string>", true, u"yes"_qs},
+                    ConversionCase{"LetterY", "<string>Y</string>", true, u"Y"_qs},
+                    ConversionCase{"LetterT", "<string>t</string>", true, u"t"_qs},
+                    ConversionCase{"BlankAndSeven", "<string> 7x</string>", true, u" 7x"_qs},
+                    ConversionCase{"SignAndZeros", "<string>-007</string>", true, u"-007"_qs},
+                    ConversionCase{"No", "<string>NO</string>", false, u"NO"_qs},
+                    ConversionCase{"TextZero", "<string>0</string>", false, u"0"_qs},
+                    ConversionCase{"Off", "<string>off</string>", false, u"off"_qs},
+                    ConversionCase{"EmptyText", "<string></string>", false, QString()},
+                    ConversionCase{"BlanksAlone", "<string>  </string>", false, u"  "_qs},
+                    ConversionCase{"ZeroAndLetter", "<string>0x1</string>", false, u"0x1"_qs}),
+    [](const auto &info) { return info.param.name; });
 
 TEST_F(LinuxUserDefaultsTest, GivesDataAndArraysOnlyWhereTheyWereStoredAsSuch)
 {

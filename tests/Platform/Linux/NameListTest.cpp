@@ -28,7 +28,8 @@ std::vector<std::string> takeAll(NameList list)
 
 TEST(NameListTest, GivesNamesBackInTheirOrder)
 {
-    EXPECT_EQ(takeAll(listOf({"b", "a", "a name", "\xff\n"})), (std::vector<std::string>{"b", "a", "a name", "\xff\n"}));
+    EXPECT_EQ(takeAll(listOf({"b", "a", "a name", "\xff\n"})),
+              (std::vector<std::string>{"b", "a", "a name", "\xff\n"}));
     EXPECT_TRUE(NameList().isEmpty());
 }
 

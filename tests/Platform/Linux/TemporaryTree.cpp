@@ -91,7 +91,8 @@ void TemporaryTree::addBush(const QByteArray &relative, int depth, int width, in
 TreeSize sizeByFind(const FilePath &folder)
 {
     QProcess find;
-    find.start(u"find"_qs, {QFile::decodeName(folder.bytes()), u"-xdev"_qs, u"-type"_qs, u"f"_qs, u"-printf"_qs, u"%b\\n"_qs});
+    find.start(u"find"_qs,
+               {QFile::decodeName(folder.bytes()), u"-xdev"_qs, u"-type"_qs, u"f"_qs, u"-printf"_qs, u"%b\\n"_qs});
     check(find.waitForFinished(-1), "find");
     TreeSize size;
     for (const QByteArray &blocks : find.readAllStandardOutput().split('\n')) {

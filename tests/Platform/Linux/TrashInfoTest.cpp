@@ -67,21 +67,19 @@ TEST_P(NameInTrashTest, KeepsTheNameAndStaysShortEnoughForItsInfoFile)
     EXPECT_LE(name.size() + qsizetype(qstrlen(".trashinfo")), longest);
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, NameInTrashTest, testing::Values(
-    NameCase{"First", "a.txt", 1, "a.txt"},
-    NameCase{"Second", "a.txt", 2, "a.2.txt"},
-    NameCase{"NoExtension", "Cache", 3, "Cache.3"},
-    NameCase{"Hidden", ".profile", 2, ".profile.2"},
-    NameCase{"FinalPoint", "a.", 2, "a..2"},
-    NameCase{"LeadingDash", "-rf", 1, "-rf"},
-    NameCase{"LongestThatFits", repeated("x", 245), 1, repeated("x", 245)},
-    NameCase{"OneByteTooLong", repeated("x", 246), 1, repeated("x", 245)},
-    NameCase{"LongWithExtension", repeated("x", 251) + ".txt", 1, repeated("x", 241) + ".txt"},
-    NameCase{"LongSecond", repeated("x", 251) + ".txt", 2, repeated("x", 239) + ".2.txt"},
-    NameCase{"LongExtension", "a." + repeated("x", 253), 2, "a." + repeated("x", 241) + ".2"},
-    NameCase{"LongCyrillic", repeated("я", 127), 1, repeated("я", 122)},
-    NameCase{"LongNotUtf8", repeated("\x80", 255), 1, repeated("\x80", 245)}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Names, NameInTrashTest,
+    testing::Values(NameCase{"First", "a.txt", 1, "a.txt"}, NameCase{"Second", "a.txt", 2, "a.2.txt"},
+                    NameCase{"NoExtension", "Cache", 3, "Cache.3"}, NameCase{"Hidden", ".profile", 2, ".profile.2"},
+                    NameCase{"FinalPoint", "a.", 2, "a..2"}, NameCase{"LeadingDash", "-rf", 1, "-rf"},
+                    NameCase{"LongestThatFits", repeated("x", 245), 1, repeated("x", 245)},
+                    NameCase{"OneByteTooLong", repeated("x", 246), 1, repeated("x", 245)},
+                    NameCase{"LongWithExtension", repeated("x", 251) + ".txt", 1, repeated("x", 241) + ".txt"},
+                    NameCase{"LongSecond", repeated("x", 251) + ".txt", 2, repeated("x", 239) + ".2.txt"},
+                    NameCase{"LongExtension", "a." + repeated("x", 253), 2, "a." + repeated("x", 241) + ".2"},
+                    NameCase{"LongCyrillic", repeated("я", 127), 1, repeated("я", 122)},
+                    NameCase{"LongNotUtf8", repeated("\x80", 255), 1, repeated("\x80", 245)}),
+    [](const auto &info) { return info.param.name; });
 
 TEST(NameInTrashTest, KeepsToTheShorterNamesOfSomeFileSystems)
 {

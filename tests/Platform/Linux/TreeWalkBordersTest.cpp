@@ -112,7 +112,8 @@ TEST(TreeWalkBordersTest, AsksForTheTypeWhereTheFileSystemDoesNotTellIt)
     bool isMounted = false;
     const bool isPermitted = withPrivateMounts([&] {
         const FilePath mounted = tree.path("mounted");
-        isMounted = QProcess::execute(u"mount"_qs, {u"-o"_qs, u"loop"_qs, image, QString::fromUtf8(mounted.bytes())}) == 0;
+        isMounted
+            = QProcess::execute(u"mount"_qs, {u"-o"_qs, u"loop"_qs, image, QString::fromUtf8(mounted.bytes())}) == 0;
         if (!isMounted)
             return;
         tree.addFile("mounted/folder/file", 3000);

@@ -250,8 +250,8 @@ TEST_F(TreeWalkThreadsTest, LosesNothingWhenDescriptorsAreFew)
             ASSERT_TRUE(child.waitForFinished(-1));
 
             const TreeSize size = sizeByFind(root);
-            const QByteArray expected = QByteArray::number(size.fileCount) + " files, "
-                + QByteArray::number(size.allocatedSize) + " bytes\n";
+            const QByteArray expected
+                = QByteArray::number(size.fileCount) + " files, " + QByteArray::number(size.allocatedSize) + " bytes\n";
             EXPECT_EQ(child.readAllStandardOutput(), expected) << descriptors << " descriptors";
         }
     }
