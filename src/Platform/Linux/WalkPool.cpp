@@ -112,7 +112,8 @@ TreeSize WalkPool::sumOfHelpers(const Walk &walk)
 
 void WalkPool::serve()
 {
-    ::setpriority(PRIO_PROCESS, 0, niceness); // On Linux, of the calling thread alone.
+    // On Linux, 0 is the calling thread alone. It begins with the niceness of the thread that made it.
+    ::setpriority(PRIO_PROCESS, 0, ::getpriority(PRIO_PROCESS, 0) + niceness);
     std::unique_lock lock(m_mutex);
     for (;;) {
         ++m_waiting;
