@@ -221,3 +221,36 @@ TEST_P(RemovalRaceTest, PutsBackWhatTookTheItemsPlaceAtTheLastMoment)
         EXPECT_EQ(files.attributesOfItem(item).value().type, FileType::SymbolicLink);
     }
 }
+
+class LateWriterTest : public testing::TestWithParam<int>
+{
+protected:
+    /// Removes an item in whose deepest folder something new appears @p times before it is to go.
+    Ending removeWhileWriting(int times) const
+    {
+        const QByteArray deepest = "home/item" + QByteArray("/down").repeated(GetParam());
+        home.addFolder(deepest);
+        int written = 0;
+        return runHeld(home, {"remove", home.path("home/item").bytes()}, [&](int, long number) {
+            if (number == SYS_unlinkat && written < times && home.names(deepest).isEmpty())
+                home.addFile(deepest + "/late" + QByteArray::number(written++));
+            return true;
+        });
+    }
+
+    TemporaryHome home;
+};
+
+INSTANTIATE_TEST_SUITE_P(Depths, LateWriterTest, testing::Values(0, 1, 50));
+
+TEST_P(LateWriterTest, IsWaitedForWhenItSoonEnds)
+{
+    EXPECT_EQ(removeWhileWriting(3), Ending::Succeeded);
+    EXPECT_FALSE(home.exists("home/item"));
+}
+
+TEST_P(LateWriterTest, IsNotWaitedForForever)
+{
+    EXPECT_EQ(removeWhileWriting(1000), Ending::Failed);
+    EXPECT_TRUE(home.exists("home/item"));
+}
