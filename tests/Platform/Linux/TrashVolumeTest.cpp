@@ -324,6 +324,28 @@ TEST_F(TrashVolumeTest, DeletesNothingThatWasWrittenAfterItWasCopied)
     });
 }
 
+TEST_F(TrashVolumeTest, GivesUpTheCopyOfAFileThatIsBeingWritten)
+{
+    onMemory("size=8m", [&] {
+        const FilePath file = home.addFile("memory/item/file", QByteArray(1024 * 1024, 'x'));
+        home.addFile("memory/item/other", "text");
+        int reads = 0;
+
+        const Ending ending = runHeld(home, {"trash", home.path("memory/item").bytes()}, [&](int, long number) {
+            if (number == SYS_pread64 && ++reads == 2)
+                writeFile(file, QByteArray(1024 * 1024, 'y'));
+            return true;
+        });
+
+        EXPECT_GE(reads, 2);
+        EXPECT_EQ(ending, Ending::Failed);
+        EXPECT_EQ(home.contents("memory/item/other"), "text");
+        EXPECT_EQ(contentsOf(file), QByteArray(1024 * 1024, 'y'));
+        EXPECT_EQ(home.names("home/.local/share/Trash/files"), QList<QByteArray>());
+        EXPECT_EQ(home.names("home/.local/share/Trash/info"), QList<QByteArray>());
+    });
+}
+
 TEST_F(TrashVolumeTest, LeavesAnItemInAStickyFolderThatIsNotOursToDelete)
 {
     if (::geteuid() != 0)
