@@ -1,14 +1,17 @@
 #!/usr/bin/env python3
-"""Measures the walk against Debian's du and gdu, side by side in one run.
+"""Times quillmere-walk beside du and gdu on trees made for it, in one run, and says which figures are reached.
 
-walk.py BUILD [FOLDER] [ROUNDS]
+    cmake --preset release && cmake --build --preset release
+    benchmarks/walk.py                 # everything; as root also with a cold cache
+    benchmarks/walk.py --trees flat    # one tree
 
-BUILD is a build folder with quillmere-walk. The trees are made in, and vanish with, a new folder in FOLDER (default
-/var/tmp). Each figure is the median of the rounds' own ratios, so that what else the machine does weighs on all alike;
-trust wall time only on an idle machine.
-"""
+The trees (about 4 GB on disk) stand in a temporary folder and are removed at the end. Wall time means something only on
+an idle machine: the load at the start and at the end is printed with the table."""
 
+import argparse
 import os
+import pathlib
+import random
 import re
 import shutil
 import statistics
@@ -17,151 +20,238 @@ import sys
 import tempfile
 import time
 
-
-def write_files(folder, count, size):
-    for number in range(count):
-        with open(f"{folder}/file{number}", "wb") as file:
-            file.write(b"x" * size)
+DROP_CACHES = "/proc/sys/vm/drop_caches"
 
 
-def small_files(root):
-    for group in range(300):
-        for folder in range(100):
-            path = f"{root}/{group}/{folder}"
-            os.makedirs(path)
-            write_files(path, 10, 300)
+# --- The trees. Each function fills an empty folder.
+
+def write(path, size, folder=None):
+    descriptor = os.open(path, os.O_WRONLY | os.O_CREAT | os.O_EXCL, 0o644, dir_fd=folder)
+    if size:
+        os.write(descriptor, b"x" * size)
+    os.close(descriptor)
 
 
-def one_folder(root):
-    os.makedirs(root)
-    write_files(root, 200_000, 100)
+def make_small(root):
+    """300,000 small files in 30,000 folders."""
+    chance = random.Random(1)
+    for top in range(100):
+        for middle in range(300):
+            folder = f"{root}/top{top}/middle{middle}"
+            os.makedirs(folder)
+            for file in range(10):
+                write(f"{folder}/file{file}", chance.randrange(1, 6000))
 
 
-def deep_chains(root):
-    """Chains of 3,000 folders, far beyond the longest path that the kernel takes, with six files on every level."""
-    os.makedirs(root)
-    start = os.open(".", os.O_RDONLY)
-    for chain in range(20):
-        os.chdir(root)
-        os.mkdir(str(chain))
-        os.chdir(str(chain))
-        for _ in range(3000):
-            write_files(".", 3, 100)
-            os.mkdir("down")
-            os.chdir("down")
-    os.fchdir(start)
-    os.close(start)
+def make_flat(root):
+    """200,000 files in one folder."""
+    for file in range(200_000):
+        write(f"{root}/a file of the folder {file}", 1 if file % 10 == 0 else 0)
 
 
-def copy_of_usr(root):
-    subprocess.run(["cp", "--archive", "--one-file-system", "/usr", root], check=True)
+def make_chains(root):
+    """Six chains of 3,000 folders, each with a file: far beyond what a path can say."""
+    for chain in range(6):
+        folder = os.open(root, os.O_RDONLY | os.O_DIRECTORY)
+        for level in range(3000):
+            name = f"chain {chain}" if level == 0 else "a folder below"
+            os.mkdir(name, dir_fd=folder)
+            below = os.open(name, os.O_RDONLY | os.O_DIRECTORY, dir_fd=folder)
+            os.close(folder)
+            folder = below
+            write("file", 100, folder)
+        os.close(folder)
 
 
-TREES = {"300,000 small files in 30,000 folders": small_files, "200,000 files in one folder": one_folder,
-         "20 chains of 3,000 folders": deep_chains, "a copy of /usr": copy_of_usr}
+def make_usr(root):
+    """The folders, links and names of /usr, each file with at most its first 4,096 bytes."""
+    for folder, names, files in os.walk("/usr"):
+        target = root + folder
+        os.makedirs(target, exist_ok=True)
+        for name in names + files:
+            source = os.path.join(folder, name)
+            try:
+                if os.path.islink(source):
+                    os.symlink(os.readlink(source), os.path.join(target, name))
+                elif os.path.isfile(source):
+                    write(os.path.join(target, name), min(os.path.getsize(source), 4096))
+            except OSError:
+                pass  # /usr may change meanwhile; both sides then measure what was copied.
 
 
-def peers(build):
-    return {"ours": [f"{build}/benchmarks/quillmere-walk"], "du -sl": ["du", "-sl"],
-            "gdu": ["gdu", "--non-interactive", "--no-progress", "--no-cross"]}
+TREES = {"small": make_small, "flat": make_flat, "chains": make_chains, "usr": make_usr}
+
+# Wall time of du and of gdu over ours, and our CPU time over that of du.
+TO_REACH = {
+    "small": {"du": 2.2, "gdu": 3.0, "cpu": 0.90},
+    "flat": {"du": 2.0, "gdu": 4.0, "cpu": None},
+    "chains": {"du": 2.7, "gdu": 3.0, "cpu": None},
+    "usr": {"du": 2.3, "gdu": 3.0, "cpu": 0.82},
+}
 
 
-def expected(tree):
-    """Files and bytes by find, which enters folders one by one."""
-    blocks = subprocess.run(["find", tree, "-xdev", "-type", "f", "-printf", "%b\\n"], check=True, capture_output=True).stdout
-    counts = [int(line) for line in blocks.split()]
-    return len(counts), 512 * sum(counts)
+# --- Measuring.
+
+class Run:
+    def __init__(self, command):
+        start = time.perf_counter()
+        child = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        _, self.status, usage = os.wait4(child.pid, 0)
+        self.wall = time.perf_counter() - start
+        self.cpu = usage.ru_utime + usage.ru_stime
+        child.returncode = os.waitstatus_to_exitcode(self.status)
 
 
-def answer(command, tree):
-    text = subprocess.run(command + [tree], check=True, capture_output=True, text=True).stdout
-    files, size = re.match(r"(\d+) files, (\d+) bytes", text).groups()
-    return int(files), int(size)
+def peak_memory(command):
+    # Not from wait4(2) of our own child: that counts the memory of this interpreter, which the child begins with.
+    with tempfile.NamedTemporaryFile("r") as peak:
+        subprocess.run(["time", "-f", "%M", "-o", peak.name, *command], stdout=subprocess.DEVNULL, check=True)
+        return 1024 * int(peak.read())
 
 
-def folders_of(tree):
-    return len(subprocess.run(["find", tree, "-xdev", "-type", "d", "-printf", "d"], check=True, capture_output=True).stdout)
+def median_ratio(theirs, ours, what):
+    """The median over the rounds of their figure over ours."""
+    return statistics.median(getattr(a, what) / getattr(b, what) for a, b in zip(theirs, ours))
 
 
-def system_calls(command, tree):
-    text = subprocess.run(["strace", "--follow-forks", "--summary-only"] + command + [tree], check=True,
-                          capture_output=True, text=True).stderr
-    return int(re.search(r"^100\.00\s+\S+\s+\S*?\s*(\d+)", text, re.M).group(1))
+def answer_of_find(tree):
+    blocks = subprocess.run(["find", tree, "-type", "f", "-printf", "%b\n"], stdout=subprocess.PIPE, check=True).stdout
+    sizes = [int(line) for line in blocks.split()]
+    return len(sizes), 512 * sum(sizes)
 
 
-def run(command, tree):
-    """Wall seconds, CPU seconds and peak memory in KiB of one run."""
-    start = time.perf_counter()
-    process = subprocess.Popen(command + [tree], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    _, status, usage = os.wait4(process.pid, 0)
-    wall = time.perf_counter() - start
-    process.returncode = os.waitstatus_to_exitcode(status)
-    return wall, usage.ru_utime + usage.ru_stime, usage.ru_maxrss
+def answer_of_walk(walk, tree):
+    text = subprocess.run([walk, tree], stdout=subprocess.PIPE, check=True, text=True).stdout
+    return tuple(int(number) for number in re.fullmatch(r"(\d+) files, (\d+) bytes\n", text).groups())
+
+
+def count_folders(tree):
+    found = subprocess.run(["find", tree, "-type", "d", "-printf", "."], stdout=subprocess.PIPE, check=True).stdout
+    return len(found)
+
+
+def count_calls(command):
+    with tempfile.NamedTemporaryFile("r") as summary:
+        subprocess.run(["strace", "-f", "-c", "-o", summary.name, *command], stdout=subprocess.DEVNULL,
+                       stderr=subprocess.DEVNULL, check=True)
+        return int(re.search(r"^100\.00\s.*?(\d+)(?:\s+\d+)?\s+total$", summary.read(), re.M).group(1))
+
+
+def percentile(numbers, share):
+    return sorted(numbers)[min(int(len(numbers) * share), len(numbers) - 1)]
+
+
+def stop_times(stop, tree, rounds, most):
+    text = subprocess.run([stop, tree, str(rounds), str(most)], stdout=subprocess.PIPE, check=True, text=True).stdout
+    return [float(line) for line in text.split()]
 
 
 def drop_caches():
     os.sync()
-    try:
-        with open("/proc/sys/vm/drop_caches", "w") as file:
-            file.write("3\n")
-        return True
-    except OSError:
-        return False
+    with open(DROP_CACHES, "w") as file:
+        file.write("3")
 
 
-def rounds_of(programs, tree, rounds, prepare=lambda: None):
-    results = {name: [] for name in programs}
-    names = list(programs)
-    for turn in range(rounds):
-        for name in names[turn % len(names):] + names[:turn % len(names)]:
-            prepare()
-            results[name].append(run(programs[name], tree))
-    return results
+# --- The table.
+
+class Table:
+    def __init__(self):
+        self.missed = 0
+
+    def row(self, tree, what, value, bound, at_most=True, text="{:.2f}"):
+        if bound is None:
+            print(f"{tree:8} {what:42} {text.format(value):>12}")
+            return
+        reached = value <= bound if at_most else value >= bound
+        self.missed += not reached
+        relation = "at most" if at_most else "at least"
+        print(f"{tree:8} {what:42} {text.format(value):>12}   {relation:8} {text.format(bound):>12}   "
+              f"{'reached' if reached else 'MISSED'}", flush=True)
 
 
-def ratio(results, peer, figure):
-    """Median of peer / ours over the rounds."""
-    return statistics.median(theirs[figure] / ours[figure] for ours, theirs in zip(results["ours"], results[peer]))
-
-
-def report(title, tree, build, rounds):
-    programs = peers(build)
-    files, size = expected(tree)
-    ours = answer(programs["ours"], tree)
-    print(f"\n{title}: {files} files, {size} bytes by find; ours {'equal' if ours == (files, size) else ours}")
-    calls = system_calls(programs["ours"], tree)
-    most = files + 3 * folders_of(tree) + 500
-    print(f"  system calls: {calls} of at most {most}")
-    warm = rounds_of(programs, tree, rounds, lambda: None)
-    print(f"  CPU time against du -sl: {1 / ratio(warm, 'du -sl', 1):.2f}")
-    print(f"  wall time, warm: {ratio(warm, 'du -sl', 0):.2f} x faster than du -sl, {ratio(warm, 'gdu', 0):.2f} x than gdu")
+def measure_warm(table, name, tree, programs, rounds):
+    walk, stop = programs
+    peers = {"us": [walk, tree], "du": ["du", "-sl", tree], "gdu": ["gdu", "-n", "-p", "-s", tree]}
+    if not shutil.which("gdu"):
+        del peers["gdu"]
+    runs = {peer: [] for peer in peers}
+    for number in range(rounds + 1):
+        for peer, command in peers.items():
+            run = Run(command)
+            if number > 0:  # The first round fills the cache.
+                runs[peer].append(run)
+    bounds = TO_REACH[name]
+    for peer in ("du", "gdu"):
+        if peer in runs:
+            table.row(name, f"wall time of {peer} over ours, warm", median_ratio(runs[peer], runs["us"], "wall"),
+                      bounds[peer], at_most=False)
+    table.row(name, "CPU time over that of du", 1 / median_ratio(runs["du"], runs["us"], "cpu"), bounds["cpu"])
+    table.row(name, "our wall time in ms", 1000 * statistics.median(run.wall for run in runs["us"]), None)
     with tempfile.TemporaryDirectory() as empty:
-        base = statistics.median(run(programs["ours"], empty)[2] for _ in range(5))
-    print(f"  memory added by the walk: {(max(result[2] for result in warm['ours']) - base) / 1024:.1f} MiB")
-    if drop_caches():
-        cold = rounds_of({name: programs[name] for name in ("ours", "du -sl")}, tree, min(rounds, 3), drop_caches)
-        print(f"  wall time, cold: {ratio(cold, 'du -sl', 0):.2f} x faster than du -sl")
+        least = statistics.median(peak_memory([walk, empty]) for _ in range(5))
+    peak = max(peak_memory([walk, tree]) for _ in range(5))
+    table.row(name, "memory added in MiB", (peak - least) / 2**20, 5)
+    most = max(1, int(900 * statistics.median(run.wall for run in runs["us"])))
+    times = stop_times(stop, tree, 200, most)
+    table.row(name, f"flag to stop in ms, 95th of {len(times)}, warm", percentile(times, 0.95), 1)
+
+
+def measure_cold(table, name, tree, programs, rounds):
+    walk, stop = programs
+    ours, theirs, times = [], [], []
+    for _ in range(rounds):
+        drop_caches()
+        ours.append(Run([walk, tree]))
+        drop_caches()
+        theirs.append(Run(["du", "-s", tree]))
+        drop_caches()
+        times += stop_times(stop, tree, 1, max(1, int(500 * ours[-1].wall)))
+    table.row(name, "wall time of du -s over ours, cold", median_ratio(theirs, ours, "wall"), 3, at_most=False)
+    if times:
+        table.row(name, f"flag to stop in ms, 95th of {len(times)}, cold", percentile(times, 0.95), 30)
+
+
+def measure(table, name, tree, programs, options):
+    files, size = answer_of_find(tree)
+    answer = answer_of_walk(programs[0], tree)
+    table.row(name, f"bytes missed of {size} in {files} files", abs(answer[1] - size) + abs(answer[0] - files), 0,
+              text="{:.0f}")
+    measure_warm(table, name, tree, programs, options.rounds)
+    if shutil.which("strace"):
+        table.row(name, "system calls", count_calls([programs[0], tree]), files + 3 * count_folders(tree) + 500,
+                  text="{:.0f}")
+    if options.cold == 0:
+        return
+    if os.access(DROP_CACHES, os.W_OK):
+        measure_cold(table, name, tree, programs, options.cold)
     else:
-        print("  wall time, cold: not measured, this machine does not let its page cache be dropped")
+        print(f"{name:8} cold: the page cache may not be dropped by this user")
 
 
 def main():
-    if len(sys.argv) < 2:
-        sys.exit(__doc__)
-    build = os.path.abspath(sys.argv[1])
-    base = tempfile.mkdtemp(prefix="quillmere-walk-", dir=sys.argv[2] if len(sys.argv) > 2 else "/var/tmp")
-    rounds = int(sys.argv[3]) if len(sys.argv) > 3 else 7
-    print(f"{os.cpu_count()} cores, load {os.getloadavg()[0]:.1f}, {rounds} rounds")
-    try:
-        for title, make in TREES.items():
-            tree = f"{base}/tree"
-            make(tree)
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    here = pathlib.Path(__file__).resolve().parent
+    parser.add_argument("--programs", default=here.parent / "build/release/benchmarks", type=pathlib.Path)
+    parser.add_argument("--in", dest="place", default=tempfile.gettempdir(), help="where the trees are made")
+    parser.add_argument("--trees", default=",".join(TREES))
+    parser.add_argument("--rounds", default=15, type=int)
+    parser.add_argument("--cold", default=3, type=int, help="rounds with the page cache dropped; 0 for none")
+    options = parser.parse_args()
+    programs = [str(options.programs / name) for name in ("quillmere-walk", "quillmere-walk-stop")]
+
+    table = Table()
+    print(f"{os.cpu_count()} cores, load {os.getloadavg()[0]:.2f} at the start")
+    for name in options.trees.split(","):
+        root = tempfile.mkdtemp(prefix="quillmere-walk-", dir=options.place)
+        try:
+            TREES[name](root)
             os.sync()
-            report(title, tree, build, rounds)
-            subprocess.run(["rm", "-rf", tree], check=True)
-    finally:
-        shutil.rmtree(base, ignore_errors=True)
+            measure(table, name, root, programs, options)
+        finally:
+            subprocess.run(["rm", "-rf", "--", root], check=True)
+    print(f"load {os.getloadavg()[0]:.2f} at the end, {table.missed} figures missed")
+    return 1 if table.missed else 0
 
 
 if __name__ == "__main__":
-    main()
+    sys.exit(main())
