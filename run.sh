@@ -71,10 +71,11 @@ make_sample_home() {
     sample=$(mktemp -d "${TMPDIR:-/tmp}/quillmere-sample-XXXXXX")
     tests/SampleHome/make_sample_home.py "$sample" --size "$sample_size" >/dev/null
     set -a
+    # shellcheck source=/dev/null
     . "$sample/environment"
-    # No system bus: no disk, no power switch and no password dialog of this machine.
-    DBUS_SYSTEM_BUS_ADDRESS=unix:path=$sample/no-system-bus
     set +a
+    # No disk, no power switch and no password dialog of this machine.
+    export DBUS_SYSTEM_BUS_ADDRESS=unix:path=$sample/no-system-bus
     echo "The sample home is $HOME."
 }
 

@@ -22,7 +22,7 @@ cd "$here"
 . packaging/debian-packages.sh
 export LC_ALL=C.UTF-8
 
-mode=test
+mode='test'
 all=no
 while [ $# -gt 0 ]; do
     case $1 in

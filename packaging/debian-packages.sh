@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by run.sh and test.sh, which stand at the top of the tree and have gone there.
 
 # Prints the packages of the given sections of debian-packages.txt.

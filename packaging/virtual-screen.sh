@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by run.sh: a screen of its own for a machine that has none.
 
 virtual_screen=
