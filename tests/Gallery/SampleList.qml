@@ -108,8 +108,8 @@ Item {
         anchors.bottom: parent.bottom
         width: parent.width
 
-        ActionButton { text: Texts.localized("common.selectAll") }
-        ActionButton { text: Texts.localized("common.deselectAll") }
+        ActionButton { text: Texts.localized("cleanup.selectAll") }
+        ActionButton { text: Texts.localized("cleanup.deselectAll") }
 
         trailing: ActionButton {
             text: Texts.localized("cleanup.clean")

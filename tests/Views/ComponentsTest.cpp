@@ -93,7 +93,9 @@ TEST_F(ComponentsTest, ProgressOverlayKeepsTheKeyboardAndGivesItBack)
     m_view->rootObject()->setProperty("working", true);
     EXPECT_TRUE(hasFocusRing(u"overlay"_qs));
     tab();
-    tab();
+    EXPECT_FALSE(item(u"below"_qs)->hasActiveFocus());
+    QTest::keyClick(m_view.get(), Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_FALSE(item(u"below"_qs)->hasActiveFocus());
     press(Qt::Key_Space);
     EXPECT_EQ(log(), QStringList{u"cancelled"_qs});
 

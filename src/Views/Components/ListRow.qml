@@ -34,8 +34,9 @@ PressableRow {
 
         // Dividers vanish beside a marked row. The one above belongs to the row before, so it is painted over.
         Rectangle {
+            x: root.dividerFrom
             y: -1
-            width: parent.width
+            width: parent.width - x - root.dividerEnd
             height: 1
             visible: root.marked
             color: root.ground
