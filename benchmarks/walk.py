@@ -85,7 +85,8 @@ TREES = {"small": make_small, "flat": make_flat, "chains": make_chains, "usr": m
 TO_REACH = {
     "small": {"du": 2.2, "gdu": 3.0, "cpu": 0.90},
     "flat": {"du": 2.0, "gdu": 4.0, "cpu": None},
-    "chains": {"du": 2.7, "gdu": 3.0, "cpu": None},
+    # gdu goes by whole paths: it sees about a quarter of these files, so its time says nothing.
+    "chains": {"du": 2.7, "gdu": None, "cpu": None},
     "usr": {"du": 2.3, "gdu": 3.0, "cpu": 0.82},
 }
 

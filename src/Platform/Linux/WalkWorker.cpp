@@ -89,6 +89,9 @@ void WalkWorker::read(WalkFrame &frame)
     ++m_folders;
     const int folder = frame.folder->number();
     for (bool isFirst = true; m_buffer.read(folder); isFirst = false) {
+        // Helpers drop what they are given once the walk is to stop, and so would stay hungry to the folder's end.
+        if (m_walk.cancellation().isRequested())
+            return;
         if (!isFirst && m_walk.isHungry()) {
             give({frame.folder, {}, false}, std::move(m_buffer));
             continue;
