@@ -11,13 +11,13 @@ namespace Quillmere {
 Machine makeLinuxMachine()
 {
     const auto files = std::make_shared<LinuxFileManager>();
-    return {
-        files,
-        std::make_shared<LinuxPlaces>(files),
-        std::make_shared<LinuxUserDefaults>(LinuxUserDefaults::fileOf(files->homeDirectory())),
-        std::make_shared<SystemClock>(),
-        std::make_shared<LinuxDesktopAppearance>(),
-    };
+    Machine machine;
+    machine.files = files;
+    machine.places = std::make_shared<LinuxPlaces>(files);
+    machine.defaults = std::make_shared<LinuxUserDefaults>(LinuxUserDefaults::fileOf(files->homeDirectory()));
+    machine.clock = std::make_shared<SystemClock>();
+    machine.appearance = std::make_shared<LinuxDesktopAppearance>();
+    return machine;
 }
 
 } // namespace Quillmere

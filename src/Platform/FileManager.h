@@ -7,6 +7,8 @@
 #include <QDateTime>
 #include <QList>
 
+#include <optional>
+
 namespace Quillmere {
 
 enum class FileType { Regular, Directory, SymbolicLink, Other };
@@ -47,6 +49,25 @@ struct TreeSize
     }
 };
 
+/// What to learn of a volume's room.
+enum class CapacityKey {
+    Total = 1,
+    AvailableForImportantUsage = 2, ///< What could be written once the system has cleared what it can do without.
+    Available = 4, ///< What could be written as things are.
+};
+Q_DECLARE_FLAGS(CapacityKeys, CapacityKey)
+Q_DECLARE_OPERATORS_FOR_FLAGS(CapacityKeys)
+
+/// Bytes. Absent where it was not asked for, or the volume does not say.
+struct VolumeCapacity
+{
+    std::optional<qint64> total;
+    std::optional<qint64> availableForImportantUsage;
+    std::optional<qint64> available;
+
+    bool operator==(const VolumeCapacity &) const = default;
+};
+
 enum class HiddenFiles { Include, Skip };
 enum class Intermediates { Create, MustExist };
 enum class WriteMode {
@@ -81,6 +102,11 @@ public:
     [[nodiscard]] virtual bool fileExists(const FilePath &path) const = 0;
     /// Of the item itself: a final link is not followed.
     [[nodiscard]] virtual Result<FileAttributes> attributesOfItem(const FilePath &path) const = 0;
+    /// Follows links: the file itself may be run by the user.
+    [[nodiscard]] virtual bool isExecutableFile(const FilePath &path) const = 0;
+    /// Of the volume that holds @p path. A volume that does not answer, such as one of a server that has gone, is a
+    /// failure and never holds the caller up.
+    [[nodiscard]] virtual Result<VolumeCapacity> capacityOfVolume(const FilePath &path, CapacityKeys keys) const = 0;
     /// The location with every link resolved, standardized. All or nothing: if a component is missing or the links
     /// go round in a loop, only the text is tidied.
     [[nodiscard]] virtual FilePath resolvingSymlinks(const FilePath &path) const = 0;

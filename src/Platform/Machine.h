@@ -1,10 +1,18 @@
 #pragma once
 
+#include "Platform/Bundle.h"
 #include "Platform/Clock.h"
 #include "Platform/DesktopAppearance.h"
 #include "Platform/FileManager.h"
+#include "Platform/FilterManager.h"
+#include "Platform/HostStatistics.h"
 #include "Platform/Places.h"
+#include "Platform/PowerAssertions.h"
+#include "Platform/ProcessRunner.h"
+#include "Platform/StatusItem.h"
+#include "Platform/SystemExtensionManager.h"
 #include "Platform/UserDefaults.h"
+#include "Platform/Workspace.h"
 
 #include <memory>
 
@@ -18,6 +26,15 @@ struct Machine
     std::shared_ptr<UserDefaults> defaults;
     std::shared_ptr<const Clock> clock;
     std::shared_ptr<DesktopAppearance> appearance;
+    std::shared_ptr<const HostStatistics> host;
+    std::shared_ptr<const ProcessRunner> processes;
+    std::shared_ptr<const Workspace> workspace;
+    std::shared_ptr<PowerAssertions> assertions;
+    std::shared_ptr<const Bundles> bundles;
+    std::shared_ptr<SystemExtensionManager> extensions;
+    std::shared_ptr<FilterManager> filter;
+    std::shared_ptr<StatusBar> statusBar;
+    bool isAdministrator = false; ///< The program itself may do what otherwise needs the system's password dialog.
 };
 
 } // namespace Quillmere

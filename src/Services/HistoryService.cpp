@@ -1,9 +1,9 @@
 #include "Services/HistoryService.h"
 
 #include "Services/OperationLogCoding.h"
+#include "Utilities/Diagnostics.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace Quillmere {
 
@@ -47,13 +47,6 @@ QString csvLine(const OperationLog &log, const DateStyle &dateStyle)
     return fields.join(u',') + u'\n';
 }
 
-void print(const Failure &failure)
-{
-    const QString where = failure.path.isEmpty() ? QString() : u" ("_qs + failure.path.displayText() + u')';
-    std::printf("Failed to save history: %s\n", qUtf8Printable(failure.detail + where));
-    std::fflush(stdout);
-}
-
 } // namespace
 
 HistoryService::HistoryService(std::shared_ptr<const FileManager> files)
@@ -67,7 +60,7 @@ void HistoryService::save(const OperationLog &log) const
     const Result<void> saved
         = json ? m_files->writeFile(file(), json.value(), WriteMode::InPlace) : Result<void>(json.failure());
     if (!saved)
-        print(saved.failure());
+        printDiagnostic(u"Failed to save history: "_qs, saved.failure());
 }
 
 QList<OperationLog> HistoryService::loadHistory() const

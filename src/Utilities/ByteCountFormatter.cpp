@@ -2,7 +2,9 @@
 
 #include "Utilities/LocalizationManager.h"
 
+#include <algorithm>
 #include <array>
+#include <limits>
 
 namespace Quillmere {
 
@@ -139,6 +141,12 @@ QString formatCompactByteCount(qint64 bytes, Language language)
 QString formatByteCount(qint64 bytes)
 {
     return formatByteCount(bytes, ByteCountStyle::File, Localizer::shared().effectiveLanguage());
+}
+
+QString formatByteRate(quint64 bytesPerSecond)
+{
+    constexpr auto most = static_cast<quint64>(std::numeric_limits<qint64>::max());
+    return formatByteCount(static_cast<qint64>(std::min(bytesPerSecond, most))) + u"/s"_qs;
 }
 
 QString formatMemoryByteCount(qint64 bytes)

@@ -19,6 +19,8 @@ enum class ByteCountStyle { File, Memory };
 
 /// The File style in the language of the screens. Any thread.
 [[nodiscard]] QString formatByteCount(qint64 bytes);
+/// A rate, the File style with "/s" behind it. Any thread.
+[[nodiscard]] QString formatByteRate(quint64 bytesPerSecond);
 /// The Memory style in the language of the screens. Any thread.
 [[nodiscard]] QString formatMemoryByteCount(qint64 bytes);
 /// The compact form in the language of the screens. Any thread.

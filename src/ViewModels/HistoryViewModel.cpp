@@ -1,10 +1,8 @@
 #include "ViewModels/HistoryViewModel.h"
 
-#include "Utilities/FailureDescription.h"
+#include "Utilities/Diagnostics.h"
 
 #include <QFile>
-
-#include <cstdio>
 
 namespace Quillmere {
 
@@ -64,10 +62,8 @@ void HistoryViewModel::replaceExisting()
 void HistoryViewModel::write(const FilePath &path) const
 {
     const Result<void> written = m_files->writeFile(path, m_export, WriteMode::Atomic);
-    if (!written) {
-        std::printf("Failed to write history file: %s\n", qUtf8Printable(localizedDescription(written.failure())));
-        std::fflush(stdout);
-    }
+    if (!written)
+        printDiagnostic(u"Failed to write history file: "_qs, written.failure());
 }
 
 } // namespace Quillmere

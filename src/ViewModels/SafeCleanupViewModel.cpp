@@ -1,14 +1,14 @@
 #include "ViewModels/SafeCleanupViewModel.h"
 
 #include "App/AppState.h"
+#include "Utilities/BackgroundWork.h"
 #include "Utilities/ByteCountFormatter.h"
+#include "Utilities/Diagnostics.h"
 #include "Utilities/LocalizationManager.h"
 #include "Values/CancellationError.h"
-#include "ViewModels/BackgroundWork.h"
 #include "ViewModels/UnfinishedRuns.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace Quillmere {
 
@@ -34,12 +34,6 @@ Result<CleanupResult> cleaned(const CleanupService &cleaner, const QList<Cleanup
     } catch (const std::exception &error) {
         return Failure{Failure::Kind::Other, {}, QString::fromUtf8(error.what())};
     }
-}
-
-void print(const char *text, const Failure &failure)
-{
-    std::printf("%s%s\n", text, qUtf8Printable(failure.detail));
-    std::fflush(stdout);
 }
 
 } // namespace
@@ -114,7 +108,7 @@ void SafeCleanupViewModel::endScan(const Result<QList<CleanupCategory>> &result)
         if (AppState *state = AppState::shared())
             state->setLastScanDate(m_clock->now());
     } else if (!result && result.failure().kind != Failure::Kind::Cancelled) {
-        print("Scan error: ", result.failure());
+        printDiagnostic(u"Scan error: "_qs, result.failure());
     }
     m_isScanning = false;
     Q_EMIT phaseChanged();
@@ -147,7 +141,7 @@ QCoro::Task<> SafeCleanupViewModel::clean()
     if (self && run == m_cleanupRuns)
         m_isCleaning = false;
     if (!outcome) {
-        print("Cleanup error: ", outcome.failure());
+        printDiagnostic(u"Cleanup error: "_qs, outcome.failure());
         if (self)
             Q_EMIT phaseChanged();
         co_return;

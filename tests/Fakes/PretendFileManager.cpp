@@ -73,6 +73,31 @@ void PretendFileManager::refuse(const FilePath &path, Failure::Kind kind)
     find(path)->refusal = kind;
 }
 
+void PretendFileManager::makeExecutable(const FilePath &path)
+{
+    const std::scoped_lock lock(m_mutex);
+    if (Node *node = find(path))
+        node->executable = true;
+}
+
+void PretendFileManager::setCapacity(const Result<VolumeCapacity> &capacity)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_capacity = capacity;
+}
+
+void PretendFileManager::setCapacity(CapacityKeys keys, const Result<VolumeCapacity> &capacity)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_capacityByKeys.insert_or_assign(keys.toInt(), capacity);
+}
+
+QList<CapacityKeys> PretendFileManager::capacityRequests() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_capacityRequests;
+}
+
 void PretendFileManager::setTemporaryDirectory(const FilePath &path)
 {
     m_temporary = path;
@@ -210,6 +235,32 @@ Result<FileAttributes> PretendFileManager::attributesOfItem(const FilePath &path
     attributes.allocatedSize = attributes.size;
     attributes.isOwnedByUser = node->ownedByUser;
     return attributes;
+}
+
+bool PretendFileManager::isExecutableFile(const FilePath &path) const
+{
+    const std::scoped_lock lock(m_mutex);
+    const std::optional<FilePath> resolved = resolve(path);
+    const Node *node = resolved ? find(*resolved) : nullptr;
+    return node && node->executable;
+}
+
+Result<VolumeCapacity> PretendFileManager::capacityOfVolume(const FilePath &, CapacityKeys keys) const
+{
+    const std::scoped_lock lock(m_mutex);
+    m_capacityRequests.append(keys);
+    const auto found = m_capacityByKeys.find(keys.toInt());
+    Result<VolumeCapacity> answer = found == m_capacityByKeys.end() ? m_capacity : found->second;
+    if (!answer)
+        return answer;
+    VolumeCapacity &capacity = answer.value();
+    if (!keys.testFlag(CapacityKey::Total))
+        capacity.total.reset();
+    if (!keys.testFlag(CapacityKey::AvailableForImportantUsage))
+        capacity.availableForImportantUsage.reset();
+    if (!keys.testFlag(CapacityKey::Available))
+        capacity.available.reset();
+    return answer;
 }
 
 FilePath PretendFileManager::resolvingSymlinks(const FilePath &path) const

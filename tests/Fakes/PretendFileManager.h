@@ -27,6 +27,11 @@ public:
     void lock(const FilePath &path); ///< From now on it may not be read.
     void refuse(const FilePath &path, Failure::Kind kind); ///< From now on it may not be trashed, removed or written.
     void setTemporaryDirectory(const FilePath &path);
+    void makeExecutable(const FilePath &path);
+    /// What every volume answers from now on, whatever is asked.
+    void setCapacity(const Result<VolumeCapacity> &capacity);
+    /// The same as long as @p keys are asked for, all of them and no others.
+    void setCapacity(CapacityKeys keys, const Result<VolumeCapacity> &capacity);
     void vanish(const FilePath &path); ///< Takes it away as another program would.
 
     /// Called before each entry of a measured tree, with its location: the place to cancel from, or to change things.
@@ -38,6 +43,7 @@ public:
     [[nodiscard]] QList<FilePath> trashed() const; ///< Where trashed items came from, in their order.
     [[nodiscard]] QList<FilePath> removed() const; ///< What was deleted for good, in its order.
     [[nodiscard]] int synchronizations() const;
+    [[nodiscard]] QList<CapacityKeys> capacityRequests() const; ///< What was asked for, in its order.
 
     [[nodiscard]] FilePath homeDirectory() const override;
     [[nodiscard]] FilePath temporaryDirectory() const override;
@@ -47,6 +53,8 @@ public:
     [[nodiscard]] Result<TreeSize> measureTree(const FilePath &folder, const Cancellation &cancellation) const override;
     [[nodiscard]] bool fileExists(const FilePath &path) const override;
     [[nodiscard]] Result<FileAttributes> attributesOfItem(const FilePath &path) const override;
+    [[nodiscard]] bool isExecutableFile(const FilePath &path) const override;
+    [[nodiscard]] Result<VolumeCapacity> capacityOfVolume(const FilePath &path, CapacityKeys keys) const override;
     [[nodiscard]] FilePath resolvingSymlinks(const FilePath &path) const override;
     [[nodiscard]] Result<FilePath> trashItem(const FilePath &path) const override;
     [[nodiscard]] Result<void> removeItem(const FilePath &path) const override;
@@ -66,6 +74,7 @@ private:
         QList<QByteArray> children;
         bool locked = false;
         bool ownedByUser = true;
+        bool executable = false;
         std::optional<Failure::Kind> refusal;
     };
 
@@ -87,6 +96,9 @@ private:
     mutable QList<FilePath> m_trashed;
     mutable QList<FilePath> m_removed;
     mutable int m_synchronizations = 0;
+    Result<VolumeCapacity> m_capacity = VolumeCapacity{500'000'000'000, 300'000'000'000, 300'000'000'000};
+    std::map<int, Result<VolumeCapacity>> m_capacityByKeys;
+    mutable QList<CapacityKeys> m_capacityRequests;
     std::function<void(const FilePath &)> m_onMeasure;
     std::function<void(const FilePath &)> m_onRemoval;
 };

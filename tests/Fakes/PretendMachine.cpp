@@ -16,4 +16,21 @@ std::optional<QString> PretendPlaces::reasonToKeep(const FilePath &item) const
     return found == m_kept.constEnd() ? std::nullopt : std::optional(*found);
 }
 
+Machine PretendMachine::machine() const
+{
+    return {files,     places,     defaults, clock,      appearance, host,      processes,
+            workspace, assertions, bundles,  extensions, filter,     statusBar, isAdministrator};
+}
+
+void PretendMachine::installTrafficFilter()
+{
+    const QByteArray identifier = "com.veltrane.quillmere.traffic-filter";
+    const FilePath location
+        = bundles->main.appending("Contents/Library/SystemExtensions").appending(identifier + ".systemextension");
+    const FilePath program = location.appending("Contents/MacOS").appending(identifier);
+    files->addFile(program, 1000);
+    files->makeExecutable(program);
+    bundles->add({location, QString::fromLatin1(identifier), program});
+}
+
 } // namespace Quillmere

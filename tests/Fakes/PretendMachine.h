@@ -1,7 +1,14 @@
 #pragma once
 
+#include "Fakes/PretendBundles.h"
 #include "Fakes/PretendFileManager.h"
+#include "Fakes/PretendHostStatistics.h"
+#include "Fakes/PretendPowerAssertions.h"
+#include "Fakes/PretendProcessRunner.h"
+#include "Fakes/PretendStatusBar.h"
+#include "Fakes/PretendTrafficFilter.h"
 #include "Fakes/PretendUserDefaults.h"
+#include "Fakes/PretendWorkspace.h"
 #include "Platform/Machine.h"
 
 #include <QHash>
@@ -59,7 +66,19 @@ struct PretendMachine
     std::shared_ptr<PretendClock> clock = std::make_shared<PretendClock>();
     std::shared_ptr<PretendDesktopAppearance> appearance = std::make_shared<PretendDesktopAppearance>();
 
-    [[nodiscard]] Machine machine() const { return {files, places, defaults, clock, appearance}; }
+    std::shared_ptr<PretendHostStatistics> host = std::make_shared<PretendHostStatistics>();
+    std::shared_ptr<PretendProcessRunner> processes = std::make_shared<PretendProcessRunner>();
+    std::shared_ptr<PretendWorkspace> workspace = std::make_shared<PretendWorkspace>();
+    std::shared_ptr<PretendPowerAssertions> assertions = std::make_shared<PretendPowerAssertions>();
+    std::shared_ptr<PretendBundles> bundles = std::make_shared<PretendBundles>();
+    std::shared_ptr<PretendSystemExtensionManager> extensions = std::make_shared<PretendSystemExtensionManager>();
+    std::shared_ptr<PretendFilterManager> filter = std::make_shared<PretendFilterManager>();
+    std::shared_ptr<PretendStatusBar> statusBar = std::make_shared<PretendStatusBar>();
+    bool isAdministrator = false;
+
+    [[nodiscard]] Machine machine() const;
+    /// Puts the sound extension of the traffic filter into the program's bundle.
+    void installTrafficFilter();
 };
 
 } // namespace Quillmere

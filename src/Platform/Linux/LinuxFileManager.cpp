@@ -112,6 +112,18 @@ Result<FileAttributes> LinuxFileManager::attributesOfItem(const FilePath &path) 
                           timeOf(status.st_mtim), status.st_uid == m_environment.user};
 }
 
+bool LinuxFileManager::isExecutableFile(const FilePath &path) const
+{
+    struct stat status;
+    return ::stat(path.bytes().constData(), &status) == 0 && S_ISREG(status.st_mode)
+        && ::faccessat(AT_FDCWD, path.bytes().constData(), X_OK, AT_EACCESS) == 0;
+}
+
+Result<VolumeCapacity> LinuxFileManager::capacityOfVolume(const FilePath &path, CapacityKeys keys) const
+{
+    return m_capacities.ask(path, keys);
+}
+
 FilePath LinuxFileManager::resolvingSymlinks(const FilePath &path) const
 {
     return resolveLinks(path).value_or(path.standardized());

@@ -4,6 +4,7 @@
 #include "Platform/Linux/RemovalGuard.h"
 #include "Platform/Linux/TrashCan.h"
 #include "Platform/Linux/UserEnvironment.h"
+#include "Platform/Linux/VolumeCapacities.h"
 
 namespace Quillmere {
 
@@ -21,6 +22,8 @@ public:
     [[nodiscard]] Result<TreeSize> measureTree(const FilePath &folder, const Cancellation &cancellation) const override;
     [[nodiscard]] bool fileExists(const FilePath &path) const override;
     [[nodiscard]] Result<FileAttributes> attributesOfItem(const FilePath &path) const override;
+    [[nodiscard]] bool isExecutableFile(const FilePath &path) const override;
+    [[nodiscard]] Result<VolumeCapacity> capacityOfVolume(const FilePath &path, CapacityKeys keys) const override;
     [[nodiscard]] FilePath resolvingSymlinks(const FilePath &path) const override;
     [[nodiscard]] Result<FilePath> trashItem(const FilePath &path) const override;
     [[nodiscard]] Result<void> removeItem(const FilePath &path) const override;
@@ -34,6 +37,7 @@ private:
     UserEnvironment m_environment;
     RemovalGuard m_guard;
     TrashCan m_trashCan;
+    VolumeCapacities m_capacities;
 };
 
 } // namespace Quillmere

@@ -5,6 +5,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 
 #include <fcntl.h>
@@ -46,17 +47,40 @@ std::optional<quint64> mountOf(int descriptor)
     return status.stx_mnt_id;
 }
 
-bool holdsMount(const FilePath &folder)
+QList<MountEntry> parseMountTable(const QByteArray &text)
+{
+    QList<MountEntry> entries;
+    for (const QByteArray &line : text.split('\n')) {
+        // proc(5): optional fields of any number end with a hyphen, behind which the type stands.
+        const QList<QByteArray> fields = line.split(' ');
+        const qsizetype hyphen = fields.indexOf("-", 6);
+        if (hyphen >= 0 && hyphen + 1 < fields.size())
+            entries.append({FilePath(withoutEscapes(fields.at(4))), fields.at(hyphen + 1)});
+    }
+    return entries;
+}
+
+QList<MountEntry> mountTable()
 {
     QFile table(u"/proc/self/mountinfo"_qs);
-    if (!table.open(QIODevice::ReadOnly))
-        return false;
-    for (const QByteArray &line : table.readAll().split('\n')) {
-        const QList<QByteArray> fields = line.split(' ');
-        if (fields.size() > 4 && FilePath(withoutEscapes(fields.at(4))).isWithin(folder))
-            return true;
+    return table.open(QIODevice::ReadOnly) ? parseMountTable(table.readAll()) : QList<MountEntry>();
+}
+
+bool holdsMount(const FilePath &folder)
+{
+    return std::ranges::any_of(mountTable(),
+                               [&](const MountEntry &mount) { return mount.location.isWithin(folder); });
+}
+
+std::optional<MountEntry> mountThatHolds(const FilePath &path, const QList<MountEntry> &table)
+{
+    std::optional<MountEntry> nearest;
+    for (const MountEntry &mount : table) {
+        // What is mounted later over the same place hides what was there.
+        if (path.isWithin(mount.location) && (!nearest || mount.location.isWithin(nearest->location)))
+            nearest = mount;
     }
-    return false;
+    return nearest;
 }
 
 Result<VolumeTop> VolumeTop::of(const ItemPlace &place)

@@ -13,6 +13,22 @@ namespace Quillmere {
 /// Nothing when the descriptor cannot be asked.
 [[nodiscard]] std::optional<quint64> mountOf(int descriptor);
 
+/// One line of the kernel's table of mounts.
+struct MountEntry
+{
+    FilePath location;
+    QByteArray type; ///< As the kernel calls it: "ext4", "nfs4", "fuse.sshfs".
+
+    bool operator==(const MountEntry &) const = default;
+};
+
+/// The mounts in what /proc/self/mountinfo holds, in the order in which they were made.
+[[nodiscard]] QList<MountEntry> parseMountTable(const QByteArray &text);
+/// The table as it is now; empty where there is no /proc. Touches no mount.
+[[nodiscard]] QList<MountEntry> mountTable();
+/// The mount of @p table that @p path lies in, by its text alone.
+[[nodiscard]] std::optional<MountEntry> mountThatHolds(const FilePath &path, const QList<MountEntry> &table);
+
 /// True when something is mounted below @p folder, which is standardized and free of links.
 [[nodiscard]] bool holdsMount(const FilePath &folder);
 

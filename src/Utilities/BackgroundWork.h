@@ -15,12 +15,22 @@ namespace Quillmere {
 /// still as soon as long scans held them all.
 [[nodiscard]] QThreadPool &backgroundPool();
 
+/// Where runs what may raise the system's password dialog: one at a time, in the order of asking.
+[[nodiscard]] QThreadPool &elevationPool();
+
 /// Runs @p work on a worker thread; await the answer on the GUI thread. Work under way goes on to its end even when
 /// nobody awaits it any more, so it must own what it uses. It must not throw.
 template<typename Work>
 [[nodiscard]] QFuture<std::invoke_result_t<Work>> inBackground(Work work)
 {
     return QtConcurrent::run(&backgroundPool(), std::move(work));
+}
+
+/// The same for work that may raise the system's password dialog.
+template<typename Work>
+[[nodiscard]] QFuture<std::invoke_result_t<Work>> inElevation(Work work)
+{
+    return QtConcurrent::run(&elevationPool(), std::move(work));
 }
 
 /// Has the GUI thread run @p change on @p object, later and in the order of asking, if the object still lives then.

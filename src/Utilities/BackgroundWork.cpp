@@ -1,4 +1,4 @@
-#include "ViewModels/BackgroundWork.h"
+#include "Utilities/BackgroundWork.h"
 
 namespace Quillmere {
 
@@ -14,6 +14,17 @@ QThreadPool &backgroundPool()
     static QThreadPool pool;
     pool.setMaxThreadCount(mostRunsAtOnce);
     return pool;
+}
+
+QThreadPool &elevationPool()
+{
+    // Never destroyed: a dialog that nobody answers does not keep the program from ending.
+    static QThreadPool *const pool = [] {
+        auto *made = new QThreadPool;
+        made->setMaxThreadCount(1);
+        return made;
+    }();
+    return *pool;
 }
 
 } // namespace Quillmere

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Values/Result.h"
+
+#include <QByteArray>
+#include <QStringList>
+
+namespace Quillmere {
+
+/// A program and what it is told, each argument as the program receives it: no shell stands between.
+struct Command
+{
+    QString launchPath; ///< Absolute.
+    QStringList arguments;
+
+    bool operator==(const Command &) const = default;
+};
+
+/// What a program has left behind.
+struct ProcessOutcome
+{
+    int exitStatus = 0; ///< 128 plus the signal where one ended it.
+    QByteArray standardOutput;
+
+    bool operator==(const ProcessOutcome &) const = default;
+};
+
+/// Starts other programs. The paths are those of the system's own commands; a platform without them carries each out
+/// in its own way. Safe to call from any thread.
+class ProcessRunner
+{
+public:
+    virtual ~ProcessRunner() = default;
+
+    /// Waits until the program has ended and has closed its output. Standard error goes where the program's own goes.
+    /// Fails when it cannot be started.
+    [[nodiscard]] virtual Result<ProcessOutcome> run(const Command &command) const = 0;
+    /// Starts the program and leaves it to itself. Fails when it cannot be started.
+    [[nodiscard]] virtual Result<void> launch(const Command &command) const = 0;
+    /// Carries out the text of a script and waits for its end, which may be as late as the user answers the system's
+    /// password dialog. Fails with what the script failed of.
+    [[nodiscard]] virtual Result<void> executeScript(const QString &source) const = 0;
+};
+
+} // namespace Quillmere

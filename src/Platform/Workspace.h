@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Values/FilePath.h"
+
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace Quillmere {
+
+/// A program with a face: one that the user knows as an application, however many processes it consists of.
+struct RunningApplication
+{
+    qint32 processIdentifier = 0; ///< Of its first process.
+    quint64 launchTime = 0; ///< Tells a process from a later one of the same number. Unit and origin are the machine's.
+    std::optional<QString> localizedName;
+    std::optional<QString> bundleIdentifier;
+    std::optional<FilePath> bundleLocation; ///< The folder or file that the application is.
+    QString icon; ///< A name of the desktop's icon theme, or the absolute path of a picture. Empty when there is none.
+
+    bool operator==(const RunningApplication &) const = default;
+};
+
+/// What the desktop knows of applications. Safe to call from any thread.
+class Workspace
+{
+public:
+    virtual ~Workspace() = default;
+
+    /// The user's own, in the order in which they were started.
+    [[nodiscard]] virtual QList<RunningApplication> runningApplications() const = 0;
+    /// Ends @p application at once, without asking it. Never touches another process that has come to its number.
+    /// False when it has gone or may not be ended.
+    [[nodiscard]] virtual bool forceTerminate(const RunningApplication &application) const = 0;
+};
+
+} // namespace Quillmere

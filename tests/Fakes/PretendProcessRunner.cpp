@@ -1,0 +1,79 @@
+#include "Fakes/PretendProcessRunner.h"
+
+#include <utility>
+
+namespace Quillmere {
+
+void PretendProcessRunner::answer(const QString &launchPath, Answer answer)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_answers.insert(launchPath, std::move(answer));
+}
+
+void PretendProcessRunner::answer(const QString &launchPath, const QByteArray &standardOutput)
+{
+    answer(launchPath, [standardOutput](const Command &) { return ProcessOutcome{0, standardOutput}; });
+}
+
+void PretendProcessRunner::answerScripts(Result<void> answer)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_scriptAnswer = std::move(answer);
+}
+
+QList<Command> PretendProcessRunner::runs() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_runs;
+}
+
+QList<Command> PretendProcessRunner::launches() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_launches;
+}
+
+QStringList PretendProcessRunner::scripts() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_scripts;
+}
+
+Result<ProcessOutcome> PretendProcessRunner::run(const Command &command) const
+{
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_runs.append(command);
+    }
+    return answerTo(command);
+}
+
+Result<void> PretendProcessRunner::launch(const Command &command) const
+{
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_launches.append(command);
+    }
+    const Result<ProcessOutcome> outcome = answerTo(command);
+    return outcome ? Result<void>() : Result<void>(outcome.failure());
+}
+
+Result<void> PretendProcessRunner::executeScript(const QString &source) const
+{
+    const std::scoped_lock lock(m_mutex);
+    m_scripts.append(source);
+    return m_scriptAnswer;
+}
+
+Result<ProcessOutcome> PretendProcessRunner::answerTo(const Command &command) const
+{
+    Answer answer;
+    {
+        const std::scoped_lock lock(m_mutex);
+        answer = m_answers.value(command.launchPath);
+    }
+    // Outside the lock: an answer may wait for the test.
+    return answer ? answer(command) : ProcessOutcome();
+}
+
+} // namespace Quillmere

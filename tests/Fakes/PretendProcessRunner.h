@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Platform/ProcessRunner.h"
+
+#include <QHash>
+
+#include <functional>
+#include <mutex>
+
+namespace Quillmere {
+
+/// Starts nothing: it remembers what it was asked to start, and answers as it was told. Safe to call from any thread.
+class PretendProcessRunner final : public ProcessRunner
+{
+public:
+    using Answer = std::function<Result<ProcessOutcome>(const Command &)>;
+
+    /// From now on commands of @p launchPath are answered so. Others end well and print nothing.
+    void answer(const QString &launchPath, Answer answer);
+    void answer(const QString &launchPath, const QByteArray &standardOutput);
+    /// From now on scripts are answered so.
+    void answerScripts(Result<void> answer);
+
+    [[nodiscard]] QList<Command> runs() const; ///< What was run and awaited, in its order.
+    [[nodiscard]] QList<Command> launches() const; ///< What was started and left, in its order.
+    [[nodiscard]] QStringList scripts() const; ///< In their order.
+
+    [[nodiscard]] Result<ProcessOutcome> run(const Command &command) const override;
+    [[nodiscard]] Result<void> launch(const Command &command) const override;
+    [[nodiscard]] Result<void> executeScript(const QString &source) const override;
+
+private:
+    [[nodiscard]] Result<ProcessOutcome> answerTo(const Command &command) const;
+
+    mutable std::mutex m_mutex;
+    QHash<QString, Answer> m_answers;
+    Result<void> m_scriptAnswer;
+    mutable QList<Command> m_runs;
+    mutable QList<Command> m_launches;
+    mutable QStringList m_scripts;
+};
+
+} // namespace Quillmere

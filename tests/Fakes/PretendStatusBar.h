@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Platform/StatusItem.h"
+
+namespace Quillmere {
+
+/// A status bar that remembers what stands in it.
+class PretendStatusBar final : public StatusBar
+{
+public:
+    struct Shown
+    {
+        QString title;
+        ImagePosition position = ImagePosition::ImageOnly;
+        QString toolTip;
+        QList<MenuEntry> menu;
+        int menusSet = 0;
+    };
+
+    int items = 0; ///< How many were made.
+    Shown shown; ///< By the latest.
+
+    [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem() override;
+};
+
+} // namespace Quillmere

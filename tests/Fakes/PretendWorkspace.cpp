@@ -1,0 +1,51 @@
+#include "Fakes/PretendWorkspace.h"
+
+namespace Quillmere {
+
+void PretendWorkspace::start(const RunningApplication &application)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_running.append(application);
+}
+
+void PretendWorkspace::end(qint32 pid)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_running.removeIf([pid](const RunningApplication &each) { return each.processIdentifier == pid; });
+}
+
+void PretendWorkspace::protect(qint32 pid)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_protected.append(pid);
+}
+
+QList<qint32> PretendWorkspace::terminated() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_terminated;
+}
+
+int PretendWorkspace::listings() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_listings;
+}
+
+QList<RunningApplication> PretendWorkspace::runningApplications() const
+{
+    const std::scoped_lock lock(m_mutex);
+    ++m_listings;
+    return m_running;
+}
+
+bool PretendWorkspace::forceTerminate(const RunningApplication &application) const
+{
+    const std::scoped_lock lock(m_mutex);
+    if (m_protected.contains(application.processIdentifier) || !m_running.removeOne(application))
+        return false;
+    m_terminated.append(application.processIdentifier);
+    return true;
+}
+
+} // namespace Quillmere

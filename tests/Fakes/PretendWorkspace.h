@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Platform/Workspace.h"
+
+#include <mutex>
+
+namespace Quillmere {
+
+/// A desktop on which applications start and end by hand. Safe to call from any thread.
+class PretendWorkspace final : public Workspace
+{
+public:
+    void start(const RunningApplication &application);
+    /// Takes it away as if it had ended of its own accord.
+    void end(qint32 pid);
+    /// From now on it may not be ended.
+    void protect(qint32 pid);
+
+    [[nodiscard]] QList<qint32> terminated() const; ///< Which were ended by force, in their order.
+    [[nodiscard]] int listings() const; ///< How often the applications were asked for.
+
+    [[nodiscard]] QList<RunningApplication> runningApplications() const override;
+    [[nodiscard]] bool forceTerminate(const RunningApplication &application) const override;
+
+private:
+    mutable std::mutex m_mutex;
+    mutable QList<RunningApplication> m_running;
+    QList<qint32> m_protected;
+    mutable QList<qint32> m_terminated;
+    mutable int m_listings = 0;
+};
+
+} // namespace Quillmere
