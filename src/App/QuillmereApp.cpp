@@ -13,7 +13,13 @@ QuillmereApp::QuillmereApp(Machine machine, QObject *parent)
     , m_localizer(m_machine.defaults)
     , m_history(m_machine.files)
     , m_state(m_machine.defaults)
-    , m_viewModels(m_machine, m_history)
+    , m_trafficMonitor(m_machine.host, m_machine.clock)
+    , m_filterExtension(m_machine.bundles, m_machine.files, m_machine.extensions)
+    , m_trafficControl(m_machine.defaults, m_machine.filter, m_filterExtension)
+    , m_power(m_machine.assertions, m_machine.processes, m_machine.isAdministrator)
+    , m_menuBarStatus(m_trafficMonitor, m_machine.host)
+    , m_menuBar(*m_machine.statusBar, m_power, {[this] { showMainWindow(); }, [this] { quit(); }})
+    , m_viewModels(m_machine, {m_history, m_trafficMonitor, m_trafficControl, m_power, m_state})
 {
     install();
     // The program lives on in the background with all its windows hidden.
@@ -30,6 +36,10 @@ QuillmereApp::~QuillmereApp()
     AppState::setShared(nullptr);
     SharedInstance<UnfinishedRuns>::install(nullptr);
     SharedInstance<Appearance>::install(nullptr);
+    SharedInstance<PowerManagementService>::install(nullptr);
+    SharedInstance<TrafficControlService>::install(nullptr);
+    SharedInstance<TrafficFilterExtensionManager>::install(nullptr);
+    SharedInstance<TrafficMonitorService>::install(nullptr);
     SharedInstance<HistoryService>::install(nullptr);
     SharedInstance<Localizer>::install(nullptr);
 }
@@ -38,6 +48,10 @@ void QuillmereApp::install()
 {
     SharedInstance<Localizer>::install(&m_localizer);
     SharedInstance<HistoryService>::install(&m_history);
+    SharedInstance<TrafficMonitorService>::install(&m_trafficMonitor);
+    SharedInstance<TrafficFilterExtensionManager>::install(&m_filterExtension);
+    SharedInstance<TrafficControlService>::install(&m_trafficControl);
+    SharedInstance<PowerManagementService>::install(&m_power);
     SharedInstance<Appearance>::install(&m_appearance);
     SharedInstance<UnfinishedRuns>::install(&m_unfinishedRuns);
 }
@@ -78,6 +92,8 @@ void QuillmereApp::translateQt()
 void QuillmereApp::contentDidAppear()
 {
     AppState::setShared(&m_state);
+    m_menuBarStatus.start();
+    m_menuBar.start(&m_state, &m_menuBarStatus);
 }
 
 QQuickWindow *QuillmereApp::loadWindow(const QString &file, const QVariantMap &properties)

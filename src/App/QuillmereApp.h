@@ -4,6 +4,12 @@
 #include "App/AppState.h"
 #include "Platform/Machine.h"
 #include "Services/HistoryService.h"
+#include "Services/MenuBarController.h"
+#include "Services/MenuBarStatusService.h"
+#include "Services/PowerManagementService.h"
+#include "Services/TrafficControlService.h"
+#include "Services/TrafficFilterExtensionManager.h"
+#include "Services/TrafficMonitorService.h"
 #include "Utilities/LocalizationManager.h"
 #include "ViewModels/UnfinishedRuns.h"
 #include "ViewModels/ViewModelFactory.h"
@@ -58,6 +64,12 @@ private:
     Localizer m_localizer;
     HistoryService m_history;
     AppState m_state;
+    TrafficMonitorService m_trafficMonitor;
+    TrafficFilterExtensionManager m_filterExtension;
+    TrafficControlService m_trafficControl;
+    PowerManagementService m_power;
+    MenuBarStatusService m_menuBarStatus;
+    MenuBarController m_menuBar;
     AppDelegate m_delegate;
     Appearance m_appearance{nullptr};
     UnfinishedRuns m_unfinishedRuns;

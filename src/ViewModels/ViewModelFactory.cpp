@@ -2,10 +2,10 @@
 
 namespace Quillmere {
 
-ViewModelFactory::ViewModelFactory(Machine machine, HistoryService &history, QObject *parent)
+ViewModelFactory::ViewModelFactory(Machine machine, const Services &services, QObject *parent)
     : QObject(parent)
     , m_machine(std::move(machine))
-    , m_history(history)
+    , m_services(services)
 {
 }
 
@@ -25,15 +25,43 @@ std::shared_ptr<ScannerService> ViewModelFactory::makeScanner()
     return scanner;
 }
 
+std::unique_ptr<ResourceMonitorService> ViewModelFactory::makeResourceMonitorService() const
+{
+    return std::make_unique<ResourceMonitorService>(m_machine.workspace, m_machine.processes,
+                                                    m_services.trafficControl);
+}
+
+DashboardViewModel *ViewModelFactory::makeDashboard(QObject *screen)
+{
+    return new DashboardViewModel({
+                                      m_machine.files,
+                                      m_machine.host,
+                                      m_machine.processes,
+                                      CleanupService(m_machine.files, m_machine.places),
+                                      [this] { return makeScanner(); },
+                                      [this] { return makeResourceMonitorService(); },
+                                      m_services.trafficMonitor,
+                                      m_services.trafficControl,
+                                      m_services.power,
+                                      m_services.state,
+                                  },
+                                  screen);
+}
+
+ResourceMonitorViewModel *ViewModelFactory::makeResourceMonitor(QObject *card) const
+{
+    return new ResourceMonitorViewModel(makeResourceMonitorService(), card);
+}
+
 SafeCleanupViewModel *ViewModelFactory::makeSafeCleanup(QObject *screen)
 {
-    return new SafeCleanupViewModel(makeScanner(), CleanupService(m_machine.files, m_machine.places), m_history,
-                                    m_machine.clock, screen);
+    return new SafeCleanupViewModel(makeScanner(), CleanupService(m_machine.files, m_machine.places),
+                                    m_services.history, m_machine.clock, screen);
 }
 
 HistoryViewModel *ViewModelFactory::makeHistory(QObject *screen) const
 {
-    return new HistoryViewModel(m_history, m_machine.files, screen);
+    return new HistoryViewModel(m_services.history, m_machine.files, screen);
 }
 
 SidebarListModel *ViewModelFactory::makeSidebar(QObject *screen) const

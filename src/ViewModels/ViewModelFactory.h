@@ -1,7 +1,9 @@
 #pragma once
 
 #include "Platform/Machine.h"
+#include "ViewModels/DashboardViewModel.h"
 #include "ViewModels/HistoryViewModel.h"
+#include "ViewModels/ResourceMonitorViewModel.h"
 #include "ViewModels/SafeCleanupViewModel.h"
 #include "ViewModels/SidebarListModel.h"
 
@@ -14,20 +16,33 @@ class ViewModelFactory final : public QObject
     Q_OBJECT
 
 public:
-    ViewModelFactory(Machine machine, HistoryService &history, QObject *parent = nullptr);
+    /// What lives as long as the program does, and longer than any screen.
+    struct Services
+    {
+        HistoryService &history;
+        TrafficMonitorService &trafficMonitor;
+        TrafficControlService &trafficControl;
+        PowerManagementService &power;
+        AppState &state;
+    };
+
+    ViewModelFactory(Machine machine, const Services &services, QObject *parent = nullptr);
 
     /// Ends the scans that are still under way, so that the program can end.
     ~ViewModelFactory() override;
 
+    Q_INVOKABLE [[nodiscard]] Quillmere::DashboardViewModel *makeDashboard(QObject *screen);
+    Q_INVOKABLE [[nodiscard]] Quillmere::ResourceMonitorViewModel *makeResourceMonitor(QObject *card) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::SafeCleanupViewModel *makeSafeCleanup(QObject *screen);
     Q_INVOKABLE [[nodiscard]] Quillmere::HistoryViewModel *makeHistory(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::SidebarListModel *makeSidebar(QObject *screen) const;
 
 private:
     [[nodiscard]] std::shared_ptr<ScannerService> makeScanner();
+    [[nodiscard]] std::unique_ptr<ResourceMonitorService> makeResourceMonitorService() const;
 
     Machine m_machine;
-    HistoryService &m_history;
+    Services m_services;
     QList<std::weak_ptr<ScannerService>> m_scanners;
 };
 

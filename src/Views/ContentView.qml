@@ -38,6 +38,8 @@ FocusScope {
         focus: true
         sourceComponent: {
             switch (root.appState.selectedTab) {
+            case SidebarTab.Dashboard:
+                return dashboard;
             case SidebarTab.SafeCleanup:
                 return safeCleanup;
             case SidebarTab.History:
@@ -58,6 +60,15 @@ FocusScope {
         anchors.right: parent.right
         anchors.rightMargin: 10
         y: 12
+    }
+
+    Component {
+        id: dashboard
+
+        DashboardView {
+            appState: root.appState
+            viewModels: root.viewModels
+        }
     }
 
     Component {

@@ -3,8 +3,10 @@
 #include "App/AppState.h"
 #include "ViewModels/CleanupCategoryListModel.h"
 #include "ViewModels/CleanupReport.h"
+#include "ViewModels/DashboardViewModel.h"
 #include "ViewModels/HistoryListModel.h"
 #include "ViewModels/HistoryViewModel.h"
+#include "ViewModels/ResourceMonitorViewModel.h"
 #include "ViewModels/SafeCleanupViewModel.h"
 #include "ViewModels/SidebarListModel.h"
 #include "ViewModels/ViewModelFactory.h"
@@ -37,6 +39,20 @@ struct CleanupReportType
     QML_VALUE_TYPE(cleanupReport)
 };
 
+struct DashboardViewModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::DashboardViewModel)
+    QML_NAMED_ELEMENT(DashboardViewModel)
+    QML_UNCREATABLE("The factory makes it.")
+};
+
+namespace FilterModeType {
+Q_NAMESPACE
+QML_FOREIGN_NAMESPACE(Quillmere::FilterModes)
+QML_NAMED_ELEMENT(FilterMode)
+} // namespace FilterModeType
+
 struct HistoryListModelType
 {
     Q_GADGET
@@ -51,6 +67,28 @@ struct HistoryViewModelType
     QML_FOREIGN(Quillmere::HistoryViewModel)
     QML_NAMED_ELEMENT(HistoryViewModel)
     QML_UNCREATABLE("The factory makes it.")
+};
+
+namespace LoadLevelType {
+Q_NAMESPACE
+QML_FOREIGN_NAMESPACE(Quillmere::LoadLevels)
+QML_NAMED_ELEMENT(LoadLevel)
+} // namespace LoadLevelType
+
+struct ResourceMonitorViewModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::ResourceMonitorViewModel)
+    QML_NAMED_ELEMENT(ResourceMonitorViewModel)
+    QML_UNCREATABLE("The factory makes it.")
+};
+
+struct ResourceProcessListModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::ResourceProcessListModel)
+    QML_NAMED_ELEMENT(ResourceProcessListModel)
+    QML_UNCREATABLE("A view model makes it.")
 };
 
 struct SafeCleanupViewModelType
@@ -68,6 +106,18 @@ struct SidebarListModelType
     QML_NAMED_ELEMENT(SidebarListModel)
     QML_UNCREATABLE("The factory makes it.")
 };
+
+namespace SortFieldType {
+Q_NAMESPACE
+QML_FOREIGN_NAMESPACE(Quillmere::SortFields)
+QML_NAMED_ELEMENT(SortField)
+} // namespace SortFieldType
+
+namespace SystemStatusType {
+Q_NAMESPACE
+QML_FOREIGN_NAMESPACE(Quillmere::SystemStatuses)
+QML_NAMED_ELEMENT(SystemStatus)
+} // namespace SystemStatusType
 
 struct ViewModelFactoryType
 {

@@ -1,5 +1,6 @@
 #include "Views/ViewsModule.h"
 
+#include "Views/Support/ApplicationIconProvider.h"
 #include "Views/Support/SymbolImageProvider.h"
 
 #include <QQmlEngine>
@@ -16,6 +17,7 @@ void installViews(QQmlEngine &engine)
     qml_register_types_Quillmere();
     engine.addImportPath(u":/qt/qml"_qs);
     engine.addImageProvider(u"symbol"_qs, new SymbolImageProvider);
+    engine.addImageProvider(u"application"_qs, new ApplicationIconProvider);
 }
 
 } // namespace Quillmere

@@ -61,6 +61,13 @@ QAccessibleInterface *Person::find(QAccessible::Role role, const QString &name) 
     return found;
 }
 
+QAccessibleInterface *Person::findWhatHolds(QAccessible::Role role, const QString &text) const
+{
+    return searchWindow(m_window, [&](QAccessibleInterface *item) {
+        return item->role() == role && item->text(QAccessible::Name).contains(text);
+    });
+}
+
 bool Person::seesNo(QAccessible::Role role, const QString &name) const
 {
     return QTest::qWaitFor([&] { return !searchWindow(m_window, named(role, name)); }, patienceMilliseconds);
@@ -102,6 +109,12 @@ bool Person::canUse(QAccessible::Role role, const QString &name) const
 void Person::press(Qt::Key key, Qt::KeyboardModifiers modifiers) const
 {
     QTest::keyClick(&m_window, key, modifiers);
+}
+
+void Person::type(const QString &text) const
+{
+    for (const QChar character : text)
+        QTest::keyClick(&m_window, character.toLatin1());
 }
 
 bool Person::isGivenTheKeyboardAt(const QString &name) const

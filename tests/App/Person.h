@@ -15,6 +15,8 @@ public:
 
     /// The visible item with that role and name, waiting for it a while. Null when it does not come.
     [[nodiscard]] QAccessibleInterface *find(QAccessible::Role role, const QString &name) const;
+    /// The same for one whose name holds @p text, as things are: it does not wait.
+    [[nodiscard]] QAccessibleInterface *findWhatHolds(QAccessible::Role role, const QString &text) const;
     [[nodiscard]] bool sees(QAccessible::Role role, const QString &name) const { return find(role, name) != nullptr; }
     /// True when no such item is visible now, or soon.
     [[nodiscard]] bool seesNo(QAccessible::Role role, const QString &name) const;
@@ -29,6 +31,7 @@ public:
     /// Clicks the middle of the item. False when it is not there or cannot be used.
     [[nodiscard]] bool click(QAccessible::Role role, const QString &name) const;
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
+    void type(const QString &text) const;
     /// Whether the keyboard comes to @p name by itself.
     [[nodiscard]] bool isGivenTheKeyboardAt(const QString &name) const;
     /// Presses Tab until the keyboard is on @p name. False when it never is.

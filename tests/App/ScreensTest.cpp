@@ -1,58 +1,20 @@
-#include "App/Person.h"
-#include "App/QuillmereApp.h"
+#include "App/ScreensFixture.h"
 #include "Fakes/Gate.h"
-#include "Fakes/PretendMachine.h"
 
 #include <QTest>
 #include <QTimer>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 using namespace Quillmere;
 using enum QAccessible::Role;
 
 namespace {
 
-QStringList qmlWarnings;
-
-void collectWarnings(QtMsgType type, const QMessageLogContext &context, const QString &text)
-{
-    if (type != QtDebugMsg && type != QtInfoMsg && !text.contains(u"does not support"))
-        qmlWarnings.append(text);
-    Q_UNUSED(context)
-}
-
-/// The whole program on a pretend machine, used by a person. A warning from QML fails the test.
-class ScreensTest : public testing::Test
+class ScreensTest : public ScreensFixture
 {
 protected:
-    ScreensTest()
-    {
-        qmlWarnings.clear();
-        qInstallMessageHandler(collectWarnings);
-        machine.appearance->set(ColorScheme::Light, true);
-        machine.defaults->setString(Localizer::languageKey(), u"en"_qs);
-        app = std::make_unique<QuillmereApp>(machine.machine());
-    }
-    ~ScreensTest() override
-    {
-        app.reset();
-        qInstallMessageHandler(nullptr);
-        EXPECT_THAT(qmlWarnings, testing::IsEmpty()) << qmlWarnings.join(u'\n').toStdString();
-    }
-
     void addTree(const QByteArray &path, qint64 bytes)
     {
         machine.files->addFile(FilePath("/home/ada/Library").appending(path).appending("data"), bytes);
-    }
-
-    Person open(SidebarTab tab = SidebarTab::Dashboard)
-    {
-        EXPECT_TRUE(app->start());
-        app->appState().setSelectedTab(tab);
-        EXPECT_TRUE(QTest::qWaitForWindowExposed(app->mainWindow()));
-        return Person(*app->mainWindow());
     }
 
     /// Opens Safe Cleanup and scans.
@@ -63,9 +25,6 @@ protected:
         EXPECT_TRUE(person.sees(Button, u"Clean"_qs));
         return person;
     }
-
-    PretendMachine machine;
-    std::unique_ptr<QuillmereApp> app;
 };
 
 } // namespace

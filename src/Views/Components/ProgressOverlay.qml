@@ -9,8 +9,10 @@ FocusScope {
 
     property string title
     property string message
-    /// From 0.0 to 1.0.
+    /// From 0.0 to 1.0; below 0 while nobody knows how far it is, which shows no bar.
     property real progress: 0
+    /// False for work that cannot be stopped: no button, and Escape does nothing.
+    property bool cancellable: true
     property string symbol: "search"
 
     signal cancelled()
@@ -20,11 +22,12 @@ FocusScope {
 
     function takeFocus() {
         const before = Window.activeFocusItem;
-        if (before !== cancelButton)
+        if (before !== cancelButton && before !== root)
             focusBefore = before;
         const control = before as T.Control;
         openedByKeyboard = control !== null && control.visualFocus;
-        cancelButton.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
+        const holder = cancellable ? cancelButton : root;
+        holder.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
     }
 
     /// What had the keyboard may have gone with the work; then it goes to the first control of the screen, or Tab would
@@ -44,7 +47,13 @@ FocusScope {
     Accessible.role: Accessible.Dialog
     Accessible.name: title
 
-    Keys.onEscapePressed: cancelled()
+    Keys.onEscapePressed: {
+        if (cancellable)
+            cancelled();
+    }
+    // Nothing else can be reached while the overlay stands.
+    Keys.onTabPressed: {}
+    Keys.onBacktabPressed: {}
 
     onVisibleChanged: visible ? takeFocus() : giveFocusBack()
     Component.onCompleted: {
@@ -74,7 +83,7 @@ FocusScope {
         elevation: Elevation.Overlay
         anchors.centerIn: parent
         width: Math.max(364, cancelButton.implicitWidth + 64)
-        height: 262 + heading.extraHeight
+        height: 262 + heading.extraHeight - (root.progress < 0 ? 26 : 0) - (root.cancellable ? 0 : 44)
 
         Ripple {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -113,6 +122,7 @@ FocusScope {
             anchors.horizontalCenter: parent.horizontalCenter
             y: 172 + heading.extraHeight
             width: 300
+            visible: root.progress >= 0
             value: root.progress
         }
 
@@ -122,6 +132,7 @@ FocusScope {
             anchors.horizontalCenter: parent.horizontalCenter
             y: parent.height - 56
             leftPadding: 26
+            visible: root.cancellable
             text: Texts.localized("common.cancel")
 
             // The only stop while the overlay stands: Tab stays here and shows where it is.

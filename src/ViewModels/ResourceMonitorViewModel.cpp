@@ -1,0 +1,135 @@
+#include "ViewModels/ResourceMonitorViewModel.h"
+
+#include "Utilities/LocalizationManager.h"
+#include "Utilities/TextComparison.h"
+
+#include <QPointer>
+
+#include <algorithm>
+
+namespace Quillmere {
+
+namespace {
+
+constexpr qsizetype rowsCollapsed = 5;
+constexpr qsizetype rowsExpanded = 30;
+
+void sort(QList<ResourceProcess> &processes, SortField field)
+{
+    switch (field) {
+    case SortField::Cpu:
+        std::ranges::stable_sort(processes, std::ranges::greater(), &ResourceProcess::cpuUsage);
+        return;
+    case SortField::Memory:
+        std::ranges::stable_sort(processes, std::ranges::greater(), &ResourceProcess::memoryUsage);
+        return;
+    case SortField::Name:
+        const QLocale locale = collationLocale(Localizer::shared().effectiveLanguage());
+        std::ranges::stable_sort(
+            processes,
+            [&](const QString &left, const QString &right) {
+                return localizedStandardCompare(left, right, locale) < 0;
+            },
+            &ResourceProcess::name);
+        return;
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace
+
+ResourceMonitorViewModel::ResourceMonitorViewModel(std::unique_ptr<ResourceMonitorService> service, QObject *parent)
+    : QObject(parent)
+    , m_service(std::move(service))
+{
+    connect(
+        m_service.get(), &ResourceMonitorService::processesChanged, this,
+        [this] {
+            m_allProcesses = m_service->processes();
+            showProcesses();
+        },
+        Qt::QueuedConnection);
+    connect(
+        m_service.get(), &ResourceMonitorService::isMonitoringChanged, this,
+        [this] {
+            m_isMonitoring = m_service->isMonitoring();
+            Q_EMIT isMonitoringChanged();
+        },
+        Qt::QueuedConnection);
+    connect(&Localizer::shared(), &Localizer::languageChanged, this, &ResourceMonitorViewModel::showProcesses);
+}
+
+QList<ResourceProcess> ResourceMonitorViewModel::filteredAndSortedProcesses() const
+{
+    QList<ResourceProcess> processes = m_allProcesses;
+    if (m_filterMode == FilterMode::UserApps)
+        processes.removeIf([](const ResourceProcess &process) { return process.isSystemProcess; });
+    if (!m_searchText.isEmpty()) {
+        processes.removeIf([this](const ResourceProcess &process) {
+            return !localizedCaseInsensitiveContains(process.name, m_searchText);
+        });
+    }
+    sort(processes, m_sortField);
+    return processes.first(std::min(processes.size(), m_isExpanded ? rowsExpanded : rowsCollapsed));
+}
+
+void ResourceMonitorViewModel::showProcesses()
+{
+    m_rows.setProcesses(filteredAndSortedProcesses());
+    Q_EMIT processesChanged();
+}
+
+void ResourceMonitorViewModel::setIsExpanded(bool isExpanded)
+{
+    m_isExpanded = isExpanded;
+    Q_EMIT choiceChanged();
+    showProcesses();
+}
+
+void ResourceMonitorViewModel::setFilterMode(FilterMode mode)
+{
+    m_filterMode = mode;
+    Q_EMIT choiceChanged();
+    showProcesses();
+}
+
+void ResourceMonitorViewModel::setSortField(SortField field)
+{
+    m_sortField = field;
+    Q_EMIT choiceChanged();
+    showProcesses();
+}
+
+void ResourceMonitorViewModel::setSearchText(const QString &text)
+{
+    m_searchText = text;
+    Q_EMIT choiceChanged();
+    showProcesses();
+}
+
+QCoro::Task<> ResourceMonitorViewModel::toggle(qint32 pid)
+{
+    const QPointer self(this);
+    const std::optional<QString> message = co_await m_service->toggleInternetAccess(pid);
+    if (self)
+        setTrafficErrorMessage(message);
+}
+
+void ResourceMonitorViewModel::dismissTrafficError()
+{
+    setTrafficErrorMessage({});
+}
+
+void ResourceMonitorViewModel::forceQuitProcess(int pid)
+{
+    // The answer reaches no one: the next refresh shows what became of it.
+    std::ignore = m_service->forceQuitProcess(pid);
+}
+
+void ResourceMonitorViewModel::setTrafficErrorMessage(const std::optional<QString> &message)
+{
+    m_trafficErrorMessage = message;
+    Q_EMIT trafficErrorMessageChanged();
+}
+
+} // namespace Quillmere
