@@ -4,7 +4,10 @@
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
+#include <QQuickItem>
 #include <QTimer>
+
+#include <algorithm>
 
 using namespace Quillmere;
 
@@ -19,7 +22,7 @@ public:
         m_parser.setApplicationDescription(u"Quillmere on a machine that exists only in memory."_qs);
         m_parser.addHelpOption();
         m_parser.addOptions(
-            {m_empty, m_dark, m_language, m_processors, m_memory, m_disk, m_noFilter, m_tab, m_size, m_picture});
+            {m_empty, m_dark, m_language, m_processors, m_memory, m_disk, m_noFilter, m_tab, m_size, m_press, m_picture});
         m_parser.process(*QCoreApplication::instance());
     }
 
@@ -27,6 +30,7 @@ public:
     [[nodiscard]] bool isDark() const { return m_parser.isSet(m_dark); }
     [[nodiscard]] bool hasFilter() const { return !m_parser.isSet(m_noFilter); }
     [[nodiscard]] QString language() const { return m_parser.value(m_language); }
+    [[nodiscard]] QStringList presses() const { return m_parser.values(m_press); }
     [[nodiscard]] QString picture() const { return m_parser.value(m_picture); }
     [[nodiscard]] std::optional<SidebarTab> tab() const { return fromRawValue<SidebarTab>(m_parser.value(m_tab)); }
     [[nodiscard]] PretendLoad load() const
@@ -54,16 +58,34 @@ private:
     QCommandLineOption m_noFilter{u"no-filter"_qs, u"Starts without the traffic filter."_qs};
     QCommandLineOption m_tab{u"tab"_qs, u"The screen to begin with, such as safeCleanup."_qs, u"name"_qs};
     QCommandLineOption m_size{u"size"_qs, u"Size of the window."_qs, u"WIDTHxHEIGHT"_qs, u"1100x700"_qs};
+    QCommandLineOption m_press{u"press"_qs, u"Presses that button as soon as the figures stand."_qs, u"name"_qs};
     QCommandLineOption m_picture{u"picture"_qs, u"Saves a picture of the window after a while, and ends."_qs,
                                  u"file"_qs};
 };
 
-void takePicture(QuillmereApp &quillmere, const QString &file)
+constexpr std::chrono::milliseconds untilFiguresStand{6500};
+constexpr std::chrono::milliseconds betweenPresses{700};
+
+/// Presses the first visible button of that name in @p item. False when there is none.
+bool press(QQuickItem &item, const QString &name)
 {
-    constexpr std::chrono::milliseconds untilFiguresStand{6500};
-    QTimer::singleShot(untilFiguresStand, &quillmere, [&quillmere, file] {
+    if (!item.isVisible())
+        return false;
+    if (item.property("accessibleName").toString() == name && item.metaObject()->indexOfSignal("clicked()") >= 0)
+        return QMetaObject::invokeMethod(&item, "clicked");
+    return std::ranges::any_of(item.childItems(), [&](QQuickItem *child) { return press(*child, name); });
+}
+
+/// Presses what is wished, one after the other, and then takes the picture.
+void useAndTakePicture(QuillmereApp &quillmere, QStringList presses, const QString &file)
+{
+    if (!presses.isEmpty()) {
+        press(*quillmere.mainWindow()->contentItem(), presses.takeFirst());
+        QTimer::singleShot(betweenPresses, &quillmere,
+                           [&quillmere, presses, file] { useAndTakePicture(quillmere, presses, file); });
+    } else if (!file.isEmpty()) {
         QCoreApplication::exit(quillmere.mainWindow()->grabWindow().save(file) ? 0 : 1);
-    });
+    }
 }
 
 } // namespace
@@ -90,7 +112,7 @@ int main(int argc, char *argv[])
         return 1;
     quillmere.mainWindow()->resize(wishes.size());
     quillmere.appState().setSelectedTab(wishes.tab().value_or(SidebarTab::Dashboard));
-    if (!wishes.picture().isEmpty())
-        takePicture(quillmere, wishes.picture());
+    QTimer::singleShot(untilFiguresStand, &quillmere,
+                       [&] { useAndTakePicture(quillmere, wishes.presses(), wishes.picture()); });
     return QGuiApplication::exec();
 }

@@ -14,6 +14,8 @@ FocusScope {
     /// False for work that cannot be stopped: no button, and Escape does nothing.
     property bool cancellable: true
     property string symbol: "search"
+    /// True for a sentence, which wraps; false for a path or a name, which is shortened in its middle.
+    property bool isSentence: false
 
     signal cancelled()
 
@@ -83,7 +85,7 @@ FocusScope {
         elevation: Elevation.Overlay
         anchors.centerIn: parent
         width: Math.max(364, cancelButton.implicitWidth + 64)
-        height: 262 + heading.extraHeight - (root.progress < 0 ? 26 : 0) - (root.cancellable ? 0 : 44)
+        height: 262 + heading.extraHeight + messageText.extraHeight - (root.progress < 0 ? 26 : 0) - (root.cancellable ? 0 : 44)
 
         Ripple {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -109,18 +111,23 @@ FocusScope {
         }
 
         ElidingText {
+            id: messageText
+
+            readonly property real extraHeight: root.isSentence ? Math.max(0, implicitHeight - 16) : 0
+
             anchors.horizontalCenter: parent.horizontalCenter
             y: 138 + heading.extraHeight
             width: 300
             text: root.message
             color: Theme.textSecondary
-            elide: Text.ElideMiddle
+            elide: root.isSentence ? Text.ElideNone : Text.ElideMiddle
+            wrapMode: root.isSentence ? Text.Wrap : Text.NoWrap
             horizontalAlignment: Text.AlignHCenter
         }
 
         ProgressBar {
             anchors.horizontalCenter: parent.horizontalCenter
-            y: 172 + heading.extraHeight
+            y: 172 + heading.extraHeight + messageText.extraHeight
             width: 300
             visible: root.progress >= 0
             value: root.progress

@@ -112,6 +112,7 @@ FocusScope {
         visible: root.viewModel.isOptimizing
         title: Texts.localized("dashboard.speedOptimizer")
         message: Texts.localized("dashboard.optimizing")
+        isSentence: true
         symbol: "bolt"
         progress: -1
         cancellable: false
@@ -121,6 +122,7 @@ FocusScope {
         visible: root.viewModel.isCleaning
         title: Texts.localized("dashboard.fastCleaning")
         message: root.viewModel.cleaningMessage
+        isSentence: true
         symbol: "broom"
         progress: -1
 

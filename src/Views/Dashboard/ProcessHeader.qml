@@ -49,8 +49,8 @@ Item {
     }
 
     TableHeader {
-        x: root.columns.networkEnd - root.columns.figureWidth + root.chevronRoom
-        width: root.columns.figureWidth - root.chevronRoom
+        x: root.columns.networkEnd - root.columns.networkWidth + root.chevronRoom
+        width: root.columns.networkWidth - root.chevronRoom
         alignment: Qt.AlignRight
         text: Texts.localized("resource.network")
     }

@@ -52,17 +52,26 @@ Column {
         id: tiles
 
         readonly property real tileWidth: (root.width - (columns - 1) * spacing) / columns
+        readonly property real tileHeight: {
+            let height = keepAwake.implicitHeight;
+            for (let i = 0; i < leading.count; ++i)
+                height = Math.max(height, leading.itemAt(i) ? leading.itemAt(i).implicitHeight : 0);
+            return height;
+        }
 
         columns: root.width < 560 ? 3 : 5
         spacing: Theme.tileGap
 
         Repeater {
+            id: leading
+
             model: root.destinations
 
             QuickActionCard {
                 required property QtObject modelData
 
                 width: tiles.tileWidth
+                height: tiles.tileHeight
                 title: Texts.localized(modelData.titleKey)
                 symbol: modelData.symbol
                 color: modelData.color
@@ -72,7 +81,10 @@ Column {
         }
 
         QuickActionCard {
+            id: keepAwake
+
             width: tiles.tileWidth
+            height: tiles.tileHeight
             title: Texts.localized(root.isKeptAwake ? "keepAwake.trayOn" : "keepAwake.trayOff")
             symbol: root.isKeptAwake ? "cup.and.saucer.fill" : "cup.and.saucer"
             color: Theme.teal
