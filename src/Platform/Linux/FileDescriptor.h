@@ -34,6 +34,8 @@ public:
 
     [[nodiscard]] bool isOpen() const { return m_number >= 0; }
     [[nodiscard]] int number() const { return m_number; }
+    /// Leaves the closing to somebody else.
+    int release() { return std::exchange(m_number, -1); }
 
 private:
     int m_number = -1;

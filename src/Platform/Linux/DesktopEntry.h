@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Values/FilePath.h"
+
+#include <QList>
+
+namespace Quillmere {
+
+/// An application as the desktop's own database shows it.
+struct DesktopEntry
+{
+    QByteArray id; ///< Without ".desktop".
+    FilePath file;
+    QString name; ///< In the user's language.
+    QString icon; ///< A name of the icon theme or an absolute path; may be empty.
+    FilePath executable; ///< What is started, free of links; a text where that is what an interpreter runs. May be empty.
+    bool isPlain = false; ///< It is started without any argument but what it is to open.
+
+    bool operator==(const DesktopEntry &) const = default;
+};
+
+/// What the desktop shows of the applications in @p folders, by the order of their ids. An entry of an earlier folder
+/// hides those of its id in later ones, also when it is itself not shown.
+[[nodiscard]] QList<DesktopEntry> readDesktopEntries(const QList<FilePath> &folders);
+
+/// The folders of desktop entries of this user, by the base directory specification, the most important first.
+[[nodiscard]] QList<FilePath> desktopEntryFolders(const FilePath &home);
+
+/// When @p folders and those in them were last changed. Two of these that are equal mean that no entry has come, gone
+/// or been replaced.
+[[nodiscard]] QByteArray stateOfFolders(const QList<FilePath> &folders);
+
+} // namespace Quillmere

@@ -1,0 +1,54 @@
+#include "Platform/Linux/LinuxProcessRunner.h"
+
+#include "Platform/Linux/HelperPrograms.h"
+#include "Platform/Linux/StartedProgram.h"
+
+#include <thread>
+
+namespace Quillmere {
+
+LinuxProcessRunner::LinuxProcessRunner(FilePath helpers)
+    : m_helpers(std::move(helpers))
+{
+}
+
+FilePath LinuxProcessRunner::programOf(const QString &launchPath) const
+{
+    const QByteArray helper = helperProgramFor(launchPath);
+    return helper.isEmpty() ? FilePath(launchPath.toUtf8()) : m_helpers.appending(helper);
+}
+
+Result<ProcessOutcome> LinuxProcessRunner::run(const Command &command) const
+{
+    Result<StartedProgram> program
+        = StartedProgram::start(programOf(command.launchPath), command.arguments, Capture::StandardOutput);
+    if (!program)
+        return program.failure();
+    return program.value().finishWithOutput();
+}
+
+Result<void> LinuxProcessRunner::launch(const Command &command) const
+{
+    const Result<StartedProgram> program
+        = StartedProgram::start(programOf(command.launchPath), command.arguments, Capture::Nothing);
+    if (!program)
+        return program.failure();
+    // Nobody asks how it ended, but a child that nobody waits for stays in the list of processes as a dead one.
+    std::thread([pid = program.value().processIdentifier()] { std::ignore = exitStatusOf(pid); }).detach();
+    return {};
+}
+
+Result<void> LinuxProcessRunner::executeScript(const QString &source) const
+{
+    const FilePath program = m_helpers.appending("osascript");
+    Result<StartedProgram> script
+        = StartedProgram::start(program, {u"-e"_qs, source}, Capture::StandardError);
+    if (!script)
+        return script.failure();
+    const ProcessOutcome outcome = script.value().finish();
+    if (outcome.exitStatus == 0)
+        return {};
+    return Failure{Failure::Kind::Other, {}, QString::fromUtf8(outcome.standardOutput).trimmed()};
+}
+
+} // namespace Quillmere

@@ -1,0 +1,148 @@
+#include "Platform/Linux/StartedProgram.h"
+
+#include "Platform/Linux/ErrnoFailure.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <vector>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+namespace Quillmere {
+
+namespace {
+
+constexpr size_t blockSize = 64 * 1024;
+constexpr int signalBase = 128;
+
+/// What posix_spawn(3) is to do in the new process.
+class Preparation
+{
+public:
+    Preparation()
+    {
+        ::posix_spawn_file_actions_init(&m_files);
+        ::posix_spawnattr_init(&m_attributes);
+        sigset_t none;
+        sigset_t every;
+        ::sigemptyset(&none);
+        ::sigfillset(&every);
+        ::posix_spawnattr_setsigmask(&m_attributes, &none);
+        ::posix_spawnattr_setsigdefault(&m_attributes, &every);
+    }
+    ~Preparation()
+    {
+        ::posix_spawn_file_actions_destroy(&m_files);
+        ::posix_spawnattr_destroy(&m_attributes);
+    }
+    Q_DISABLE_COPY_MOVE(Preparation)
+
+    void send(int output, int pipe) { ::posix_spawn_file_actions_adddup2(&m_files, pipe, output); }
+    void discard(int output) { ::posix_spawn_file_actions_addopen(&m_files, output, "/dev/null", O_WRONLY, 0); }
+
+    /// Gives the process a session of its own, so that the end of ours, or of our terminal, is not its end.
+    void detach() { m_flags |= POSIX_SPAWN_SETSID; }
+
+    /// 0 or an error number, that of execve(2) included.
+    [[nodiscard]] int start(const FilePath &program, std::vector<char *> &arguments, pid_t &pid)
+    {
+        // Only now: where our own standard input is closed, a pipe may have come to its number.
+        ::posix_spawn_file_actions_addopen(&m_files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        ::posix_spawnattr_setflags(&m_attributes, m_flags);
+        // Libraries open files too, and not all of them so that they close by themselves.
+        ::posix_spawn_file_actions_addclosefrom_np(&m_files, STDERR_FILENO + 1);
+        return ::posix_spawn(&pid, program.bytes().constData(), &m_files, &m_attributes, arguments.data(), environ);
+    }
+
+private:
+    posix_spawn_file_actions_t m_files = {};
+    posix_spawnattr_t m_attributes = {};
+    short m_flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+};
+
+/// Takes what has come. False when no more will.
+bool readBlock(int pipe, QByteArray &output)
+{
+    std::array<char, blockSize> block;
+    const ssize_t got = ::read(pipe, block.data(), block.size());
+    if (got > 0)
+        output.append(block.data(), got);
+    return got > 0 || (got < 0 && errno == EINTR);
+}
+
+} // namespace
+
+int exitStatusOf(pid_t child)
+{
+    int status = 0;
+    while (::waitpid(child, &status, 0) < 0 && errno == EINTR) { }
+    return WIFSIGNALED(status) ? signalBase + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+Result<StartedProgram> StartedProgram::start(const FilePath &program, const QStringList &arguments, Capture capture)
+{
+    QList<QByteArray> texts = {program.bytes()};
+    for (const QString &argument : arguments)
+        texts.append(argument.toUtf8());
+    std::vector<char *> pointers;
+    for (QByteArray &text : texts) {
+        if (text.contains('\0'))
+            return Failure{Failure::Kind::Malformed, program, u"An argument holds U+0000"_qs};
+        pointers.push_back(text.data());
+    }
+    pointers.push_back(nullptr);
+
+    Preparation preparation;
+    std::array<int, 2> ends = {-1, -1};
+    if (capture != Capture::Nothing && ::pipe2(ends.data(), O_CLOEXEC) != 0)
+        return failureFromErrno(errno, program);
+    StartedProgram started;
+    started.m_output = FileDescriptor(ends[0]);
+    const FileDescriptor writingEnd(ends[1]);
+    if (capture == Capture::Nothing)
+        preparation.detach();
+    if (capture == Capture::StandardOutput)
+        preparation.send(STDOUT_FILENO, writingEnd.number());
+    if (capture == Capture::StandardError) {
+        preparation.send(STDERR_FILENO, writingEnd.number());
+        preparation.discard(STDOUT_FILENO);
+    }
+    const int error = preparation.start(program, pointers, started.m_pid);
+    if (error != 0)
+        return failureFromErrno(error, program);
+    return started;
+}
+
+ProcessOutcome StartedProgram::finishWithOutput()
+{
+    ProcessOutcome outcome;
+    while (readBlock(m_output.number(), outcome.standardOutput)) { }
+    outcome.exitStatus = exitStatusOf(m_pid);
+    return outcome;
+}
+
+ProcessOutcome StartedProgram::finish()
+{
+    ProcessOutcome outcome;
+    const FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, m_pid, 0)));
+    std::array<pollfd, 2> events = {{{m_output.number(), POLLIN, 0}, {process.number(), POLLIN, 0}}};
+    bool isOpen = true;
+    while (isOpen && events[1].revents == 0) {
+        if (::poll(events.data(), events.size(), -1) < 0)
+            continue;
+        if (events[0].revents != 0)
+            isOpen = readBlock(m_output.number(), outcome.standardOutput);
+    }
+    // Of what it wrote last, some may still lie in the pipe; a child of its own may keep that open for ever.
+    while (isOpen && ::poll(events.data(), 1, 0) > 0)
+        isOpen = readBlock(m_output.number(), outcome.standardOutput);
+    outcome.exitStatus = exitStatusOf(m_pid);
+    return outcome;
+}
+
+} // namespace Quillmere

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Platform/Linux/FileDescriptor.h"
+#include "Platform/ProcessRunner.h"
+
+#include <sys/types.h>
+
+namespace Quillmere {
+
+/// Which of the program's outputs come back to us. A program of which nothing does has a session of its own.
+enum class Capture { Nothing, StandardOutput, StandardError };
+
+/// A program that has been started and is to be waited for, once, by one of the two ways.
+/// It reads nothing, inherits the environment and of our open files none but the outputs that are not captured, and is
+/// told of signals as a program expects: none is blocked or ignored.
+class StartedProgram
+{
+public:
+    /// Fails when the program cannot be executed, and for an argument that holds U+0000, which none can be handed.
+    [[nodiscard]] static Result<StartedProgram> start(const FilePath &program, const QStringList &arguments,
+                                                      Capture capture);
+
+    /// Reads until nobody holds the captured output any more, then waits for the end.
+    [[nodiscard]] ProcessOutcome finishWithOutput();
+    /// Waits for the end of this process alone, whatever it has started; the output is what has come until then.
+    [[nodiscard]] ProcessOutcome finish();
+
+    [[nodiscard]] pid_t processIdentifier() const { return m_pid; }
+
+private:
+    pid_t m_pid = -1;
+    FileDescriptor m_output;
+};
+
+/// Waits for the end of a child of ours. 128 plus the signal where one ended it.
+[[nodiscard]] int exitStatusOf(pid_t child);
+
+} // namespace Quillmere
