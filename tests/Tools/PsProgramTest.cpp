@@ -16,13 +16,13 @@ namespace {
 
 const QStringList asked = {u"-ax"_qs, u"-o"_qs, u"pid,%cpu,rss"_qs};
 
-struct Run
+struct Listing
 {
     int status = 0;
     QByteArray output;
 };
 
-Run runPs(const QStringList &arguments, const QString &runtimeFolder)
+Listing runPs(const QStringList &arguments, const QString &runtimeFolder)
 {
     QProcess program;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -58,7 +58,7 @@ TEST(PsProgramTest, RefusesEveryOtherQuestion)
 
 TEST(PsProgramTest, ListsThisProcessWithItsMemory)
 {
-    const Run run = runPs(asked, {});
+    const Listing run = runPs(asked, {});
 
     EXPECT_EQ(run.status, 0);
     EXPECT_THAT(run.output.toStdString(), StartsWith("    PID  %CPU    RSS\n"));

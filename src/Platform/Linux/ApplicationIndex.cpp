@@ -2,6 +2,9 @@
 
 #include "Platform/Linux/ApplicationData.h"
 
+#include <QFile>
+#include <QFileInfo>
+
 namespace Quillmere {
 
 ApplicationIndex::ApplicationIndex(QList<DesktopEntry> entries, FilePath home)
@@ -65,6 +68,14 @@ const DesktopEntry *ApplicationIndex::byProgram(const FilePath &program) const
             return only(m_byFolder, folder);
     }
     return nullptr;
+}
+
+const DesktopEntry *ApplicationIndex::byScript(const FilePath &script) const
+{
+    if (const DesktopEntry *entry = only(m_byExecutable, script))
+        return entry;
+    const QString target = QFileInfo(QFile::decodeName(script.bytes())).canonicalFilePath();
+    return target.isEmpty() ? nullptr : only(m_byExecutable, FilePath(QFile::encodeName(target)));
 }
 
 FilePath ApplicationIndex::locationOf(const FilePath &program) const

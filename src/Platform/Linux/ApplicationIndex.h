@@ -17,6 +17,8 @@ public:
     [[nodiscard]] const DesktopEntry *byFile(const FilePath &file) const;
     /// By the program itself, by the table of identities, or by the folder that the application is installed in.
     [[nodiscard]] const DesktopEntry *byProgram(const FilePath &program) const;
+    /// By the very text that an interpreter runs, which may be named through links.
+    [[nodiscard]] const DesktopEntry *byScript(const FilePath &script) const;
 
     /// What an application is whose program is @p program: its install folder, else the program itself.
     [[nodiscard]] FilePath locationOf(const FilePath &program) const;

@@ -130,16 +130,21 @@ TEST(LinuxHostStatisticsTest, AgreesWithTheKernelsOwnFiguresAboutABusySecond)
 TEST(LinuxHostStatisticsTest, SeesMemoryThatAProgramTakes)
 {
     constexpr size_t size = 256 << 20;
+    constexpr int mostAttempts = 20;
     const SystemMetricsSampler sampler(std::make_shared<LinuxHostStatistics>());
-    const quint64 before = sampler.memoryUsage().usedBytes;
-    void *block = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_POPULATE, -1, 0);
-    ASSERT_NE(block, MAP_FAILED);
+    bool isSeen = false;
 
-    const quint64 now = sampler.memoryUsage().usedBytes;
+    // Another program may give back as much at the same moment, though not every time.
+    for (int attempt = 0; attempt < mostAttempts && !isSeen; ++attempt) {
+        const quint64 before = sampler.memoryUsage().usedBytes;
+        void *block = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_POPULATE, -1, 0);
+        ASSERT_NE(block, MAP_FAILED);
+        const quint64 now = sampler.memoryUsage().usedBytes;
+        ::munmap(block, size);
+        isSeen = now > before + size * 3 / 4 && now < before + size * 5 / 4;
+    }
 
-    ::munmap(block, size);
-    // Other programs take and give back memory meanwhile.
-    EXPECT_GT(now, before + size / 2);
+    EXPECT_TRUE(isSeen);
 }
 
 TEST(LinuxHostStatisticsTest, TellsTheMachinesPhysicalMemory)

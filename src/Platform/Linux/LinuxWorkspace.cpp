@@ -1,0 +1,90 @@
+#include "Platform/Linux/LinuxWorkspace.h"
+
+#include "Platform/Linux/ApplicationData.h"
+#include "Platform/Linux/ApplicationInstances.h"
+
+#include <csignal>
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace Quillmere {
+
+namespace {
+
+TracedProcesses ownProcesses(const ProcessTable &table, const ApplicationIndex &index)
+{
+    TracedProcesses own;
+    const uid_t user = ::geteuid();
+    for (const pid_t pid : table.processes()) {
+        if (table.user(pid) != user)
+            continue;
+        const std::optional<ProcessStat> stat = table.stat(pid);
+        if (stat && !stat->isKernelThread && !stat->hasEnded())
+            own.insert(pid, {*stat, ApplicationTrace::of(pid, table, index)});
+    }
+    return own;
+}
+
+std::optional<FilePath> locationOf(const TracedProcess &process, const ProcessTable &table,
+                                   const ApplicationIndex &index)
+{
+    const ApplicationTrace &trace = process.trace;
+    if (!trace.bundle.isEmpty())
+        return trace.bundle;
+    const FilePath program = trace.program.isEmpty() ? programOf(process.stat.pid, table) : trace.program;
+    const FilePath declared = trace.entry->executable;
+    const bool isShared = program.isEmpty() || ApplicationData::builtIn().isSharedProgram(program);
+    if (!declared.isEmpty() && (isShared || program.isWithin(index.locationOf(declared))))
+        return index.locationOf(declared);
+    return isShared ? std::nullopt : std::optional(index.locationOf(program));
+}
+
+} // namespace
+
+LinuxWorkspace::LinuxWorkspace(FilePath home, QList<FilePath> entries, const FilePath &proc)
+    : m_home(std::move(home))
+    , m_folders(std::move(entries))
+    , m_processes(proc)
+{
+}
+
+std::shared_ptr<const ApplicationIndex> LinuxWorkspace::index() const
+{
+    const std::scoped_lock lock(m_lock);
+    const QByteArray state = stateOfFolders(m_folders);
+    if (!m_index || state != m_state) {
+        m_index = std::make_shared<ApplicationIndex>(readDesktopEntries(m_folders), m_home);
+        m_state = state;
+    }
+    return m_index;
+}
+
+QList<RunningApplication> LinuxWorkspace::runningApplications() const
+{
+    const std::shared_ptr<const ApplicationIndex> entries = index();
+    QList<RunningApplication> applications;
+    for (const TracedProcess &process : firstProcesses(ownProcesses(m_processes, *entries))) {
+        const DesktopEntry &entry = *process.trace.entry;
+        applications.append({process.stat.pid, process.stat.startTime, entry.name,
+                             QString::fromUtf8(ApplicationData::builtIn().identifierOf(entry.id)),
+                             locationOf(process, m_processes, *entries), entry.icon});
+    }
+    return applications;
+}
+
+bool LinuxWorkspace::forceTerminate(const RunningApplication &application) const
+{
+    // From here on the descriptor means this process and no later one of its number; whether it is the right one shows
+    // behind it.
+    const FileDescriptor process(
+        static_cast<int>(::syscall(SYS_pidfd_open, application.processIdentifier, 0)));
+    if (!process.isOpen())
+        return false;
+    const std::optional<ProcessStat> stat = m_processes.stat(application.processIdentifier);
+    if (!stat || stat->hasEnded() || stat->startTime != application.launchTime)
+        return false;
+    return ::syscall(SYS_pidfd_send_signal, process.number(), SIGKILL, nullptr, 0) == 0;
+}
+
+} // namespace Quillmere

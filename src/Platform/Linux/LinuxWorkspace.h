@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Platform/Linux/ApplicationIndex.h"
+#include "Platform/Linux/ProcessTable.h"
+#include "Platform/Workspace.h"
+
+#include <memory>
+#include <mutex>
+
+namespace Quillmere {
+
+/// Applications are what the desktop's entries show, so a program without an entry is none.
+/// An application's location is the folder that it alone is installed in, or else its program's file; the text that is
+/// run where the program is an interpreter; none where not even that can be told. Launch times are clock ticks from the
+/// machine's start.
+class LinuxWorkspace final : public Workspace
+{
+public:
+    /// @p entries are the folders of desktop entries, the most important first.
+    LinuxWorkspace(FilePath home, QList<FilePath> entries, const FilePath &proc = FilePath("/proc"));
+
+    [[nodiscard]] QList<RunningApplication> runningApplications() const override;
+    [[nodiscard]] bool forceTerminate(const RunningApplication &application) const override;
+
+private:
+    [[nodiscard]] std::shared_ptr<const ApplicationIndex> index() const;
+
+    FilePath m_home;
+    QList<FilePath> m_folders;
+    ProcessTable m_processes;
+    mutable std::mutex m_lock; ///< Around the two below.
+    mutable QByteArray m_state; ///< Of the folders, when the entries were read. Empty: to be read anew.
+    mutable std::shared_ptr<const ApplicationIndex> m_index;
+};
+
+} // namespace Quillmere
