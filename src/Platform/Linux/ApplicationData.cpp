@@ -29,8 +29,8 @@ ApplicationData read(const QString &name)
     const QJsonObject document = QJsonDocument::fromJson(file.readAll()).object();
     ApplicationData data;
     for (const QJsonValue &each : document[u"identities"].toArray()) {
-        data.identities.append({each[u"identifier"].toString().toUtf8(), texts(each[u"desktopIds"]),
-                                texts(each[u"executables"])});
+        data.identities.append(
+            {each[u"identifier"].toString().toUtf8(), texts(each[u"desktopIds"]), texts(each[u"executables"])});
     }
     data.sharedPrograms = texts(document[u"sharedPrograms"]);
     data.sharedFolders = texts(document[u"sharedFolders"]);

@@ -86,8 +86,9 @@ std::optional<DesktopEntry> readEntry(const QByteArray &id, const QByteArray &fi
         return std::nullopt;
     GAppInfo *application = G_APP_INFO(info.get());
     const Text icon(g_desktop_app_info_get_string(info.get(), G_KEY_FILE_DESKTOP_KEY_ICON));
-    DesktopEntry entry{id, FilePath(file), QString::fromUtf8(g_app_info_get_name(application)),
-                       QString::fromUtf8(icon.get()), {}, false};
+    DesktopEntry entry{
+        id, FilePath(file), QString::fromUtf8(g_app_info_get_name(application)), QString::fromUtf8(icon.get()),
+        {}, false};
     setProgram(entry, wordsOf(g_app_info_get_commandline(application)));
     return entry;
 }

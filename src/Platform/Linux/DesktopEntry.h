@@ -13,7 +13,8 @@ struct DesktopEntry
     FilePath file;
     QString name; ///< In the user's language.
     QString icon; ///< A name of the icon theme or an absolute path; may be empty.
-    FilePath executable; ///< What is started, free of links; a text where that is what an interpreter runs. May be empty.
+    /// What is started, free of links; a text where that is what an interpreter runs. May be empty.
+    FilePath executable;
     bool isPlain = false; ///< It is started without any argument but what it is to open.
 
     bool operator==(const DesktopEntry &) const = default;

@@ -96,8 +96,8 @@ Result<QList<InterfaceCounters>> LinuxHostStatistics::interfaces() const
     QList<InterfaceCounters> interfaces;
     for (const NetworkDevice &device : parseNetworkDevices(text.value())) {
         const short flags = flagsOf(m_socket.number(), device.name);
-        interfaces.append({(flags & IFF_UP) != 0, (flags & IFF_LOOPBACK) != 0, device.hasData, device.received,
-                           device.sent});
+        interfaces.append(
+            {(flags & IFF_UP) != 0, (flags & IFF_LOOPBACK) != 0, device.hasData, device.received, device.sent});
     }
     return interfaces;
 }

@@ -41,8 +41,7 @@ Result<void> LinuxProcessRunner::launch(const Command &command) const
 Result<void> LinuxProcessRunner::executeScript(const QString &source) const
 {
     const FilePath program = m_helpers.appending("osascript");
-    Result<StartedProgram> script
-        = StartedProgram::start(program, {u"-e"_qs, source}, Capture::StandardError);
+    Result<StartedProgram> script = StartedProgram::start(program, {u"-e"_qs, source}, Capture::StandardError);
     if (!script)
         return script.failure();
     const ProcessOutcome outcome = script.value().finish();

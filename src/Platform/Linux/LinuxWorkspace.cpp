@@ -77,8 +77,7 @@ bool LinuxWorkspace::forceTerminate(const RunningApplication &application) const
 {
     // From here on the descriptor means this process and no later one of its number; whether it is the right one shows
     // behind it.
-    const FileDescriptor process(
-        static_cast<int>(::syscall(SYS_pidfd_open, application.processIdentifier, 0)));
+    const FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, application.processIdentifier, 0)));
     if (!process.isOpen())
         return false;
     const std::optional<ProcessStat> stat = m_processes.stat(application.processIdentifier);

@@ -65,8 +65,7 @@ std::optional<QByteArray> ProcessTable::file(pid_t pid, const char *name) const
 QByteArray ProcessTable::link(pid_t pid, const char *name) const
 {
     std::array<char, PATH_MAX> target;
-    const ssize_t length
-        = ::readlinkat(m_folder.number(), nameOf(pid, name).constData(), target.data(), target.size());
+    const ssize_t length = ::readlinkat(m_folder.number(), nameOf(pid, name).constData(), target.data(), target.size());
     return length > 0 ? QByteArray(target.data(), length) : QByteArray();
 }
 

@@ -53,8 +53,8 @@ int main(int count, char *values[])
     const QList<ProcessStat> processes = allProcesses();
     const LoadSample sample = sampleOf(processes, thisInstant(), store.load());
     const QByteArray text = listing(processes, sample, static_cast<quint64>(::sysconf(_SC_PAGESIZE)));
-    const bool isPrinted = std::fwrite(text.constData(), 1, static_cast<size_t>(text.size()), stdout)
-            == static_cast<size_t>(text.size())
+    const bool isPrinted
+        = std::fwrite(text.constData(), 1, static_cast<size_t>(text.size()), stdout) == static_cast<size_t>(text.size())
         && std::fflush(stdout) == 0;
     store.keep(sample);
     return isPrinted ? 0 : 1;

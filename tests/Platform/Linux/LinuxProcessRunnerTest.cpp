@@ -78,7 +78,8 @@ TEST_F(LinuxProcessRunnerTest, FailsForAProgramThatIsMissingOrCannotBeExecuted)
     const QString noProgram = m_folder.filePath(u"garbage"_qs);
     QFile garbage(noProgram);
     ASSERT_TRUE(garbage.open(QIODevice::WriteOnly));
-    garbage.write("\x7f" "ELF nonsense");
+    garbage.write("\x7f"
+                  "ELF nonsense");
     garbage.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
     garbage.close();
 
@@ -91,9 +92,8 @@ TEST_F(LinuxProcessRunnerTest, FailsForAProgramThatIsMissingOrCannotBeExecuted)
 
 TEST_F(LinuxProcessRunnerTest, HandsOverArgumentsThatAShellWouldTakeApart)
 {
-    const QStringList arguments
-        = {u"it's \"quoted\""_qs, u"two\nlines\n"_qs, u"--help"_qs, u"-"_qs, QString(), u"$(false) `false` *"_qs,
-           u"\\"_qs, u"héllo \u202e"_qs};
+    const QStringList arguments = {u"it's \"quoted\""_qs,    u"two\nlines\n"_qs, u"--help"_qs,      u"-"_qs, QString(),
+                                   u"$(false) `false` *"_qs, u"\\"_qs,           u"héllo \u202e"_qs};
 
     QByteArray expected;
     for (const QString &argument : arguments)
@@ -176,8 +176,9 @@ TEST_F(LinuxProcessRunnerTest, RunsTheSystemsCommandsFromTheFolderOfHelpers)
 
 TEST_F(LinuxProcessRunnerTest, HandsAScriptOverWholeAndFailsWithWhatItSays)
 {
-    program(u"osascript"_qs, "echo to nobody; [ \"$1\" = -e ] && [ \"$2\" = 'do \"it\"' ] && exit 0\n"
-                             "echo 'execution error: User canceled. (-128)' >&2; exit 1");
+    program(u"osascript"_qs,
+            "echo to nobody; [ \"$1\" = -e ] && [ \"$2\" = 'do \"it\"' ] && exit 0\n"
+            "echo 'execution error: User canceled. (-128)' >&2; exit 1");
 
     EXPECT_TRUE(m_runner.executeScript(u"do \"it\""_qs).isOk());
     const Result<void> refused = m_runner.executeScript(u"do"_qs);
@@ -223,11 +224,11 @@ TEST_F(LinuxProcessRunnerTest, RunsFromThreadsWithoutAnEventLoop)
 
 TEST(HelperProgramsTest, KnowsTheSystemsCommandsByTheirWholePath)
 {
-    for (const char16_t *path : {u"/bin/ps", u"/usr/sbin/purge", u"/usr/bin/pmset", u"/usr/bin/osascript",
-                                 u"/usr/sbin/diskutil", u"/usr/bin/mdutil", u"/usr/bin/dscacheutil",
-                                 u"/usr/bin/killall", u"/usr/bin/ditto",
-                                 u"/System/Library/Frameworks/CoreServices.framework/Frameworks/"
-                                 "LaunchServices.framework/Support/lsregister"}) {
+    for (const char16_t *path :
+         {u"/bin/ps", u"/usr/sbin/purge", u"/usr/bin/pmset", u"/usr/bin/osascript", u"/usr/sbin/diskutil",
+          u"/usr/bin/mdutil", u"/usr/bin/dscacheutil", u"/usr/bin/killall", u"/usr/bin/ditto",
+          u"/System/Library/Frameworks/CoreServices.framework/Frameworks/"
+          "LaunchServices.framework/Support/lsregister"}) {
         const QByteArray text = QString::fromUtf16(path).toUtf8();
         EXPECT_EQ(helperProgramFor(path), text.mid(text.lastIndexOf('/') + 1));
     }

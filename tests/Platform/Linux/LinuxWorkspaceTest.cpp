@@ -47,7 +47,8 @@ protected:
         QDir().mkpath(path(u"applications"_qs));
         QFile file(path(u"applications/"_qs + id + u".desktop"_qs));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("[Desktop Entry]\nType=Application\nName=The " + id.toUtf8() + "\nExec=" + exec.toUtf8() + '\n' + more);
+        file.write("[Desktop Entry]\nType=Application\nName=The " + id.toUtf8() + "\nExec=" + exec.toUtf8() + '\n'
+                   + more);
     }
 
     /// Starts @p program and waits until it is what it will be: it tells so on its output.

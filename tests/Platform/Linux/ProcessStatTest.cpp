@@ -91,7 +91,7 @@ TEST(ProcessTableTest, KnowsARealProcessWithAnUglyName)
 
 TEST(ProcessTableTest, SeesThatAProcessHasEndedBeforeItsParentTookNotice)
 {
-    const pid_t child = startChild([] { });
+    const pid_t child = startChild([] {});
     siginfo_t information = {};
     ASSERT_EQ(::waitid(P_PID, static_cast<id_t>(child), &information, WEXITED | WNOWAIT), 0);
 
