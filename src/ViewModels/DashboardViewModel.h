@@ -133,6 +133,8 @@ public:
     /// Refreshes now and every five seconds. A second call changes nothing.
     Q_INVOKABLE void startAutoRefresh();
     Q_INVOKABLE void stopAutoRefresh() { m_timer.stop(); }
+    /// Measures everything anew, at once.
+    Q_INVOKABLE void refresh() { updateLiveStats(); }
     /// Deletes what a scan of the safe categories finds in caches and temporary folders, without a further question.
     Q_INVOKABLE void runFastCacheCleanup() { cleanCaches(); }
     /// Ends the scan of a cleanup. Once files are being removed it changes nothing.

@@ -63,6 +63,7 @@ public:
 
     Q_INVOKABLE void startMonitoring() { m_service->startMonitoring(); }
     Q_INVOKABLE void stopMonitoring() { m_service->stopMonitoring(); }
+    Q_INVOKABLE void refreshProcesses() { m_service->refreshProcesses(); }
     Q_INVOKABLE void toggleInternetAccess(int pid) { toggle(pid); }
     Q_INVOKABLE void dismissTrafficError();
     /// Without a further question. The row goes when the list is refreshed next.

@@ -9,16 +9,40 @@ FocusScope {
     required property AppState appState
     required property ViewModelFactory viewModels
 
+    readonly property Destination current: screen.item as Destination
     /// Something lies over the screen that has to be answered first.
-    readonly property bool isModal: screen.item !== null && screen.item.isModal === true
+    readonly property bool isModal: current !== null && current.isModal
 
     /// Has the screen look at the machine anew, where it can.
     function refresh() {
-        if (screen.item !== null && screen.item.refresh !== undefined)
-            screen.item.refresh();
+        if (current !== null)
+            current.refreshRequested();
+    }
+
+    /// The file of a destination's screen.
+    function sourceOf(tab: int): string {
+        switch (tab) {
+        case SidebarTab.Dashboard:
+            return "Dashboard/DashboardView.qml";
+        case SidebarTab.SafeCleanup:
+            return "SafeCleanup/SafeCleanupView.qml";
+        case SidebarTab.History:
+            return "History/HistoryView.qml";
+        default:
+            return "UpcomingView.qml";
+        }
+    }
+
+    function showSelectedTab() {
+        screen.setSource(sourceOf(appState.selectedTab), {
+            "appState": appState,
+            "viewModels": viewModels
+        });
     }
 
     focus: true
+
+    Component.onCompleted: showSelectedTab()
 
     SidebarView {
         id: sidebar
@@ -36,18 +60,14 @@ FocusScope {
         anchors.right: parent.right
         height: parent.height
         focus: true
-        sourceComponent: {
-            switch (root.appState.selectedTab) {
-            case SidebarTab.Dashboard:
-                return dashboard;
-            case SidebarTab.SafeCleanup:
-                return safeCleanup;
-            case SidebarTab.History:
-                return history;
-            default:
-                return upcoming;
-            }
+    }
+
+    Connections {
+        function onSelectedTabChanged() {
+            root.showSelectedTab();
         }
+
+        target: root.appState
     }
 
     SidebarEdge {
@@ -60,38 +80,5 @@ FocusScope {
         anchors.right: parent.right
         anchors.rightMargin: 10
         y: 12
-    }
-
-    Component {
-        id: dashboard
-
-        DashboardView {
-            appState: root.appState
-            viewModels: root.viewModels
-        }
-    }
-
-    Component {
-        id: safeCleanup
-
-        SafeCleanupView {
-            viewModels: root.viewModels
-        }
-    }
-
-    Component {
-        id: history
-
-        HistoryView {
-            viewModels: root.viewModels
-        }
-    }
-
-    Component {
-        id: upcoming
-
-        UpcomingView {
-            appState: root.appState
-        }
     }
 }

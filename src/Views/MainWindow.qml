@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Quillmere
 
@@ -54,7 +56,7 @@ Window {
     }
 
     Shortcut {
-        sequences: [StandardKey.Refresh]
+        sequence: "F5"
         enabled: !content.isModal
         onActivated: content.refresh()
     }

@@ -2,10 +2,8 @@ import QtQuick
 import Quillmere
 
 /// A destination that has nothing to show yet: its title, and calm.
-FocusScope {
+Destination {
     id: root
-
-    required property AppState appState
 
     ScreenHeader {
         id: header

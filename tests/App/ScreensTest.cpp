@@ -360,8 +360,8 @@ TEST_F(ScreensTest, LooksAnewByKey)
 
 TEST_F(ScreensTest, WidensTheSidebarWithinItsLimits)
 {
-    const Person person = open();
-    const auto width = [&] { return person.find(Heading, u"Dashboard"_qs)->rect().left() - app->mainWindow()->x(); };
+    const Person person = open(SidebarTab::Tools);
+    const auto width = [&] { return person.find(Heading, u"Tools"_qs)->rect().left() - app->mainWindow()->x(); };
     const int ideal = width();
     ASSERT_TRUE(person.tabTo(u"Sidebar width"_qs));
 

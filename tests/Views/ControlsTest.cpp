@@ -41,7 +41,7 @@ const PressableCase pressables[] = {
      "ListRow { objectName: 'control'; width: 300; accessibleName: 'Do it'; onClicked: window.note('pressed') }",
      QAccessible::ListItem},
     {"SortableTableHeader",
-     "TableHeader { objectName: 'control'; width: 90; sortable: true; text: 'Do it'; onClicked: window.note('pressed') "
+     "TableHeader { objectName: 'control'; width: 90; text: 'Do it'; onClicked: window.note('pressed') "
      "}",
      QAccessible::Button},
 };

@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Templates as T
-import Quillmere
 
 /// What all rows that are pressed have in common. Like PressableControl, but a list item to assistive tools, which take
 /// that from the template whatever the QML says. It stands edge to edge with others, so it can be hit where it is drawn.

@@ -28,8 +28,11 @@ FocusScope {
             focusBefore = before;
         const control = before as T.Control;
         openedByKeyboard = control !== null && control.visualFocus;
-        const holder = cancellable ? cancelButton : root;
-        holder.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
+        const reason = openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason;
+        if (cancellable)
+            cancelButton.forceActiveFocus(reason);
+        else
+            root.forceActiveFocus(reason);
     }
 
     /// What had the keyboard may have gone with the work; then it goes to the first control of the screen, or Tab would

@@ -1,11 +1,10 @@
 import QtQuick
 import Quillmere
 
-/// The head of one column. A sortable one is pressed to sort; the sorted one bears a chevron.
+/// The head of a column that is pressed to sort by it; the sorted one bears a chevron.
 PressableControl {
     id: root
 
-    property bool sortable: false
     property bool sorted: false
     property bool ascending: false
     property int alignment: Qt.AlignLeft
@@ -14,7 +13,8 @@ PressableControl {
 
     implicitWidth: label.implicitWidth + chevronRoom
     implicitHeight: 30
-    focusPolicy: sortable ? Qt.StrongFocus : Qt.NoFocus
+
+    Accessible.description: sorted ? Texts.localized(ascending ? "control.sortedAscending" : "control.sortedDescending") : ""
 
     background: Item {
         FocusRing {
@@ -35,7 +35,7 @@ PressableControl {
         text: root.text
         size: 12
         weight: Font.DemiBold
-        color: root.sortable && root.hovered ? Theme.text : Theme.textTertiary
+        color: root.hovered ? Theme.text : Theme.textTertiary
         elide: Text.ElideRight
 
         Accessible.ignored: true

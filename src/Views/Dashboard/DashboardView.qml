@@ -2,16 +2,11 @@ import QtQuick
 import Quillmere
 
 /// The machine at a glance: its health, disk, traffic and applications, and what is done about them with one press.
-FocusScope {
+Destination {
     id: root
-
-    required property AppState appState
-    required property ViewModelFactory viewModels
 
     readonly property DashboardViewModel viewModel: viewModels.makeDashboard(root)
     readonly property bool isWorking: viewModel.isOptimizing || viewModel.isCleaning
-    /// Something lies over the screen that has to be answered first.
-    readonly property bool isModal: isWorking || viewModel.trafficErrorMessage !== "" || processes.isModal
     /// Somebody can see it. Nothing is measured while nobody can.
     readonly property bool isWatched: Window.visibility !== Window.Hidden && Window.visibility !== Window.Minimized
 
@@ -22,6 +17,12 @@ FocusScope {
             viewModel.stopAutoRefresh();
     }
 
+    isModal: isWorking || viewModel.trafficErrorMessage !== "" || processes.isModal
+
+    onRefreshRequested: {
+        viewModel.refresh();
+        processes.refresh();
+    }
     onIsWatchedChanged: watch()
     Component.onCompleted: watch()
     Component.onDestruction: viewModel.stopAutoRefresh()

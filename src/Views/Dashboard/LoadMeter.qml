@@ -19,7 +19,7 @@ Item {
     implicitHeight: bar.y + bar.height + (info !== "" && !fits ? 6 + infoFigure.implicitHeight : 0)
 
     Accessible.role: Accessible.StaticText
-    Accessible.name: [title, info, valueText + " " + outOf].filter(part => part !== "").join(", ")
+    Accessible.name: title + (info === "" ? ", " : ", " + info + ", ") + valueText + " " + outOf
 
     ElidingText {
         id: caption

@@ -19,7 +19,6 @@ Item {
         x: root.columns.nameX
         width: Math.min(implicitWidth + root.chevronRoom, root.columns.nameWidth)
         text: Texts.localized("resource.processName")
-        sortable: true
         sorted: root.sortField === SortField.Name
         ascending: true
 
@@ -31,7 +30,6 @@ Item {
         width: root.columns.figureWidth + (sorted ? root.chevronRoom : 0)
         alignment: Qt.AlignRight
         text: Texts.localized("dashboard.topCPU")
-        sortable: true
         sorted: root.sortField === SortField.Cpu
 
         onClicked: root.sortRequested(SortField.Cpu)
@@ -42,23 +40,22 @@ Item {
         width: root.columns.figureWidth - (sorted ? 0 : root.chevronRoom)
         alignment: Qt.AlignRight
         text: Texts.localized("dashboard.topRAM")
-        sortable: true
         sorted: root.sortField === SortField.Memory
 
         onClicked: root.sortRequested(SortField.Memory)
     }
 
-    TableHeader {
+    ColumnHeading {
         x: root.columns.networkEnd - root.columns.networkWidth + root.chevronRoom
         width: root.columns.networkWidth - root.chevronRoom
-        alignment: Qt.AlignRight
+        horizontalAlignment: Text.AlignRight
         text: Texts.localized("resource.network")
     }
 
-    TableHeader {
+    ColumnHeading {
         x: root.columns.networkEnd
         width: root.columns.actionsWidth - 4
-        alignment: Qt.AlignRight
+        horizontalAlignment: Text.AlignRight
         text: Texts.localized("resource.actions")
     }
 

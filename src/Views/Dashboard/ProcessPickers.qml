@@ -7,17 +7,14 @@ Row {
 
     required property ResourceMonitorViewModel viewModel
 
-    readonly property list<int> filterModes: [FilterMode.UserApps, FilterMode.All]
-    readonly property list<int> sortFields: [SortField.Cpu, SortField.Memory, SortField.Name]
-
     spacing: 10
 
     SegmentedPicker {
         model: [Texts.localized("resource.userApps"), Texts.localized("resource.allProcesses")]
-        currentIndex: root.filterModes.indexOf(root.viewModel.filterMode)
+        currentIndex: root.viewModel.filterMode === FilterMode.UserApps ? 0 : 1
         accessibleName: Texts.localized("dashboard.resourceMonitor")
 
-        onPicked: index => root.viewModel.filterMode = root.filterModes[index]
+        onPicked: index => root.viewModel.filterMode = index === 0 ? FilterMode.UserApps : FilterMode.All
     }
 
     BodyText {
@@ -27,12 +24,13 @@ Row {
         color: Theme.textSecondary
     }
 
+    // In the order of SortField.
     MenuPicker {
         model: [Texts.localized("dashboard.topCPU"), Texts.localized("dashboard.topRAM"),
                 Texts.localized("resource.name")]
-        currentIndex: root.sortFields.indexOf(root.viewModel.sortField)
+        currentIndex: root.viewModel.sortField
         accessibleName: Texts.localized("resource.sortBy")
 
-        onActivated: index => root.viewModel.sortField = root.sortFields[index]
+        onActivated: index => root.viewModel.sortField = index
     }
 }

@@ -27,9 +27,9 @@ Item {
     implicitHeight: 40
 
     Accessible.role: Accessible.ListItem
-    Accessible.name: [name, Texts.localized("dashboard.topCPU") + " " + cpuText,
-                      Texts.localized("dashboard.topRAM") + " " + memoryText,
-                      Texts.localized("resource.network") + " " + networkText].join(", ")
+    Accessible.name: name + ", " + Texts.localized("dashboard.topCPU") + " " + cpuText
+        + ", " + Texts.localized("dashboard.topRAM") + " " + memoryText
+        + ", " + Texts.localized("resource.network") + " " + networkText
 
     HoverHandler {
         id: pointer

@@ -12,30 +12,30 @@ Column {
     signal tabRequested(int tab)
     signal keepAwakeRequested
 
-    readonly property list<QtObject> destinations: [
-        QtObject {
-            readonly property int tab: SidebarTab.SafeCleanup
-            readonly property string titleKey: "nav.safeCleanup"
-            readonly property string symbol: "checkmark.shield"
-            readonly property color color: Theme.green
+    readonly property list<QuickDestination> destinations: [
+        QuickDestination {
+            tab: SidebarTab.SafeCleanup
+            titleKey: "nav.safeCleanup"
+            symbol: "checkmark.shield"
+            color: Theme.green
         },
-        QtObject {
-            readonly property int tab: SidebarTab.LargeFiles
-            readonly property string titleKey: "nav.largeFiles"
-            readonly property string symbol: "doc.text.magnifyingglass"
-            readonly property color color: Theme.blue
+        QuickDestination {
+            tab: SidebarTab.LargeFiles
+            titleKey: "nav.largeFiles"
+            symbol: "doc.text.magnifyingglass"
+            color: Theme.blue
         },
-        QtObject {
-            readonly property int tab: SidebarTab.Browsers
-            readonly property string titleKey: "nav.browsers"
-            readonly property string symbol: "globe"
-            readonly property color color: Theme.purple
+        QuickDestination {
+            tab: SidebarTab.Browsers
+            titleKey: "nav.browsers"
+            symbol: "globe"
+            color: Theme.purple
         },
-        QtObject {
-            readonly property int tab: SidebarTab.Startup
-            readonly property string titleKey: "nav.startup"
-            readonly property string symbol: "power"
-            readonly property color color: Theme.orange
+        QuickDestination {
+            tab: SidebarTab.Startup
+            titleKey: "nav.startup"
+            symbol: "power"
+            color: Theme.orange
         }
     ]
 
@@ -68,7 +68,7 @@ Column {
             model: root.destinations
 
             QuickActionCard {
-                required property QtObject modelData
+                required property QuickDestination modelData
 
                 width: tiles.tileWidth
                 height: tiles.tileHeight

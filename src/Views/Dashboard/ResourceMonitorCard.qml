@@ -30,6 +30,10 @@ Panel {
             viewModel.stopMonitoring();
     }
 
+    function refresh() {
+        viewModel.refreshProcesses();
+    }
+
     function askToQuit(pid: int, name: string) {
         processToQuit = pid;
         nameOfProcessToQuit = name;

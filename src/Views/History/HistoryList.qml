@@ -14,29 +14,29 @@ Item {
         width: root.width
     }
 
-    TableHeader {
+    ColumnHeading {
         x: root.columns.dateX
         y: 6
         width: root.columns.dateWidth
         text: Texts.localized("history.detail.date")
     }
 
-    TableHeader {
+    ColumnHeading {
         x: root.columns.typeX
         y: 6
         width: root.columns.typeWidth
         text: Texts.localized("history.detail.type")
     }
 
-    TableHeader {
+    ColumnHeading {
         x: root.columns.sizeX
         y: 6
         width: root.columns.sizeWidth
-        alignment: Qt.AlignRight
+        horizontalAlignment: Text.AlignRight
         text: Texts.localized("history.detail.cleaned")
     }
 
-    TableHeader {
+    ColumnHeading {
         x: root.columns.statusX
         y: 6
         width: root.columns.statusWidth

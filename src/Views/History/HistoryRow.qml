@@ -26,11 +26,13 @@ ListRow {
     implicitHeight: rowHeight + (isExpanded ? details.height + 12 : 0)
     highlightHeight: rowHeight
     highlightMargin: 4
-    accessibleName: [dateText, operationText, cleanedText, statusText].join(", ")
+    accessibleName: dateText + ", " + operationText + ", " + cleanedText + ", " + statusText
 
     Accessible.description: Texts.localized(isExpanded ? "control.collapse" : "control.expand")
 
-    contentItem: Item {
+    Item {
+        anchors.fill: parent
+
         ElidingText {
             x: root.columns.dateX
             width: root.columns.dateWidth

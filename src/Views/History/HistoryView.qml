@@ -2,25 +2,19 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtQuick.Dialogs
-import QtQuick.Templates as T
 import Quillmere
 
 /// What the program has removed so far, newest first, with its export and its clearing.
-FocusScope {
+Destination {
     id: root
 
-    required property ViewModelFactory viewModels
-
     readonly property HistoryViewModel viewModel: viewModels.makeHistory(root)
-    /// Something lies over the screen that has to be answered first.
-    readonly property bool isModal: clearDialog.visible || replaceDialog.visible
 
     property bool showingClearConfirmation: false
 
-    function refresh() {
-        viewModel.loadHistory();
-    }
+    isModal: clearDialog.visible || replaceDialog.visible
 
+    onRefreshRequested: viewModel.loadHistory()
     Component.onCompleted: viewModel.loadHistory()
 
     ScreenHeader {
@@ -122,8 +116,10 @@ FocusScope {
         id: savePanel
 
         fileMode: FileDialog.SaveFile
-        // The question is asked here, because not every panel asks it.
+        // The question is asked here, because not every panel asks it. Qt's description of the type lacks the property.
+        // qmllint disable
         options: FileDialog.DontConfirmOverwrite
+        // qmllint enable
         title: Texts.localized("history.export")
         acceptLabel: Texts.localized("control.save")
 

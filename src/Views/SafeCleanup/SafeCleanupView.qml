@@ -2,17 +2,15 @@ import QtQuick
 import Quillmere
 
 /// The screen of ordinary cleaning: an invitation, the categories found, and what goes on over them.
-FocusScope {
+Destination {
     id: root
-
-    required property ViewModelFactory viewModels
 
     readonly property SafeCleanupViewModel viewModel: viewModels.makeSafeCleanup(root)
     readonly property bool isWorking: viewModel.isScanning || viewModel.isCleaning
-    /// Something lies over the screen that has to be answered first.
-    readonly property bool isModal: isWorking || viewModel.hasReport
 
-    function refresh() {
+    isModal: isWorking || viewModel.hasReport
+
+    onRefreshRequested: {
         if (!isModal)
             viewModel.startScan();
     }
