@@ -55,6 +55,8 @@ FilterActivation::FilterActivation(const QDBusConnection &bus, SystemExtensionRe
             this, [this] { fail(u"The system's message bus cannot be reached."_qs); }, Qt::QueuedConnection);
         return;
     }
+    // QtDBus registers the type with the first message that holds one; the connection below is made before that.
+    qRegisterMetaType<QDBusObjectPath>();
     m_bus.connect(manager, managerObject, managerInterface, u"JobRemoved"_qs, this,
                   SLOT(takeEndOfJob(uint, QDBusObjectPath, QString, QString)));
     askFilter(false);
@@ -115,6 +117,7 @@ void FilterActivation::finishJob()
     if (ended == m_endedJobs.constEnd())
         return;
     const QString result = *ended;
+    m_job.clear();
     m_endedJobs.clear();
     // systemd's D-Bus interface: "skipped" is a unit whose conditions do not hold, which the filter can tell itself.
     if (result == u"done"_qs || result == u"skipped"_qs)

@@ -3,7 +3,6 @@
 #include "Platform/Linux/BoundedReading.h"
 #include "Platform/Linux/FilterPolicyRecord.h"
 #include "Platform/Linux/PolicyHelperRun.h"
-#include "Utilities/FailureDescription.h"
 
 #include <QFutureWatcher>
 #include <QtConcurrentRun>
@@ -45,7 +44,7 @@ void LinuxFilterManager::loadFromPreferences(Completion completion)
                          const Result<QByteArray> contents = reading->result();
                          const bool isMissing = !contents && contents.failure().kind == Failure::Kind::NotFound;
                          if (!contents && !isMissing) {
-                             completion(localizedDescription(contents.failure()));
+                             completion(contents.failure().detail);
                              return;
                          }
                          take(contents.valueOr({}));
