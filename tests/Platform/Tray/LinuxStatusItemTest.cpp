@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QMenu>
+#include <QProcess>
 
 #include <gmock/gmock.h>
 
@@ -252,6 +253,22 @@ TEST_F(LinuxStatusItemTest, GoesWithTheLastPanelAndComesWithTheNext)
 
     EXPECT_TRUE(comesTrue([&] { return item.isShown(); }));
     EXPECT_TRUE(comesTrue([&] { return panel.items().size() == 2; }));
+}
+
+TEST_F(LinuxStatusItemTest, ComesWhenAnX11TrayComesLateAndGoesIntoIt)
+{
+    LinuxStatusItem item(QDBusConnection::sessionBus());
+    fill(item);
+    SystemTraySelection selection;
+    ASSERT_FALSE(selection.isOwned());
+    QProcess tray;
+
+    tray.start(u"trayer"_qs, QStringList());
+
+    EXPECT_TRUE(comesTrue([&] { return item.isShown(); }));
+    EXPECT_TRUE(selection.isOwned());
+    tray.terminate();
+    ASSERT_TRUE(tray.waitForFinished());
 }
 
 TEST_F(LinuxStatusItemTest, TakesEverythingWhereThereIsNoPanel)
