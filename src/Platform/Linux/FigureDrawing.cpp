@@ -110,8 +110,7 @@ QImage drawnFigure(const QString &text, int side)
     drawGround(painter, side);
 
     const QString digits = text.endsWith(u'%') ? text.chopped(1) : text;
-    const bool hasPercent
-        = digits != text && side >= smallestSideWithPercent && digits.size() <= mostDigitsWithPercent;
+    const bool hasPercent = digits != text && side >= smallestSideWithPercent && digits.size() <= mostDigitsWithPercent;
     const Layout layout = layoutOf(static_cast<qreal>(digits.size()) + (hasPercent ? percentWidthInCells : 0.0), side);
     painter.setBrush(Qt::white);
     qreal left = layout.left;

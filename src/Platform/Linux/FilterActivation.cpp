@@ -32,10 +32,9 @@ bool isWantOfApproval(const QString &error)
 
 QDBusMessage activeQuestion()
 {
-    QDBusMessage question
-        = QDBusMessage::createMethodCall(QLatin1String(FilterActivation::filterService),
-                                         QLatin1String(FilterActivation::filterObject),
-                                         u"org.freedesktop.DBus.Properties"_qs, u"Get"_qs);
+    QDBusMessage question = QDBusMessage::createMethodCall(QLatin1String(FilterActivation::filterService),
+                                                           QLatin1String(FilterActivation::filterObject),
+                                                           u"org.freedesktop.DBus.Properties"_qs, u"Get"_qs);
     question << QString::fromLatin1(FilterActivation::filterInterface) << u"Active"_qs;
     // Being asked must not start it: that is for the user to allow.
     question.setAutoStartService(false);
@@ -105,6 +104,7 @@ void FilterActivation::takeRefusal(const QDBusError &error)
 
 void FilterActivation::takeEndOfJob(uint, const QDBusObjectPath &job, const QString &unit, const QString &result)
 {
+    // Only what may be asked for is kept; a path names its job by itself.
     if (unit != QLatin1String(filterUnit))
         return;
     m_endedJobs.insert(job.path(), result);

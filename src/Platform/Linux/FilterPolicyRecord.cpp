@@ -51,8 +51,8 @@ std::optional<FilterPolicyRecord> readFilterPolicyRecord(const QByteArray &json)
     const std::optional<QStringList> blockedIdentifiers = texts(object.value(blocked));
     const std::optional<QStringList> allowedIdentifiers = texts(object.value(ecoAllowed));
     const bool isSound = object.size() == members && object.value(filterSockets).isBool()
-        && object.value(identifier).isString() && object.value(description).isString()
-        && object.value(enabled).isBool() && object.value(eco).isBool() && blockedIdentifiers && allowedIdentifiers;
+        && object.value(identifier).isString() && object.value(description).isString() && object.value(enabled).isBool()
+        && object.value(eco).isBool() && blockedIdentifiers && allowedIdentifiers;
     if (!isSound)
         return std::nullopt;
 

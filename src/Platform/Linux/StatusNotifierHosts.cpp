@@ -19,7 +19,8 @@ StatusNotifierHosts::StatusNotifierHosts(const QDBusConnection &bus, QObject *pa
     , m_bus(bus)
 {
     if (!m_bus.isConnected()) {
-        QMetaObject::invokeMethod(this, [this] { enter(State::Absent); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { enter(State::Absent); }, Qt::QueuedConnection);
         return;
     }
     m_watcher.setConnection(m_bus);

@@ -18,8 +18,7 @@ struct Free
 
 xcb_atom_t atom(xcb_connection_t *screen, const QByteArray &name)
 {
-    const auto question
-        = xcb_intern_atom(screen, false, static_cast<std::uint16_t>(name.size()), name.constData());
+    const auto question = xcb_intern_atom(screen, false, static_cast<std::uint16_t>(name.size()), name.constData());
     const std::unique_ptr<xcb_intern_atom_reply_t, Free> answer(xcb_intern_atom_reply(screen, question, nullptr));
     return answer ? answer->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }

@@ -86,8 +86,7 @@ TEST_F(LinuxBundlesTest, ReadsIdentifierAndExecutable)
 
     const std::optional<Bundle> opened = bundles.open(bundle);
 
-    EXPECT_EQ(opened,
-              (Bundle{bundle, u"com.example.sample"_qs, bundle.appending("Contents/MacOS/s\xC3\xA4mple")}));
+    EXPECT_EQ(opened, (Bundle{bundle, u"com.example.sample"_qs, bundle.appending("Contents/MacOS/s\xC3\xA4mple")}));
 }
 
 TEST_F(LinuxBundlesTest, OpensAFolderThatSaysNothing)

@@ -60,7 +60,8 @@ protected:
         file.write("#!/bin/sh\ncd \"${0%/*}\"\n" + script + "\n");
         file.close();
         ASSERT_TRUE(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-        const QStringList command = {file.fileName(), u"--disable-internal-agent"_qs, u"helper"_qs, u"filter-policy"_qs};
+        const QStringList command
+            = {file.fileName(), u"--disable-internal-agent"_qs, u"helper"_qs, u"filter-policy"_qs};
         manager = std::make_unique<LinuxFilterManager>(FilePath(path(u"policy"_qs).toUtf8()), command);
     }
 

@@ -122,7 +122,6 @@ TEST_F(LinuxSystemExtensionManagerTest, SaysNothingWhileTheSystemSaysNothing)
     manager.submitActivation(filter, listener);
     ASSERT_TRUE(comesTrue([this] { return system.orders == oneOrder; }));
 
-    system.endForeignJob();
     Listener other;
     manager.submitActivation(u"com.example.other"_qs, other);
     ASSERT_TRUE(comesTrue([&other] { return !other.heard.isEmpty(); }));

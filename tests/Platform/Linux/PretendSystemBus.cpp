@@ -33,11 +33,6 @@ void PretendSystemBus::putFilter(bool isActive)
     m_bus.registerService(filterName);
 }
 
-void PretendSystemBus::endForeignJob()
-{
-    endJob(job, u"other.service"_qs);
-}
-
 bool PretendSystemBus::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)
 {
     if (message.member() == u"StartUnit"_qs && message.path() == managerObject) {
@@ -73,8 +68,8 @@ void PretendSystemBus::start(const QDBusMessage &order)
 
 void PretendSystemBus::endJob(const QString &path, const QString &unit)
 {
-    QDBusMessage signal = QDBusMessage::createSignal(managerObject, u"org.freedesktop.systemd1.Manager"_qs,
-                                                     u"JobRemoved"_qs);
+    QDBusMessage signal
+        = QDBusMessage::createSignal(managerObject, u"org.freedesktop.systemd1.Manager"_qs, u"JobRemoved"_qs);
     signal << 7u << QVariant::fromValue(QDBusObjectPath(path)) << unit << jobResult;
     m_bus.send(signal);
 }

@@ -29,8 +29,6 @@ public:
     QStringList orders; ///< Each that came: unit, mode and whether a dialog may be shown.
 
     void putFilter(bool isActive);
-    /// Ends the job of a unit of another name.
-    void endForeignJob();
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override;
     [[nodiscard]] QString introspect(const QString &) const override { return {}; }

@@ -69,8 +69,9 @@ TEST_F(LinuxStatusItemTest, StandsInThePanelWithSquareIconsAndItsToolTip)
 
     ASSERT_TRUE(comesTrue([&] { return panel.items().size() == 1; }));
 
-    EXPECT_THAT(panel.iconSizes(), testing::ElementsAre(QSize(16, 16), QSize(22, 22), QSize(24, 24), QSize(32, 32),
-                                                        QSize(48, 48), QSize(64, 64)));
+    EXPECT_THAT(
+        panel.iconSizes(),
+        testing::ElementsAre(QSize(16, 16), QSize(22, 22), QSize(24, 24), QSize(32, 32), QSize(48, 48), QSize(64, 64)));
     EXPECT_EQ(panel.toolTip(), u"Quillmere - CPU 42%"_qs);
     EXPECT_EQ(panel.property(u"Menu"_qs).value<QDBusObjectPath>().path(), u"/MenuBar"_qs);
 }

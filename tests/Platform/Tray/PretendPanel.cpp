@@ -54,21 +54,24 @@ bool PretendPanel::start(Host host)
 {
     // Another Python that stands first in PATH need not have the distribution's modules.
     m_service.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_service.start(u"/usr/bin/python3"_qs, {u"-m"_qs, u"dbusmock"_qs, u"--session"_qs, u"com.example.Panel"_qs,
-                                             watcherObject, watcher});
+    m_service.start(u"/usr/bin/python3"_qs,
+                    {u"-m"_qs, u"dbusmock"_qs, u"--session"_qs, u"com.example.Panel"_qs, watcherObject, watcher});
     if (!comesTrue([this] { return m_bus.interface()->isServiceRegistered(u"com.example.Panel"_qs).value(); }))
         return false;
-    const QVariantMap properties = {{u"IsStatusNotifierHostRegistered"_qs, host == Host::Present},
-                                    {u"ProtocolVersion"_qs, 0}};
+    const QVariantMap properties
+        = {{u"IsStatusNotifierHostRegistered"_qs, host == Host::Present}, {u"ProtocolVersion"_qs, 0}};
     mock(u"AddProperties"_qs, {watcher, properties});
-    mock(u"AddMethod"_qs, {watcher, u"RegisterStatusNotifierItem"_qs, u"s"_qs, QString(),
-                           u"self.known = getattr(self, 'known', []) + [args[0]]"_qs});
-    mock(u"AddMethod"_qs, {watcher, u"Known"_qs, QString(), u"as"_qs,
-                           u"ret = dbus.Array(getattr(self, 'known', []), signature='s')"_qs});
-    // The name comes last, so that nobody meets a service that is not complete.
     mock(u"AddMethod"_qs,
-         {watcher, u"TakeName"_qs, QString(), QString(),
-          u"import dbus.service; self.taken = dbus.service.BusName('org.kde.StatusNotifierWatcher', self.connection)"_qs});
+         {watcher, u"RegisterStatusNotifierItem"_qs, u"s"_qs, QString(),
+          u"self.known = getattr(self, 'known', []) + [args[0]]"_qs});
+    mock(
+        u"AddMethod"_qs,
+        {watcher, u"Known"_qs, QString(), u"as"_qs, u"ret = dbus.Array(getattr(self, 'known', []), signature='s')"_qs});
+    // The name comes last, so that nobody meets a service that is not complete.
+    mock(
+        u"AddMethod"_qs,
+        {watcher, u"TakeName"_qs, QString(), QString(),
+         u"import dbus.service; self.taken = dbus.service.BusName('org.kde.StatusNotifierWatcher', self.connection)"_qs});
     ask(u"com.example.Panel"_qs, watcherObject, watcher, u"TakeName"_qs, {});
     return m_bus.interface()->isServiceRegistered(watcher);
 }
@@ -146,8 +149,8 @@ QString PretendPanel::toolTip() const
 
 QList<PanelMenuLine> PretendPanel::menu() const
 {
-    const QDBusMessage answer = ask(items().value(items().size() - 1), menuObject, menuInterface, u"GetLayout"_qs,
-                                    {0, -1, QStringList()});
+    const QDBusMessage answer
+        = ask(items().value(items().size() - 1), menuObject, menuInterface, u"GetLayout"_qs, {0, -1, QStringList()});
     QList<PanelMenuLine> lines;
     if (answer.arguments().size() == 2)
         readLine(answer.arguments().at(1).value<QDBusArgument>(), lines);

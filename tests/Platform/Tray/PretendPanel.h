@@ -55,8 +55,8 @@ private Q_SLOTS:
     void hear(const QDBusMessage &signal);
 
 private:
-    QDBusMessage ask(const QString &service, const QString &object, const QString &interface,
-                     const QString &method, const QVariantList &arguments) const;
+    QDBusMessage ask(const QString &service, const QString &object, const QString &interface, const QString &method,
+                     const QVariantList &arguments) const;
     void mock(const QString &method, const QVariantList &arguments) const;
     void tell(const QString &signal) const;
 
