@@ -108,7 +108,7 @@ else
     start_virtual_screen
 fi
 
-program=("$here/build/release/src/App/quillmere")
+program=("$here/build/release/Quillmere.app/Contents/MacOS/quillmere")
 [ $sample_home = no ] || make_sample_home
 [ -n "${DBUS_SESSION_BUS_ADDRESS:-}" ] || program=(dbus-run-session -- "${program[@]}")
 # In a process group of its own, so that at the end it goes with everything that it started.

@@ -20,7 +20,7 @@ from scenes import SCENES, Tour  # noqa: E402
 THEMES = ("light", "dark")
 LANGUAGES = ("en", "es", "ru")
 SIZES = ("1100x700", "900x600")
-PROGRAM = TESTS.parent / "build/debug/src/App/quillmere"
+PROGRAM = TESTS.parent / "build/debug/Quillmere.app/Contents/MacOS/quillmere"
 
 
 def main() -> int:

@@ -1,16 +1,13 @@
 #include "Platform/Linux/LinuxUserDefaults.h"
 
-#include "Platform/Linux/ErrnoFailure.h"
-#include "Platform/Linux/FileDescriptor.h"
+#include "Platform/Linux/BoundedReading.h"
 #include "Platform/Linux/FileReplacement.h"
 #include "Utilities/PropertyListLimits.h"
 
 #include <QLocale>
 
-#include <array>
 #include <cerrno>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace Quillmere {
@@ -19,30 +16,6 @@ namespace {
 
 constexpr mode_t modeOfFile = 0600;
 constexpr mode_t modeOfFolders = 0700;
-
-/// Fails with Malformed for what is not a file, or too large for settings.
-Result<QByteArray> contentsOf(const FilePath &path)
-{
-    // Without O_NONBLOCK, opening a pipe would wait for somebody to write into it.
-    const FileDescriptor file(::open(path.bytes().constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    struct stat status;
-    if (!file.isOpen() || ::fstat(file.number(), &status) != 0)
-        return failureFromErrno(errno, path);
-    if (!S_ISREG(status.st_mode) || status.st_size > PropertyListLimits::mostBytes)
-        return Failure{Failure::Kind::Malformed, path, u"This is no file of settings."_qs};
-
-    QByteArray contents;
-    std::array<char, 65536> block{};
-    for (;;) {
-        const ssize_t count = ::read(file.number(), block.data(), block.size());
-        if (count == 0)
-            return contents;
-        if (count > 0)
-            contents.append(block.data(), count);
-        else if (errno != EINTR)
-            return failureFromErrno(errno, path);
-    }
-}
 
 /// A folder that cannot be made shows when the file is written.
 void createFolders(const FilePath &folder)
@@ -145,7 +118,7 @@ void LinuxUserDefaults::remove(const QString &key)
 
 void LinuxUserDefaults::load()
 {
-    const Result<QByteArray> contents = contentsOf(m_file);
+    const Result<QByteArray> contents = readBounded(m_file, PropertyListLimits::mostBytes);
     if (!contents) {
         m_mayStore
             = contents.failure().kind == Failure::Kind::NotFound || contents.failure().kind == Failure::Kind::Malformed;

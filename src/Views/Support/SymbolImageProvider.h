@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Symbols/SymbolDrawing.h"
+
 #include <QCache>
 #include <QImage>
 #include <QMutex>
@@ -17,7 +19,7 @@ public:
     /// Side of the drawings' grid, and of a picture whose size nobody asked for.
     static constexpr int gridSide = 24;
 
-    [[nodiscard]] static bool hasSymbol(const QString &name);
+    [[nodiscard]] static bool hasSymbol(const QString &name) { return Quillmere::hasSymbol(name); }
 
     QImage requestImage(const QString &id, QSize *size, const QSize &requestedSize) override;
 

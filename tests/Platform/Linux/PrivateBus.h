@@ -22,6 +22,8 @@ public:
     [[nodiscard]] bool isRunning() const { return m_connection && m_connection->isConnected(); }
     /// Only when isRunning().
     [[nodiscard]] const QDBusConnection &connection() const { return *m_connection; }
+    /// Where other connections find it.
+    [[nodiscard]] const QString &address() const { return m_address; }
 
     /// Puts a portal on the bus whose Read answers with what @p python leaves in `ret`. False when it did not start.
     [[nodiscard]] bool startPortal(const QString &python);

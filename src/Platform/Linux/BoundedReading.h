@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Values/FilePath.h"
+#include "Values/Result.h"
+
+#include <QByteArray>
+
+namespace Quillmere {
+
+/// The whole of a file that somebody else may have put there. Links are followed. Never waits for a writer: what is
+/// not a regular file, and what holds more than @p mostBytes, is Malformed.
+[[nodiscard]] Result<QByteArray> readBounded(const FilePath &path, qsizetype mostBytes);
+
+} // namespace Quillmere
