@@ -23,6 +23,8 @@ public:
     /// Only when isRunning().
     [[nodiscard]] const QDBusConnection &connection() const { return *m_connection; }
 
+    [[nodiscard]] const QString &address() const { return m_address; }
+
     /// Puts a portal on the bus whose Read answers with what @p python leaves in `ret`. False when it did not start.
     [[nodiscard]] bool startPortal(const QString &python);
     /// Lets the portal tell that a setting has changed.
