@@ -1,22 +1,44 @@
 #include "App/LinuxMachine.h"
 
+#include "Platform/Linux/DesktopEntry.h"
+#include "Platform/Linux/LinuxBundles.h"
 #include "Platform/Linux/LinuxDesktopAppearance.h"
 #include "Platform/Linux/LinuxFileManager.h"
+#include "Platform/Linux/LinuxFilterManager.h"
+#include "Platform/Linux/LinuxHostStatistics.h"
 #include "Platform/Linux/LinuxPlaces.h"
+#include "Platform/Linux/LinuxPowerAssertions.h"
+#include "Platform/Linux/LinuxProcessRunner.h"
+#include "Platform/Linux/LinuxStatusBar.h"
+#include "Platform/Linux/LinuxSystemExtensionManager.h"
 #include "Platform/Linux/LinuxUserDefaults.h"
+#include "Platform/Linux/LinuxWorkspace.h"
 #include "Platform/Linux/SystemClock.h"
+
+#include <unistd.h>
 
 namespace Quillmere {
 
 Machine makeLinuxMachine()
 {
     const auto files = std::make_shared<LinuxFileManager>();
+    const FilePath home = files->homeDirectory();
+    const auto bundles = std::make_shared<LinuxBundles>();
     Machine machine;
     machine.files = files;
     machine.places = std::make_shared<LinuxPlaces>(files);
-    machine.defaults = std::make_shared<LinuxUserDefaults>(LinuxUserDefaults::fileOf(files->homeDirectory()));
+    machine.defaults = std::make_shared<LinuxUserDefaults>(LinuxUserDefaults::fileOf(home));
     machine.clock = std::make_shared<SystemClock>();
     machine.appearance = std::make_shared<LinuxDesktopAppearance>();
+    machine.host = std::make_shared<LinuxHostStatistics>();
+    machine.processes = std::make_shared<LinuxProcessRunner>(bundles->mainLocation().appending("Contents/Helpers"));
+    machine.workspace = std::make_shared<LinuxWorkspace>(home, desktopEntryFolders(home));
+    machine.assertions = std::make_shared<LinuxPowerAssertions>();
+    machine.bundles = bundles;
+    machine.extensions = std::make_shared<LinuxSystemExtensionManager>();
+    machine.filter = std::make_shared<LinuxFilterManager>();
+    machine.statusBar = std::make_shared<LinuxStatusBar>();
+    machine.isAdministrator = ::geteuid() == 0;
     return machine;
 }
 

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Platform/ProcessRunner.h"
+#include "Values/Result.h"
+
+#include <QByteArray>
+
+namespace Quillmere {
+
+/// How a program that was started has ended.
+struct ChildEnd
+{
+    int status = 0; ///< 128 plus the signal where one ended it.
+    QByteArray standardError;
+};
+
+/// Starts a program and waits for its end, however late. It reads nothing and writes its output where ours goes. Fails
+/// when it cannot be started.
+[[nodiscard]] Result<ChildEnd> runChild(const Command &command);
+
+} // namespace Quillmere

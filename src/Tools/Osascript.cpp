@@ -1,0 +1,62 @@
+#include "Tools/Osascript.h"
+
+#include "Tools/AdministratorRequest.h"
+#include "Tools/ChildProgram.h"
+#include "Tools/ScriptText.h"
+
+namespace Quillmere {
+
+namespace {
+
+// pkexec(1): the user dismissed the dialog.
+constexpr int dismissed = 126;
+
+ToolEnd executionError(const QString &reason, int number)
+{
+    return {1, u"execution error: %1 (%2)"_qs.arg(reason).arg(number)};
+}
+
+std::optional<AdministratorRequest> requestOfScript(const QString &script)
+{
+    const std::optional<QString> text = shellTextOfScript(script);
+    const std::optional<ShellCommands> commands = text ? parseShellText(*text) : std::nullopt;
+    return commands ? requestFor(*commands) : std::nullopt;
+}
+
+Command commandFor(const AdministratorRequest &request, const ElevationSettings &settings)
+{
+    const QStringList words = QStringList{request.verb} + request.arguments;
+    if (settings.isRoot)
+        return {settings.administrator, words};
+    return {settings.pkexec, QStringList{u"--disable-internal-agent"_qs, settings.administrator} + words};
+}
+
+ToolEnd carryOut(const AdministratorRequest &request, const ElevationSettings &settings)
+{
+    const Result<ChildEnd> end = runChild(commandFor(request, settings));
+    if (!end)
+        return executionError(end.failure().detail, 1);
+    const int status = end.value().status;
+    const QString text = QString::fromUtf8(end.value().standardError).trimmed();
+    if (status == 0)
+        return {0, text};
+    if (status == dismissed && !settings.isRoot)
+        return executionError(u"User canceled."_qs, -128);
+    return executionError(text.isEmpty() ? u"The command failed."_qs : text, status);
+}
+
+} // namespace
+
+ToolEnd runOsascript(const QStringList &arguments, const ElevationSettings &settings)
+{
+    if (arguments.size() != 2 || arguments.first() != u"-e")
+        return {ToolEnd::wrongUse, u"usage: osascript -e SCRIPT"_qs};
+    const std::optional<AdministratorRequest> request = requestOfScript(arguments.at(1));
+    if (!request)
+        return executionError(u"This script is none of those that can be carried out here; nothing was done."_qs, 1);
+    if (!settings.isRoot && !settings.mayAskUser)
+        return executionError(u"There is no system bus to ask for administrator rights on."_qs, 1);
+    return carryOut(*request, settings);
+}
+
+} // namespace Quillmere

@@ -1,0 +1,12 @@
+#include "Tools/ProgramStart.h"
+#include "Tools/Purge.h"
+
+#include <QCoreApplication>
+
+using namespace Quillmere;
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    return finish(runPurge(QCoreApplication::arguments().sliced(1), dropCachesFile()));
+}

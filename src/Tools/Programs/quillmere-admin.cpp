@@ -1,0 +1,15 @@
+#include "Tools/Administrator.h"
+#include "Tools/ProgramStart.h"
+#include "Tools/Purge.h"
+
+#include <QCoreApplication>
+
+using namespace Quillmere;
+
+int main(int argc, char *argv[])
+{
+    startClean();
+    const QCoreApplication application(argc, argv);
+    const Administrator administrator(KeepAwake::ofThisMachine(programFolder()), dropCachesFile(), isRoot());
+    return finish(administrator.carryOut(QCoreApplication::arguments().sliced(1)));
+}

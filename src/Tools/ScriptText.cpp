@@ -1,0 +1,30 @@
+#include "Tools/ScriptText.h"
+
+namespace Quillmere {
+
+namespace {
+
+constexpr QStringView opening = u"do shell script \"";
+constexpr QStringView closing = u"\" with administrator privileges";
+
+} // namespace
+
+std::optional<QString> shellTextOfScript(const QString &script)
+{
+    if (!script.startsWith(opening) || script.contains(QChar::Null))
+        return std::nullopt;
+    QString text;
+    QStringView rest = QStringView(script).sliced(opening.size());
+    while (!rest.isEmpty() && rest.front() != u'"') {
+        if (rest.front() == u'\\') {
+            rest = rest.sliced(1);
+            if (rest.isEmpty() || (rest.front() != u'"' && rest.front() != u'\\'))
+                return std::nullopt;
+        }
+        text += rest.front();
+        rest = rest.sliced(1);
+    }
+    return rest == closing ? std::optional(text) : std::nullopt;
+}
+
+} // namespace Quillmere
