@@ -25,8 +25,6 @@ public:
     /// Where other connections find it.
     [[nodiscard]] const QString &address() const { return m_address; }
 
-    [[nodiscard]] const QString &address() const { return m_address; }
-
     /// Puts a portal on the bus whose Read answers with what @p python leaves in `ret`. False when it did not start.
     [[nodiscard]] bool startPortal(const QString &python);
     /// Lets the portal tell that a setting has changed.
