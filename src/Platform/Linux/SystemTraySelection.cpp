@@ -29,9 +29,10 @@ SystemTraySelection::SystemTraySelection(QObject *parent)
     : QObject(parent)
 {
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11)
+    m_screen = x11 ? x11->connection() : nullptr;
+    // Some platforms offer the interface and have no display behind it.
+    if (!m_screen)
         return;
-    m_screen = x11->connection();
     // Trays are on the first screen of a display; more than one is all but extinct.
     m_selection = atom(m_screen, "_NET_SYSTEM_TRAY_S0");
     m_manager = atom(m_screen, "MANAGER");
