@@ -49,7 +49,9 @@ TEST_F(HolderLockTest, MakesAFolderForItsOwnerAlone)
 {
     ASSERT_TRUE(HolderLock::open(folder));
 
-    struct stat status{};
+    struct stat status
+    {
+    };
     ASSERT_EQ(::stat(folder.bytes().constData(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 0700u);
 }

@@ -163,7 +163,8 @@ TEST_F(KeepAwakeTest, TellsWhyLogindRefusesAndLeavesNoHolder)
 TEST_F(KeepAwakeTest, EndsAHolderThatLogindDoesNotList)
 {
     startLogindThatRefuses();
-    logind->addMethod(u"Inhibit"_qs, u"ssss"_qs, u"h"_qs, u"import os; ret = dbus.types.UnixFd(os.open('/dev/null', 0))"_qs);
+    logind->addMethod(u"Inhibit"_qs, u"ssss"_qs, u"h"_qs,
+                      u"import os; ret = dbus.types.UnixFd(os.open('/dev/null', 0))"_qs);
 
     const auto done = keepAwake(std::chrono::milliseconds(50)).switchOn();
 
@@ -231,12 +232,11 @@ protected:
         programs.run = makeProgram(u"systemd-run"_qs,
                                    u"while [ \"$1\" != -- ]; do shift; done; shift\n"
                                    "setsid \"$@\" >/dev/null 2>&1 </dev/null & echo $! >\"$unit\"\n"_qs);
-        programs.control
-            = makeProgram(u"systemctl"_qs,
-                          u"case $1 in\n"
-                          "is-active) [ -f \"$unit\" ] && kill -0 -- -$(cat \"$unit\") 2>/dev/null ;;\n"
-                          "stop) kill -- -$(cat \"$unit\"); rm \"$unit\" ;;\n"
-                          "esac\n"_qs);
+        programs.control = makeProgram(u"systemctl"_qs,
+                                       u"case $1 in\n"
+                                       "is-active) [ -f \"$unit\" ] && kill -0 \"$(cat \"$unit\")\" 2>/dev/null ;;\n"
+                                       "stop) kill -- \"-$(cat \"$unit\")\"; rm \"$unit\" ;;\n"
+                                       "esac\n"_qs);
     }
     void TearDown() override
     {
@@ -248,7 +248,7 @@ protected:
     {
         QFile file(temporary.filePath(name));
         EXPECT_TRUE(file.open(QFile::WriteOnly));
-        file.write(u"#!/bin/sh\nunit='%1'\necho \"${0##*/} $*\" >>'%2'\n"_qs
+        file.write(u"#!/bin/bash\nunit='%1'\necho \"${0##*/} $*\" >>'%2'\n"_qs
                        .arg(temporary.filePath(u"unit"_qs), temporary.filePath(u"record"_qs))
                        .toUtf8());
         file.write(body.toUtf8());

@@ -1,5 +1,5 @@
-#include "Tools/AdministratorRequest.h"
 #include "Tools/Osascript.h"
+#include "Tools/AdministratorRequest.h"
 
 #include <QDir>
 #include <QFile>
@@ -90,13 +90,13 @@ TEST_P(KnownCommandTest, StartsTheAdministratorProgramItselfAsRoot)
     EXPECT_EQ(started(), "<admin>" + QByteArray(GetParam().words) + '\n');
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, KnownCommandTest, testing::Values(
-    KnownCommand{"StayAwake", "pmset -a disablesleep 1", "<keep-awake><on>"},
-    KnownCommand{"Sleep", "pmset -a disablesleep 0", "<keep-awake><off>"},
-    KnownCommand{"Purge", "purge", "<purge>"},
-    KnownCommand{"PurgeByPath", "/usr/sbin/purge", "<purge>"},
-    KnownCommand{"PurgeQuoted", "'/usr/sbin/purge'", "<purge>"}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(Commands, KnownCommandTest,
+                         testing::Values(KnownCommand{"StayAwake", "pmset -a disablesleep 1", "<keep-awake><on>"},
+                                         KnownCommand{"Sleep", "pmset -a disablesleep 0", "<keep-awake><off>"},
+                                         KnownCommand{"Purge", "purge", "<purge>"},
+                                         KnownCommand{"PurgeByPath", "/usr/sbin/purge", "<purge>"},
+                                         KnownCommand{"PurgeQuoted", "'/usr/sbin/purge'", "<purge>"}),
+                         [](const auto &info) { return info.param.name; });
 
 TEST_P(UnknownCommandTest, IsRefusedWithNothingStarted)
 {
@@ -112,36 +112,30 @@ TEST_P(UnknownCommandTest, IsRefusedWithNothingStarted)
     EXPECT_EQ(started(), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, UnknownCommandTest, testing::Values(
-    UnknownCommand{"Nothing", ""},
-    UnknownCommand{"OtherProgram", "id"},
-    UnknownCommand{"OtherValue", "pmset -a disablesleep 2"},
-    UnknownCommand{"EmptyValue", "pmset -a disablesleep ''"},
-    UnknownCommand{"ValueWithBlank", "pmset -a disablesleep ' 1'"},
-    UnknownCommand{"MissingValue", "pmset -a disablesleep"},
-    UnknownCommand{"FurtherWord", "pmset -a disablesleep 1 sleep"},
-    UnknownCommand{"OtherSetting", "pmset -a sleep 0"},
-    UnknownCommand{"ElsewhereInThePath", "/tmp/pmset -a disablesleep 1"},
-    UnknownCommand{"ClimbingPath", "/usr/sbin/../../tmp/purge"},
-    UnknownCommand{"PurgeWithArgument", "purge --help"},
-    UnknownCommand{"PurgeWithEmptyArgument", "purge ''"},
-    UnknownCommand{"OtherCase", "Purge"},
-    UnknownCommand{"Chained", "purge && purge"},
-    UnknownCommand{"ChainedWithAnother", "purge && id"},
-    UnknownCommand{"AnotherBefore", "id && purge"},
-    UnknownCommand{"Semicolon", "purge; id"},
-    UnknownCommand{"Line", "purge\nid"},
-    UnknownCommand{"TrailingLine", "purge\n"},
-    UnknownCommand{"Substitution", "pmset -a disablesleep $(id)"},
-    UnknownCommand{"SubstitutionInQuotes", "pmset -a disablesleep '$(id)'"},
-    UnknownCommand{"Redirection", "purge >/tmp/a"},
-    UnknownCommand{"QuotedLine", "'purge\n'"},
-    UnknownCommand{"QuotedWhole", "'pmset -a disablesleep 1'"},
-    UnknownCommand{"VerbOfTheAdministrator", "keep-awake on"},
-    UnknownCommand{"OpenQuote", "'purge"},
-    UnknownCommand{"QuoteThatEndsTheScript", "purge\" with administrator privileges"},
-    UnknownCommand{"Backslashes", "purge\\\\\\\\"}
-), [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Commands, UnknownCommandTest,
+    testing::Values(UnknownCommand{"Nothing", ""}, UnknownCommand{"OtherProgram", "id"},
+                    UnknownCommand{"OtherValue", "pmset -a disablesleep 2"},
+                    UnknownCommand{"EmptyValue", "pmset -a disablesleep ''"},
+                    UnknownCommand{"ValueWithBlank", "pmset -a disablesleep ' 1'"},
+                    UnknownCommand{"MissingValue", "pmset -a disablesleep"},
+                    UnknownCommand{"FurtherWord", "pmset -a disablesleep 1 sleep"},
+                    UnknownCommand{"OtherSetting", "pmset -a sleep 0"},
+                    UnknownCommand{"ElsewhereInThePath", "/tmp/pmset -a disablesleep 1"},
+                    UnknownCommand{"ClimbingPath", "/usr/sbin/../../tmp/purge"},
+                    UnknownCommand{"PurgeWithArgument", "purge --help"},
+                    UnknownCommand{"PurgeWithEmptyArgument", "purge ''"}, UnknownCommand{"OtherCase", "Purge"},
+                    UnknownCommand{"Chained", "purge && purge"}, UnknownCommand{"ChainedWithAnother", "purge && id"},
+                    UnknownCommand{"AnotherBefore", "id && purge"}, UnknownCommand{"Semicolon", "purge; id"},
+                    UnknownCommand{"Line", "purge\nid"}, UnknownCommand{"TrailingLine", "purge\n"},
+                    UnknownCommand{"Substitution", "pmset -a disablesleep $(id)"},
+                    UnknownCommand{"SubstitutionInQuotes", "pmset -a disablesleep '$(id)'"},
+                    UnknownCommand{"Redirection", "purge >/tmp/a"}, UnknownCommand{"QuotedLine", "'purge\n'"},
+                    UnknownCommand{"QuotedWhole", "'pmset -a disablesleep 1'"},
+                    UnknownCommand{"VerbOfTheAdministrator", "keep-awake on"}, UnknownCommand{"OpenQuote", "'purge"},
+                    UnknownCommand{"QuoteThatEndsTheScript", "purge\" with administrator privileges"},
+                    UnknownCommand{"Backslashes", "purge\\\\\\\\"}),
+    [](const auto &info) { return info.param.name; });
 
 TEST_F(OsascriptTest, SaysThatTheUserHasDismissedTheDialog)
 {
@@ -189,8 +183,12 @@ TEST_F(OsascriptTest, AsksNobodyOnAMachineThatIsNotTheOneThatItRunsFor)
 TEST_F(OsascriptTest, TakesOneScriptAndNothingElse)
 {
     const QString script = scriptOf(u"purge"_qs);
-    for (const QStringList &arguments : QList<QStringList>{
-             {}, {u"-e"_qs}, {script}, {u"-e"_qs, script, u"more"_qs}, {u"-e"_qs, script, u"-e"_qs, script}, {u"-l"_qs, script}})
+    for (const QStringList &arguments : QList<QStringList>{{},
+                                                           {u"-e"_qs},
+                                                           {script},
+                                                           {u"-e"_qs, script, u"more"_qs},
+                                                           {u"-e"_qs, script, u"-e"_qs, script},
+                                                           {u"-l"_qs, script}})
         EXPECT_EQ(runOsascript(arguments, settings).status, 64);
     EXPECT_EQ(started(), "");
 }

@@ -215,7 +215,8 @@ def main():
         if subprocess.run(["unshare", *own, "true"], check=False).returncode != 0 and "CI" not in os.environ:
             print("This machine gives no namespaces.")
             sys.exit(SKIPPED)
-        os.execvp("unshare", ["unshare", *own, sys.executable, "-B", *sys.argv])
+        # The first process of the namespace is a shell: pkexec serves nobody whose parent is process 1.
+        os.execvp("unshare", ["unshare", *own, "sh", "-c", '"$@"; exit $?', "sh", sys.executable, "-B", *sys.argv])
     unittest.main()
 
 
