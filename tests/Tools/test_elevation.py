@@ -131,6 +131,9 @@ class ElevationTest(unittest.TestCase):
         self.assertEqual(os.stat(f"/proc/{holder()}").st_uid, 0)
         self.assert_off(NOBODY)
 
+    def test_a_shell_that_the_system_does_not_know_is_no_hindrance(self):
+        self.assert_on(NOBODY, environment={**os.environ, "SHELL": "/opt/nowhere/shell"})
+
     def test_root_is_asked_for_nothing(self):
         self.assert_on(0)
         self.assert_off(0)

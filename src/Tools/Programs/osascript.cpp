@@ -21,6 +21,8 @@ QString administratorProgram()
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
+    // pkexec refuses everything with a shell that /etc/shells does not name, and none is ever started here.
+    qunsetenv("SHELL");
     ElevationSettings settings;
     settings.administrator = administratorProgram();
     settings.isRoot = isRoot();
