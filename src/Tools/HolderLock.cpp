@@ -18,7 +18,9 @@ constexpr const char *fileName = "keepawake.pid";
 
 struct flock wholeFile()
 {
-    struct flock lock{};
+    struct flock lock
+    {
+    };
     lock.l_type = F_WRLCK;
     lock.l_whence = SEEK_SET;
     return lock;
@@ -42,7 +44,9 @@ Result<FileDescriptor> openRunFolder(const FilePath &path)
     if (::mkdir(path.bytes().constData(), S_IRWXU) != 0 && errno != EEXIST)
         return failureFromErrno(errno, path);
     FileDescriptor folder(::open(path.bytes().constData(), O_DIRECTORY | O_NOFOLLOW | O_RDONLY | O_CLOEXEC));
-    struct stat status{};
+    struct stat status
+    {
+    };
     if (!folder.isOpen() || ::fstat(folder.number(), &status) != 0)
         return failureFromErrno(errno, path);
     if (status.st_uid != ::geteuid() || (status.st_mode & (S_IWGRP | S_IWOTH)) != 0)
@@ -64,8 +68,8 @@ Result<HolderLock> HolderLock::open(const FilePath &runFolder)
     if (!folder)
         return folder.failure();
     const FilePath path = runFolder.appending(fileName);
-    FileDescriptor file(::openat(folder.value().number(), fileName, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC,
-                                 S_IRUSR | S_IWUSR));
+    FileDescriptor file(
+        ::openat(folder.value().number(), fileName, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
     if (!file.isOpen())
         return failureFromErrno(errno, path);
     return HolderLock(std::move(file), path);

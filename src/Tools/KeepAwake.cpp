@@ -92,7 +92,8 @@ Result<void> KeepAwake::waitUntilListed(bool listed) const
         if (now.value() == listed)
             return {};
         if (deadline.hasExpired())
-            return Failure{Failure::Kind::Busy, {}, listed ? u"logind does not list it."_qs : u"logind lists it still."_qs};
+            return Failure{
+                Failure::Kind::Busy, {}, listed ? u"logind does not list it."_qs : u"logind lists it still."_qs};
         QThread::msleep(glanceMilliseconds);
     }
 }

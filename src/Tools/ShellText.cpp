@@ -74,7 +74,8 @@ private:
             if (next == u'$' || next == u'`')
                 return false;
             // Between double quotes a backslash stands for itself, unless one of these follows.
-            const bool escapes = next == u'\\' && !m_rest.isEmpty() && QStringView(u"$`\"\\\n").contains(m_rest.front());
+            const bool escapes
+                = next == u'\\' && !m_rest.isEmpty() && QStringView(u"$`\"\\\n").contains(m_rest.front());
             if (escapes && !readEscaped())
                 return false;
             if (!escapes)

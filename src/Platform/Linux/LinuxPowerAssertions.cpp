@@ -28,9 +28,8 @@ QDBusMessage questionToLogind(const QString &name)
 
 QDBusMessage questionToSessionManager(const QString &name)
 {
-    QDBusMessage question
-        = QDBusMessage::createMethodCall(u"org.gnome.SessionManager"_qs, u"/org/gnome/SessionManager"_qs,
-                                         u"org.gnome.SessionManager"_qs, u"Inhibit"_qs);
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        u"org.gnome.SessionManager"_qs, u"/org/gnome/SessionManager"_qs, u"org.gnome.SessionManager"_qs, u"Inhibit"_qs);
     question << who << noWindow << name << suspendFlag;
     question.setAutoStartService(false);
     return question;
@@ -80,10 +79,8 @@ LinuxPowerAssertions::Inhibitions LinuxPowerAssertions::ask(const QString &name)
     if (m_systemBus.isConnected())
         asked.push_back(std::make_unique<Inhibition>(m_systemBus, questionToLogind(name), QString()));
     if (m_sessionBus.isConnected()) {
-        asked.push_back(
-            std::make_unique<Inhibition>(m_sessionBus, questionToSessionManager(name), u"Uninhibit"_qs));
-        asked.push_back(
-            std::make_unique<Inhibition>(m_sessionBus, questionToPowerManagement(name), u"UnInhibit"_qs));
+        asked.push_back(std::make_unique<Inhibition>(m_sessionBus, questionToSessionManager(name), u"Uninhibit"_qs));
+        asked.push_back(std::make_unique<Inhibition>(m_sessionBus, questionToPowerManagement(name), u"UnInhibit"_qs));
     }
     return asked;
 }

@@ -1,5 +1,5 @@
-#include "Tools/ProgramStart.h"
 #include "Tools/Purge.h"
+#include "Tools/ProgramStart.h"
 
 #include <QCoreApplication>
 

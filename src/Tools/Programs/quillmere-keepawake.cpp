@@ -29,8 +29,7 @@ int main(int argc, char *argv[])
     const QCoreApplication application(argc, argv);
     if (argc != 2)
         return finish({ToolEnd::wrongUse, u"usage: quillmere-keepawake FOLDER"_qs});
-    const auto held
-        = HeldInhibitor::take(FilePath(QByteArray(argv[1])), LidInhibitors(QDBusConnection::systemBus()));
+    const auto held = HeldInhibitor::take(FilePath(QByteArray(argv[1])), LidInhibitors(QDBusConnection::systemBus()));
     if (!held) {
         std::puts(held.failure().detail.toUtf8().constData());
         return 1;

@@ -6,7 +6,6 @@
 
 #include <gmock/gmock.h>
 
-
 using namespace Quillmere;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -36,9 +35,9 @@ protected:
     /// A logind that answers Inhibit with what @p python leaves.
     std::unique_ptr<MockedService> startLogindThat(const QString &python)
     {
-        auto service = std::make_unique<MockedService>(systemBus, u"org.freedesktop.login1"_qs,
-                                                       u"/org/freedesktop/login1"_qs,
-                                                       u"org.freedesktop.login1.Manager"_qs);
+        auto service
+            = std::make_unique<MockedService>(systemBus, u"org.freedesktop.login1"_qs, u"/org/freedesktop/login1"_qs,
+                                              u"org.freedesktop.login1.Manager"_qs);
         EXPECT_TRUE(service->isRunning());
         service->addMethod(u"Inhibit"_qs, u"ssss"_qs, u"u"_qs, python);
         return service;
@@ -46,8 +45,7 @@ protected:
     std::unique_ptr<MockedService> startSessionManager(const QString &python = u"ret = dbus.UInt32(71)"_qs)
     {
         auto service = std::make_unique<MockedService>(sessionBus, u"org.gnome.SessionManager"_qs,
-                                                       u"/org/gnome/SessionManager"_qs,
-                                                       u"org.gnome.SessionManager"_qs);
+                                                       u"/org/gnome/SessionManager"_qs, u"org.gnome.SessionManager"_qs);
         EXPECT_TRUE(service->isRunning());
         service->addMethod(u"Inhibit"_qs, u"susu"_qs, u"u"_qs, python);
         service->addMethod(u"Uninhibit"_qs, u"u"_qs, QString(), QString());
