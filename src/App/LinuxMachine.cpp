@@ -38,7 +38,7 @@ Machine makeLinuxMachine()
     machine.extensions = std::make_shared<LinuxSystemExtensionManager>();
     machine.filter = std::make_shared<LinuxFilterManager>();
     machine.statusBar = std::make_shared<LinuxStatusBar>();
-    machine.isAdministrator = ::geteuid() == 0;
+    machine.isAdministrator = ::getuid() == 0;
     return machine;
 }
 

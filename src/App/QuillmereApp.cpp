@@ -154,7 +154,7 @@ void QuillmereApp::quit()
     // exit() and not quit(), which asks the windows first: the main window would refuse to close.
     if (m_unfinishedRuns.isEmpty())
         QCoreApplication::exit(0);
-    else
+    else if (!m_pendingQuit)
         m_pendingQuit = connect(&m_unfinishedRuns, &UnfinishedRuns::finished, qApp, [] { QCoreApplication::exit(0); });
 }
 

@@ -21,6 +21,7 @@ struct ResourceProcess
     bool isSystemProcess = false;
     std::optional<QString> icon; ///< A name of the desktop's icon theme, or the absolute path of a picture.
     bool canQuit = true;
+    quint64 launchTime = 0; ///< Tells the application from a later one of the same pid.
 
     bool operator==(const ResourceProcess &) const = default;
 };

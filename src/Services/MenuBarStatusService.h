@@ -46,7 +46,7 @@ private:
 
     TrafficMonitorService &m_trafficMonitor;
     SystemMetricsSampler m_metricsSampler;
-    QTimer m_timer;
+    QTimer m_timer{this};
     double m_cpuUsage = 0;
     double m_ramUsage = 0;
     double m_trafficUsage = 0;

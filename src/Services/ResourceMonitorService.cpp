@@ -6,7 +6,9 @@
 #include <QStringDecoder>
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
+#include <cmath>
 #include <utility>
 
 namespace Quillmere {
@@ -16,10 +18,23 @@ namespace {
 constexpr std::chrono::seconds interval{10};
 constexpr quint64 bytesPerKibibyte = 1024;
 
-std::optional<RunningApplication> find(const QList<RunningApplication> &applications, qint32 pid)
+std::optional<RunningApplication> find(const QList<RunningApplication> &applications, qint32 pid,
+                                       std::optional<quint64> launchTime)
 {
     const auto found = std::ranges::find(applications, pid, &RunningApplication::processIdentifier);
-    return found == applications.end() ? std::nullopt : std::optional(*found);
+    if (found == applications.end() || (launchTime && *launchTime != found->launchTime))
+        return std::nullopt;
+    return *found;
+}
+
+/// The whole of @p field as a number, in the form of the C locale; nothing for anything else.
+template<typename Number>
+std::optional<Number> number(QStringView field)
+{
+    const QByteArray text = field.toUtf8();
+    Number value{};
+    const auto [end, error] = std::from_chars(text.begin(), text.end(), value);
+    return error == std::errc() && end == text.end() ? std::optional(value) : std::nullopt;
 }
 
 std::optional<std::pair<qint32, ResourceMonitorService::Statistics>> parseLine(QStringView line)
@@ -27,15 +42,12 @@ std::optional<std::pair<qint32, ResourceMonitorService::Statistics>> parseLine(Q
     const QList<QStringView> fields = line.split(u' ', Qt::SkipEmptyParts);
     if (fields.size() < 3)
         return std::nullopt;
-    bool isPid = false;
-    bool isCpu = false;
-    bool isMemory = false;
-    const int pid = fields[0].toInt(&isPid);
-    const double cpu = fields[1].toDouble(&isCpu);
-    const quint64 kibibytes = fields[2].toULongLong(&isMemory);
-    if (!isPid || !isCpu || !isMemory)
+    const auto pid = number<qint32>(fields[0]);
+    const auto cpu = number<double>(fields[1]);
+    const auto kibibytes = number<quint64>(fields[2]);
+    if (!pid || !cpu || !std::isfinite(*cpu) || !kibibytes)
         return std::nullopt;
-    return std::pair(pid, ResourceMonitorService::Statistics{cpu, kibibytes * bytesPerKibibyte});
+    return std::pair(*pid, ResourceMonitorService::Statistics{*cpu, *kibibytes * bytesPerKibibyte});
 }
 
 } // namespace
@@ -80,11 +92,8 @@ void ResourceMonitorService::refreshProcesses()
     const QHash<qint32, Statistics> statistics = getSystemProcessStats();
     QList<ResourceProcess> processes;
     processes.reserve(applications.size());
-    m_launchTimes.clear();
-    for (const RunningApplication &application : applications) {
+    for (const RunningApplication &application : applications)
         processes.append(process(application, statistics.value(application.processIdentifier)));
-        m_launchTimes.insert(application.processIdentifier, application.launchTime);
-    }
     std::ranges::stable_sort(processes, std::ranges::greater(), &ResourceProcess::cpuUsage);
     onMainQueue(QPointer(this), [processes](ResourceMonitorService &service) { service.publish(processes); });
 }
@@ -108,6 +117,7 @@ ResourceProcess ResourceMonitorService::process(const RunningApplication &applic
     process.isSystemProcess = application.bundleIdentifier.value_or(QString()).startsWith(u"com.apple.");
     if (!application.icon.isEmpty())
         process.icon = application.icon;
+    process.launchTime = application.launchTime;
     return process;
 }
 
@@ -117,7 +127,7 @@ bool ResourceMonitorService::isInternetBlocked(const QString &name,
     const bool isIdentified = bundleIdentifier && !bundleIdentifier->isEmpty();
     if (isIdentified && m_trafficControl.blockedBundleIdentifiers().contains(*bundleIdentifier))
         return true;
-    if (!bundleIdentifier && m_trafficControl.blockedAppNames().contains(name))
+    if (!isIdentified && m_trafficControl.blockedAppNames().contains(name))
         return true;
     return m_trafficControl.ecoTrafficEnabled() && !TrafficControlService::isEcoAllowed(name, bundleIdentifier);
 }
@@ -135,7 +145,7 @@ QHash<qint32, ResourceMonitorService::Statistics> ResourceMonitorService::getSys
 
 QHash<qint32, ResourceMonitorService::Statistics> ResourceMonitorService::parseStatistics(const QByteArray &output)
 {
-    QStringDecoder decode(QStringDecoder::Utf8);
+    QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString text = decode(output);
     if (decode.hasError())
         return {};
@@ -149,14 +159,15 @@ QHash<qint32, ResourceMonitorService::Statistics> ResourceMonitorService::parseS
     return statistics;
 }
 
-QCoro::Task<std::optional<QString>> ResourceMonitorService::toggleInternetAccess(qint32 pid)
+QCoro::Task<std::optional<QString>> ResourceMonitorService::toggleInternetAccess(qint32 pid,
+                                                                                        std::optional<quint64> launchTime)
 {
     const QPointer self(this);
     auto looking = inBackground([workspace = m_workspace] { return workspace->runningApplications(); });
     const QList<RunningApplication> applications = co_await looking;
     if (!self)
         co_return std::nullopt;
-    const std::optional<RunningApplication> application = find(applications, pid);
+    const std::optional<RunningApplication> application = find(applications, pid, launchTime);
     if (!application || !application->localizedName) {
         refreshProcesses();
         co_return u"The selected process is no longer running."_qs;
@@ -174,16 +185,10 @@ QCoro::Task<std::optional<QString>> ResourceMonitorService::toggleInternetAccess
     co_return trafficControl.lastError().value_or(u"Unable to change the application outbound traffic policy."_qs);
 }
 
-bool ResourceMonitorService::forceQuitProcess(qint32 pid)
+bool ResourceMonitorService::forceQuitProcess(qint32 pid, std::optional<quint64> launchTime)
 {
-    const std::optional<RunningApplication> application = find(m_workspace->runningApplications(), pid);
-    if (!application)
-        return false;
-    // Since it was listed, its number may have come to another application.
-    const auto listed = m_launchTimes.constFind(pid);
-    if (listed != m_launchTimes.constEnd() && *listed != application->launchTime)
-        return false;
-    return m_workspace->forceTerminate(*application);
+    const std::optional<RunningApplication> application = find(m_workspace->runningApplications(), pid, launchTime);
+    return application && m_workspace->forceTerminate(*application);
 }
 
 } // namespace Quillmere

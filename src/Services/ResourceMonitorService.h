@@ -44,9 +44,12 @@ public:
     /// Waits for the figures. The new list is published through the main queue, so later than this call.
     void refreshProcesses();
     /// Puts the application's rule to the opposite. Answers with what to tell the user, nothing when it took effect.
-    [[nodiscard]] QCoro::Task<std::optional<QString>> toggleInternetAccess(qint32 pid);
-    /// Ends the application at once. False when it has gone; whatever else has come to its number is left alone.
-    bool forceQuitProcess(qint32 pid);
+    /// With a @p launchTime, another application that has come to the number counts as gone.
+    [[nodiscard]] QCoro::Task<std::optional<QString>> toggleInternetAccess(qint32 pid,
+                                                                           std::optional<quint64> launchTime = {});
+    /// Ends the application at once. False when it has gone; with a @p launchTime, whatever else has come to its number
+    /// is left alone.
+    bool forceQuitProcess(qint32 pid, std::optional<quint64> launchTime = {});
 
     /// The figures in what `ps -o pid,%cpu,rss` prints, by process. A line that is not understood is left out.
     [[nodiscard]] static QHash<qint32, Statistics> parseStatistics(const QByteArray &output);
@@ -65,9 +68,8 @@ private:
     std::shared_ptr<const Workspace> m_workspace;
     std::shared_ptr<const ProcessRunner> m_runner;
     TrafficControlService &m_trafficControl;
-    QTimer m_timer;
+    QTimer m_timer{this};
     QList<ResourceProcess> m_processes;
-    QHash<qint32, quint64> m_launchTimes; ///< Of the applications listed last.
     bool m_isMonitoring = false;
 };
 

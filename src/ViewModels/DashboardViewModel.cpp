@@ -90,6 +90,11 @@ DashboardViewModel::DashboardViewModel(Parts parts, QObject *parent)
     });
 }
 
+DashboardViewModel::~DashboardViewModel()
+{
+    cancelCleanup();
+}
+
 void DashboardViewModel::startAutoRefresh()
 {
     if (m_timer.isActive())
@@ -195,7 +200,6 @@ QCoro::Task<> DashboardViewModel::cleanCaches()
 {
     setIsCleaning(true);
     setCleaningMessage(localized(u"dashboard.scanCaches"_qs));
-    const UnfinishedRuns::Token unfinished(UnfinishedRuns::shared());
     const QPointer self(this);
     const CleanupService cleaner = m_parts.cleaner;
     const std::shared_ptr<ScannerService> scanner = m_parts.makeScanner();
@@ -209,6 +213,8 @@ QCoro::Task<> DashboardViewModel::cleanCaches()
         co_return;
     }
 
+    // A scan may end with the program; what has begun to be removed is brought to its end.
+    const UnfinishedRuns::Token unfinished(UnfinishedRuns::shared());
     setCleaningMessage(localized(u"dashboard.removeCaches"_qs));
     const QList<CleanupItem> items = itemsOf(found.value());
     auto removing = inBackground([cleaner, items] { return cleaner.cleanItems(items, false, [](double) {}); });

@@ -93,6 +93,8 @@ public:
     };
 
     explicit DashboardViewModel(Parts parts, QObject *parent = nullptr);
+    /// Ends a scan under way. What is being removed already is brought to its end.
+    ~DashboardViewModel() override;
 
     [[nodiscard]] bool isLoading() const { return m_isLoading; }
     [[nodiscard]] bool isCleaning() const { return m_isCleaning; }
@@ -172,7 +174,7 @@ private:
 
     Parts m_parts;
     SystemMetricsSampler m_metricsSampler;
-    QTimer m_timer;
+    QTimer m_timer{this};
     std::shared_ptr<ScannerService> m_activeScan;
     std::optional<DiskSpaceService::DiskSpaceInfo> m_diskSpace;
     const qint64 m_safeCacheSize = 0;

@@ -110,7 +110,9 @@ void ResourceMonitorViewModel::setSearchText(const QString &text)
 QCoro::Task<> ResourceMonitorViewModel::toggle(qint32 pid)
 {
     const QPointer self(this);
-    const std::optional<QString> message = co_await m_service->toggleInternetAccess(pid);
+    const std::optional<ResourceProcess> process = shownProcess(pid);
+    const std::optional<quint64> launchTime = process ? std::optional(process->launchTime) : std::nullopt;
+    const std::optional<QString> message = co_await m_service->toggleInternetAccess(pid, launchTime);
     if (self)
         setTrafficErrorMessage(message);
 }
@@ -120,10 +122,40 @@ void ResourceMonitorViewModel::dismissTrafficError()
     setTrafficErrorMessage({});
 }
 
-void ResourceMonitorViewModel::forceQuitProcess(int pid)
+std::optional<ResourceProcess> ResourceMonitorViewModel::shownProcess(qint32 pid) const
 {
+    const QList<ResourceProcess> &shown = m_rows.processes();
+    const auto found = std::ranges::find(shown, pid, &ResourceProcess::pid);
+    return found == shown.end() ? std::nullopt : std::optional(*found);
+}
+
+QString ResourceMonitorViewModel::quitConfirmationText() const
+{
+    if (!m_processToQuit)
+        return {};
+    return u"%1 (PID: %2)\n%3"_qs.arg(m_processToQuit->name, QString::number(m_processToQuit->pid),
+                                      Localizer::shared().localized(u"resource.forceQuitWarning"_qs));
+}
+
+void ResourceMonitorViewModel::askToQuit(int pid)
+{
+    m_processToQuit = shownProcess(pid);
+    Q_EMIT processToQuitChanged();
+}
+
+void ResourceMonitorViewModel::confirmQuit()
+{
+    const std::optional<ResourceProcess> process = m_processToQuit;
+    dismissQuit();
     // The answer reaches no one: the next refresh shows what became of it.
-    std::ignore = m_service->forceQuitProcess(pid);
+    if (process)
+        std::ignore = m_service->forceQuitProcess(process->pid, process->launchTime);
+}
+
+void ResourceMonitorViewModel::dismissQuit()
+{
+    m_processToQuit.reset();
+    Q_EMIT processToQuitChanged();
 }
 
 void ResourceMonitorViewModel::setTrafficErrorMessage(const std::optional<QString> &message)

@@ -38,6 +38,8 @@ class ResourceMonitorViewModel final : public QObject
     Q_PROPERTY(Quillmere::SortFields::SortField sortField READ sortField WRITE setSortField NOTIFY choiceChanged)
     Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY choiceChanged)
     Q_PROPERTY(QString trafficErrorMessage READ trafficErrorMessage NOTIFY trafficErrorMessageChanged)
+    Q_PROPERTY(bool showingQuitConfirmation READ showingQuitConfirmation NOTIFY processToQuitChanged)
+    Q_PROPERTY(QString quitConfirmationText READ quitConfirmationText NOTIFY processToQuitChanged)
 
 public:
     explicit ResourceMonitorViewModel(std::unique_ptr<ResourceMonitorService> service, QObject *parent = nullptr);
@@ -58,6 +60,10 @@ public:
     /// What to tell of a traffic rule that was refused. Empty when there is nothing to tell.
     [[nodiscard]] QString trafficErrorMessage() const { return m_trafficErrorMessage.value_or(QString()); }
 
+    [[nodiscard]] bool showingQuitConfirmation() const { return m_processToQuit.has_value(); }
+    /// What stands under the title of the question. Empty while nothing is asked.
+    [[nodiscard]] QString quitConfirmationText() const;
+
     /// The rows as they are shown, at most 5, or 30 when expanded.
     [[nodiscard]] QList<ResourceProcess> filteredAndSortedProcesses() const;
 
@@ -66,8 +72,11 @@ public:
     Q_INVOKABLE void refreshProcesses() { m_service->refreshProcesses(); }
     Q_INVOKABLE void toggleInternetAccess(int pid) { toggle(pid); }
     Q_INVOKABLE void dismissTrafficError();
-    /// Without a further question. The row goes when the list is refreshed next.
-    Q_INVOKABLE void forceQuitProcess(int pid);
+    /// Asks whether the application of that row may be ended, and remembers which one it is.
+    Q_INVOKABLE void askToQuit(int pid);
+    /// Ends the application that was asked about. Its row goes when the list is refreshed next.
+    Q_INVOKABLE void confirmQuit();
+    Q_INVOKABLE void dismissQuit();
 
     /// What toggleInternetAccess() starts and leaves to itself.
     QCoro::Task<> toggle(qint32 pid);
@@ -77,8 +86,10 @@ Q_SIGNALS:
     void isMonitoringChanged();
     void choiceChanged();
     void trafficErrorMessageChanged();
+    void processToQuitChanged();
 
 private:
+    [[nodiscard]] std::optional<ResourceProcess> shownProcess(qint32 pid) const;
     void showProcesses();
     void setTrafficErrorMessage(const std::optional<QString> &message);
 
@@ -87,6 +98,7 @@ private:
     QList<ResourceProcess> m_allProcesses;
     bool m_isMonitoring = false;
     std::optional<QString> m_trafficErrorMessage;
+    std::optional<ResourceProcess> m_processToQuit;
     bool m_isExpanded = false;
     FilterMode m_filterMode = FilterMode::UserApps;
     SortField m_sortField = SortField::Cpu;

@@ -72,7 +72,7 @@ QVariant ResourceProcessListModel::data(const QModelIndex &index, int role) cons
     case IsCpuHighRole:
         return process.cpuUsage > highCpuUsage;
     case MemoryTextRole:
-        return formatByteCount(static_cast<qint64>(process.memoryUsage));
+        return formatMemoryByteCount(static_cast<qint64>(process.memoryUsage));
     case NetworkTextRole:
         return formattedNetwork(process);
     case IsNetworkHighRole:

@@ -1,5 +1,7 @@
 #include "App/ScreensFixture.h"
 
+#include "Fakes/Gate.h"
+
 #include <QQuickItem>
 #include <QTest>
 
@@ -101,7 +103,7 @@ TEST_F(DashboardScreenTest, ShowsTheDateOfTheLastScanOnceThereIsOne)
 TEST_F(DashboardScreenTest, ListsTheUsersApplicationsThenAll)
 {
     const Person person = openTall();
-    EXPECT_TRUE(person.reads(u"Editor, Top CPU 12.5%, Top RAM 512 MB, Network 0 B/s"_qs));
+    EXPECT_TRUE(person.reads(u"Editor, Top CPU 12.5%, Top RAM 488.3 MB, Network 0 B/s"_qs));
     EXPECT_TRUE(person.readsNo(u"Indexer"_qs));
 
     ASSERT_TRUE(person.click(RadioButton, u"All Processes"_qs));
@@ -243,6 +245,45 @@ TEST_F(DashboardScreenTest, CleansCachesUnderItsOverlay)
     EXPECT_TRUE(person.reads(u"Caches cleaned successfully: 4 MB"_qs));
     EXPECT_TRUE(person.readsNo(u"Fast Cleaning..."_qs));
     EXPECT_THAT(machine.files->removed(), ElementsAre(FilePath("/home/ada/Library/Caches/browser")));
+}
+
+TEST_F(DashboardScreenTest, StopsTheScanOfACleanupByItsButton)
+{
+    const Gate gate;
+    machine.files->addFile(FilePath("/home/ada/Library/Caches/browser/data"), 4'000'000);
+    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
+    const Person person = openTall();
+    ASSERT_TRUE(person.click(Button, u"Clean Caches"_qs));
+    ASSERT_TRUE(person.reads(u"Scanning for cache files..."_qs));
+
+    ASSERT_TRUE(person.click(Button, u"Cancel"_qs));
+    gate.open();
+
+    EXPECT_TRUE(person.readsNo(u"Fast Cleaning..."_qs));
+    EXPECT_THAT(machine.files->removed(), IsEmpty());
+}
+
+TEST_F(DashboardScreenTest, KeepsTheChosenOrderWhenTheLanguageChanges)
+{
+    const Person person = openTall();
+    ASSERT_TRUE(person.reads(u"Editor, "_qs));
+    ASSERT_TRUE(person.click(Button, u"Top RAM"_qs));
+    ASSERT_TRUE(person.sees(ComboBox, u"Sort by:, Top RAM"_qs));
+
+    app->localizer().setLanguage(Language::Spanish);
+
+    const QString sortBy = Localizer::shared().localized(u"resource.sortBy"_qs);
+    EXPECT_TRUE(person.sees(ComboBox, sortBy + u", "_qs + Localizer::shared().localized(u"dashboard.topRAM"_qs)));
+}
+
+TEST_F(DashboardScreenTest, ExplainsEcoTrafficToAssistiveTools)
+{
+    const Person person = openTall();
+
+    QAccessibleInterface *eco = person.find(Button, u"Eco Traffic"_qs);
+
+    ASSERT_TRUE(eco);
+    EXPECT_EQ(eco->text(QAccessible::Description), Localizer::shared().localized(u"traffic.ecoHelp"_qs));
 }
 
 TEST_F(DashboardScreenTest, BoostsUnderAnOverlayThatCannotBeCancelled)

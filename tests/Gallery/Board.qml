@@ -76,7 +76,7 @@ Rectangle {
             spacing: 14
 
             MenuPicker { model: ["Top CPU", "Top RAM"] }
-            MenuPicker { model: ["Top CPU", "Top RAM"]; currentIndex: 1; enabled: false }
+            MenuPicker { model: ["Top CPU", "Top RAM"]; chosenIndex: 1; enabled: false }
             SearchField { text: "fire"; placeholderText: "Search" }
         }
 

@@ -180,6 +180,30 @@ TEST_F(MenuBarControllerTest, FollowsTheStoredKeepAwakeWishWhenItStarts)
     EXPECT_TRUE(entry(u"bolt.fill"_qs).isChecked);
 }
 
+TEST_F(MenuBarControllerTest, ShowsTheItemByTheEndOfItsStart)
+{
+    controller.start(state.get(), status.get());
+
+    EXPECT_EQ(machine.statusBar->shown.menusSet, 1);
+    EXPECT_EQ(lines().last(), u"Quit"_qs);
+}
+
+TEST_F(MenuBarControllerTest, AsksForWakefulnessBetweenTheOtherObserversAndItsOwn)
+{
+    AppSettings settings = state->settings();
+    settings.keepAwakeEnabled = true;
+    state->setSettings(settings);
+
+    controller.start(state.get(), status.get());
+    const int atTheEnd = machine.statusBar->shown.menusSet;
+    QCoreApplication::processEvents();
+
+    // The switching itself is not observed yet, and the setting already holds what is switched to.
+    EXPECT_EQ(atTheEnd, 1);
+    EXPECT_EQ(machine.statusBar->shown.menusSet, 1);
+    EXPECT_TRUE(entry(u"bolt.fill"_qs).isChecked);
+}
+
 TEST_F(MenuBarControllerTest, OpensTheDashboardAndTheSettingsInTheMainWindow)
 {
     start();

@@ -70,6 +70,25 @@ TEST_F(MenuBarStatusServiceTest, PublishesTrafficThenProcessorsThenMemoryThenThe
     EXPECT_THAT(order, ElementsAre(u"stats"_qs, u"cpu"_qs, u"ram"_qs, u"share"_qs));
 }
 
+TEST_F(MenuBarStatusServiceTest, SamplesEveryFiveSecondsAtEachTick)
+{
+    auto *timer = status.findChild<QTimer *>();
+    ASSERT_TRUE(timer);
+    EXPECT_EQ(timer->interval(), 5000);
+    EXPECT_EQ(timer->timerType(), Qt::VeryCoarseTimer);
+    EXPECT_FALSE(timer->isSingleShot());
+    EXPECT_FALSE(timer->isActive());
+    status.start();
+    EXPECT_TRUE(timer->isActive());
+    QSignalSpy published(&status, &MenuBarStatusService::trafficUsageChanged);
+    QCoreApplication::processEvents();
+
+    QMetaObject::invokeMethod(timer, "timeout");
+    QCoreApplication::processEvents();
+
+    EXPECT_EQ(published.size(), 2);
+}
+
 TEST_F(MenuBarStatusServiceTest, WritesRoundedPercentBesideTheIcon)
 {
     sample(26 * mebibyte, 0, 42);

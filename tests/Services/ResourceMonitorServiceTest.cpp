@@ -246,6 +246,23 @@ TEST_F(ResourceMonitorServiceTest, RefreshesAtOnceWhenMonitoringStartsAndMakesNo
     EXPECT_EQ(machine.workspace->listings(), 1);
 }
 
+TEST_F(ResourceMonitorServiceTest, RefreshesEveryTenSecondsAtEachTickUntilItIsStopped)
+{
+    auto *timer = monitor.findChild<QTimer *>();
+    ASSERT_TRUE(timer);
+    EXPECT_EQ(timer->interval(), 10'000);
+    EXPECT_EQ(timer->timerType(), Qt::VeryCoarseTimer);
+    EXPECT_FALSE(timer->isSingleShot());
+    monitor.startMonitoring();
+    EXPECT_TRUE(timer->isActive());
+
+    QMetaObject::invokeMethod(timer, "timeout");
+    EXPECT_EQ(machine.workspace->listings(), 2);
+
+    monitor.stopMonitoring();
+    EXPECT_FALSE(timer->isActive());
+}
+
 TEST_F(ResourceMonitorServiceTest, KeepsTheListWhenMonitoringStops)
 {
     monitor.startMonitoring();
@@ -275,14 +292,48 @@ TEST_F(ResourceMonitorServiceTest, SaysWhenAnApplicationMayNotBeEnded)
 
 TEST_F(ResourceMonitorServiceTest, LeavesAnotherApplicationAloneThatHasComeToTheNumber)
 {
-    std::ignore = refreshed();
+    const quint64 listed = refreshed(10).launchTime;
     machine.workspace->end(10);
     RunningApplication other = application(10, u"Other"_qs, u"org.example.other"_qs);
-    other.launchTime = 2000;
+    other.launchTime = listed + 1;
     machine.workspace->start(other);
 
-    EXPECT_FALSE(monitor.forceQuitProcess(10));
+    EXPECT_FALSE(monitor.forceQuitProcess(10, listed));
+    EXPECT_EQ(QCoro::waitFor(monitor.toggleInternetAccess(10, listed)),
+              u"The selected process is no longer running."_qs);
     EXPECT_THAT(machine.workspace->terminated(), IsEmpty());
+    EXPECT_THAT(machine.extensions->submitted, IsEmpty());
+}
+
+TEST_F(ResourceMonitorServiceTest, TakesAnEmptyIdentifierForNoneWhenItLooksForABlockedName)
+{
+    machine.defaults->setStringArray(TrafficControlService::blockedAppNamesKey(), {u"Old"_qs});
+    TrafficControlService stored(machine.defaults, machine.filter, extension);
+    ResourceMonitorService old(machine.workspace, machine.processes, stored);
+    machine.workspace->start(application(40, u"Old"_qs, QString()));
+    QSignalSpy published(&old, &ResourceMonitorService::processesChanged);
+    old.refreshProcesses();
+    ASSERT_TRUE(published.wait());
+
+    EXPECT_TRUE(std::ranges::find(old.processes(), 40, &ResourceProcess::pid)->isInternetBlocked);
+}
+
+TEST_F(ResourceMonitorServiceTest, HasATextOfItsOwnForARefusalWhoseReasonWasForgotten)
+{
+    machine.filter->hold();
+    machine.filter->saveError = u"no"_qs;
+    QObject::connect(&traffic, &TrafficControlService::lastErrorChanged, &traffic, [this, cleared = false]() mutable {
+        if (!cleared && traffic.lastError()) {
+            cleared = true;
+            QCoro::Task<bool> other = traffic.setEcoTrafficEnabled(false);
+        }
+    });
+    QCoro::Task<std::optional<QString>> toggling = monitor.toggleInternetAccess(10);
+    QTRY_VERIFY(extension.hasCompletedRequest());
+    QCoreApplication::processEvents();
+    machine.filter->releaseAll();
+
+    EXPECT_EQ(QCoro::waitFor(toggling), u"Unable to change the application outbound traffic policy."_qs);
 }
 
 TEST(ProcessStatisticsTest, ReadsPidLoadAndMemory)
@@ -319,5 +370,11 @@ INSTANTIATE_TEST_SUITE_P(
                     UnreadableOutput{"LoadInWords", "header\n12 much 3\n"},
                     UnreadableOutput{"LoadWithAComma", "header\n12 0,5 3\n"},
                     UnreadableOutput{"NegativeMemory", "header\n12 0.5 -3\n"},
+                    UnreadableOutput{"LoadThatIsNoNumber", "header\n12 nan 3\n"},
+                    UnreadableOutput{"LoadWithoutEnd", "header\n12 inf 3\n"},
+                    UnreadableOutput{"ReturnBehindTheMemory", "header\n12 0.5 3\r\n"},
+                    UnreadableOutput{"TabBeforeThePid", "header\n\t12 0.5 3\n"},
+                    UnreadableOutput{"PlusBeforeThePid", "header\n+12 0.5 3\n"},
+                    UnreadableOutput{"CutWithinACharacter", "header\n12 0.5 3\n\xc3"},
                     UnreadableOutput{"NotUtf8", "header\n12 0.5 3\n\xff\xfe\n"}),
     [](const auto &info) { return info.param.name; });

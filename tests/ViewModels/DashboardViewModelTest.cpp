@@ -304,11 +304,75 @@ TEST_F(DashboardViewModelTest, IsAnUnfinishedRunWhileItCleans)
     machine.files->onRemoval([gate](const FilePath &) { gate.wait(); });
 
     QCoro::Task<> cleaning = model->cleanCaches();
+    QTRY_COMPARE(model->cleaningMessage(), u"Removing caches and temporary logs..."_qs);
     EXPECT_FALSE(runs.isEmpty());
     gate.open();
     QCoro::waitFor(cleaning);
 
     EXPECT_TRUE(runs.isEmpty());
+}
+
+TEST_F(DashboardViewModelTest, IsNoUnfinishedRunWhileItScansAndRemovesNothingOnceTheScreenHasGone)
+{
+    const Gate gate;
+    addCache("Caches/com.example.player", 4'000'000);
+    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
+    QCoro::Task<> cleaning = model->cleanCaches();
+    EXPECT_TRUE(runs.isEmpty());
+
+    model.reset();
+    gate.open();
+    QCoro::waitFor(cleaning);
+
+    EXPECT_THAT(machine.files->removed(), IsEmpty());
+}
+
+TEST_F(DashboardViewModelTest, RefreshesEveryFiveSecondsAtEachTick)
+{
+    auto *timer = model->findChild<QTimer *>();
+    ASSERT_TRUE(timer);
+    EXPECT_EQ(timer->interval(), 5000);
+    EXPECT_EQ(timer->timerType(), Qt::VeryCoarseTimer);
+    EXPECT_FALSE(timer->isSingleShot());
+    model->startAutoRefresh();
+    EXPECT_TRUE(timer->isActive());
+    QCoreApplication::processEvents();
+
+    QMetaObject::invokeMethod(timer, "timeout");
+    EXPECT_EQ(machine.files->capacityRequests().size(), 2);
+
+    model->stopAutoRefresh();
+    EXPECT_FALSE(timer->isActive());
+}
+
+TEST_F(DashboardViewModelTest, TakesTheEcoSwitchOverFromTheServiceAtEachRefresh)
+{
+    EXPECT_TRUE(QCoro::waitFor(control.setEcoTrafficEnabled(true)));
+    EXPECT_FALSE(model->ecoTrafficEnabled());
+
+    refresh();
+
+    EXPECT_TRUE(model->ecoTrafficEnabled());
+}
+
+TEST_F(DashboardViewModelTest, HasATextOfItsOwnForARefusalWhoseReasonWasForgotten)
+{
+    machine.filter->hold();
+    machine.filter->saveError = u"no"_qs;
+    QCoro::Task<> switching = model->switchEcoTraffic();
+    QTRY_VERIFY(extension.hasCompletedRequest());
+    // The next change clears the last error, and this one is refused in the same turn as it is cleared.
+    QObject::connect(&control, &TrafficControlService::lastErrorChanged, &control, [this, cleared = false]() mutable {
+        if (!cleared && control.lastError()) {
+            cleared = true;
+            QCoro::Task<bool> other = control.setEcoTrafficEnabled(false);
+        }
+    });
+    QCoreApplication::processEvents();
+    machine.filter->releaseAll();
+    QCoro::waitFor(switching);
+
+    EXPECT_EQ(model->trafficErrorMessage(), u"Unable to change the outbound traffic policy."_qs);
 }
 
 TEST_F(DashboardViewModelTest, FinishesRemovingWhenTheScreenHasGone)

@@ -38,6 +38,18 @@ protected:
         start(5, u"player"_qs, u"org.example.player"_qs, u"5.0"_qs, 700);
     }
 
+    /// Another application comes to the number of one that has ended.
+    void replaceByAnother(qint32 pid)
+    {
+        machine.workspace->end(pid);
+        RunningApplication stranger;
+        stranger.processIdentifier = pid;
+        stranger.launchTime = 99;
+        stranger.localizedName = u"Stranger"_qs;
+        stranger.bundleIdentifier = u"org.example.stranger"_qs;
+        machine.workspace->start(stranger);
+    }
+
     void show()
     {
         const int before = machine.workspace->listings();
@@ -185,7 +197,7 @@ TEST_F(ResourceMonitorViewModelTest, WritesTheFiguresOfARow)
     show();
 
     EXPECT_EQ(role(0, ResourceProcessListModel::CpuTextRole).toString(), u"7.5%"_qs);
-    EXPECT_EQ(role(0, ResourceProcessListModel::MemoryTextRole).toString(), u"102 KB"_qs);
+    EXPECT_EQ(role(0, ResourceProcessListModel::MemoryTextRole).toString(), u"100 KB"_qs);
     EXPECT_EQ(role(0, ResourceProcessListModel::NetworkTextRole).toString(), u"0 B/s"_qs);
     EXPECT_FALSE(role(0, ResourceProcessListModel::IsNetworkHighRole).toBool());
     EXPECT_TRUE(role(0, ResourceProcessListModel::CanQuitRole).toBool());
@@ -245,10 +257,54 @@ TEST_F(ResourceMonitorViewModelTest, EndsAnApplicationAndKeepsItsRowUntilTheNext
     startSome();
     show();
 
-    model.forceQuitProcess(3);
+    model.askToQuit(3);
+    EXPECT_TRUE(model.showingQuitConfirmation());
+    EXPECT_EQ(model.quitConfirmationText(), u"Éditeur (PID: 3)\nAny unsaved changes will be lost."_qs);
+    model.confirmQuit();
 
+    EXPECT_FALSE(model.showingQuitConfirmation());
     EXPECT_THAT(machine.workspace->terminated(), ElementsAre(3));
     EXPECT_TRUE(shown().contains(u"Éditeur"_qs));
+}
+
+TEST_F(ResourceMonitorViewModelTest, EndsNothingWhenTheQuestionIsDismissed)
+{
+    startSome();
+    show();
+
+    model.askToQuit(3);
+    model.dismissQuit();
+    model.confirmQuit();
+
+    EXPECT_FALSE(model.showingQuitConfirmation());
+    EXPECT_THAT(machine.workspace->terminated(), IsEmpty());
+}
+
+TEST_F(ResourceMonitorViewModelTest, LeavesWhoeverCameToTheNumberWhileTheQuestionStoodAlone)
+{
+    startSome();
+    show();
+    model.askToQuit(3);
+    replaceByAnother(3);
+    model.refreshProcesses();
+    QTRY_VERIFY(shown().contains(u"Stranger"_qs));
+
+    model.confirmQuit();
+
+    EXPECT_THAT(machine.workspace->terminated(), IsEmpty());
+}
+
+TEST_F(ResourceMonitorViewModelTest, MakesNoRuleForWhoeverCameToTheNumberSinceTheListWasShown)
+{
+    machine.installTrafficFilter();
+    startSome();
+    show();
+    replaceByAnother(3);
+
+    QCoro::waitFor(model.toggle(3));
+
+    EXPECT_EQ(model.trafficErrorMessage(), u"The selected process is no longer running."_qs);
+    EXPECT_THAT(traffic.blockedBundleIdentifiers(), IsEmpty());
 }
 
 TEST_F(ResourceMonitorViewModelTest, SurvivesItsEndDuringASwitch)

@@ -8,6 +8,9 @@ namespace Quillmere {
 
 namespace {
 
+// What a sandbox says of itself takes a few hundred bytes.
+constexpr qsizetype mostBytesOfSandbox = 64 * 1024;
+
 QByteArray variableIn(const QList<QByteArray> &environment, const QByteArray &name)
 {
     for (const QByteArray &each : environment) {
@@ -28,7 +31,7 @@ bool findByCgroup(ApplicationTrace &trace, pid_t pid, const ProcessTable &proces
 
 bool findBySandbox(ApplicationTrace &trace, pid_t pid, const ProcessTable &processes, const ApplicationIndex &index)
 {
-    const std::optional<QByteArray> text = processes.file(pid, "root/.flatpak-info");
+    const std::optional<QByteArray> text = processes.fileInRoot(pid, ".flatpak-info", mostBytesOfSandbox);
     if (!text)
         return false;
     QByteArrayView section;

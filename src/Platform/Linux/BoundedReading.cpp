@@ -1,7 +1,6 @@
 #include "Platform/Linux/BoundedReading.h"
 
 #include "Platform/Linux/ErrnoFailure.h"
-#include "Platform/Linux/FileDescriptor.h"
 
 #include <array>
 #include <cerrno>
@@ -15,6 +14,11 @@ Result<QByteArray> readBounded(const FilePath &path, qsizetype mostBytes)
 {
     // Without O_NONBLOCK, opening a pipe would wait for somebody to write into it.
     const FileDescriptor file(::open(path.bytes().constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    return readBounded(file, path, mostBytes);
+}
+
+Result<QByteArray> readBounded(const FileDescriptor &file, const FilePath &path, qsizetype mostBytes)
+{
     struct stat status = {};
     if (!file.isOpen() || ::fstat(file.number(), &status) != 0)
         return failureFromErrno(errno, path);

@@ -22,7 +22,7 @@ class LinuxPowerAssertions final : public PowerAssertions
 public:
     explicit LinuxPowerAssertions(const QDBusConnection &systemBus = QDBusConnection::systemBus(),
                                   const QDBusConnection &sessionBus = QDBusConnection::sessionBus(),
-                                  std::chrono::milliseconds patience = std::chrono::milliseconds(1000));
+                                  std::chrono::milliseconds patience = std::chrono::milliseconds(200));
     ~LinuxPowerAssertions() override;
 
     /// NotSupported for every type but "PreventUserIdleSystemSleep" and every level but `on`, too.

@@ -1,5 +1,6 @@
 #include "Platform/Linux/ProcessTable.h"
 
+#include "Platform/Linux/BoundedReading.h"
 #include "Platform/Linux/ProcFile.h"
 #include "Platform/Linux/ProcText.h"
 
@@ -60,6 +61,18 @@ std::optional<ProcessStat> ProcessTable::stat(pid_t pid) const
 std::optional<QByteArray> ProcessTable::file(pid_t pid, const char *name) const
 {
     return readProcFile(m_folder.number(), nameOf(pid, name).constData());
+}
+
+std::optional<QByteArray> ProcessTable::fileInRoot(pid_t pid, const char *name, qsizetype mostBytes) const
+{
+    const FileDescriptor root(
+        ::openat(m_folder.number(), nameOf(pid, "root").constData(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!root.isOpen())
+        return std::nullopt;
+    const FileDescriptor file(
+        ::openat(root.number(), name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const Result<QByteArray> contents = readBounded(file, FilePath(QByteArray("/") + name), mostBytes);
+    return contents ? std::optional(contents.value()) : std::nullopt;
 }
 
 QByteArray ProcessTable::link(pid_t pid, const char *name) const

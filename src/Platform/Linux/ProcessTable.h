@@ -21,6 +21,9 @@ public:
     [[nodiscard]] std::optional<ProcessStat> stat(pid_t pid) const;
     /// The file @p name of @p pid, relative to its folder. Nothing when it has gone or is not for this user.
     [[nodiscard]] std::optional<QByteArray> file(pid_t pid, const char *name) const;
+    /// A file of the file system that @p pid sees, directly in its root. It is the process's own making: no link is
+    /// followed, and nothing is read but a regular file of at most @p mostBytes.
+    [[nodiscard]] std::optional<QByteArray> fileInRoot(pid_t pid, const char *name, qsizetype mostBytes) const;
     /// Where the link @p name of @p pid points to; empty for one that has gone or is not for this user.
     [[nodiscard]] QByteArray link(pid_t pid, const char *name) const;
     [[nodiscard]] std::optional<uid_t> user(pid_t pid) const;

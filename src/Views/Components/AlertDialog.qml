@@ -8,6 +8,8 @@ ModalPopup {
 
     property string title
     property string message
+    /// What is shown: the message, and while the dialog goes, the one it had.
+    property string shownMessage
     property string symbol: "exclamationmark.triangle"
     property bool destructive: false
     property string confirmText
@@ -30,6 +32,12 @@ ModalPopup {
     height: Math.min(column.implicitHeight + 48, roomHeight)
     accessibleName: title
     initialFocus: cancelText !== "" ? cancelButton : confirmButton
+
+    Binding on shownMessage {
+        value: root.message
+        when: root.message !== ""
+        restoreMode: Binding.RestoreNone
+    }
 
     FocusScope {
         anchors.fill: parent
@@ -85,7 +93,7 @@ ModalPopup {
                     width: parent.width
                     topPadding: 8
                     visible: text !== ""
-                    text: root.message
+                    text: root.shownMessage
                     color: Theme.textSecondary
                     lineHeight: 19
                     lineHeightMode: Text.FixedHeight

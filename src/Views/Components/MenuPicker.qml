@@ -9,6 +9,13 @@ T.ComboBox {
     id: root
 
     property string accessibleName
+    /// The choice that the owner holds. It stands whatever becomes of the texts.
+    property int chosenIndex: 0
+
+    currentIndex: chosenIndex
+
+    // A new list of texts, as of another language, has Qt begin with the first.
+    onModelChanged: currentIndex = Qt.binding(() => chosenIndex)
 
     implicitWidth: Math.min(360, widest.width + 48)
     implicitHeight: 32

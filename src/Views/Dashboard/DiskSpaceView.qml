@@ -14,7 +14,7 @@ CardView {
         text: root.viewModel.diskText
         size: 28
         weight: Font.Bold
-        color: [Theme.text, Theme.orangeText, Theme.redText][root.viewModel.diskLevel]
+        color: [Theme.blue, Theme.orangeText, Theme.redText][root.viewModel.diskLevel]
     }
 
     DiskBar {

@@ -28,7 +28,7 @@ Row {
     MenuPicker {
         model: [Texts.localized("dashboard.topCPU"), Texts.localized("dashboard.topRAM"),
                 Texts.localized("resource.name")]
-        currentIndex: root.viewModel.sortField
+        chosenIndex: root.viewModel.sortField
         accessibleName: Texts.localized("resource.sortBy")
 
         onActivated: index => root.viewModel.sortField = index

@@ -13,11 +13,7 @@ Panel {
 
     readonly property ResourceMonitorViewModel viewModel: viewModels.makeResourceMonitor(root)
     /// A question or a message of this card has to be answered first.
-    readonly property bool isModal: showingQuitConfirmation || viewModel.trafficErrorMessage !== ""
-
-    property int processToQuit: 0
-    property string nameOfProcessToQuit
-    property bool showingQuitConfirmation: false
+    readonly property bool isModal: viewModel.showingQuitConfirmation || viewModel.trafficErrorMessage !== ""
 
     readonly property ProcessColumns columns: ProcessColumns {
         width: root.width
@@ -32,17 +28,6 @@ Panel {
 
     function refresh() {
         viewModel.refreshProcesses();
-    }
-
-    function askToQuit(pid: int, name: string) {
-        processToQuit = pid;
-        nameOfProcessToQuit = name;
-        showingQuitConfirmation = true;
-    }
-
-    function endQuestion() {
-        showingQuitConfirmation = false;
-        processToQuit = 0;
     }
 
     implicitHeight: more.y + more.height + 8
@@ -140,7 +125,7 @@ Panel {
                 last: index === repeater.count - 1
 
                 onTrafficToggled: root.viewModel.toggleInternetAccess(pid)
-                onQuitRequested: root.askToQuit(pid, name)
+                onQuitRequested: root.viewModel.askToQuit(pid)
             }
         }
     }
@@ -166,21 +151,16 @@ Panel {
     }
 
     AlertDialog {
-        visible: root.showingQuitConfirmation
+        visible: root.viewModel.showingQuitConfirmation
         destructive: true
         symbol: "xmark.octagon"
         title: Texts.localized("resource.forceQuitTitle")
-        message: root.nameOfProcessToQuit + " (PID: " + root.processToQuit + ")\n"
-            + Texts.localized("resource.forceQuitWarning")
+        message: root.viewModel.quitConfirmationText
         confirmText: Texts.localized("resource.forceQuit")
         cancelText: Texts.localized("common.cancel")
 
-        onConfirmed: {
-            const pid = root.processToQuit;
-            root.endQuestion();
-            root.viewModel.forceQuitProcess(pid);
-        }
-        onDismissed: root.endQuestion()
+        onConfirmed: root.viewModel.confirmQuit()
+        onDismissed: root.viewModel.dismissQuit()
     }
 
     AlertDialog {
