@@ -1,6 +1,7 @@
 #include "Platform/Linux/UserEnvironment.h"
 
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <vector>
@@ -35,6 +36,12 @@ UserEnvironment UserEnvironment::of(uid_t user, const BaseDirectories::Environme
 UserEnvironment UserEnvironment::current()
 {
     return of(::geteuid());
+}
+
+bool UserEnvironment::hasHome() const
+{
+    struct stat status = {};
+    return home != FilePath("/") && ::stat(home.bytes().constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 } // namespace Quillmere

@@ -18,6 +18,9 @@ struct UserEnvironment
     [[nodiscard]] static UserEnvironment of(uid_t user, const BaseDirectories::Environment &variables = qgetenv);
     /// Of the user whose rights this process has.
     [[nodiscard]] static UserEnvironment current();
+
+    /// Whether the home is there, and is a folder below the root: no other is looked after.
+    [[nodiscard]] bool hasHome() const;
 };
 
 } // namespace Quillmere

@@ -64,6 +64,20 @@ TEST(UserEnvironmentTest, TakesEmptyAndRelativeLocationsForNotSet)
     }
 }
 
+TEST_F(LinuxFileManagerTest, WorksForNoHomeThatIsNotThereOrIsTheRoot)
+{
+    home.addLink("link", "home");
+    home.addLink("dangling", "nowhere");
+    home.addFile("file");
+    const auto isHome = [](const FilePath &folder) { return environmentWith({{"HOME", folder.bytes()}}, 0).hasHome(); };
+
+    EXPECT_TRUE(isHome(home.path("home")));
+    EXPECT_TRUE(isHome(home.path("link")));
+    for (const FilePath &none : {home.path("nowhere"), home.path("nowhere/at/all"), home.path("dangling"),
+                                 home.path("file"), FilePath("/"), FilePath("//.")})
+        EXPECT_FALSE(isHome(none)) << none.bytes().constData();
+}
+
 TEST_F(LinuxFileManagerTest, NamesTheStandardFolders)
 {
     EXPECT_EQ(files.homeDirectory(), home.path("home"));
