@@ -1,6 +1,7 @@
 #include "App/LinuxMachine.h"
 #include "App/QuillmereApp.h"
 #include "App/SingleInstance.h"
+#include "Platform/Linux/UserEnvironment.h"
 
 #include <QApplication>
 #include <QCryptographicHash>
@@ -29,10 +30,27 @@ void saySoWhenRunningAsRoot()
     }
 }
 
+/// Sees to it that there is a home. Where the user asked for one that is not there, another is not taken instead: it
+/// would be cleaned in its place.
+bool settleHome()
+{
+    const UserEnvironment user = UserEnvironment::current();
+    if (!user.hasHome()) {
+        std::printf("Quillmere cannot start: there is no home folder at %s.\n",
+                    qUtf8Printable(user.home.displayText()));
+        return false;
+    }
+    // Qt knows the variable alone, and without it would keep its files below the root.
+    qputenv("HOME", user.home.bytes());
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    if (!settleHome())
+        return 1;
     QApplication application(argc, argv);
     QApplication::setApplicationName(u"Quillmere"_qs);
     QApplication::setDesktopFileName(u"com.veltrane.quillmere"_qs);

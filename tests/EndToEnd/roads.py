@@ -44,6 +44,12 @@ def export(program: RunningProgram, hands, kind: str) -> None:
     hands.press(button)
 
 
+def clear_history(program: RunningProgram, hands) -> None:
+    hands.press("Delete")
+    hands.press("Clear All")
+    program.application.find("label", "No history available")
+
+
 def save_button(application: Application) -> str | None:
     """What the button of the save panel says, which is the desktop's choice."""
     names = [item.name for item in application.all("push button") if item.name in ("Open", "Save")]

@@ -22,7 +22,7 @@ CATEGORIES = ("User Cache", "User Logs", "Container Cache", "Temporary Files")
 
 
 class SafeCleanupTest(EndToEndTest):
-    def begin(self, way):
+    def begin(self, way, linked_home: bool = False):
         parent = tempfile.TemporaryDirectory(prefix="q-home-", dir="/tmp")
         self.addCleanup(parent.cleanup)
         self.folder = Path(parent.name, "made")
@@ -30,6 +30,9 @@ class SafeCleanupTest(EndToEndTest):
         self.addCleanup(inspection.remove, self.folder)
         self.account = inspection.account(self.folder)
         self.home = self.folder / "home"
+        if linked_home:
+            self.home.rename(self.folder / "disk")
+            self.home.symlink_to("disk")
         self.program = self.start([PROGRAM], world.environment(self.folder), folder=self.home)
         self.application = self.program.application
         self.hands = way(self.program)
@@ -84,12 +87,38 @@ class SafeCleanupTest(EndToEndTest):
                 self.assertIn("Safe Cleanup", saved.read_text())
                 self.program.end()
 
+    def test_works_all_the_same_in_a_home_that_is_a_link(self):
+        self.begin(ByPointer, linked_home=True)
+        expected = Counter(item["category"] for item in self.account["offered"])
+
+        roads.scan(self.program, self.hands)
+        self.assertEqual(self.counts_shown(), dict(expected))
+        figures = roads.clean(self.program, self.hands)
+
+        self.assertEqual(figures["Files Removed"], str(expected.total()))
+        self.assertEqual([path for path in self.offered() if os.path.lexists(path)], [])
+        self.assertEqual(inspection.damage(self.folder), [])
+        self.assertEqual(self.trashed(), expected.total())
+        self.assert_record(expected.total())
+
+        self.assertEqual(len(roads.history(self.program, self.hands)), 1)
+        roads.export(self.program, self.hands, "JSON")
+        saved = self.home / "Quillmere_History.json"
+        wait_until(saved.exists, "the saved file")
+        self.assertEqual(json.loads(saved.read_text()), json.loads(self.history_file().read_text()))
+
+        roads.clear_history(self.program, self.hands)
+        self.assertFalse(self.history_file().exists())
+        self.assertTrue(self.home.is_symlink())
+
     def trashed(self) -> int:
         return len(os.listdir(self.home / ".local/share/Trash/info"))
 
+    def history_file(self) -> Path:
+        return self.home / "Library/Application Support/Quillmere/history.json"
+
     def assert_record(self, removed: int) -> None:
-        file = self.home / "Library/Application Support/Quillmere/history.json"
-        records = json.loads(file.read_text())
+        records = json.loads(self.history_file().read_text())
         self.assertEqual([(record["operationType"], record["filesRemoved"]) for record in records],
                          [("safeCleanup", removed)])
 

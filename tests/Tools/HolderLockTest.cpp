@@ -1,6 +1,6 @@
 #include "Tools/HolderLock.h"
 
-#include "Platform/Linux/ForkedProcess.h"
+#include "Platform/Linux/ChildProcess.h"
 
 #include <QFile>
 #include <QTemporaryDir>

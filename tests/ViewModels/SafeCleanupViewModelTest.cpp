@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <stdexcept>
 
 using namespace Quillmere;
 using testing::ElementsAre;
@@ -281,6 +282,47 @@ TEST_F(SafeCleanupViewModelTest, RecordsCompletedEvenWhenSomeItemsFailed)
     EXPECT_EQ(log.filesSkipped, 1);
     EXPECT_EQ(log.errors, model->cleanupResultWrapper()->result.errors);
     EXPECT_EQ(log.errors.size(), 1);
+}
+
+TEST_F(SafeCleanupViewModelTest, PrintsWhyAScanFailedAndInvitesAgain)
+{
+    addTree("Caches/app", 7);
+    machine.files->onMeasure([](const FilePath &) { throw std::runtime_error("the disk is on fire"); });
+    testing::internal::CaptureStdout();
+
+    QCoro::waitFor(model->scan());
+
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Scan error: the disk is on fire\n");
+    EXPECT_FALSE(model->isScanning());
+    EXPECT_TRUE(model->showsStart());
+    EXPECT_FALSE(state.lastScanDate().isValid());
+}
+
+TEST_F(SafeCleanupViewModelTest, PrintsNothingOfACancelledScan)
+{
+    addTree("Caches/app", 7);
+    machine.files->onMeasure([this](const FilePath &) { scanner->cancelScan(); });
+    testing::internal::CaptureStdout();
+
+    QCoro::waitFor(model->scan());
+
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST_F(SafeCleanupViewModelTest, PrintsWhyACleanupFailedAndRecordsNothing)
+{
+    addTree("Caches/app", 7);
+    QCoro::waitFor(model->scan());
+    machine.files->onRemoval([](const FilePath &) { throw std::runtime_error("the disk is on fire"); });
+    testing::internal::CaptureStdout();
+
+    QCoro::waitFor(model->clean());
+
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Cleanup error: the disk is on fire\n");
+    EXPECT_FALSE(model->isCleaning());
+    EXPECT_FALSE(model->hasReport());
+    EXPECT_FALSE(state.lastCleanupDate().isValid());
+    EXPECT_THAT(history.loadHistory(), IsEmpty());
 }
 
 TEST_F(SafeCleanupViewModelTest, DoesNothingWhenNoCategoryIsSelected)

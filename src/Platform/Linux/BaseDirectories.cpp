@@ -5,8 +5,7 @@ namespace Quillmere {
 BaseDirectories BaseDirectories::of(const FilePath &home, const Environment &environment)
 {
     const auto folder = [&](const char *name, const char *usual) {
-        const QByteArray value = environment(name);
-        return value.startsWith('/') ? FilePath(value).standardized() : home.appending(usual).standardized();
+        return location(environment, name, home.appending(usual).standardized());
     };
     return {
         folder("XDG_CACHE_HOME", ".cache"),
@@ -14,6 +13,12 @@ BaseDirectories BaseDirectories::of(const FilePath &home, const Environment &env
         folder("XDG_DATA_HOME", ".local/share"),
         folder("XDG_STATE_HOME", ".local/state"),
     };
+}
+
+FilePath BaseDirectories::location(const Environment &environment, const char *name, const FilePath &usual)
+{
+    const QByteArray value = environment(name);
+    return value.startsWith('/') ? FilePath(value).standardized() : usual;
 }
 
 } // namespace Quillmere

@@ -17,8 +17,9 @@ struct BaseDirectories
     FilePath data;
     FilePath state;
 
-    /// A variable that is empty or names no absolute location counts as not set.
     [[nodiscard]] static BaseDirectories of(const FilePath &home, const Environment &environment = qgetenv);
+    /// What a variable says, tidied. One that is empty or names no absolute location counts as not set: @p usual.
+    [[nodiscard]] static FilePath location(const Environment &environment, const char *name, const FilePath &usual);
 };
 
 } // namespace Quillmere

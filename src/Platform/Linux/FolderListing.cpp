@@ -46,7 +46,7 @@ bool isListed(const dirent64 &entry, HiddenFiles hidden)
 
 Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder, HiddenFiles hidden)
 {
-    const FileDescriptor opened = openFolder(folder, FinalLink::Follow);
+    const FileDescriptor opened = openFolderForReading(folder, FinalLink::Follow);
     if (!opened.isOpen()) // Links that go round in a loop lead nowhere, too.
         return failureFromErrno(errno == ELOOP ? ENOENT : errno, folder);
 

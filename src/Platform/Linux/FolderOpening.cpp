@@ -77,7 +77,7 @@ FileDescriptor openLongPath(const QByteArray &path, int flags)
 
 } // namespace
 
-FileDescriptor openFolder(const FilePath &folder, FinalLink link)
+FileDescriptor openFolderForReading(const FilePath &folder, FinalLink link)
 {
     const QByteArray path = kernelPath(folder);
     if (path.contains('\0')) {

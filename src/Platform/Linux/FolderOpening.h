@@ -11,7 +11,7 @@ enum class FinalLink { Follow, Refuse };
 /// Opens a folder for reading its entries, however long the path. Nothing that is not a folder is opened, so no FIFO
 /// and no device can block. When nothing is open afterwards, errno says why. When descriptors run out, the process is
 /// first allowed as many as the system grants it.
-[[nodiscard]] FileDescriptor openFolder(const FilePath &folder, FinalLink link);
+[[nodiscard]] FileDescriptor openFolderForReading(const FilePath &folder, FinalLink link);
 
 /// Opens the folder @p name that stands directly in @p parent, unless it is a link (ELOOP or ENOTDIR) or a mount
 /// point (EXDEV): the open stays on the file system of @p parent and touches no other.

@@ -37,7 +37,7 @@ ScarceWalk::ScarceWalk(Opening openRoot, const Cancellation &cancellation)
 
 TreeSize ScarceWalk::of(const FilePath &folder, const Cancellation &cancellation)
 {
-    return measure([&] { return openFolder(folder, FinalLink::Refuse); }, -1, cancellation);
+    return measure([&] { return openFolderForReading(folder, FinalLink::Refuse); }, -1, cancellation);
 }
 
 TreeSize ScarceWalk::below(int parent, const char *name, const Cancellation &cancellation)

@@ -30,7 +30,7 @@ TreeSize walkFrom(FileDescriptor root, const Cancellation &cancellation, WalkPoo
 
 Result<TreeSize> measureTree(const FilePath &folder, const Cancellation &cancellation, WalkPool &pool)
 {
-    FileDescriptor root = openFolder(folder, FinalLink::Refuse);
+    FileDescriptor root = openFolderForReading(folder, FinalLink::Refuse);
     TreeSize size;
     if (root.isOpen())
         size = walkFrom(std::move(root), cancellation, pool);

@@ -1,6 +1,7 @@
 #include "Platform/Linux/UserEnvironment.h"
 
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <vector>
@@ -20,25 +21,27 @@ FilePath homeInUserDatabase(uid_t user)
 
 } // namespace
 
-UserEnvironment UserEnvironment::of(uid_t user, const Variables &variables)
+UserEnvironment UserEnvironment::of(uid_t user, const BaseDirectories::Environment &variables)
 {
-    const auto location = [&](const char *name, const FilePath &usual) {
-        const QByteArray value = variables(name);
-        return value.startsWith('/') ? FilePath(value).standardized() : usual;
-    };
     UserEnvironment environment;
     environment.user = user;
-    environment.home = location("HOME", {});
+    environment.home = BaseDirectories::location(variables, "HOME", {});
     if (environment.home.isEmpty())
         environment.home = homeInUserDatabase(user).standardized();
-    environment.dataHome = location("XDG_DATA_HOME", environment.home.appending(".local/share"));
-    environment.temporary = location("TMPDIR", FilePath("/tmp"));
+    environment.dataHome = BaseDirectories::of(environment.home, variables).data;
+    environment.temporary = BaseDirectories::location(variables, "TMPDIR", FilePath("/tmp"));
     return environment;
 }
 
 UserEnvironment UserEnvironment::current()
 {
     return of(::geteuid());
+}
+
+bool UserEnvironment::hasHome() const
+{
+    struct stat status = {};
+    return home != FilePath("/") && ::stat(home.bytes().constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 } // namespace Quillmere

@@ -6,6 +6,7 @@
 #include <QProcess>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 
@@ -25,15 +26,8 @@ constexpr uid_t nobody = 65534;
 
 int statusOfChild(const std::function<void()> &body)
 {
-    std::fflush(nullptr);
-    const pid_t child = ::fork();
-    if (child == 0) {
-        body();
-        std::fflush(nullptr);
-        ::_exit(testing::Test::HasFailure() ? 1 : 0);
-    }
     int status = -1;
-    ::waitpid(child, &status, 0);
+    ::waitpid(startChild(body), &status, 0);
     return status;
 }
 
@@ -120,6 +114,24 @@ bool mountVolume(const FilePath &folder, const FilePath &backing)
     const bool mounted = ::mount("overlay", folder.bytes().constData(), "overlay", 0, options.constData()) == 0;
     EXPECT_TRUE(mounted) << std::strerror(errno);
     return mounted;
+}
+
+pid_t startChild(const std::function<void()> &body)
+{
+    std::fflush(nullptr);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        body();
+        std::fflush(nullptr);
+        ::_exit(testing::Test::HasFailure() ? 1 : 0);
+    }
+    return child;
+}
+
+void killChild(pid_t child)
+{
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
 }
 
 } // namespace Quillmere

@@ -3,7 +3,7 @@
 #include "Platform/Linux/TemporaryHome.h"
 #include "Platform/Linux/TracedProgram.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <map>
 
@@ -11,10 +11,11 @@
 #include <pwd.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 using namespace Quillmere;
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 namespace {
 
@@ -31,6 +32,12 @@ UserEnvironment environmentWith(const std::map<QByteArray, QByteArray> &variable
         const auto found = variables.find(name);
         return found == variables.end() ? QByteArray() : found->second;
     });
+}
+
+dev_t volumeOf(const FilePath &path)
+{
+    struct stat status = {};
+    return ::stat(path.bytes().constData(), &status) == 0 ? status.st_dev : 0;
 }
 
 } // namespace
@@ -55,6 +62,20 @@ TEST(UserEnvironmentTest, TakesEmptyAndRelativeLocationsForNotSet)
         EXPECT_EQ(environment.dataHome, environment.home.appending(".local/share"));
         EXPECT_EQ(environment.temporary, FilePath("/tmp"));
     }
+}
+
+TEST_F(LinuxFileManagerTest, WorksForNoHomeThatIsNotThereOrIsTheRoot)
+{
+    home.addLink("link", "home");
+    home.addLink("dangling", "nowhere");
+    home.addFile("file");
+    const auto isHome = [](const FilePath &folder) { return environmentWith({{"HOME", folder.bytes()}}, 0).hasHome(); };
+
+    EXPECT_TRUE(isHome(home.path("home")));
+    EXPECT_TRUE(isHome(home.path("link")));
+    for (const FilePath &none : {home.path("nowhere"), home.path("nowhere/at/all"), home.path("dangling"),
+                                 home.path("file"), FilePath("/"), FilePath("//.")})
+        EXPECT_FALSE(isHome(none)) << none.bytes().constData();
 }
 
 TEST_F(LinuxFileManagerTest, NamesTheStandardFolders)
@@ -346,17 +367,35 @@ TEST_F(LinuxFileManagerTest, SynchronizesEachVolumeOnceAndAlsoThatOfWhatIsGone)
     QUILLMERE_NEED(whyNoMountNamespace());
     inMountNamespace([&] {
         ASSERT_TRUE(mountTmpfs(home.path("memory"), "size=1m"));
-        int synchronizations = 0;
+        ASSERT_TRUE(mountTmpfs(home.path("other"), "size=1m"));
+        const dev_t ofHome = volumeOf(home.path("home"));
+        const dev_t ofMemory = volumeOf(home.path("memory"));
 
-        const Ending ending = runHeld(home,
-                                      {"sync", home.path("gone/folder/item").bytes(), home.path("home").bytes(),
-                                       home.path("memory/a").bytes(), home.path("memory/b").bytes()},
-                                      [&](int, long number) {
-                                          synchronizations += number == SYS_syncfs ? 1 : 0;
-                                          return true;
-                                      });
-
-        EXPECT_EQ(ending, Ending::Succeeded);
-        EXPECT_EQ(synchronizations, 2);
+        EXPECT_THAT(volumesSynchronized(home,
+                                        {home.path("gone/folder/item").bytes(), home.path("home/item").bytes(),
+                                         home.path("memory/a").bytes(), home.path("home/other").bytes(),
+                                         home.path("memory/gone/b").bytes()}),
+                    ElementsAre(ofHome, ofMemory));
+        EXPECT_THAT(volumesSynchronized(home, {home.path("memory/a").bytes()}), ElementsAre(ofMemory));
     });
+}
+
+TEST_F(LinuxFileManagerTest, SynchronizesTheVolumeOnWhichAnItemStoodRatherThanTheItemsOwn)
+{
+    QUILLMERE_NEED(whyNoMountNamespace());
+    inMountNamespace([&] {
+        ASSERT_TRUE(mountTmpfs(home.path("memory"), "size=1m"));
+        home.addLink("home/link", home.path("memory").bytes());
+
+        EXPECT_THAT(volumesSynchronized(home, {home.path("home/link").bytes()}),
+                    ElementsAre(volumeOf(home.path("home"))));
+        EXPECT_THAT(volumesSynchronized(home, {home.path("home/link/item").bytes()}),
+                    ElementsAre(volumeOf(home.path("memory"))));
+    });
+}
+
+TEST_F(LinuxFileManagerTest, SynchronizesNothingForNothing)
+{
+    EXPECT_THAT(volumesSynchronized(home, {}), IsEmpty());
+    EXPECT_THAT(volumesSynchronized(home, {"relative/item", ""}), IsEmpty());
 }

@@ -1,6 +1,6 @@
 #include "Platform/Linux/LinuxHostStatistics.h"
 
-#include "Platform/Linux/ForkedProcess.h"
+#include "Platform/Linux/ChildProcess.h"
 #include "Services/SystemMetricsSampler.h"
 
 #include <QFile>
@@ -191,7 +191,5 @@ TEST(LinuxHostStatisticsTest, FailsWhereThereIsNothingToReadAndWhereItMakesNoSen
 
 TEST(LinuxHostStatisticsTest, CountsTrafficOfAnInterfaceThatIsUpAndNoneOfTheLoopback)
 {
-    const std::string answer = answerOfChild(trafficInOwnNetwork);
-
-    EXPECT_EQ(answer, "");
+    inChild([] { EXPECT_EQ(trafficInOwnNetwork(), ""); });
 }

@@ -1,6 +1,6 @@
 #include "Platform/Linux/LinuxUserDefaults.h"
 
-#include "Platform/Linux/ForkedProcess.h"
+#include "Platform/Linux/ChildProcess.h"
 #include "Services/AppSettingsStore.h"
 
 #include <QDir>
@@ -228,15 +228,12 @@ TEST_F(LinuxUserDefaultsTest, HoldsValuesInMemoryInAReadOnlyHome)
 {
     ASSERT_TRUE(QFile::setPermissions(QFile::decodeName(home().bytes()), readableByAll));
 
-    const std::string answer = answerOfChild([this]() -> std::string {
-        if (!becomeOrdinaryUser())
-            return "cannot become an ordinary user";
+    inUnprivilegedChild({}, [this] {
         LinuxUserDefaults defaults = opened();
         defaults.setString(key, u"new"_qs);
-        return defaults.string(key) == u"new"_qs ? "" : "the value is lost";
+        EXPECT_EQ(defaults.string(key), u"new"_qs);
     });
 
-    EXPECT_EQ(answer, "");
     EXPECT_FALSE(QDir(folderName()).exists());
     QFile::setPermissions(QFile::decodeName(home().bytes()), readableByAll | QFile::WriteOwner);
 }
@@ -249,15 +246,12 @@ TEST_F(LinuxUserDefaultsTest, LeavesAFileAloneThatItMayNotRead)
     ASSERT_TRUE(QFile::setPermissions(fileName(), {}));
     const QByteArray before = ::geteuid() == 0 ? contents() : QByteArray();
 
-    const std::string answer = answerOfChild([this]() -> std::string {
-        if (!becomeOrdinaryUser())
-            return "cannot become an ordinary user";
+    inUnprivilegedChild({}, [this] {
         LinuxUserDefaults defaults = opened();
         defaults.setString(key, u"new"_qs);
-        return defaults.string(key) == u"new"_qs ? "" : "the value is lost";
+        EXPECT_EQ(defaults.string(key), u"new"_qs);
     });
 
-    EXPECT_EQ(answer, "");
     QFile::setPermissions(QFile::decodeName(home().bytes()), readableByAll | QFile::WriteOwner);
     if (::geteuid() != 0)
         QFile::setPermissions(fileName(), ownerOnly);
@@ -266,31 +260,24 @@ TEST_F(LinuxUserDefaultsTest, LeavesAFileAloneThatItMayNotRead)
 
 TEST_F(LinuxUserDefaultsTest, KeepsTheOldFileAndTheNewValueOnAFullDisk)
 {
+    QUILLMERE_NEED(whyNoMountNamespace());
     QDir().mkpath(folderName());
-    const std::string answer = answerOfChild([this]() -> std::string {
-        constexpr int diskBytes = 64 * 1024;
-        if (!mountSmallDisk(QFile::encodeName(folderName()).toStdString(), diskBytes))
-            return "forbidden";
+    inMountNamespace([this] {
+        ASSERT_TRUE(mountTmpfs(file().deletingLastPathComponent(), "size=64k"));
         LinuxUserDefaults defaults = opened();
         defaults.setString(key, u"old"_qs);
         const QByteArray before = contents();
+        ASSERT_FALSE(before.isEmpty());
 
-        const QString large(2 * diskBytes, u'x');
+        const QString large(128 * 1024, u'x');
         defaults.setString(key, large);
 
-        if (defaults.string(key) != large)
-            return "the value is lost in memory";
-        if (before.isEmpty() || contents() != before)
-            return "the file is not the old one";
-        if (QDir(folderName()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size() != 1)
-            return "something was left beside the file";
+        EXPECT_EQ(defaults.string(key), large);
+        EXPECT_EQ(contents(), before);
+        EXPECT_EQ(QDir(folderName()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 1);
         defaults.setString(key, u"newer"_qs);
-        return opened().string(key) == u"newer"_qs ? "" : "the disk took nothing any more";
+        EXPECT_EQ(opened().string(key), u"newer"_qs);
     });
-
-    if (answer == "forbidden" && !qEnvironmentVariableIsSet("CI"))
-        GTEST_SKIP() << "This machine forbids a process to have mounts of its own.";
-    EXPECT_EQ(answer, "");
 }
 
 TEST_F(LinuxUserDefaultsTest, HoldsAnOldOrANewValueWheneverItsWriterIsKilled)

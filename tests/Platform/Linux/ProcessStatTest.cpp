@@ -1,6 +1,6 @@
 #include "Platform/Linux/ProcessStat.h"
 
-#include "Platform/Linux/ForkedProcess.h"
+#include "Platform/Linux/ChildProcess.h"
 #include "Platform/Linux/ProcessTable.h"
 
 #include <gmock/gmock.h>

@@ -157,7 +157,7 @@ TEST_F(TreeWalkThreadsTest, TakesInNoEntryOnceAskedToStop)
     std::stop_source source;
     const Cancellation cancellation(source.get_token());
     FolderReader reader(cancellation);
-    const FileDescriptor folder = openFolder(s_tree->path("bush/branch1/branch1/branch1"), FinalLink::Refuse);
+    const FileDescriptor folder = openFolderForReading(s_tree->path("bush/branch1/branch1/branch1"), FinalLink::Refuse);
     DirectoryBuffer entries;
     ASSERT_TRUE(entries.read(folder.number()));
     source.request_stop();
@@ -177,7 +177,7 @@ TEST_F(TreeWalkThreadsTest, StopsOnTheWay)
         const Cancellation cancellation({}, source.get_token());
         Walk walk(cancellation);
         WalkWorker worker(walk, alone);
-        auto root = std::make_shared<const FileDescriptor>(openFolder(s_tree->path(), FinalLink::Refuse));
+        auto root = std::make_shared<const FileDescriptor>(openFolderForReading(s_tree->path(), FinalLink::Refuse));
         std::atomic<bool> isWalking = false;
         std::jthread stopper([&] {
             while (!isWalking)
@@ -226,7 +226,7 @@ TEST_F(TreeWalkThreadsTest, MeasuresTheSameWithTwoFoldersOpenAtATime)
     EXPECT_EQ(ScarceWalk::of(s_tree->path(), {}), s_size);
     EXPECT_EQ(ScarceWalk::of(chain.path(), {}), sizeByFind(chain.path()));
     EXPECT_EQ(ScarceWalk::of(chain.path("n/file"), {}), TreeSize());
-    const FileDescriptor root = openFolder(s_tree->path(), FinalLink::Refuse);
+    const FileDescriptor root = openFolderForReading(s_tree->path(), FinalLink::Refuse);
     EXPECT_EQ(ScarceWalk::below(root.number(), "bush", {}), s_size);
     EXPECT_EQ(ScarceWalk::below(root.number(), "missing", {}), TreeSize());
 }
@@ -234,7 +234,8 @@ TEST_F(TreeWalkThreadsTest, MeasuresTheSameWithTwoFoldersOpenAtATime)
 TEST_F(TreeWalkThreadsTest, LosesNothingWhenDescriptorsAreFew)
 {
 #ifdef __SANITIZE_ADDRESS__
-    GTEST_SKIP() << "The sanitizer of undefined behaviour opens pipes to look at memory, and fails without descriptors.";
+    GTEST_SKIP()
+        << "The sanitizer of undefined behaviour opens pipes to look at memory, and fails without descriptors.";
 #endif
     TemporaryTree comb;
     QByteArray folder = "tooth";

@@ -34,7 +34,7 @@ bool remove(const LinuxFileManager &files, const FilePath &path)
 /// volumes safely onto disk.
 int main(int argc, char *argv[])
 {
-    if (argc < 3)
+    if (argc < 2)
         return 2;
     const LinuxFileManager files;
     const bool forGood = std::strcmp(argv[1], "remove") == 0;

@@ -1,0 +1,133 @@
+#include "App/ScreensFixture.h"
+#include "Utilities/DateFormatter.h"
+
+#include <QColor>
+#include <QQuickItem>
+
+using namespace Quillmere;
+using enum QAccessible::Role;
+
+namespace {
+
+class HistoryScreenTest : public ScreensFixture
+{
+protected:
+    void addRecord(OperationStatus status = OperationStatus::Completed, const QStringList &errors = {})
+    {
+        OperationLog log;
+        log.date = machine.clock->now();
+        log.cleanedSize = 1'500'000;
+        log.status = status;
+        log.errors = errors;
+        HistoryService(machine.files).save(log);
+    }
+
+    /// The item on the screen that shows exactly @p text.
+    static QQuickItem *itemShowing(const Person &person, const QString &text)
+    {
+        QAccessibleInterface *found = person.find(StaticText, text);
+        return found ? qobject_cast<QQuickItem *>(found->object()) : nullptr;
+    }
+
+    static double heightOnScreen(const Person &person, const QString &text)
+    {
+        const QQuickItem *item = itemShowing(person, text);
+        return item ? item->mapToScene({0, 0}).y() : -1;
+    }
+};
+
+struct StatusCase
+{
+    const char *name;
+    OperationStatus status;
+    const char *word;
+    int leastHue; ///< Degrees; -1 for a colour that is none.
+    int mostHue;
+};
+
+class HistoryStatusTest : public HistoryScreenTest, public testing::WithParamInterface<StatusCase>
+{
+protected:
+    static void expectColour(const QColor &color)
+    {
+        if (GetParam().leastHue < 0) {
+            EXPECT_LT(color.hsvSaturationF(), 0.35F) << color.name().toStdString();
+            return;
+        }
+        EXPECT_GT(color.hsvSaturationF(), 0.4F) << color.name().toStdString();
+        EXPECT_GE(color.hsvHue(), GetParam().leastHue) << color.name().toStdString();
+        EXPECT_LE(color.hsvHue(), GetParam().mostHue) << color.name().toStdString();
+    }
+};
+
+} // namespace
+
+TEST_P(HistoryStatusTest, IsSaidInAWordAndInItsColourInBothThemes)
+{
+    addRecord(GetParam().status);
+    const Person person = open(SidebarTab::History);
+    const QString word = QString::fromLatin1(GetParam().word);
+    EXPECT_TRUE(person.reads(u", Safe Cleanup, 1.5 MB, "_qs + word));
+    const QQuickItem *label = itemShowing(person, word);
+    ASSERT_NE(label, nullptr);
+
+    for (const ColorScheme scheme : {ColorScheme::Light, ColorScheme::Dark}) {
+        machine.appearance->set(scheme, true);
+        expectColour(label->property("color").value<QColor>());
+        // The dot before the word.
+        expectColour(label->parentItem()->property("color").value<QColor>());
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Statuses, HistoryStatusTest,
+                         testing::Values(StatusCase{"Completed", OperationStatus::Completed, "Completed", 90, 160},
+                                         StatusCase{"Partial", OperationStatus::Partial, "Partial", 20, 45},
+                                         StatusCase{"Failed", OperationStatus::Failed, "Failed", 0, 12},
+                                         StatusCase{"Cancelled", OperationStatus::Cancelled, "Cancelled", -1, -1}),
+                         [](const auto &info) { return info.param.name; });
+
+TEST_F(HistoryScreenTest, ShowsTheDateWithItsMonthInLettersAndItsTimeToTheMinute)
+{
+    addRecord();
+    const Person person = open(SidebarTab::History);
+
+    const QString date = formatAbbreviatedDateAndTime(machine.clock->now());
+    EXPECT_TRUE(person.sees(StaticText, date));
+    EXPECT_TRUE(person.reads(date + u", Safe Cleanup"_qs));
+    EXPECT_TRUE(date.contains(u"Nov"_qs) && date.contains(u"2026"_qs)) << date.toStdString();
+
+    app->localizer().setLanguage(Language::Russian);
+    EXPECT_TRUE(person.sees(StaticText, formatAbbreviatedDateAndTime(machine.clock->now())));
+    EXPECT_TRUE(person.readsNo(u"Nov"_qs));
+}
+
+TEST_F(HistoryScreenTest, ListsEachErrorOfAnOpenRowOnALineOfItsOwn)
+{
+    addRecord(OperationStatus::Completed, {u"first failure"_qs, u"second failure"_qs, u"third failure"_qs});
+    const Person person = open(SidebarTab::History);
+    EXPECT_TRUE(person.readsNo(u"Errors:"_qs));
+    EXPECT_TRUE(person.readsNo(u"first failure"_qs));
+
+    ASSERT_TRUE(person.tabToWhatHolds(u"Completed"_qs));
+    person.press(Qt::Key_Space);
+
+    ASSERT_TRUE(person.sees(StaticText, u"Errors:"_qs));
+    const QList<QString> lines
+        = {u"Files Skipped: 0"_qs, u"Errors:"_qs, u"first failure"_qs, u"second failure"_qs, u"third failure"_qs};
+    for (qsizetype i = 1; i < lines.size(); ++i)
+        EXPECT_LT(heightOnScreen(person, lines.at(i - 1)), heightOnScreen(person, lines.at(i)));
+}
+
+TEST_F(HistoryScreenTest, SaysNothingOfErrorsInAnOpenRowWithoutAny)
+{
+    addRecord();
+    const Person person = open(SidebarTab::History);
+    ASSERT_TRUE(person.reads(u"Completed"_qs));
+    ASSERT_TRUE(person.tabToWhatHolds(u"Completed"_qs));
+
+    person.press(Qt::Key_Space);
+
+    EXPECT_TRUE(person.sees(StaticText, u"Files Removed: 0"_qs));
+    EXPECT_TRUE(person.readsNo(u"Errors:"_qs));
+    EXPECT_TRUE(person.readsNo(u"Categories affected"_qs));
+}
