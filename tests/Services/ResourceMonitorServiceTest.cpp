@@ -322,11 +322,11 @@ TEST_F(ResourceMonitorServiceTest, HasATextOfItsOwnForARefusalWhoseReasonWasForg
 {
     machine.filter->hold();
     machine.filter->saveError = u"no"_qs;
-    QObject::connect(&traffic, &TrafficControlService::lastErrorChanged, &traffic, [this, cleared = false]() mutable {
-        if (!cleared && traffic.lastError()) {
-            cleared = true;
-            QCoro::Task<bool> other = traffic.setEcoTrafficEnabled(false);
-        }
+    // The next change clears the last error, in the same turn as it is set.
+    std::optional<QCoro::Task<bool>> next;
+    QObject::connect(&traffic, &TrafficControlService::lastErrorChanged, &traffic, [this, &next] {
+        if (!next && traffic.lastError())
+            next.emplace(traffic.setEcoTrafficEnabled(false));
     });
     QCoro::Task<std::optional<QString>> toggling = monitor.toggleInternetAccess(10);
     QTRY_VERIFY(extension.hasCompletedRequest());
@@ -334,6 +334,7 @@ TEST_F(ResourceMonitorServiceTest, HasATextOfItsOwnForARefusalWhoseReasonWasForg
     machine.filter->releaseAll();
 
     EXPECT_EQ(QCoro::waitFor(toggling), u"Unable to change the application outbound traffic policy."_qs);
+    EXPECT_FALSE(QCoro::waitFor(*next));
 }
 
 TEST(ProcessStatisticsTest, ReadsPidLoadAndMemory)
