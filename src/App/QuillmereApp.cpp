@@ -4,8 +4,18 @@
 
 #include <QGuiApplication>
 #include <QLibraryInfo>
+#include <QTimer>
+
+#include <chrono>
 
 namespace Quillmere {
+
+namespace {
+
+// Who hides the window by mistake has it back before anything was let go.
+constexpr std::chrono::seconds untilRest{2};
+
+} // namespace
 
 QuillmereApp::QuillmereApp(Machine machine, QObject *parent)
     : QObject(parent)
@@ -73,10 +83,26 @@ bool QuillmereApp::start()
         return false;
     connect(m_mainWindow, SIGNAL(settingsRequested()), this, SLOT(showSettings()));
     connect(m_mainWindow, SIGNAL(quitRequested()), this, SLOT(quit()));
+    m_mainWindow->setPersistentSceneGraph(false);
+    connect(m_mainWindow, &QWindow::visibleChanged, this, [this](bool isVisible) {
+        if (!isVisible)
+            QTimer::singleShot(untilRest, this, &QuillmereApp::rest);
+    });
     m_delegate.windowDidBecomeKey(m_mainWindow);
     showMainWindow();
     contentDidAppear();
     return true;
+}
+
+void QuillmereApp::rest()
+{
+    if (m_mainWindow->isVisible())
+        return;
+    m_mainWindow->releaseResources();
+    m_engine->collectGarbage();
+    m_engine->trimComponentCache();
+    if (m_machine.returnMemory)
+        m_machine.returnMemory();
 }
 
 void QuillmereApp::translateQt()

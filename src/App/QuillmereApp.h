@@ -58,6 +58,8 @@ private:
     /// The few texts that are Qt's own, such as those of its save panel.
     void translateQt();
     void applyAppearance();
+    /// Lets go of what only a window in sight needs.
+    void rest();
     [[nodiscard]] QQuickWindow *loadWindow(const QString &file, const QVariantMap &properties);
 
     Machine m_machine;

@@ -14,6 +14,7 @@
 #include "Platform/UserDefaults.h"
 #include "Platform/Workspace.h"
 
+#include <functional>
 #include <memory>
 
 namespace Quillmere {
@@ -34,6 +35,8 @@ struct Machine
     std::shared_ptr<SystemExtensionManager> extensions;
     std::shared_ptr<FilterManager> filter;
     std::shared_ptr<StatusBar> statusBar;
+    /// Gives memory that the program no longer uses back to the system. Null where that needs no asking.
+    std::function<void()> returnMemory;
     bool isAdministrator = false; ///< The program itself may do what otherwise needs the system's password dialog.
 };
 

@@ -19,7 +19,7 @@ class PretendMachineTest(EndToEndTest):
 
     def test_opens_on_the_dashboard(self):
         self.begin(ByPointer)
-        self.application.find("heading", "Dashboard")
+        self.application.find("heading", "System Health")
         self.assertIn("selected", self.application.find("list item", "Dashboard").states())
 
     def test_cleans_what_it_finds_and_remembers_it(self):

@@ -18,8 +18,8 @@ std::optional<QString> PretendPlaces::reasonToKeep(const FilePath &item) const
 
 Machine PretendMachine::machine() const
 {
-    return {files,     places,     defaults, clock,      appearance, host,      processes,
-            workspace, assertions, bundles,  extensions, filter,     statusBar, isAdministrator};
+    return {files,      places,  defaults,   clock,  appearance, host, processes,      workspace,
+            assertions, bundles, extensions, filter, statusBar,  {},   isAdministrator};
 }
 
 void PretendMachine::installTrafficFilter()
