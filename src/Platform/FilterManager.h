@@ -23,7 +23,8 @@ struct FilterProviderConfiguration
 class FilterManager
 {
 public:
-    /// Given the system's own sentence when it failed, nothing when it went well. Called once, later, on the GUI thread.
+    /// Given the system's own sentence when it failed, nothing when it went well. Called once, later, on the GUI
+    /// thread.
     using Completion = std::function<void(const std::optional<QString> &error)>;
 
     virtual ~FilterManager() = default;

@@ -63,9 +63,8 @@ void MenuBarController::observe()
 {
     m_observers = std::make_unique<QObject>();
     const auto update = [this] { updateStatusItem(); };
-    const auto follow = [&](auto *object, auto signal) {
-        connect(object, signal, m_observers.get(), update, Qt::QueuedConnection);
-    };
+    const auto follow
+        = [&](auto *object, auto signal) { connect(object, signal, m_observers.get(), update, Qt::QueuedConnection); };
     follow(m_appState.data(), &AppState::settingsChanged);
     follow(m_statusService.data(), &MenuBarStatusService::cpuUsageChanged);
     follow(m_statusService.data(), &MenuBarStatusService::ramUsageChanged);
@@ -92,8 +91,7 @@ QList<MenuEntry> MenuBarController::buildMenu()
     if (m_statusService)
         entries += figures();
     entries.append(separator());
-    MenuEntry keepAwake
-        = actionItem(u"keepAwake.menuItem"_qs, u"bolt.fill"_qs, &MenuBarController::toggleKeepAwake);
+    MenuEntry keepAwake = actionItem(u"keepAwake.menuItem"_qs, u"bolt.fill"_qs, &MenuBarController::toggleKeepAwake);
     keepAwake.isCheckable = true;
     keepAwake.isChecked = m_power.isKeepAwakeEnabled();
     entries.append(keepAwake);

@@ -52,8 +52,7 @@ void MenuBarStatusService::refresh()
     const TrafficStats stats = m_trafficMonitor.currentStats();
     const double cpu = m_metricsSampler.cpuUsage();
     const double ram = m_metricsSampler.memoryUsage().usedPercentage;
-    onMainQueue(QPointer(this),
-                [stats, cpu, ram](MenuBarStatusService &service) { service.publish(stats, cpu, ram); });
+    onMainQueue(QPointer(this), [stats, cpu, ram](MenuBarStatusService &service) { service.publish(stats, cpu, ram); });
 }
 
 void MenuBarStatusService::publish(const TrafficStats &stats, double cpu, double ram)

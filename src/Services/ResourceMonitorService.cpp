@@ -160,7 +160,7 @@ QHash<qint32, ResourceMonitorService::Statistics> ResourceMonitorService::parseS
 }
 
 QCoro::Task<std::optional<QString>> ResourceMonitorService::toggleInternetAccess(qint32 pid,
-                                                                                        std::optional<quint64> launchTime)
+                                                                                 std::optional<quint64> launchTime)
 {
     const QPointer self(this);
     auto looking = inBackground([workspace = m_workspace] { return workspace->runningApplications(); });

@@ -84,8 +84,7 @@ bool TrafficControlService::isEcoAllowed(const QString &name, const std::optiona
     if (bundleIdentifier && ecoAllowedBundleIdentifiers().contains(*bundleIdentifier))
         return true;
     const QString lowerCase = name.toLower();
-    return std::ranges::any_of(ecoAllowedNameTokens(),
-                               [&](const QString &token) { return lowerCase.contains(token); });
+    return std::ranges::any_of(ecoAllowedNameTokens(), [&](const QString &token) { return lowerCase.contains(token); });
 }
 
 QCoro::Task<bool> TrafficControlService::setAppTrafficBlocked(bool blocked, QString name,

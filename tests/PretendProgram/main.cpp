@@ -21,8 +21,8 @@ public:
     {
         m_parser.setApplicationDescription(u"Quillmere on a machine that exists only in memory."_qs);
         m_parser.addHelpOption();
-        m_parser.addOptions(
-            {m_empty, m_dark, m_language, m_processors, m_memory, m_disk, m_noFilter, m_tab, m_size, m_press, m_picture});
+        m_parser.addOptions({m_empty, m_dark, m_language, m_processors, m_memory, m_disk, m_noFilter, m_tab, m_size,
+                             m_press, m_picture});
         m_parser.process(*QCoreApplication::instance());
     }
 

@@ -66,11 +66,12 @@ TEST_F(MenuBarControllerTest, BuildsTheMenuInItsOrder)
 {
     start();
 
-    EXPECT_THAT(lines(), ElementsAre(u"Quillmere"_qs, u"CPU 0%   RAM 75%   Download Zero KB/s   Upload Zero KB/s"_qs,
-                                     u"-"_qs, u"CPU: 0%"_qs, u"RAM: 75%"_qs, u"Download: Zero KB/s"_qs,
-                                     u"Upload: Zero KB/s"_qs, u"Total downloaded: Zero KB"_qs,
-                                     u"Total uploaded: Zero KB"_qs, u"-"_qs, u"Keep Awake (Prevent Sleep)"_qs, u"-"_qs,
-                                     u"Open Dashboard"_qs, u"Settings"_qs, u"-"_qs, u"Quit"_qs));
+    EXPECT_THAT(lines(),
+                ElementsAre(u"Quillmere"_qs, u"CPU 0%   RAM 75%   Download Zero KB/s   Upload Zero KB/s"_qs, u"-"_qs,
+                            u"CPU: 0%"_qs, u"RAM: 75%"_qs, u"Download: Zero KB/s"_qs, u"Upload: Zero KB/s"_qs,
+                            u"Total downloaded: Zero KB"_qs, u"Total uploaded: Zero KB"_qs, u"-"_qs,
+                            u"Keep Awake (Prevent Sleep)"_qs, u"-"_qs, u"Open Dashboard"_qs, u"Settings"_qs, u"-"_qs,
+                            u"Quit"_qs));
 }
 
 TEST_F(MenuBarControllerTest, GivesEachLineItsSymbol)
@@ -82,10 +83,11 @@ TEST_F(MenuBarControllerTest, GivesEachLineItsSymbol)
         if (each.kind == MenuEntry::Kind::Action)
             symbols.append(each.symbol);
     }
-    EXPECT_THAT(symbols, ElementsAre(u"leaf.circle.fill"_qs, u"info.circle"_qs, u"cpu"_qs, u"memorychip"_qs,
-                                     u"arrow.down.circle"_qs, u"arrow.up.circle"_qs, u"tray.and.arrow.down"_qs,
-                                     u"tray.and.arrow.up"_qs, u"bolt.fill"_qs,
-                                     u"gauge.with.dots.needle.67percent"_qs, u"gearshape"_qs, u"power"_qs));
+    EXPECT_THAT(symbols,
+                ElementsAre(u"leaf.circle.fill"_qs, u"info.circle"_qs, u"cpu"_qs, u"memorychip"_qs,
+                            u"arrow.down.circle"_qs, u"arrow.up.circle"_qs, u"tray.and.arrow.down"_qs,
+                            u"tray.and.arrow.up"_qs, u"bolt.fill"_qs, u"gauge.with.dots.needle.67percent"_qs,
+                            u"gearshape"_qs, u"power"_qs));
 }
 
 TEST_F(MenuBarControllerTest, EnablesOnlyWhatDoesSomething)
@@ -236,8 +238,9 @@ TEST_F(MenuBarControllerTest, HoldsOnlyTheFixedLinesOnceTheFiguresHaveGone)
     for (const MenuEntry &each : controller.buildMenu())
         titles.append(each.kind == MenuEntry::Kind::Separator ? u"-"_qs : each.title);
 
-    EXPECT_THAT(titles, ElementsAre(u"Quillmere"_qs, u"-"_qs, u"Keep Awake (Prevent Sleep)"_qs, u"-"_qs,
-                                    u"Open Dashboard"_qs, u"Settings"_qs, u"-"_qs, u"Quit"_qs));
+    EXPECT_THAT(titles,
+                ElementsAre(u"Quillmere"_qs, u"-"_qs, u"Keep Awake (Prevent Sleep)"_qs, u"-"_qs, u"Open Dashboard"_qs,
+                            u"Settings"_qs, u"-"_qs, u"Quit"_qs));
 }
 
 TEST_F(MenuBarControllerTest, DoesNothingMoreOnceTheStateHasGone)

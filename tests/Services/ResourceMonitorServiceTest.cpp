@@ -96,8 +96,7 @@ TEST_F(ResourceMonitorServiceTest, AsksPsForExactlyThreeColumnsOfAllProcesses)
 {
     monitor.refreshProcesses();
 
-    EXPECT_THAT(machine.processes->runs(),
-                ElementsAre(Command{ps, {u"-ax"_qs, u"-o"_qs, u"pid,%cpu,rss"_qs}}));
+    EXPECT_THAT(machine.processes->runs(), ElementsAre(Command{ps, {u"-ax"_qs, u"-o"_qs, u"pid,%cpu,rss"_qs}}));
 }
 
 TEST_F(ResourceMonitorServiceTest, ShowsNothingUsedForAnApplicationThatPsDoesNotList)
@@ -110,8 +109,9 @@ TEST_F(ResourceMonitorServiceTest, ShowsNothingUsedForAnApplicationThatPsDoesNot
 
 TEST_F(ResourceMonitorServiceTest, GoesOnWithoutFiguresWhenPsCannotBeStarted)
 {
-    machine.processes->answer(
-        ps, [](const Command &) { return Failure{Failure::Kind::NotFound, FilePath("/bin/ps"), u"no such file"_qs}; });
+    machine.processes->answer(ps, [](const Command &) {
+        return Failure{Failure::Kind::NotFound, FilePath("/bin/ps"), u"no such file"_qs};
+    });
 
     testing::internal::CaptureStdout();
     const QList<ResourceProcess> processes = refreshed();
@@ -159,9 +159,8 @@ TEST_F(ResourceMonitorServiceTest, ShowsABlockedNameOnlyWithoutAnIdentifierAndCa
     old.refreshProcesses();
     ASSERT_TRUE(published.wait());
 
-    const auto blocked = [&](qint32 pid) {
-        return std::ranges::find(old.processes(), pid, &ResourceProcess::pid)->isInternetBlocked;
-    };
+    const auto blocked
+        = [&](qint32 pid) { return std::ranges::find(old.processes(), pid, &ResourceProcess::pid)->isInternetBlocked; };
     EXPECT_TRUE(blocked(40));
     EXPECT_FALSE(blocked(10));
     EXPECT_EQ(QCoro::waitFor(old.toggleInternetAccess(40)),
@@ -225,8 +224,9 @@ TEST_F(ResourceMonitorServiceTest, PassesOnWhyARuleWasRefused)
 {
     machine.extensions->habit = Habit::NeedApproval;
 
-    EXPECT_EQ(toggled(10), u"Allow the Quillmere Traffic Filter in System Settings, then try again. No application "
-                           "traffic was changed."_qs);
+    EXPECT_EQ(toggled(10),
+              u"Allow the Quillmere Traffic Filter in System Settings, then try again. No application "
+              "traffic was changed."_qs);
 }
 
 TEST_F(ResourceMonitorServiceTest, PublishesLaterThanItReturns)
@@ -360,22 +360,22 @@ TEST_P(UnreadableOutputTest, YieldsNoEntry)
     EXPECT_TRUE(ResourceMonitorService::parseStatistics(GetParam().output).isEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Lines, UnreadableOutputTest,
-    testing::Values(UnreadableOutput{"Nothing", ""}, UnreadableOutput{"HeaderAlone", "PID %CPU RSS\n"},
-                    UnreadableOutput{"OneLineWithFigures", "1 2.0 3"},
-                    UnreadableOutput{"HeaderRepeated", "PID %CPU RSS\nPID %CPU RSS\n"},
-                    UnreadableOutput{"TooFewFields", "header\n12 0.5\n"},
-                    UnreadableOutput{"PidWithLetters", "header\n12a 0.5 3\n"},
-                    UnreadableOutput{"PidBeyondItsBits", "header\n2147483648 0.5 3\n"},
-                    UnreadableOutput{"LoadInWords", "header\n12 much 3\n"},
-                    UnreadableOutput{"LoadWithAComma", "header\n12 0,5 3\n"},
-                    UnreadableOutput{"NegativeMemory", "header\n12 0.5 -3\n"},
-                    UnreadableOutput{"LoadThatIsNoNumber", "header\n12 nan 3\n"},
-                    UnreadableOutput{"LoadWithoutEnd", "header\n12 inf 3\n"},
-                    UnreadableOutput{"ReturnBehindTheMemory", "header\n12 0.5 3\r\n"},
-                    UnreadableOutput{"TabBeforeThePid", "header\n\t12 0.5 3\n"},
-                    UnreadableOutput{"PlusBeforeThePid", "header\n+12 0.5 3\n"},
-                    UnreadableOutput{"CutWithinACharacter", "header\n12 0.5 3\n\xc3"},
-                    UnreadableOutput{"NotUtf8", "header\n12 0.5 3\n\xff\xfe\n"}),
-    [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(Lines, UnreadableOutputTest,
+                         testing::Values(UnreadableOutput{"Nothing", ""},
+                                         UnreadableOutput{"HeaderAlone", "PID %CPU RSS\n"},
+                                         UnreadableOutput{"OneLineWithFigures", "1 2.0 3"},
+                                         UnreadableOutput{"HeaderRepeated", "PID %CPU RSS\nPID %CPU RSS\n"},
+                                         UnreadableOutput{"TooFewFields", "header\n12 0.5\n"},
+                                         UnreadableOutput{"PidWithLetters", "header\n12a 0.5 3\n"},
+                                         UnreadableOutput{"PidBeyondItsBits", "header\n2147483648 0.5 3\n"},
+                                         UnreadableOutput{"LoadInWords", "header\n12 much 3\n"},
+                                         UnreadableOutput{"LoadWithAComma", "header\n12 0,5 3\n"},
+                                         UnreadableOutput{"NegativeMemory", "header\n12 0.5 -3\n"},
+                                         UnreadableOutput{"LoadThatIsNoNumber", "header\n12 nan 3\n"},
+                                         UnreadableOutput{"LoadWithoutEnd", "header\n12 inf 3\n"},
+                                         UnreadableOutput{"ReturnBehindTheMemory", "header\n12 0.5 3\r\n"},
+                                         UnreadableOutput{"TabBeforeThePid", "header\n\t12 0.5 3\n"},
+                                         UnreadableOutput{"PlusBeforeThePid", "header\n+12 0.5 3\n"},
+                                         UnreadableOutput{"CutWithinACharacter", "header\n12 0.5 3\n\xc3"},
+                                         UnreadableOutput{"NotUtf8", "header\n12 0.5 3\n\xff\xfe\n"}),
+                         [](const auto &info) { return info.param.name; });

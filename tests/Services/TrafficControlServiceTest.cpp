@@ -100,14 +100,23 @@ TEST_F(TrafficControlServiceTest, HandsTheWholePolicyOverAtEachChange)
     EXPECT_TRUE(saved.configuration->filterSockets);
     EXPECT_EQ(saved.configuration->filterDataProviderBundleIdentifier, u"com.veltrane.quillmere.traffic-filter"_qs);
     const QStringList allowed = {
-        u"com.apple.Safari"_qs,        u"com.brave.Browser"_qs,       u"com.duckduckgo.macos.browser"_qs,
-        u"com.facebook.archon"_qs,     u"com.google.Chrome"_qs,       u"com.microsoft.edgemac"_qs,
-        u"com.tdesktop.Telegram"_qs,   u"net.whatsapp.WhatsApp"_qs,   u"org.mozilla.firefox"_qs,
-        u"org.telegram.desktop"_qs,    u"org.whispersystems.signal-desktop"_qs, u"ru.keepcoder.Telegram"_qs,
+        u"com.apple.Safari"_qs,
+        u"com.brave.Browser"_qs,
+        u"com.duckduckgo.macos.browser"_qs,
+        u"com.facebook.archon"_qs,
+        u"com.google.Chrome"_qs,
+        u"com.microsoft.edgemac"_qs,
+        u"com.tdesktop.Telegram"_qs,
+        u"net.whatsapp.WhatsApp"_qs,
+        u"org.mozilla.firefox"_qs,
+        u"org.telegram.desktop"_qs,
+        u"org.whispersystems.signal-desktop"_qs,
+        u"ru.keepcoder.Telegram"_qs,
     };
-    EXPECT_EQ(savedPolicy(), (QVariantMap{{u"blockedBundleIdentifiers"_qs, QStringList({editor, player})},
-                                          {u"ecoTrafficEnabled"_qs, false},
-                                          {u"ecoAllowedBundleIdentifiers"_qs, allowed}}));
+    EXPECT_EQ(savedPolicy(),
+              (QVariantMap{{u"blockedBundleIdentifiers"_qs, QStringList({editor, player})},
+                           {u"ecoTrafficEnabled"_qs, false},
+                           {u"ecoAllowedBundleIdentifiers"_qs, allowed}}));
 }
 
 TEST_F(TrafficControlServiceTest, GivesEqualRecordsForEqualPolicies)
@@ -181,8 +190,9 @@ TEST_F(TrafficControlServiceTest, ChangesNothingWhileTheUserHasToAllowTheExtensi
 
     EXPECT_FALSE(setEco(true));
 
-    EXPECT_EQ(service.lastError(), u"Allow the Quillmere Traffic Filter in System Settings, then try again. No "
-                                   "application traffic was changed."_qs);
+    EXPECT_EQ(service.lastError(),
+              u"Allow the Quillmere Traffic Filter in System Settings, then try again. No "
+              "application traffic was changed."_qs);
     expectUntouched();
 }
 

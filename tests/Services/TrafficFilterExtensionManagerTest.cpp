@@ -106,18 +106,18 @@ const QString rightIdentifier = u"com.veltrane.quillmere.traffic-filter"_qs;
 
 INSTANTIATE_TEST_SUITE_P(
     Bundles, UnsoundExtensionTest,
-    testing::Values(
-        UnsoundExtension{"CannotBeOpened", std::nullopt, invalid},
-        UnsoundExtension{"NoIdentifier", Bundle{extension, std::nullopt, FilePath("/usr/bin/sound")}, invalid},
-        UnsoundExtension{"ForeignIdentifierWithASoundExecutable",
-                         Bundle{extension, u"com.example.other"_qs, FilePath("/usr/bin/sound")}, invalid},
-        UnsoundExtension{"IdentifierInOtherCase",
-                         Bundle{extension, rightIdentifier.toUpper(), FilePath("/usr/bin/sound")}, invalid},
-        UnsoundExtension{"NoExecutable", Bundle{extension, rightIdentifier, std::nullopt}, notExecutable},
-        UnsoundExtension{"ExecutableMissing", Bundle{extension, rightIdentifier, FilePath("/usr/bin/nothing")},
-                         notExecutable},
-        UnsoundExtension{"ExecutableWithoutTheRight", Bundle{extension, rightIdentifier, FilePath("/usr/bin/plain")},
-                         notExecutable}),
+    testing::Values(UnsoundExtension{"CannotBeOpened", std::nullopt, invalid},
+                    UnsoundExtension{"NoIdentifier", Bundle{extension, std::nullopt, FilePath("/usr/bin/sound")},
+                                     invalid},
+                    UnsoundExtension{"ForeignIdentifierWithASoundExecutable",
+                                     Bundle{extension, u"com.example.other"_qs, FilePath("/usr/bin/sound")}, invalid},
+                    UnsoundExtension{"IdentifierInOtherCase",
+                                     Bundle{extension, rightIdentifier.toUpper(), FilePath("/usr/bin/sound")}, invalid},
+                    UnsoundExtension{"NoExecutable", Bundle{extension, rightIdentifier, std::nullopt}, notExecutable},
+                    UnsoundExtension{"ExecutableMissing",
+                                     Bundle{extension, rightIdentifier, FilePath("/usr/bin/nothing")}, notExecutable},
+                    UnsoundExtension{"ExecutableWithoutTheRight",
+                                     Bundle{extension, rightIdentifier, FilePath("/usr/bin/plain")}, notExecutable}),
     [](const auto &info) { return info.param.name; });
 
 TEST_F(TrafficFilterExtensionManagerTest, SaysThatTheUserMustAllowIt)

@@ -78,7 +78,7 @@ TEST_F(TrafficMonitorServiceTest, CountsEveryInterfaceThatIsUpAndNotALoopback)
     machine.host->counters = QList<InterfaceCounters>{{true, false, true, 0, 0}, {true, false, true, 0, 0}};
     monitor.reset();
     machine.host->counters = QList<InterfaceCounters>{
-        {true, false, true, 1'000, 10}, {true, false, true, 2'000, 20}, {true, true, true, 5'000, 50},
+        {true, false, true, 1'000, 10},  {true, false, true, 2'000, 20},  {true, true, true, 5'000, 50},
         {false, false, true, 7'000, 70}, {true, false, false, 9'000, 90},
     };
     pass(1000);

@@ -68,8 +68,7 @@ QList<MountEntry> mountTable()
 
 bool holdsMount(const FilePath &folder)
 {
-    return std::ranges::any_of(mountTable(),
-                               [&](const MountEntry &mount) { return mount.location.isWithin(folder); });
+    return std::ranges::any_of(mountTable(), [&](const MountEntry &mount) { return mount.location.isWithin(folder); });
 }
 
 std::optional<MountEntry> mountThatHolds(const FilePath &path, const QList<MountEntry> &table)

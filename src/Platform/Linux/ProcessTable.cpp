@@ -69,8 +69,7 @@ std::optional<QByteArray> ProcessTable::fileInRoot(pid_t pid, const char *name, 
         ::openat(m_folder.number(), nameOf(pid, "root").constData(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     if (!root.isOpen())
         return std::nullopt;
-    const FileDescriptor file(
-        ::openat(root.number(), name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    const FileDescriptor file(::openat(root.number(), name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     const Result<QByteArray> contents = readBounded(file, FilePath(QByteArray("/") + name), mostBytes);
     return contents ? std::optional(contents.value()) : std::nullopt;
 }

@@ -25,8 +25,8 @@ constexpr std::chrono::milliseconds patience{300};
 
 // File systems of the kernel's own on disks of this machine, or in its memory: these always answer.
 constexpr std::array<std::string_view, 14> localTypes
-    = {"btrfs", "ext2", "ext3", "ext4", "exfat", "f2fs", "jfs", "ntfs3", "overlay", "squashfs", "tmpfs", "vfat", "xfs",
-       "zfs"};
+    = {"btrfs", "ext2",    "ext3",     "ext4",  "exfat", "f2fs", "jfs",
+       "ntfs3", "overlay", "squashfs", "tmpfs", "vfat",  "xfs",  "zfs"};
 
 bool alwaysAnswers(const FilePath &path)
 {
