@@ -96,7 +96,7 @@ bool QuillmereApp::start()
 
 void QuillmereApp::rest()
 {
-    if (m_mainWindow->isVisible())
+    if (!m_mainWindow || m_mainWindow->isVisible())
         return;
     m_mainWindow->releaseResources();
     m_engine->collectGarbage();

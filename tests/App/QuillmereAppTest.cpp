@@ -132,6 +132,31 @@ TEST_F(QuillmereAppTest, StaysWhenTheWindowIsAskedForBeforeARunHasEnded)
     EXPECT_TRUE(app.mainWindow()->isVisible());
 }
 
+TEST_F(QuillmereAppTest, StaysWhenTheWindowIsAskedForAfterTwoWishesForTheEnd)
+{
+    ASSERT_TRUE(app.start());
+    auto run = std::make_unique<UnfinishedRuns::Token>(UnfinishedRuns::shared());
+    QTimer::singleShot(0, &app, [&] {
+        app.quit();
+        app.quit();
+        app.showMainWindow();
+        run.reset();
+        QTimer::singleShot(0, &app, [] { QCoreApplication::exit(7); });
+    });
+
+    EXPECT_EQ(QCoreApplication::exec(), 7);
+}
+
+TEST_F(QuillmereAppTest, GivesMemoryBackOnceItsWindowHasBeenHiddenForAWhile)
+{
+    ASSERT_TRUE(app.start());
+    EXPECT_EQ(*machine.memoryReturns, 0);
+
+    app.mainWindow()->hide();
+
+    EXPECT_TRUE(QTest::qWaitFor([this] { return *machine.memoryReturns == 1; }));
+}
+
 TEST_F(QuillmereAppTest, EndsAtOnceWhenNothingIsUnderWay)
 {
     ASSERT_TRUE(app.start());

@@ -18,8 +18,9 @@ std::optional<QString> PretendPlaces::reasonToKeep(const FilePath &item) const
 
 Machine PretendMachine::machine() const
 {
-    return {files,      places,  defaults,   clock,  appearance, host, processes,      workspace,
-            assertions, bundles, extensions, filter, statusBar,  {},   isAdministrator};
+    const auto returnMemory = [returns = memoryReturns] { ++*returns; };
+    return {files,      places,  defaults,   clock,  appearance, host,         processes,      workspace,
+            assertions, bundles, extensions, filter, statusBar,  returnMemory, isAdministrator};
 }
 
 void PretendMachine::installTrafficFilter()

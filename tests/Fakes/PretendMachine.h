@@ -74,6 +74,7 @@ struct PretendMachine
     std::shared_ptr<PretendSystemExtensionManager> extensions = std::make_shared<PretendSystemExtensionManager>();
     std::shared_ptr<PretendFilterManager> filter = std::make_shared<PretendFilterManager>();
     std::shared_ptr<PretendStatusBar> statusBar = std::make_shared<PretendStatusBar>();
+    std::shared_ptr<int> memoryReturns = std::make_shared<int>(0); ///< How often memory was given back.
     bool isAdministrator = false;
 
     [[nodiscard]] Machine machine() const;
