@@ -12,6 +12,11 @@ constexpr quint64 highNetworkUsage = 100'000;
 
 } // namespace
 
+QString displayName(const ResourceProcess &process)
+{
+    return FilePath::displayText(process.name.toUtf8());
+}
+
 QString formattedNetwork(const ResourceProcess &process)
 {
     return process.networkUsage == 0 ? u"0 B/s"_qs : formatByteRate(process.networkUsage);
@@ -64,7 +69,7 @@ QVariant ResourceProcessListModel::data(const QModelIndex &index, int role) cons
     case PidRole:
         return process.pid;
     case NameRole:
-        return process.name;
+        return displayName(process);
     case IconRole:
         return process.icon.value_or(QString());
     case CpuTextRole:

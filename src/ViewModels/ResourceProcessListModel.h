@@ -43,6 +43,8 @@ private:
     QList<ResourceProcess> m_processes;
 };
 
+/// Its name in one line, whatever characters it is made of.
+[[nodiscard]] QString displayName(const ResourceProcess &process);
 /// What an application moves over the network: "0 B/s", "1.2 MB/s".
 [[nodiscard]] QString formattedNetwork(const ResourceProcess &process);
 

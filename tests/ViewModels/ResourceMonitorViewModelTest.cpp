@@ -203,6 +203,17 @@ TEST_F(ResourceMonitorViewModelTest, WritesTheFiguresOfARow)
     EXPECT_TRUE(role(0, ResourceProcessListModel::CanQuitRole).toBool());
 }
 
+TEST_F(ResourceMonitorViewModelTest, WritesANameOfControlCharactersInOneHarmlessLine)
+{
+    start(9, u"Calm\n<b>\u202Eevil</b>\u0007"_qs, u"org.example.odd"_qs, u"99"_qs, 1);
+    show();
+
+    const QString shownName = role(0, ResourceProcessListModel::NameRole).toString();
+    EXPECT_EQ(shownName, u"Calm\uFFFD<b>\uFFFDevil</b>\uFFFD"_qs);
+    model.askToQuit(9);
+    EXPECT_TRUE(model.quitConfirmationText().startsWith(shownName + u" (PID: 9)"_qs));
+}
+
 TEST_F(ResourceMonitorViewModelTest, MarksALoadAboveFivePercentAndNotFiveItself)
 {
     startSome();
