@@ -6,7 +6,7 @@
 
 namespace Quillmere {
 
-/// The user's folders by the XDG base directory specification, which need not exist.
+/// The user's folders where XDG desktops keep them, which need not exist.
 struct BaseDirectories
 {
     /// Gives the value of an environment variable; empty when it is not set.

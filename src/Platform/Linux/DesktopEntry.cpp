@@ -104,7 +104,7 @@ QList<DesktopEntry> readDesktopEntries(const QList<FilePath> &folders)
         QDirIterator files(top, {u"*.desktop"_qs}, QDir::Files, QDirIterator::Subdirectories);
         while (files.hasNext()) {
             const QByteArray file = QFile::encodeName(files.next());
-            // Desktop Entry Specification: folders below the top become part of the id.
+            // Folders below the top become part of the id: desktops know the entry by it.
             const QByteArray id = file.sliced(folder.bytes().size() + 1).chopped(8).replace('/', '-');
             if (known.contains(id))
                 continue;

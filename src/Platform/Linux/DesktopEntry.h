@@ -24,7 +24,7 @@ struct DesktopEntry
 /// hides those of its id in later ones, also when it is itself not shown.
 [[nodiscard]] QList<DesktopEntry> readDesktopEntries(const QList<FilePath> &folders);
 
-/// The folders of desktop entries of this user, by the base directory specification, the most important first.
+/// The folders of desktop entries of this user, where XDG desktops keep them, the most important first.
 [[nodiscard]] QList<FilePath> desktopEntryFolders(const FilePath &home);
 
 /// When @p folders and those in them were last changed. Two of these that are equal mean that no entry has come, gone

@@ -6,7 +6,7 @@
 
 namespace Quillmere {
 
-/// Moves items to the trash of their volume, or to that of the home, by the freedesktop Trash specification 1.0.
+/// Moves items to the trash of their volume, or to that of the home, in the way of the freedesktop Trash 1.0.
 /// Never deletes what it cannot move. Safe to call from any thread.
 class TrashCan
 {

@@ -44,7 +44,7 @@ std::optional<TrashInfo> TrashInfo::fromText(const QByteArray &text)
         const qsizetype equals = line.indexOf('=');
         const QByteArray key = line.first(qMax(equals, 0)).trimmed();
         const QByteArray value = line.sliced(equals + 1).trimmed();
-        // The specification lets the first of several lines count.
+        // Of several lines the first counts, as for every other program that reads the Trash.
         if (key == "Path" && info.path.isEmpty())
             info.path = QByteArray::fromPercentEncoding(value);
         else if (key == "DeletionDate" && !info.deletionDate.isValid())

@@ -7,7 +7,7 @@
 
 namespace Quillmere {
 
-/// What a trash remembers of an item, as in the freedesktop Trash specification 1.0.
+/// What a trash remembers of an item, in the form of the freedesktop Trash 1.0.
 struct TrashInfo
 {
     QByteArray path; ///< Where the item was: absolute, or relative to the top folder of the trash's volume.

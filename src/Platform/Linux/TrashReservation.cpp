@@ -25,7 +25,7 @@ int moveAcross(int fromFolder, const QByteArray &from, int toFolder, const QByte
     if (errno != EINVAL)
         return errno;
     // Some file systems, NFS among them, know no flags. The name is then looked for; the info file has reserved it
-    // against every other program that keeps to the specification.
+    // against every other program that uses the Trash in the common way.
     struct stat status = {};
     if (::fstatat(toFolder, to.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0)
         return EEXIST;
