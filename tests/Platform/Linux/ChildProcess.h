@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Linux/Need.h"
 #include "Values/FilePath.h"
 
 #include <functional>
@@ -31,13 +32,3 @@ void inMountNamespace(const std::function<void()> &body);
 void killChild(pid_t child);
 
 } // namespace Quillmere
-
-/// What a machine cannot do is named, and is a failure where everything must run.
-#define QUILLMERE_NEED(reasonWhyNot)                                                                                   \
-    do {                                                                                                               \
-        const QByteArray reason = (reasonWhyNot);                                                                      \
-        if (!reason.isEmpty() && qEnvironmentVariableIsSet("CI"))                                                      \
-            FAIL() << reason.constData();                                                                              \
-        if (!reason.isEmpty())                                                                                         \
-            GTEST_SKIP() << reason.constData();                                                                        \
-    } while (false)

@@ -348,8 +348,7 @@ TEST_F(TrashVolumeTest, GivesUpTheCopyOfAFileThatIsBeingWritten)
 
 TEST_F(TrashVolumeTest, LeavesAnItemInAStickyFolderThatIsNotOursToDelete)
 {
-    if (::geteuid() != 0)
-        GTEST_SKIP() << "Only root can give a file to somebody else";
+    QUILLMERE_NEED(::geteuid() != 0 ? QByteArray("Only root can give a file to somebody else") : QByteArray());
     onMemory("size=1m,mode=1777", [&] {
         const FilePath item = home.addFile("memory/a", "x");
         inUnprivilegedChild(home.path(), [] {});

@@ -1,3 +1,4 @@
+#include "Platform/Linux/Need.h"
 #include "Platform/Linux/RestrictedThread.h"
 #include "Platform/Linux/TemporaryTree.h"
 #include "Platform/Linux/TreeWalk.h"
@@ -60,8 +61,7 @@ TEST(TreeWalkBordersTest, EntersNoOtherFileSystemBelowItsRoot)
         EXPECT_EQ(measure(tree.path()).fileCount, 1);
         EXPECT_EQ(measure(tree.path("covered")).fileCount, 1) << "The root itself may be a mount point.";
     });
-    if (!isPermitted)
-        GTEST_SKIP() << "This user may not mount.";
+    QUILLMERE_NEED(!isPermitted ? QByteArray("This user may not mount.") : QByteArray());
 }
 
 TEST(TreeWalkBordersTest, EntersNeitherFoldersNorFilesMountedFromTheSameFileSystem)
@@ -77,8 +77,7 @@ TEST(TreeWalkBordersTest, EntersNeitherFoldersNorFilesMountedFromTheSameFileSyst
 
         EXPECT_EQ(measure(tree.path()).fileCount, 1);
     });
-    if (!isPermitted)
-        GTEST_SKIP() << "This user may not mount.";
+    QUILLMERE_NEED(!isPermitted ? QByteArray("This user may not mount.") : QByteArray());
     EXPECT_EQ(measure(tree.path()).fileCount, 2);
 }
 
@@ -96,8 +95,7 @@ TEST(TreeWalkBordersTest, CountsAllWhereTheEndOfAFolderIsNotMarked)
         EXPECT_EQ(measure(memory).fileCount, 3'000);
         EXPECT_EQ(measure(memory), sizeByFind(memory));
     });
-    if (!isPermitted)
-        GTEST_SKIP() << "This user may not mount.";
+    QUILLMERE_NEED(!isPermitted ? QByteArray("This user may not mount.") : QByteArray());
 }
 
 TEST(TreeWalkBordersTest, AsksForTheTypeWhereTheFileSystemDoesNotTellIt)
@@ -106,8 +104,9 @@ TEST(TreeWalkBordersTest, AsksForTheTypeWhereTheFileSystemDoesNotTellIt)
     tree.addFolder("mounted");
     const QString image = QString::fromUtf8(tree.path("image").bytes());
     ASSERT_EQ(QProcess::execute(u"truncate"_qs, {u"-s"_qs, u"8M"_qs, image}), 0);
-    if (QProcess::execute(u"mkfs.ext4"_qs, {u"-q"_qs, u"-O"_qs, u"^filetype,^has_journal"_qs, image}) != 0)
-        GTEST_SKIP() << "No program makes such a file system here.";
+    QUILLMERE_NEED(QProcess::execute(u"mkfs.ext4"_qs, {u"-q"_qs, u"-O"_qs, u"^filetype,^has_journal"_qs, image}) != 0
+                       ? QByteArray("No program makes such a file system here.")
+                       : QByteArray());
 
     bool isMounted = false;
     const bool isPermitted = withPrivateMounts([&] {
@@ -124,6 +123,5 @@ TEST(TreeWalkBordersTest, AsksForTheTypeWhereTheFileSystemDoesNotTellIt)
         EXPECT_EQ(measure(mounted).fileCount, 2);
         EXPECT_EQ(measure(mounted), sizeByFind(mounted));
     });
-    if (!isPermitted || !isMounted)
-        GTEST_SKIP() << "This user may not mount an image.";
+    QUILLMERE_NEED(!isPermitted || !isMounted ? QByteArray("This user may not mount an image.") : QByteArray());
 }
