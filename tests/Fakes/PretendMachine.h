@@ -47,13 +47,16 @@ class PretendPlaces final : public Places
 {
 public:
     [[nodiscard]] QList<PlaceRow> rowsBehind(PlaceTable table) const override { return m_rows.value(table); }
+    [[nodiscard]] QList<PlaceEntry> entriesBehind(const QString &list) const override { return m_lists.value(list); }
     [[nodiscard]] std::optional<QString> reasonToKeep(const FilePath &item) const override;
 
+    void addEntry(const QString &list, const PlaceEntry &entry) { m_lists[list].append(entry); }
     void addRow(PlaceTable table, const PlaceRow &row) { m_rows[table].append(row); }
     void keep(const FilePath &item, const QString &reason) { m_kept.insert(item, reason); }
 
 private:
     QHash<PlaceTable, QList<PlaceRow>> m_rows;
+    QHash<QString, QList<PlaceEntry>> m_lists;
     QHash<FilePath, QString> m_kept;
 };
 

@@ -1,5 +1,7 @@
 #include "Platform/Linux/LinuxPlaces.h"
 
+#include "Platform/Linux/UserFolders.h"
+
 #include <algorithm>
 #include <array>
 
@@ -18,10 +20,31 @@ constexpr std::array tables
 LinuxPlaces::LinuxPlaces(std::shared_ptr<const FileManager> files, const BaseDirectories::Environment &environment,
                          const PlacesData &data)
     : m_files(std::move(files))
+    , m_lists(data.lists)
 {
     takeBases(environment, data);
     takeRows(data);
     takeKept(data);
+}
+
+QList<PlaceEntry> LinuxPlaces::entriesBehind(const QString &list) const
+{
+    QList<PlaceEntry> found;
+    QList<FilePath> known;
+    for (const PlacesData::ListRow &row : m_lists.value(list)) {
+        if (!m_bases.contains(row.place.base))
+            continue;
+        const PlacePattern place = {m_bases[row.place.base].written, row.place.names};
+        for (const FilePath &path : place.existing(*m_files)) {
+            const FilePath actual = m_files->resolvingSymlinks(path);
+            const bool isMeant = row.holds.isEmpty() || m_files->attributesOfItem(path.appending(row.holds)).isOk();
+            if (!isMeant || known.contains(actual))
+                continue;
+            known.append(actual);
+            found.append({row.name, path});
+        }
+    }
+    return found;
 }
 
 std::optional<QString> LinuxPlaces::reasonToKeep(const FilePath &item) const
@@ -56,8 +79,12 @@ void LinuxPlaces::takeBases(const BaseDirectories::Environment &environment, con
     takeBase("$snap", home.appending("snap"));
     takeBase("$library", home.appending("Library"));
 
-    for (const PlacesData::ReasonedPlace &refused : data.notRoots)
-        m_notRoots.append(m_files->resolvingSymlinks(location(refused.place)));
+    takeUserFolders(home, folders.config);
+
+    for (const PlacesData::ReasonedPlace &refused : data.notRoots) {
+        if (m_bases.contains(refused.place.base))
+            m_notRoots.append(m_files->resolvingSymlinks(location(refused.place)));
+    }
     // A variable that names the home or the documents is a mistake, and no reason to offer them.
     takeBase("$cache", folders.cache);
     if (!mayBeRoot(m_bases["$cache"].actual))
@@ -65,6 +92,27 @@ void LinuxPlaces::takeBases(const BaseDirectories::Environment &environment, con
     if (!mayBeRoot(m_bases["$state"].actual))
         takeBase("$state", home.appending(".local/state"));
     m_offersTemporary = mayBeRoot(m_bases["$temporary"].actual);
+    takeVariables(environment, data);
+}
+
+void LinuxPlaces::takeUserFolders(const FilePath &home, const FilePath &config)
+{
+    const UserFolders folders = UserFolders::read(*m_files, home, config);
+    for (auto folder = folders.locations.begin(); folder != folders.locations.end(); ++folder)
+        takeBase('$' + folder.key(), folder.value());
+}
+
+void LinuxPlaces::takeVariables(const BaseDirectories::Environment &environment, const PlacesData &data)
+{
+    for (const PlacesData::Variable &variable : data.variables) {
+        const QByteArray value = environment(variable.name.constData() + 1);
+        const FilePath told(value);
+        // One that names the home, the documents or the like is a mistake, whatever links it goes through.
+        if (value.startsWith('/') && mayBeRoot(m_files->resolvingSymlinks(told.standardized())))
+            takeBase(variable.name, told.standardized());
+        else if (variable.usual && m_bases.contains(variable.usual->base))
+            takeBase(variable.name, location(*variable.usual));
+    }
 }
 
 void LinuxPlaces::takeBase(const QByteArray &name, const FilePath &folder)
@@ -96,6 +144,8 @@ void LinuxPlaces::takeRows(const PlacesData &data)
 void LinuxPlaces::takeKept(const PlacesData &data)
 {
     for (const PlacesData::ReasonedPlace &kept : data.keep) {
+        if (!m_bases.contains(kept.place.base))
+            continue;
         for (const PlacePattern &pattern : patterns(kept.place))
             m_kept.append({pattern, kept.reason});
     }

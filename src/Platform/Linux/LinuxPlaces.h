@@ -20,6 +20,7 @@ public:
                          const PlacesData &data = PlacesData::builtIn());
 
     [[nodiscard]] QList<PlaceRow> rowsBehind(PlaceTable table) const override { return m_rows.value(table); }
+    [[nodiscard]] QList<PlaceEntry> entriesBehind(const QString &list) const override;
     /// Beside the kept places themselves: what holds the root of another row, what holds the socket of a running
     /// program, and what lies in the temporary directory and belongs to somebody else.
     [[nodiscard]] std::optional<QString> reasonToKeep(const FilePath &item) const override;
@@ -40,6 +41,8 @@ private:
 
     void takeBases(const BaseDirectories::Environment &environment, const PlacesData &data);
     void takeBase(const QByteArray &name, const FilePath &folder);
+    void takeUserFolders(const FilePath &home, const FilePath &config);
+    void takeVariables(const BaseDirectories::Environment &environment, const PlacesData &data);
     void takeRows(const PlacesData &data);
     void takeKept(const PlacesData &data);
     [[nodiscard]] FilePath location(const PlacesData::Place &place) const;
@@ -53,6 +56,7 @@ private:
     std::shared_ptr<const FileManager> m_files;
     QHash<QByteArray, Base> m_bases;
     QHash<PlaceTable, QList<PlaceRow>> m_rows;
+    QHash<QString, QList<PlacesData::ListRow>> m_lists;
     QList<FilePath> m_notRoots; ///< With their links followed.
     QList<FilePath> m_roots; ///< Of all rows, the program's own tables included.
     QList<Kept> m_kept;

@@ -1,5 +1,6 @@
 #include "Platform/Linux/PlacePattern.h"
 
+#include <algorithm>
 #include <span>
 
 namespace Quillmere {
@@ -18,6 +19,27 @@ bool existsIn(const FilePath &folder, std::span<const QByteArray> names, const F
         return PlacePattern::nameMatches(names.front(), entry.path.lastPathComponent())
             && existsIn(entry.path, names.subspan(1), files);
     });
+}
+
+void takeExisting(const FilePath &folder, std::span<const QByteArray> names, const FileManager &files,
+                  QList<FilePath> &found)
+{
+    if (names.empty()) {
+        if (files.attributesOfItem(folder).isOk())
+            found.append(folder);
+        return;
+    }
+    if (!names.front().contains('*'))
+        return takeExisting(folder.appending(names.front()), names.subspan(1), files, found);
+
+    QList<QByteArray> matching;
+    for (const DirectoryEntry &entry : files.contentsOfDirectory(folder, HiddenFiles::Include).valueOr({})) {
+        if (PlacePattern::nameMatches(names.front(), entry.path.lastPathComponent()))
+            matching.append(entry.path.lastPathComponent());
+    }
+    std::ranges::sort(matching);
+    for (const QByteArray &name : std::as_const(matching))
+        takeExisting(folder.appending(name), names.subspan(1), files, found);
 }
 
 QList<QByteArray> namesBelow(const FilePath &base, const FilePath &item)
@@ -43,6 +65,13 @@ bool PlacePattern::isAtOrInside(const FilePath &item, const FileManager &files) 
                        [](const QByteArray &name, const QByteArray &pattern) { return nameMatches(pattern, name); }))
         return false;
     return passed.size() == names.size() || existsIn(item, places.subspan(static_cast<size_t>(passed.size())), files);
+}
+
+QList<FilePath> PlacePattern::existing(const FileManager &files) const
+{
+    QList<FilePath> found;
+    takeExisting(base, names, files, found);
+    return found;
 }
 
 bool PlacePattern::nameMatches(const QByteArray &pattern, const QByteArray &name)

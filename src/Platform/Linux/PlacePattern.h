@@ -15,6 +15,9 @@ struct PlacePattern
     /// @p item is taken as standardized.
     [[nodiscard]] bool isAtOrInside(const FilePath &item, const FileManager &files) const;
 
+    /// What exists of it now, links among it included: folders in the order of their names.
+    [[nodiscard]] QList<FilePath> existing(const FileManager &files) const;
+
     [[nodiscard]] static bool nameMatches(const QByteArray &pattern, const QByteArray &name);
 };
 

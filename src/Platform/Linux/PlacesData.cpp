@@ -27,6 +27,30 @@ QList<PlacesData::Row> rows(const QJsonArray &entries)
     return rows;
 }
 
+QList<PlacesData::Variable> variables(const QJsonArray &entries)
+{
+    QList<PlacesData::Variable> variables;
+    for (const QJsonValue &entry : entries) {
+        const QByteArray usual = entry[u"usual"].toString().toUtf8();
+        variables.append({entry[u"name"].toString().toUtf8(),
+                          usual.isEmpty() ? std::nullopt : std::optional(PlacesData::Place::parse(usual))});
+    }
+    return variables;
+}
+
+QHash<QString, QList<PlacesData::ListRow>> lists(const QJsonObject &entries)
+{
+    QHash<QString, QList<PlacesData::ListRow>> lists;
+    for (auto list = entries.begin(); list != entries.end(); ++list) {
+        for (const QJsonValue &entry : list.value().toArray()) {
+            lists[list.key()].append({PlacesData::Place::parse(entry[u"place"].toString().toUtf8()),
+                                      entry[u"name"].toString(), entry[u"holds"].toString().toUtf8(),
+                                      entry[u"reason"].toString()});
+        }
+    }
+    return lists;
+}
+
 PlacesData read(const QString &name)
 {
     QFile file(name);
@@ -44,6 +68,8 @@ PlacesData read(const QString &name)
         {PlaceTable::ContainerCache, rows(tables[u"containerCache"].toArray())},
         {PlaceTable::TemporaryFiles, rows(tables[u"temporaryFiles"].toArray())},
     };
+    data.variables = variables(document[u"variables"].toArray());
+    data.lists = lists(document[u"lists"].toObject());
     data.notRoots = reasonedPlaces(document[u"notRoots"].toArray());
     data.keep = reasonedPlaces(document[u"keep"].toArray());
     return data;

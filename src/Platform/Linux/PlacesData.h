@@ -5,6 +5,8 @@
 #include <QHash>
 #include <QStringList>
 
+#include <optional>
+
 namespace Quillmere {
 
 /// The contents of Places.json, as written down: what a place begins with is not yet filled in.
@@ -14,7 +16,7 @@ struct PlacesData
     /// A location relative to one that is known only at run time.
     struct Place
     {
-        QByteArray base; ///< "~", "$cache", "$config", "$data", "$state", "$temporary", or empty for the root.
+        QByteArray base; ///< "~", "$cache", "$temporary" and the like, or empty for the root.
         QList<QByteArray> names; ///< Downwards from the base; a `*` in a name stands for any run of characters.
 
         [[nodiscard]] static Place parse(const QByteArray &text);
@@ -27,6 +29,22 @@ struct PlacesData
         QString reason;
     };
 
+    /// One entry of a list, or several where a name in it holds a `*`.
+    struct ListRow
+    {
+        Place place;
+        QString name;
+        QByteArray holds; ///< Only a folder with such a child is meant. Empty: any.
+        QString reason;
+    };
+
+    /// A folder that the user may move by a variable of the environment; it serves other places as their base.
+    struct Variable
+    {
+        QByteArray name; ///< As a base, with the `$`.
+        std::optional<Place> usual; ///< Where it is when the variable is not set. None: nowhere.
+    };
+
     struct ReasonedPlace
     {
         Place place;
@@ -35,6 +53,8 @@ struct PlacesData
 
     QList<Place> programRoots;
     QHash<PlaceTable, QList<Row>> rows;
+    QList<Variable> variables;
+    QHash<QString, QList<ListRow>> lists;
     QList<ReasonedPlace> notRoots;
     QList<ReasonedPlace> keep;
 

@@ -30,6 +30,15 @@ struct World
     [[nodiscard]] bool keeps(const FilePath &item) const { return places().reasonToKeep(item).has_value(); }
 };
 
+/// Gives the user folders of their own below ~/Own for documents, music and the like.
+void nameUserFolders(PretendFileManager &disk)
+{
+    QByteArray text;
+    for (const char *kind : {"desktop", "documents", "download", "music", "pictures", "videos"})
+        text += "XDG_" + QByteArray(kind).toUpper() + "_DIR=\"$HOME/Own/" + kind + "\"\n";
+    disk.addFile(home.appending(".config/user-dirs.dirs"), text.size(), text);
+}
+
 PlaceRow row(const char *root, const QByteArray &suffix = {})
 {
     return {FilePath(root), suffix};
@@ -49,8 +58,9 @@ QList<FilePath> examples(const PlacesData::Place &place)
         {"$state", {home.appending(".local/state")}},
         {"$temporary", {FilePath("/tmp")}},
     };
+    const QList<FilePath> unnamed = {home.appending("Own").appending(place.base.mid(1))};
     QList<FilePath> found;
-    for (const FilePath &base : bases.value(place.base))
+    for (const FilePath &base : bases.value(place.base, unnamed))
         found.append(base.appending(place.names.join('/').replace("*", "any")).standardized());
     return found;
 }
@@ -297,6 +307,7 @@ TEST(LinuxPlacesTest, OffersNoKeptPlaceByItselfNorAnythingAboveIt)
         ASSERT_FALSE(places.isEmpty());
         for (const FilePath &place : places) {
             World world;
+            nameUserFolders(*world.disk);
             world.disk->addFolder(place);
             const LinuxPlaces judge = world.places();
             for (FilePath item = place; item != FilePath("/"); item = item.deletingLastPathComponent())
@@ -312,6 +323,7 @@ TEST(LinuxPlacesTest, GivesTheReasonOfTheKeptPlace)
         alone.keep = {kept};
         const auto disk = std::make_shared<PretendFileManager>(home);
         const FilePath place = examples(kept.place).constFirst();
+        nameUserFolders(*disk);
         disk->addFolder(place);
         const auto nothingSet = [](const char *) { return QByteArray(); };
 

@@ -18,6 +18,23 @@ QList<PlacesData::Row> allRows()
     return rows;
 }
 
+QList<PlacesData::ListRow> allListRows()
+{
+    QList<PlacesData::ListRow> rows;
+    for (const QList<PlacesData::ListRow> &list : PlacesData::builtIn().lists)
+        rows += list;
+    return rows;
+}
+
+QList<QByteArray> knownBases()
+{
+    QList<QByteArray> bases = {"",         "~",          "$cache",    "$config", "$data",     "$state", "$temporary",
+                               "$desktop", "$documents", "$download", "$music",  "$pictures", "$videos"};
+    for (const PlacesData::Variable &variable : PlacesData::builtIn().variables)
+        bases.append(variable.name);
+    return bases;
+}
+
 QByteArray text(const PlacesData::Place &place)
 {
     return place.base + '/' + place.names.join('/');
@@ -37,6 +54,13 @@ TEST(PlacesDataTest, GivesAReasonForEachRow)
         EXPECT_TRUE(isSentence(row.reason)) << text(row.root).constData();
 }
 
+TEST(PlacesDataTest, GivesAReasonForEachRowOfAList)
+{
+    ASSERT_FALSE(allListRows().isEmpty());
+    for (const PlacesData::ListRow &row : allListRows())
+        EXPECT_TRUE(isSentence(row.reason)) << text(row.place).constData();
+}
+
 TEST(PlacesDataTest, GivesAReasonForEachKeptPlaceAndForEachThatIsNoRoot)
 {
     const PlacesData &data = PlacesData::builtIn();
@@ -54,9 +78,11 @@ TEST(PlacesDataTest, BeginsEachPlaceWithAFolderThatIsKnown)
         places.append(row.root);
     for (const PlacesData::ReasonedPlace &kept : data.keep + data.notRoots)
         places.append(kept.place);
+    for (const PlacesData::ListRow &row : allListRows())
+        places.append(row.place);
 
     for (const PlacesData::Place &place : places)
-        EXPECT_THAT(place.base, testing::AnyOf("", "~", "$cache", "$config", "$data", "$state", "$temporary"));
+        EXPECT_THAT(knownBases(), testing::Contains(place.base)) << text(place).constData();
 }
 
 TEST(PlacesDataTest, OffersOnlyWhatIsNamedForCachesOrLogs)
