@@ -13,9 +13,9 @@
 #include "Platform/Linux/LinuxSystemExtensionManager.h"
 #include "Platform/Linux/LinuxUserDefaults.h"
 #include "Platform/Linux/LinuxWorkspace.h"
+#include "Platform/Linux/MemoryReturn.h"
 #include "Platform/Linux/SystemClock.h"
 
-#include <malloc.h>
 #include <unistd.h>
 
 namespace Quillmere {
@@ -39,8 +39,7 @@ Machine makeLinuxMachine()
     machine.extensions = std::make_shared<LinuxSystemExtensionManager>();
     machine.filter = std::make_shared<LinuxFilterManager>();
     machine.statusBar = std::make_shared<LinuxStatusBar>();
-    // The allocator keeps what is freed, and a program that lives in the background for days is seen by what it keeps.
-    machine.returnMemory = [] { ::malloc_trim(0); };
+    machine.returnMemory = returnUnusedMemory;
     machine.isAdministrator = ::getuid() == 0;
     return machine;
 }

