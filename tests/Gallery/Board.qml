@@ -95,8 +95,8 @@ Rectangle {
             y: 134
             spacing: 7
 
-            DiskBar { width: 484; height: 10; value: 0.94 }
-            DiskBar { width: 484; height: 10; value: 0.84 }
+            DiskBar { width: 484; height: 10; value: 0.94; level: LoadLevel.High }
+            DiskBar { width: 484; height: 10; value: 0.84; level: LoadLevel.Elevated }
             DiskBar { width: 484; height: 10; value: 0.68 }
             ProgressBar { width: 484; value: 0.4 }
         }

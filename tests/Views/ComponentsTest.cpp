@@ -1,3 +1,4 @@
+#include "ViewModels/DashboardViewModel.h"
 #include "Views/ViewsFixture.h"
 
 #include <QTest>
@@ -138,18 +139,21 @@ TEST_F(ComponentsTest, ProgressBarTellsAssistiveToolsItsPercentageWithinItsEnds)
     EXPECT_EQ(accessibleName(u"over"_qs), u"100%"_qs);
 }
 
-TEST_F(ComponentsTest, DiskBarWarmsAbove80AndAbove90Percent)
+TEST_F(ComponentsTest, DiskBarWarmsWithItsLevel)
 {
     show("DiskBar { objectName: 'bar' }");
-    const auto startAt = [this](double value) {
-        item(u"bar"_qs)->setProperty("value", value);
-        return item(u"bar"_qs)->property("start").value<QColor>();
+    const auto colorsAt = [this](LoadLevel level) {
+        item(u"bar"_qs)->setProperty("level", static_cast<int>(level));
+        return std::pair(item(u"bar"_qs)->property("start").value<QColor>(),
+                         item(u"bar"_qs)->property("end").value<QColor>());
+    };
+    const auto colors = [this](const char *start, const char *end) {
+        return std::pair(theme(start).value<QColor>(), theme(end).value<QColor>());
     };
 
-    EXPECT_EQ(startAt(0.80), theme("diskStart").value<QColor>());
-    EXPECT_EQ(startAt(0.81), theme("orange").value<QColor>());
-    EXPECT_EQ(startAt(0.90), theme("orange").value<QColor>());
-    EXPECT_EQ(startAt(0.91), theme("red").value<QColor>());
+    EXPECT_EQ(colorsAt(LoadLevel::Normal), colors("diskStart", "diskEnd"));
+    EXPECT_EQ(colorsAt(LoadLevel::Elevated), colors("orange", "yellow"));
+    EXPECT_EQ(colorsAt(LoadLevel::High), colors("red", "orange"));
 }
 
 TEST_F(ComponentsTest, CategoryRowOpensByClickAndKeyboardAndIsSelectedByItsSwitchOnly)

@@ -21,6 +21,7 @@ CardView {
         y: 14
         width: parent.width
         value: root.viewModel.diskUsage
+        level: root.viewModel.diskLevel
 
         Accessible.name: root.title + ", " + root.viewModel.diskText
     }
