@@ -1,17 +1,13 @@
 #include "Platform/Linux/TemporaryHome.h"
+#include "Platform/Linux/PlainFork.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
 #include <cstdio>
-#include <string>
-#include <vector>
 
 #include <dirent.h>
-#include <spawn.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace Quillmere {
@@ -26,18 +22,6 @@ void makeFolders(const FilePath &folder)
     ::mkdir(folder.bytes().constData(), 0777);
 }
 
-/// Not by QProcess, whose child shares our memory for a moment, which the thread sanitizer cannot follow.
-void runToItsEnd(const std::vector<std::string> &command)
-{
-    std::vector<char *> arguments;
-    for (const std::string &argument : command)
-        arguments.push_back(const_cast<char *>(argument.c_str()));
-    arguments.push_back(nullptr);
-    pid_t child = 0;
-    if (::posix_spawn(&child, arguments.front(), nullptr, nullptr, arguments.data(), environ) == 0)
-        ::waitpid(child, nullptr, 0);
-}
-
 } // namespace
 
 TemporaryHome::TemporaryHome()
@@ -50,9 +34,8 @@ TemporaryHome::TemporaryHome()
 TemporaryHome::~TemporaryHome()
 {
     // Deeper trees and stranger rights than Qt's own cleaning takes.
-    const std::string folder = QFile::encodeName(m_folder.path()).toStdString();
-    runToItsEnd({"/bin/chmod", "-R", "u+rwx", folder});
-    runToItsEnd({"/bin/rm", "-rf", "--one-file-system", folder});
+    runProgram(u"/bin/chmod"_qs, {u"-R"_qs, u"u+rwx"_qs, m_folder.path()});
+    runProgram(u"/bin/rm"_qs, {u"-rf"_qs, u"--one-file-system"_qs, m_folder.path()});
 }
 
 UserEnvironment TemporaryHome::environment() const

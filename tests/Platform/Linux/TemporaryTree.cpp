@@ -1,4 +1,5 @@
 #include "Platform/Linux/TemporaryTree.h"
+#include "Platform/Linux/PlainFork.h"
 
 #include "Platform/Linux/FileDescriptor.h"
 
@@ -37,7 +38,7 @@ TemporaryTree::TemporaryTree()
 TemporaryTree::~TemporaryTree()
 {
     // Qt removes by path, and some of these trees are deeper than a path can say.
-    QProcess::execute(u"rm"_qs, {u"-rf"_qs, u"--"_qs, m_folder.path()});
+    runProgram(u"rm"_qs, {u"-rf"_qs, u"--"_qs, m_folder.path()});
 }
 
 FilePath TemporaryTree::path(const QByteArray &relative) const
@@ -91,6 +92,7 @@ void TemporaryTree::addBush(const QByteArray &relative, int depth, int width, in
 TreeSize sizeByFind(const FilePath &folder)
 {
     QProcess find;
+    forkPlainly(find);
     find.start(u"find"_qs,
                {QFile::decodeName(folder.bytes()), u"-xdev"_qs, u"-type"_qs, u"f"_qs, u"-printf"_qs, u"%b\\n"_qs});
     check(find.waitForFinished(-1), "find");

@@ -1,9 +1,8 @@
 #include "Platform/Linux/Need.h"
+#include "Platform/Linux/PlainFork.h"
 #include "Platform/Linux/RestrictedThread.h"
 #include "Platform/Linux/TemporaryTree.h"
 #include "Platform/Linux/TreeWalk.h"
-
-#include <QProcess>
 
 #include <gtest/gtest.h>
 
@@ -103,16 +102,15 @@ TEST(TreeWalkBordersTest, AsksForTheTypeWhereTheFileSystemDoesNotTellIt)
     TemporaryTree tree;
     tree.addFolder("mounted");
     const QString image = QString::fromUtf8(tree.path("image").bytes());
-    ASSERT_EQ(QProcess::execute(u"truncate"_qs, {u"-s"_qs, u"8M"_qs, image}), 0);
-    QUILLMERE_NEED(QProcess::execute(u"mkfs.ext4"_qs, {u"-q"_qs, u"-O"_qs, u"^filetype,^has_journal"_qs, image}) != 0
+    ASSERT_EQ(runProgram(u"truncate"_qs, {u"-s"_qs, u"8M"_qs, image}), 0);
+    QUILLMERE_NEED(runProgram(u"mkfs.ext4"_qs, {u"-q"_qs, u"-O"_qs, u"^filetype,^has_journal"_qs, image}) != 0
                        ? QByteArray("No program makes such a file system here.")
                        : QByteArray());
 
     bool isMounted = false;
     const bool isPermitted = withPrivateMounts([&] {
         const FilePath mounted = tree.path("mounted");
-        isMounted
-            = QProcess::execute(u"mount"_qs, {u"-o"_qs, u"loop"_qs, image, QString::fromUtf8(mounted.bytes())}) == 0;
+        isMounted = runProgram(u"mount"_qs, {u"-o"_qs, u"loop"_qs, image, QString::fromUtf8(mounted.bytes())}) == 0;
         if (!isMounted)
             return;
         tree.addFile("mounted/folder/file", 3000);
