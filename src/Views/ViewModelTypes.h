@@ -3,6 +3,7 @@
 #include "App/AppState.h"
 #include "ViewModels/CleanupCategoryListModel.h"
 #include "ViewModels/CleanupReport.h"
+#include "ViewModels/CleanupViewModel.h"
 #include "ViewModels/DashboardViewModel.h"
 #include "ViewModels/HistoryListModel.h"
 #include "ViewModels/HistoryViewModel.h"
@@ -37,6 +38,14 @@ struct CleanupReportType
     Q_GADGET
     QML_FOREIGN(Quillmere::CleanupReport)
     QML_VALUE_TYPE(cleanupReport)
+};
+
+struct CleanupViewModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::CleanupViewModel)
+    QML_NAMED_ELEMENT(CleanupViewModel)
+    QML_UNCREATABLE("The factory makes the one of a screen.")
 };
 
 struct DashboardViewModelType
