@@ -110,20 +110,26 @@ QList<CleanupCategory> DeveloperStorageService::scanCleanupCategories(ScannerSer
     return categories;
 }
 
-QList<FilePath> DeveloperStorageService::offeredPaths(const CleanupGroup &group) const
+QList<PlaceEntry> DeveloperStorageService::offeredPlaces(const CleanupGroup &group) const
 {
-    QList<FilePath> paths = group.paths;
+    QList<PlaceEntry> places;
+    for (const FilePath &path : m_lookup.existingUnique(group.paths)) {
+        if (mayBeOffered(path))
+            places.append({FilePath::displayText(path.lastPathComponent()), path});
+    }
     for (const PlaceEntry &entry : m_places->entriesBehind(group.name)) {
-        // A variable may lead this platform's row into a place of the table, or around one.
+        // A variable may lead a row of this platform into a place that is there already, or around one.
         const FilePath key = m_lookup.keyOf(entry.path);
-        const bool isMeasured = std::ranges::any_of(paths, [&](const FilePath &path) {
-            const FilePath other = m_lookup.keyOf(path);
+        const bool isThere = std::ranges::any_of(places, [&](const PlaceEntry &place) {
+            const FilePath other = m_lookup.keyOf(place.path);
             return key.isWithin(other) || other.isWithin(key);
         });
-        if (!isMeasured)
-            paths.append(entry.path);
+        if (isThere || !mayBeOffered(entry.path))
+            continue;
+        const QString name = FilePath::displayText(entry.path.lastPathComponent());
+        places.append({entry.name.isEmpty() ? name : entry.name, entry.path});
     }
-    return m_lookup.existingUnique(paths);
+    return places;
 }
 
 std::optional<QList<CleanupItem>> DeveloperStorageService::itemsOf(const CleanupGroup &group,
@@ -131,19 +137,17 @@ std::optional<QList<CleanupItem>> DeveloperStorageService::itemsOf(const Cleanup
 {
     const QString explanation = Localizer::shared().localized(group.descriptionKey);
     QList<CleanupItem> items;
-    for (const FilePath &path : offeredPaths(group)) {
+    for (const PlaceEntry &place : offeredPlaces(group)) {
         if (scanner.isCancelled())
             return std::nullopt;
-        const FilePath location = removableLocation(path);
-        if (m_places->reasonToKeep(location))
-            continue;
+        const FilePath location = removableLocation(place.path);
         const std::optional<qint64> size = sizeOf(location, scanner);
         if (!size && scanner.isCancelled())
             return std::nullopt;
         if (size.value_or(0) < 1)
             continue;
         CleanupItem item;
-        item.name = FilePath::displayText(path.lastPathComponent());
+        item.name = place.name;
         item.path = location;
         item.size = *size;
         item.category = group.name;
@@ -160,6 +164,11 @@ FilePath DeveloperStorageService::removableLocation(const FilePath &path) const
 {
     // Removal refuses a location below a link, so an item is named below the true place of what holds it.
     return m_lookup.keyOf(path.deletingLastPathComponent()).appending(path.lastPathComponent());
+}
+
+bool DeveloperStorageService::mayBeOffered(const FilePath &path) const
+{
+    return !m_places->reasonToKeep(removableLocation(path));
 }
 
 std::optional<CleanupCategory> DeveloperStorageService::scanInstalledTools(ScannerService &scanner) const

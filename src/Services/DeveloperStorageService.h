@@ -31,10 +31,13 @@ public:
 private:
     struct Inventory;
 
-    [[nodiscard]] QList<FilePath> offeredPaths(const CleanupGroup &group) const;
+    /// The places of a group that exist and may be offered, by the names that they are shown with: the program's own,
+    /// and behind them those of this platform that none of the others holds or lies in.
+    [[nodiscard]] QList<PlaceEntry> offeredPlaces(const CleanupGroup &group) const;
     /// Nothing once the scanner is cancelled: a group is whole or not there.
     [[nodiscard]] std::optional<QList<CleanupItem>> itemsOf(const CleanupGroup &group, ScannerService &scanner) const;
     [[nodiscard]] FilePath removableLocation(const FilePath &path) const;
+    [[nodiscard]] bool mayBeOffered(const FilePath &path) const;
 
     /// False once the scanner is cancelled.
     [[nodiscard]] bool takeRoots(Inventory &inventory, ScannerService &scanner) const;

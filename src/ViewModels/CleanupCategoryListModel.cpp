@@ -51,6 +51,16 @@ void CleanupCategoryListModel::setCategories(const QList<CleanupCategory> &categ
     Q_EMIT selectionChanged();
 }
 
+void CleanupCategoryListModel::append(const QList<CleanupCategory> &categories)
+{
+    if (categories.isEmpty())
+        return;
+    beginInsertRows({}, rowCount(), rowCount() + int(categories.size()) - 1);
+    m_categories += categories;
+    endInsertRows();
+    Q_EMIT selectionChanged();
+}
+
 qint64 CleanupCategoryListModel::totalSelectedSize() const
 {
     qint64 size = 0;
@@ -65,6 +75,16 @@ void CleanupCategoryListModel::selectEach(bool selected)
 {
     for (CleanupCategory &category : m_categories)
         category.isSelected = selected;
+    publish(0, rowCount() - 1, {IsSelectedRole});
+    Q_EMIT selectionChanged();
+}
+
+void CleanupCategoryListModel::selectAvailable()
+{
+    for (CleanupCategory &category : m_categories) {
+        if (category.isAvailable)
+            category.isSelected = true;
+    }
     publish(0, rowCount() - 1, {IsSelectedRole});
     Q_EMIT selectionChanged();
 }

@@ -7,6 +7,7 @@
 #include "ViewModels/DashboardViewModel.h"
 #include "ViewModels/HistoryListModel.h"
 #include "ViewModels/HistoryViewModel.h"
+#include "ViewModels/ProfessionalCleanupViewModel.h"
 #include "ViewModels/ResourceMonitorViewModel.h"
 #include "ViewModels/SafeCleanupViewModel.h"
 #include "ViewModels/SidebarListModel.h"
@@ -83,6 +84,14 @@ Q_NAMESPACE
 QML_FOREIGN_NAMESPACE(Quillmere::LoadLevels)
 QML_NAMED_ELEMENT(LoadLevel)
 } // namespace LoadLevelType
+
+struct ProfessionalCleanupViewModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::ProfessionalCleanupViewModel)
+    QML_NAMED_ELEMENT(ProfessionalCleanupViewModel)
+    QML_UNCREATABLE("The factory makes it.")
+};
 
 struct ResourceMonitorViewModelType
 {
