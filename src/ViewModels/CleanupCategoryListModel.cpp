@@ -14,7 +14,8 @@ QVariantList shownItems(const CleanupCategory &category)
     QVariantList items;
     for (const CleanupItem &item : category.items.first(std::min(mostItemsShown, category.items.size()))) {
         items.append(QVariantMap{
-            {u"name"_qs, item.name},
+            // Part of a name may be what a program has printed.
+            {u"name"_qs, FilePath::displayText(item.name.toUtf8())},
             {u"size"_qs, formatCompactByteCount(item.size)},
         });
     }

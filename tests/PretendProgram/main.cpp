@@ -1,6 +1,7 @@
 #include "App/QuillmereApp.h"
 #include "PretendProgram/PretendDesk.h"
 #include "PretendProgram/PretendHome.h"
+#include "PretendProgram/PretendTools.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
@@ -96,8 +97,10 @@ int main(int argc, char *argv[])
     const Wishes wishes;
 
     PretendMachine machine;
-    if (!wishes.hasEmptyHome())
+    if (!wishes.hasEmptyHome()) {
         fillPretendHome(machine);
+        fillPretendTools(machine);
+    }
     fillPretendDesk(machine, wishes.load());
     if (!wishes.hasFilter())
         machine.bundles->main = FilePath("/home/ada/Downloads/Quillmere.app");
