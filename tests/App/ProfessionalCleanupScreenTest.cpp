@@ -103,7 +103,7 @@ TEST_F(ProfessionalCleanupScreenTest, CannotCleanWhileNothingIsSelected)
     ASSERT_TRUE(person.click(Button, u"Deselect All"_qs));
 
     EXPECT_FALSE(person.canUse(Button, u"Clean"_qs));
-    EXPECT_TRUE(person.readsNo(u" selected"_qs));
+    EXPECT_TRUE(person.readsNo(u"KB selected"_qs));
     ASSERT_TRUE(person.click(CheckBox, javaRow));
     EXPECT_TRUE(person.canUse(Button, u"Clean"_qs));
     EXPECT_TRUE(person.reads(u"2 MB selected"_qs));
