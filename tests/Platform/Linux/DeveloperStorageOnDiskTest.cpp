@@ -166,14 +166,14 @@ TEST_F(DeveloperStorageOnDiskTest, OffersNothingOfAnSdkThatIsSaidToBeTheHomeItse
     EXPECT_THAT(offered(), IsEmpty());
 }
 
-TEST_F(DeveloperStorageOnDiskTest, TakesTenThousandVersionsInOneFolder)
+TEST_F(DeveloperStorageOnDiskTest, TakesTwoThousandVersionsInOneFolder)
 {
-    const int versions = 10'000;
+    const int versions = 2'000;
     for (int i = 0; i < versions; ++i)
         m_disk.addFolder("home/Library/Caches/JetBrains/Rider" + QByteArray::number(i));
-    addTree("Library/Caches/JetBrains/Rider4711");
+    addTree("Library/Caches/JetBrains/Rider1711");
 
-    EXPECT_THAT(offered(), ElementsAre("Library/Caches/JetBrains/Rider4711"));
+    EXPECT_THAT(offered(), ElementsAre("Library/Caches/JetBrains/Rider1711"));
 }
 
 TEST_F(DeveloperStorageOnDiskTest, PassesOverWhatItMayNotRead)
