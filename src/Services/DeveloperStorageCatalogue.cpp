@@ -56,11 +56,11 @@ constexpr PathRow java[] = {
 };
 
 constexpr PathRow languages[] = {
-    {Origin::Library, "Caches/pip"},          {Origin::Home, ".cache/pip"},
-    {Origin::Home, ".npm/_cacache"},          {Origin::Library, "Caches/Yarn"},
-    {Origin::Library, "pnpm/store"},          {Origin::Library, "Caches/go-build"},
-    {Origin::Home, "go/pkg/mod/cache"},       {Origin::Home, ".cargo/registry/cache"},
-    {Origin::Home, ".cargo/git/db"},          {Origin::Library, "Caches/CocoaPods"},
+    {Origin::Library, "Caches/pip"},    {Origin::Home, ".cache/pip"},
+    {Origin::Home, ".npm/_cacache"},    {Origin::Library, "Caches/Yarn"},
+    {Origin::Library, "pnpm/store"},    {Origin::Library, "Caches/go-build"},
+    {Origin::Home, "go/pkg/mod/cache"}, {Origin::Home, ".cargo/registry/cache"},
+    {Origin::Home, ".cargo/git/db"},    {Origin::Library, "Caches/CocoaPods"},
     {Origin::Home, ".cocoapods/repos"},
 };
 
@@ -92,8 +92,12 @@ constexpr GroupRow rows[] = {
      u"chevron.left.forwardslash.chevron.right", visualStudioCode},
     {u"Xcode Device Support and Archives", u"developer.xcodeSupport.name", u"developer.xcodeSupport.description",
      RiskLevel::High, u"archivebox.fill", xcodeSupport},
-    {jetBrainsName, u"developer.jetbrains.name", u"developer.jetbrains.description", RiskLevel::Medium,
-     u"brain.head.profile", {}},
+    {jetBrainsName,
+     u"developer.jetbrains.name",
+     u"developer.jetbrains.description",
+     RiskLevel::Medium,
+     u"brain.head.profile",
+     {}},
     {u"Java Gradle and Maven Caches", u"developer.java.name", u"developer.java.description", RiskLevel::Medium,
      u"cup.and.saucer.fill", java},
     {u"Language and Package Manager Caches", u"developer.languages.name", u"developer.languages.description",

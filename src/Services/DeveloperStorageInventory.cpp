@@ -89,8 +89,8 @@ struct RuntimeRow
 };
 
 constexpr RuntimeRow runtimes[] = {
-    {u"Python", u"--version", python}, {u"Java", u"-version", java},  {u"Go", u"version", go},
-    {u"Node.js", u"--version", node},  {u"Rust", u"--version", rust}, {u"Ruby", u"--version", ruby},
+    {u"Python", u"--version", python}, {u"Java", u"-version", java},        {u"Go", u"version", go},
+    {u"Node.js", u"--version", node},  {u"Rust", u"--version", rust},       {u"Ruby", u"--version", ruby},
     {u"PHP", u"--version", php},       {u"Flutter", u"--version", flutter},
 };
 

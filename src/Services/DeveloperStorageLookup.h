@@ -16,8 +16,8 @@ public:
 
     DeveloperStorageLookup(std::shared_ptr<const FileManager> files, Environment environment);
 
-    /// What the variable says. Nothing where it is missing or empty. A relative text is taken below the root folder,
-    /// where no desktop starts a program, rather than below whatever folder this one was started in.
+    /// What the variable says. Nothing where it is missing or empty. A relative text is taken below the root folder:
+    /// the folder that the program happens to have been started in means nothing.
     [[nodiscard]] std::optional<FilePath> environmentLocation(const char *name) const;
     /// The visible children of @p folder whose names begin with @p prefix, in the order of the listing. None where it
     /// cannot be listed.

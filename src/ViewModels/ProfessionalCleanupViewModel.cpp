@@ -46,18 +46,16 @@ QCoro::Task<> ProfessionalCleanupViewModel::scan()
          u"envelope.open"_qs},
     };
 
-    auto groups = inBackground([scanner = scanner(), storage = m_developerStorage] {
-        return storage.scanCleanupCategories(*scanner);
-    });
+    auto groups = inBackground(
+        [scanner = scanner(), storage = m_developerStorage] { return storage.scanCleanupCategories(*scanner); });
     const QList<CleanupCategory> found = co_await groups;
     if (!goesOn(self, scan))
         co_return;
     append(found);
     showProgressOfScan(progressWithGroups, scanStatus());
 
-    auto tools = inBackground([scanner = scanner(), storage = m_developerStorage] {
-        return storage.scanInstalledTools(*scanner);
-    });
+    auto tools = inBackground(
+        [scanner = scanner(), storage = m_developerStorage] { return storage.scanInstalledTools(*scanner); });
     const std::optional<CleanupCategory> installed = co_await tools;
     if (!goesOn(self, scan))
         co_return;

@@ -26,8 +26,8 @@ Result<QList<CleanupCategory>> scanned(ScannerService &scanner, const ScannerSer
 
 SafeCleanupViewModel::SafeCleanupViewModel(std::shared_ptr<ScannerService> scanner, CleanupService cleaner,
                                            HistoryService &history, std::shared_ptr<const Clock> clock, QObject *parent)
-    : CleanupViewModel(std::move(scanner), std::move(cleaner), history, std::move(clock),
-                       {u"Cleanup error: "_qs, true}, parent)
+    : CleanupViewModel(std::move(scanner), std::move(cleaner), history, std::move(clock), {u"Cleanup error: "_qs, true},
+                       parent)
 {
 }
 

@@ -70,8 +70,8 @@ private:
 constexpr std::chrono::milliseconds untilFiguresStand{6500};
 constexpr std::chrono::milliseconds betweenPresses{700};
 
-/// Presses the first visible button of that name in @p item, or row whose spoken text begins with it. False when there is
-/// none.
+/// Presses the first visible button of that name in @p item, or row whose spoken text begins with it. False when there
+/// is none.
 bool press(QQuickItem &item, const QString &name)
 {
     if (!item.isVisible())

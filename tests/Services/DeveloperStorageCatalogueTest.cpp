@@ -113,15 +113,14 @@ INSTANTIATE_TEST_SUITE_P(
                       {"Library/Caches/pip", ".cache/pip", ".npm/_cacache", "Library/Caches/Yarn", "Library/pnpm/store",
                        "Library/Caches/go-build", "go/pkg/mod/cache", ".cargo/registry/cache", ".cargo/git/db",
                        "Library/Caches/CocoaPods", ".cocoapods/repos"}},
-        ExpectedGroup{
-            "AndroidTemporary",
-            6,
-            u"Android SDK Temporary Files"_qs,
-            u"Android SDK temporary files"_qs,
-            u"Incomplete SDK downloads and temporary files. Installed platforms and tools are kept."_qs,
-            RiskLevel::Safe,
-            u"wrench.adjustable.fill"_qs,
-            {}},
+        ExpectedGroup{"AndroidTemporary",
+                      6,
+                      u"Android SDK Temporary Files"_qs,
+                      u"Android SDK temporary files"_qs,
+                      u"Incomplete SDK downloads and temporary files. Installed platforms and tools are kept."_qs,
+                      RiskLevel::Safe,
+                      u"wrench.adjustable.fill"_qs,
+                      {}},
         ExpectedGroup{"Emulators",
                       7,
                       u"Smartphone Simulators and System Images"_qs,
@@ -152,12 +151,11 @@ TEST_F(DeveloperStorageCatalogueTest, NamesEachVersionOfADevelopmentEnvironmentA
           "Logs/JetBrains/PyCharm2026.2"})
         machine.files->addFolder(library.appending(folder));
 
-    EXPECT_THAT(
-        pathsOf(3),
-        ElementsAre(library.appending("Caches/Google/AndroidStudio2025.1"),
-                    library.appending("Logs/Google/AndroidStudio2026.1"),
-                    library.appending("Caches/JetBrains/IntelliJIdea2026.2"),
-                    library.appending("Logs/JetBrains/PyCharm2026.2")));
+    EXPECT_THAT(pathsOf(3),
+                ElementsAre(library.appending("Caches/Google/AndroidStudio2025.1"),
+                            library.appending("Logs/Google/AndroidStudio2026.1"),
+                            library.appending("Caches/JetBrains/IntelliJIdea2026.2"),
+                            library.appending("Logs/JetBrains/PyCharm2026.2")));
 }
 
 TEST_F(DeveloperStorageCatalogueTest, LooksInEveryAndroidSdkThatThereIs)

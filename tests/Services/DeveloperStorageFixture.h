@@ -54,6 +54,13 @@ protected:
         return paths;
     }
 
+    /// The names of what is installed.
+    [[nodiscard]] QStringList inventory()
+    {
+        const std::optional<CleanupCategory> category = service().scanInstalledTools(scanner);
+        return category ? itemNames(*category) : QStringList();
+    }
+
     const FilePath home{"/home/ada"};
     const FilePath library{"/home/ada/Library"};
     InstalledLocalizer localizer;

@@ -33,8 +33,9 @@ TEST_F(DeveloperStorageScanTest, MakesAnItemOfEachPlaceInWhichThereIsSomething)
     const CleanupCategory &category = categories.first();
     EXPECT_EQ(category.name, u"Java Gradle and Maven Caches"_qs);
     EXPECT_EQ(category.localizedName, u"Java, Gradle and Maven caches"_qs);
-    EXPECT_EQ(category.description,
-              u"Build dependencies, Gradle distributions and daemon data; these will be downloaded or rebuilt again."_qs);
+    EXPECT_EQ(
+        category.description,
+        u"Build dependencies, Gradle distributions and daemon data; these will be downloaded or rebuilt again."_qs);
     EXPECT_EQ(category.riskLevel, RiskLevel::Medium);
     EXPECT_EQ(category.totalSize, 340);
     EXPECT_EQ(category.itemCount, 2);

@@ -41,7 +41,10 @@ protected:
         addTree("Library/Containers/com.apple.mail/Data/Library/Mail Downloads/one", 13);
     }
 
-    [[nodiscard]] const QList<CleanupCategory> &found() const { return std::as_const(*model).categories()->categories(); }
+    [[nodiscard]] const QList<CleanupCategory> &found() const
+    {
+        return std::as_const(*model).categories()->categories();
+    }
     [[nodiscard]] QStringList foundNames() const
     {
         QStringList names;

@@ -29,8 +29,9 @@ TEST_F(ProfessionalCleanupRunTest, TrashesTheSelectedCategoriesAndRecordsASafeCl
 
     QCoro::waitFor(model->clean());
 
-    EXPECT_THAT(machine.files->trashed(), ElementsAre(FilePath("/home/ada/Library/Application Support/Code/Cache"),
-                                                      FilePath("/home/ada/.gradle/caches")));
+    EXPECT_THAT(machine.files->trashed(),
+                ElementsAre(FilePath("/home/ada/Library/Application Support/Code/Cache"),
+                            FilePath("/home/ada/.gradle/caches")));
     ASSERT_EQ(history.loadHistory().size(), 1);
     const OperationLog log = history.loadHistory().first();
     EXPECT_EQ(log.operationType, OperationType::SafeCleanup);

@@ -7,7 +7,6 @@
 
 #include <gmock/gmock.h>
 
-#include <atomic>
 #include <stdexcept>
 
 using namespace Quillmere;
@@ -187,107 +186,8 @@ TEST_F(ProfessionalCleanupScanTest, ShowsTheGroupsWhileTheRestIsStillLookedFor)
     QCoro::waitFor(scanning);
     EXPECT_EQ(found().size(), 5);
     EXPECT_EQ(resets.count(), 1);
-    EXPECT_TRUE(model->categories()->data(model->categories()->index(0), CleanupCategoryListModel::IsExpandedRole).toBool());
-}
-
-TEST_F(ProfessionalCleanupScanTest, KeepsTheGroupsWhenItIsCancelledAfterThemAndCleansThem)
-{
-    addEverything();
-    machine.files->onMeasure([this](const FilePath &path) {
-        if (path.isWithin(FilePath("/home/ada/.nvm")))
-            scanner->cancelScan();
-    });
-
-    QCoro::waitFor(model->scan());
-
-    EXPECT_THAT(foundNames(), ElementsAre(u"Visual Studio Code Caches"_qs, u"Java Gradle and Maven Caches"_qs));
-    EXPECT_FALSE(model->isScanning());
-    EXPECT_LT(model->scanProgress(), 1.0);
-    ASSERT_TRUE(model->canClean());
-    QCoro::waitFor(model->clean());
-    EXPECT_THAT(machine.files->trashed(), ElementsAre(FilePath("/home/ada/Library/Application Support/Code/Cache")));
-    EXPECT_TRUE(model->hasReport());
-}
-
-TEST_F(ProfessionalCleanupScanTest, ShowsNothingOfACatalogueThatWasCancelled)
-{
-    addEverything();
-    machine.files->onMeasure([this](const FilePath &path) {
-        if (path.isWithin(FilePath("/home/ada/.gradle")))
-            scanner->cancelScan();
-    });
-
-    QCoro::waitFor(model->scan());
-
-    EXPECT_THAT(foundNames(), IsEmpty());
-    EXPECT_EQ(model->scanProgress(), 0);
-    EXPECT_TRUE(model->showsStart());
-}
-
-TEST_F(ProfessionalCleanupScanTest, EndsWhenItIsCancelledInEitherOfTheTwoFolders)
-{
-    addEverything();
-    for (const char *folder : {"/Library/Caches", "/home/ada/Library/Containers"}) {
-        machine.files->onMeasure([this, folder](const FilePath &path) {
-            if (path.isWithin(FilePath(folder)))
-                scanner->cancelScan();
-        });
-
-        QCoro::waitFor(model->scan());
-
-        EXPECT_EQ(found().last().name,
-                  folder == QByteArray("/Library/Caches") ? u"Installed Developer Tools and SDKs"_qs
-                                                         : u"System Caches"_qs);
-        EXPECT_EQ(model->scanProgress(), 0.75);
-        EXPECT_FALSE(model->isScanning());
-    }
-}
-
-TEST_F(ProfessionalCleanupScanTest, OnlyRaisesTheFlagWhenItIsCancelled)
-{
-    addEverything();
-    const Gate gate;
-    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
-    const auto scanning = model->scan();
-
-    model->cancel();
-
-    EXPECT_TRUE(scanner->isCancelled());
-    EXPECT_TRUE(model->isScanning());
-    gate.open();
-    QCoro::waitFor(scanning);
-    EXPECT_FALSE(model->isScanning());
-}
-
-TEST_F(ProfessionalCleanupScanTest, ScansAnewAfterACancelledScan)
-{
-    addEverything();
-    scanner->cancelScan();
-
-    QCoro::waitFor(model->scan());
-
-    EXPECT_EQ(found().size(), 5);
-}
-
-TEST_F(ProfessionalCleanupScanTest, IsNotDisturbedByAnEarlierScanThatEndsLate)
-{
-    addEverything();
-    const Gate gate;
-    const auto isFirst = std::make_shared<std::atomic<bool>>(true);
-    machine.files->onMeasure([gate, isFirst](const FilePath &) {
-        if (isFirst->exchange(false))
-            gate.wait();
-    });
-    const auto first = model->scan();
-    ASSERT_TRUE(QTest::qWaitFor([isFirst] { return !isFirst->load(); }));
-
-    const auto second = model->scan();
-    gate.open();
-    QCoro::waitFor(first);
-    QCoro::waitFor(second);
-
-    EXPECT_EQ(found().size(), 5);
-    EXPECT_FALSE(model->isScanning());
+    EXPECT_TRUE(
+        model->categories()->data(model->categories()->index(0), CleanupCategoryListModel::IsExpandedRole).toBool());
 }
 
 TEST_F(ProfessionalCleanupScanTest, CountsAFolderThatCannotBeMeasuredAsNothing)
@@ -305,28 +205,15 @@ TEST_F(ProfessionalCleanupScanTest, CountsAFolderThatCannotBeMeasuredAsNothing)
     EXPECT_EQ(model->scanProgress(), 1.0);
 }
 
-TEST_F(ProfessionalCleanupScanTest, LetsAScanEndQuietlyWhenTheScreenHasGone)
-{
-    addEverything();
-    const Gate gate;
-    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
-    const auto scanning = model->scan();
-
-    model.reset();
-    gate.open();
-    QCoro::waitFor(scanning);
-
-    EXPECT_TRUE(runs.isEmpty());
-}
-
 TEST_F(ProfessionalCleanupScanTest, LeavesTheInventoryWhenAllIsSelectedAndTouchesEachRowWhenNothingIs)
 {
     addEverything();
     QCoro::waitFor(model->scan());
 
     model->selectAll();
-    EXPECT_THAT(selectedNames(), ElementsAre(u"Visual Studio Code Caches"_qs, u"Java Gradle and Maven Caches"_qs,
-                                             u"System Caches"_qs, u"Mail Downloads"_qs));
+    EXPECT_THAT(selectedNames(),
+                ElementsAre(u"Visual Studio Code Caches"_qs, u"Java Gradle and Maven Caches"_qs, u"System Caches"_qs,
+                            u"Mail Downloads"_qs));
     EXPECT_EQ(model->totalSelectedSize(), 36);
 
     QList<CleanupCategory> categories = found();

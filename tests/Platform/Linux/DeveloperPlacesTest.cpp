@@ -94,8 +94,7 @@ TEST(DeveloperPlacesTest, OffersEachOfItsRowsWhereTheToolsHaveNotBeenMoved)
 
 TEST(DeveloperPlacesTest, NamesAllThatItListsAsInstalled)
 {
-    const QList<PlacesData::ListRow> rows
-        = PlacesData::builtIn().lists.value(u"Installed Developer Tools and SDKs"_qs);
+    const QList<PlacesData::ListRow> rows = PlacesData::builtIn().lists.value(u"Installed Developer Tools and SDKs"_qs);
     ASSERT_FALSE(rows.isEmpty());
     World world;
     for (const PlacesData::ListRow &row : rows)
@@ -187,10 +186,10 @@ TEST(DeveloperPlacesTest, NamesWhatItsLastAsteriskHasLedTo)
     world.disk->addFolder(home.appending(".var/app/com.jetbrains.Rider/cache/JetBrains/Rider2026.1/log"));
     world.disk->addFolder(FilePath("/usr/lib/go-1.24"));
 
-    EXPECT_THAT(world.places().entriesBehind(jetBrains),
-                ElementsAre(PlaceEntry{
-                    u"Rider2026.1 log"_qs,
-                    home.appending(".var/app/com.jetbrains.Rider/cache/JetBrains/Rider2026.1/log")}));
+    EXPECT_THAT(
+        world.places().entriesBehind(jetBrains),
+        ElementsAre(PlaceEntry{u"Rider2026.1 log"_qs,
+                               home.appending(".var/app/com.jetbrains.Rider/cache/JetBrains/Rider2026.1/log")}));
     EXPECT_THAT(world.places().entriesBehind(u"Installed Developer Tools and SDKs"_qs),
                 ElementsAre(PlaceEntry{u"go-1.24"_qs, FilePath("/usr/lib/go-1.24")}));
 }

@@ -96,9 +96,9 @@ TEST_F(DeveloperStorageOnDiskTest, CleansWhatItOffersAndNothingBeside)
           ".cargo/registry/cache", ".cargo/registry/src", "Android/Sdk/.temp", ".android/avd",
           ".cache/JetBrains/Rider2026.1/index", ".config/Epic/UnrealEngine/Common/DerivedDataCache"})
         addTree(folder);
-    const QByteArrayList kept = {"home/.cargo/credentials.toml", "home/.gradle/gradle.properties",
-                                 "home/.config/VSCodium/User/settings.json",
-                                 "home/.cache/JetBrains/Rider2026.1/LocalHistory/changes", "home/Android/Sdk/platforms/one"};
+    const QByteArrayList kept
+        = {"home/.cargo/credentials.toml", "home/.gradle/gradle.properties", "home/.config/VSCodium/User/settings.json",
+           "home/.cache/JetBrains/Rider2026.1/LocalHistory/changes", "home/Android/Sdk/platforms/one"};
     for (const QByteArray &file : kept)
         m_disk.addFile(file, "precious");
 
@@ -150,7 +150,8 @@ TEST_F(DeveloperStorageOnDiskTest, CountsVariablesThatAreEmptyRelativeOrLeadInAC
     addTree("Library/Android/sdk/.temp");
     m_disk.addLink("home/one", "two");
     m_disk.addLink("home/two", "one");
-    for (const QByteArray &value : {QByteArray(), QByteArray("home"), QByteArray("."), m_disk.path("home/one").bytes()}) {
+    for (const QByteArray &value :
+         {QByteArray(), QByteArray("home"), QByteArray("."), m_disk.path("home/one").bytes()}) {
         m_variables = {{"ANDROID_HOME", value}, {"ANDROID_SDK_ROOT", m_disk.path("home/two").bytes()}};
         EXPECT_THAT(offered(), ElementsAre("Library/Android/sdk/.temp")) << value.constData();
     }
@@ -161,7 +162,12 @@ TEST_F(DeveloperStorageOnDiskTest, OffersNothingOfAnSdkThatIsSaidToBeTheHomeItse
     addTree("temp");
     addTree(".temp");
     addTree("system-images");
-    m_variables = {{"ANDROID_HOME", m_disk.path("home").bytes()}};
+    m_disk.addLink("door", "home");
+    m_disk.addLink("root", "/");
+    m_variables = {{"ANDROID_HOME", m_disk.path("door").bytes()}, {"ANDROID_SDK_ROOT", m_disk.path("root").bytes()}};
+    EXPECT_THAT(offered(), IsEmpty());
+
+    m_variables = {{"ANDROID_HOME", m_disk.path("home").bytes()}, {"ANDROID_SDK_ROOT", "/"}};
 
     EXPECT_THAT(offered(), IsEmpty());
 }
