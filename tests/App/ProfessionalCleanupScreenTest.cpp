@@ -216,3 +216,28 @@ TEST_F(ProfessionalCleanupScreenTest, WalksItsWholeRoadByKeyboardAlone)
     EXPECT_TRUE(person.readsNo(u"Cleanup Report"_qs));
     EXPECT_TRUE(person.sees(CheckBox, systemRow));
 }
+
+TEST_F(ProfessionalCleanupScreenTest, ReachesEachRowOfALongListByKeyboardAndBringsItIntoSight)
+{
+    addTools();
+    for (const char *folder :
+         {"Library/Developer/Xcode/DerivedData", "Library/Developer/Xcode/Archives", ".npm/_cacache", ".android/avd",
+          "Library/Caches/JetBrains/Rider2026.1", "Library/Android/sdk/temp", "Library/Caches/com.apple.FinalCut",
+          "Library/Containers/com.apple.mail/Data/Library/Mail Downloads"})
+        addTree(folder, 1000);
+    const Person person = openScanned();
+    const QRect window(app->mainWindow()->position(), app->mainWindow()->size());
+    EXPECT_FALSE(window.contains(person.find(CheckBox, systemRow)->rect()));
+
+    for (const QString &row : {u"Xcode build caches"_qs, javaRow, u"Media and game-development caches"_qs, systemRow,
+                               u"Mail Downloads"_qs}) {
+        ASSERT_TRUE(person.tabTo(row)) << row.toStdString();
+        EXPECT_TRUE(window.contains(person.find(CheckBox, row)->rect())) << row.toStdString();
+    }
+    ASSERT_TRUE(person.tabTo(u"Clean"_qs));
+    person.press(Qt::Key_Backtab, Qt::ShiftModifier);
+    for (int i = 0; i < 100 && !person.focusedName().startsWith(codeRow); ++i)
+        person.press(Qt::Key_Backtab, Qt::ShiftModifier);
+
+    EXPECT_TRUE(window.contains(person.find(CheckBox, codeRow)->rect()));
+}

@@ -61,7 +61,7 @@ private:
     QCommandLineOption m_noFilter{u"no-filter"_qs, u"Starts without the traffic filter."_qs};
     QCommandLineOption m_tab{u"tab"_qs, u"The screen to begin with, such as safeCleanup."_qs, u"name"_qs};
     QCommandLineOption m_size{u"size"_qs, u"Size of the window."_qs, u"WIDTHxHEIGHT"_qs, u"1100x700"_qs};
-    QCommandLineOption m_hold{u"hold"_qs, u"Work that comes to that folder stands still there."_qs, u"folder"_qs};
+    QCommandLineOption m_hold{u"hold"_qs, u"Work that comes to that item stands still there."_qs, u"location"_qs};
     QCommandLineOption m_press{u"press"_qs, u"Presses that button or row as soon as the figures stand."_qs, u"name"_qs};
     QCommandLineOption m_picture{u"picture"_qs, u"Saves a picture of the window after a while, and ends."_qs,
                                  u"file"_qs};
@@ -116,7 +116,7 @@ int main(int argc, char *argv[])
     const PretendLife life(machine, wishes.load());
     const Gate gate;
     const auto hold = [gate, held = wishes.held()](const FilePath &path) {
-        if (!held.isEmpty() && path.isWithin(held))
+        if (path == held)
             gate.wait();
     };
     machine.files->onMeasure(hold);

@@ -18,7 +18,7 @@ SCAN = "cleanup.startScan"
 #: How the machine is, and the keys of the texts of the buttons that are pressed, for each state.
 STATES = {
     "start": ([], []),
-    "scanning": (["--hold", "/home/ada/.nvm"], [SCAN]),
+    "scanning": (["--hold", "/home/ada/.nvm/data"], [SCAN]),
     "list": ([], [SCAN]),
     "whole-list": (["--size", "1100x1000"], [SCAN]),
     "inventory": (["--size", "1100x1250"], [SCAN, "developer.installed.name"]),
