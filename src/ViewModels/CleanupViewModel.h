@@ -19,6 +19,7 @@ namespace Quillmere {
 
 /// What the cleanup screens have in common: choose among the categories that a scan has found, move them to the Trash,
 /// report, and scan again. A run that was started goes on to its end and is recorded even when the screen has gone.
+/// Whoever derives from it names it in full, with the namespace: QML's tools know a base by no other name.
 class CleanupViewModel : public QObject
 {
     Q_OBJECT

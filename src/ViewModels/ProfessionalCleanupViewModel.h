@@ -10,7 +10,7 @@ namespace Quillmere {
 
 /// The Professional Cleanup screen: the storage of development tools, what of them is installed, the system's caches
 /// and the mail's downloads. What a scan has found so far is there at once, and stays when the scan is cancelled.
-class ProfessionalCleanupViewModel final : public CleanupViewModel
+class ProfessionalCleanupViewModel final : public Quillmere::CleanupViewModel
 {
     Q_OBJECT
     Q_PROPERTY(bool showsStart READ showsStart NOTIFY phaseChanged)

@@ -8,7 +8,7 @@ namespace Quillmere {
 
 /// The Safe Cleanup screen: scan the four safe categories, choose among them, move them to the Trash, report, and
 /// scan again.
-class SafeCleanupViewModel final : public CleanupViewModel
+class SafeCleanupViewModel final : public Quillmere::CleanupViewModel
 {
     Q_OBJECT
     Q_PROPERTY(bool showsStart READ showsStart NOTIFY phaseChanged)
