@@ -39,6 +39,7 @@ Machine makeLinuxMachine()
     machine.extensions = std::make_shared<LinuxSystemExtensionManager>();
     machine.filter = std::make_shared<LinuxFilterManager>();
     machine.statusBar = std::make_shared<LinuxStatusBar>();
+    machine.environment = [](const char *name) { return qgetenv(name); };
     machine.returnMemory = returnUnusedMemory;
     machine.isAdministrator = ::getuid() == 0;
     return machine;

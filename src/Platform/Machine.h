@@ -14,6 +14,8 @@
 #include "Platform/UserDefaults.h"
 #include "Platform/Workspace.h"
 
+#include <QByteArray>
+
 #include <functional>
 #include <memory>
 
@@ -35,6 +37,8 @@ struct Machine
     std::shared_ptr<SystemExtensionManager> extensions;
     std::shared_ptr<FilterManager> filter;
     std::shared_ptr<StatusBar> statusBar;
+    /// Gives the value of a variable of the process's environment; empty when it is not set. Any thread.
+    std::function<QByteArray(const char *name)> environment;
     /// Gives memory that the program no longer uses back to the system. Null where that needs no asking.
     std::function<void()> returnMemory;
     bool isAdministrator = false; ///< The program itself may do what otherwise needs the system's password dialog.

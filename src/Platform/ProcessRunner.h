@@ -5,6 +5,9 @@
 #include <QByteArray>
 #include <QStringList>
 
+#include <chrono>
+#include <optional>
+
 namespace Quillmere {
 
 /// A program and what it is told, each argument as the program receives it: no shell stands between.
@@ -20,7 +23,7 @@ struct Command
 struct ProcessOutcome
 {
     int exitStatus = 0; ///< 128 plus the signal where one ended it.
-    QByteArray standardOutput;
+    QByteArray standardOutput; ///< With standard error in it where the two share a pipe.
 
     bool operator==(const ProcessOutcome &) const = default;
 };
@@ -35,6 +38,12 @@ public:
     /// Waits until the program has ended and has closed its output. Standard error goes where the program's own goes.
     /// Fails when it cannot be started.
     [[nodiscard]] virtual Result<ProcessOutcome> run(const Command &command) const = 0;
+    /// Waits until the program has ended, whatever it has started, but no longer than @p patience. Both its outputs go
+    /// into one pipe and are read only then, so that one that writes more than a pipe holds does not end by itself.
+    /// Nothing when it was late: it has then been terminated with all that it started in its own process group, and
+    /// killed if it took no notice. Fails when it cannot be started.
+    [[nodiscard]] virtual Result<std::optional<ProcessOutcome>> runWithin(std::chrono::milliseconds patience,
+                                                                          const Command &command) const = 0;
     /// Starts the program and leaves it to itself. Fails when it cannot be started.
     [[nodiscard]] virtual Result<void> launch(const Command &command) const = 0;
     /// Carries out the text of a script and waits for its end, which may be as late as the user answers the system's

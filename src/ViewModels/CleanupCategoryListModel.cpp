@@ -14,7 +14,8 @@ QVariantList shownItems(const CleanupCategory &category)
     QVariantList items;
     for (const CleanupItem &item : category.items.first(std::min(mostItemsShown, category.items.size()))) {
         items.append(QVariantMap{
-            {u"name"_qs, item.name},
+            // Part of a name may be what a program has printed.
+            {u"name"_qs, FilePath::displayText(item.name.toUtf8())},
             {u"size"_qs, formatCompactByteCount(item.size)},
         });
     }
@@ -51,6 +52,16 @@ void CleanupCategoryListModel::setCategories(const QList<CleanupCategory> &categ
     Q_EMIT selectionChanged();
 }
 
+void CleanupCategoryListModel::append(const QList<CleanupCategory> &categories)
+{
+    if (categories.isEmpty())
+        return;
+    beginInsertRows({}, rowCount(), rowCount() + int(categories.size()) - 1);
+    m_categories += categories;
+    endInsertRows();
+    Q_EMIT selectionChanged();
+}
+
 qint64 CleanupCategoryListModel::totalSelectedSize() const
 {
     qint64 size = 0;
@@ -65,6 +76,16 @@ void CleanupCategoryListModel::selectEach(bool selected)
 {
     for (CleanupCategory &category : m_categories)
         category.isSelected = selected;
+    publish(0, rowCount() - 1, {IsSelectedRole});
+    Q_EMIT selectionChanged();
+}
+
+void CleanupCategoryListModel::selectAvailable()
+{
+    for (CleanupCategory &category : m_categories) {
+        if (category.isAvailable)
+            category.isSelected = true;
+    }
     publish(0, rowCount() - 1, {IsSelectedRole});
     Q_EMIT selectionChanged();
 }

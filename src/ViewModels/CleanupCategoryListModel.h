@@ -32,9 +32,13 @@ public:
     [[nodiscard]] const QList<CleanupCategory> &categories() const { return m_categories; }
     /// Replaces all rows; none is expanded then.
     void setCategories(const QList<CleanupCategory> &categories);
+    /// Adds rows behind those that stand, which stay as they are.
+    void append(const QList<CleanupCategory> &categories);
     /// The bytes of all categories that are selected.
     [[nodiscard]] qint64 totalSelectedSize() const;
     void selectEach(bool selected);
+    /// Selects all but the rows of a read-only inventory, and leaves those.
+    void selectAvailable();
 
     Q_INVOKABLE void setSelected(int row, bool selected);
     Q_INVOKABLE void toggleExpanded(int row);

@@ -1,102 +1,39 @@
 #pragma once
 
-#include "Models/CleanupResult.h"
-#include "Models/OperationLog.h"
-#include "Platform/Clock.h"
-#include "Services/CleanupService.h"
-#include "Services/HistoryService.h"
-#include "Services/ScannerService.h"
-#include "ViewModels/CleanupCategoryListModel.h"
-#include "ViewModels/CleanupReport.h"
+#include "ViewModels/CleanupViewModel.h"
 
-#include <QObject>
-
-#include <QCoro/QCoroTask>
-
-#include <optional>
 #include <stop_token>
 
 namespace Quillmere {
 
 /// The Safe Cleanup screen: scan the four safe categories, choose among them, move them to the Trash, report, and
-/// scan again. A run that was started goes on to its end and is recorded even when the screen has gone.
-class SafeCleanupViewModel final : public QObject
+/// scan again.
+class SafeCleanupViewModel final : public Quillmere::CleanupViewModel
 {
     Q_OBJECT
-    Q_PROPERTY(Quillmere::CleanupCategoryListModel *categories READ categories CONSTANT)
     Q_PROPERTY(bool showsStart READ showsStart NOTIFY phaseChanged)
-    Q_PROPERTY(bool isScanning READ isScanning NOTIFY phaseChanged)
     Q_PROPERTY(bool isScanComplete READ isScanComplete NOTIFY phaseChanged)
-    Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY phaseChanged)
-    Q_PROPERTY(double scanProgress READ scanProgress NOTIFY progressChanged)
-    Q_PROPERTY(QString scanStatus READ scanStatus NOTIFY progressChanged)
-    Q_PROPERTY(double cleanupProgress READ cleanupProgress NOTIFY progressChanged)
-    Q_PROPERTY(bool canClean READ canClean NOTIFY selectionChanged)
-    Q_PROPERTY(QString totalSelectedText READ totalSelectedText NOTIFY selectionChanged)
-    Q_PROPERTY(bool hasReport READ hasReport NOTIFY cleanupResultChanged)
-    Q_PROPERTY(Quillmere::CleanupReport report READ report NOTIFY cleanupResultChanged)
 
 public:
     SafeCleanupViewModel(std::shared_ptr<ScannerService> scanner, CleanupService cleaner, HistoryService &history,
                          std::shared_ptr<const Clock> clock, QObject *parent = nullptr);
 
-    [[nodiscard]] CleanupCategoryListModel *categories() { return &m_categories; }
     /// Nothing has been scanned yet, or the scan was cancelled.
     [[nodiscard]] bool showsStart() const;
-    [[nodiscard]] bool isScanning() const { return m_isScanning; }
     [[nodiscard]] bool isScanComplete() const { return m_isScanComplete; }
-    [[nodiscard]] bool isCleaning() const { return m_isCleaning; }
-    [[nodiscard]] double scanProgress() const { return m_scanProgress; }
-    [[nodiscard]] QString scanStatus() const { return m_scanStatus; }
-    [[nodiscard]] double cleanupProgress() const { return m_cleanupProgress; }
-    [[nodiscard]] qint64 totalSelectedSize() const { return m_categories.totalSelectedSize(); }
-    [[nodiscard]] QString totalSelectedText() const;
-    [[nodiscard]] bool canClean() const { return totalSelectedSize() != 0; }
-    [[nodiscard]] const std::optional<CleanupResultWrapper> &cleanupResultWrapper() const { return m_resultWrapper; }
-    [[nodiscard]] bool hasReport() const { return m_resultWrapper.has_value(); }
-    [[nodiscard]] CleanupReport report() const;
 
-    // Started and left to themselves; whoever wants to know when they end awaits them.
-    QCoro::Task<> scan();
-    QCoro::Task<> clean();
+    QCoro::Task<> scan() override;
 
-    Q_INVOKABLE void startScan() { scan(); }
-    Q_INVOKABLE void startCleanup() { clean(); }
-    Q_INVOKABLE void selectAll() { m_categories.selectEach(true); }
-    Q_INVOKABLE void deselectAll() { m_categories.selectEach(false); }
+    Q_INVOKABLE void selectAll() { categories()->selectEach(true); }
     /// Ends a scan. A cleanup goes on: this only takes its overlay away, and the report comes all the same.
     Q_INVOKABLE void cancel();
-    /// Puts the report away and scans anew, so that the list shows the disk as it now is.
-    Q_INVOKABLE void dismissReport();
-
-Q_SIGNALS:
-    void phaseChanged();
-    void progressChanged();
-    void selectionChanged();
-    void cleanupResultChanged();
 
 private:
     void beginScan();
     void endScan(const Result<QList<CleanupCategory>> &result);
-    [[nodiscard]] QList<CleanupItem> selectedItems() const;
-    [[nodiscard]] OperationLog logOfSelection() const;
-    void showProgressOfScan(double fraction, const QString &status);
-    void showProgressOfCleanup(double fraction);
 
-    std::shared_ptr<ScannerService> m_scanner;
-    CleanupService m_cleaner;
-    HistoryService &m_history;
-    std::shared_ptr<const Clock> m_clock;
-    CleanupCategoryListModel m_categories{nullptr};
     std::stop_source m_scanTask; ///< Of the latest scan: an earlier one that ends late changes nothing.
-    int m_cleanupRuns = 0; ///< Counts them: an earlier one that ends late leaves the overlay of a later one.
-    bool m_isScanning = false;
     bool m_isScanComplete = false;
-    bool m_isCleaning = false;
-    double m_scanProgress = 0;
-    QString m_scanStatus;
-    double m_cleanupProgress = 0;
-    std::optional<CleanupResultWrapper> m_resultWrapper;
 };
 
 } // namespace Quillmere

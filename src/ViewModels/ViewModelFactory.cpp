@@ -59,6 +59,14 @@ SafeCleanupViewModel *ViewModelFactory::makeSafeCleanup(QObject *screen)
                                     m_services.history, m_machine.clock, screen);
 }
 
+ProfessionalCleanupViewModel *ViewModelFactory::makeProfessionalCleanup(QObject *screen)
+{
+    const DeveloperStorageService storage(m_machine.files, m_machine.places, m_machine.processes,
+                                          m_machine.environment);
+    return new ProfessionalCleanupViewModel(makeScanner(), storage, CleanupService(m_machine.files, m_machine.places),
+                                            m_services.history, m_machine.files, m_machine.clock, screen);
+}
+
 HistoryViewModel *ViewModelFactory::makeHistory(QObject *screen) const
 {
     return new HistoryViewModel(m_services.history, m_machine.files, screen);

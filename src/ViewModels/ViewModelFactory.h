@@ -3,6 +3,7 @@
 #include "Platform/Machine.h"
 #include "ViewModels/DashboardViewModel.h"
 #include "ViewModels/HistoryViewModel.h"
+#include "ViewModels/ProfessionalCleanupViewModel.h"
 #include "ViewModels/ResourceMonitorViewModel.h"
 #include "ViewModels/SafeCleanupViewModel.h"
 #include "ViewModels/SidebarListModel.h"
@@ -34,6 +35,7 @@ public:
     Q_INVOKABLE [[nodiscard]] Quillmere::DashboardViewModel *makeDashboard(QObject *screen);
     Q_INVOKABLE [[nodiscard]] Quillmere::ResourceMonitorViewModel *makeResourceMonitor(QObject *card) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::SafeCleanupViewModel *makeSafeCleanup(QObject *screen);
+    Q_INVOKABLE [[nodiscard]] Quillmere::ProfessionalCleanupViewModel *makeProfessionalCleanup(QObject *screen);
     Q_INVOKABLE [[nodiscard]] Quillmere::HistoryViewModel *makeHistory(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::SidebarListModel *makeSidebar(QObject *screen) const;
 

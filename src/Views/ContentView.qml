@@ -26,6 +26,8 @@ FocusScope {
             return "Dashboard/DashboardView.qml";
         case SidebarTab.SafeCleanup:
             return "SafeCleanup/SafeCleanupView.qml";
+        case SidebarTab.ProfessionalCleanup:
+            return "ProfessionalCleanup/ProfessionalCleanupView.qml";
         case SidebarTab.History:
             return "History/HistoryView.qml";
         default:

@@ -3,9 +3,11 @@
 #include "App/AppState.h"
 #include "ViewModels/CleanupCategoryListModel.h"
 #include "ViewModels/CleanupReport.h"
+#include "ViewModels/CleanupViewModel.h"
 #include "ViewModels/DashboardViewModel.h"
 #include "ViewModels/HistoryListModel.h"
 #include "ViewModels/HistoryViewModel.h"
+#include "ViewModels/ProfessionalCleanupViewModel.h"
 #include "ViewModels/ResourceMonitorViewModel.h"
 #include "ViewModels/SafeCleanupViewModel.h"
 #include "ViewModels/SidebarListModel.h"
@@ -37,6 +39,14 @@ struct CleanupReportType
     Q_GADGET
     QML_FOREIGN(Quillmere::CleanupReport)
     QML_VALUE_TYPE(cleanupReport)
+};
+
+struct CleanupViewModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::CleanupViewModel)
+    QML_NAMED_ELEMENT(CleanupViewModel)
+    QML_UNCREATABLE("The factory makes the one of a screen.")
 };
 
 struct DashboardViewModelType
@@ -74,6 +84,14 @@ Q_NAMESPACE
 QML_FOREIGN_NAMESPACE(Quillmere::LoadLevels)
 QML_NAMED_ELEMENT(LoadLevel)
 } // namespace LoadLevelType
+
+struct ProfessionalCleanupViewModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::ProfessionalCleanupViewModel)
+    QML_NAMED_ELEMENT(ProfessionalCleanupViewModel)
+    QML_UNCREATABLE("The factory makes it.")
+};
 
 struct ResourceMonitorViewModelType
 {

@@ -5,9 +5,9 @@ from harness.desktop import wait_until
 from harness.running import RunningProgram
 
 
-def scan(program: RunningProgram, hands) -> None:
+def scan(program: RunningProgram, hands, screen: str = "Safe Cleanup") -> None:
     """From anywhere to the list of what may be cleaned."""
-    hands.open("Safe Cleanup")
+    hands.open(screen)
     hands.press("Start Scan")
     program.application.find("push button", "Clean")
     program.application.wait_gone("dialog", "Scanning...")

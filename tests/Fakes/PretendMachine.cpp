@@ -19,8 +19,9 @@ std::optional<QString> PretendPlaces::reasonToKeep(const FilePath &item) const
 Machine PretendMachine::machine() const
 {
     const auto returnMemory = [returns = memoryReturns] { ++*returns; };
-    return {files,      places,  defaults,   clock,  appearance, host,         processes,      workspace,
-            assertions, bundles, extensions, filter, statusBar,  returnMemory, isAdministrator};
+    const auto environment = [variables = variables](const char *name) { return variables->value(name); };
+    return {files,      places,  defaults,   clock,  appearance, host,        processes,    workspace,
+            assertions, bundles, extensions, filter, statusBar,  environment, returnMemory, isAdministrator};
 }
 
 void PretendMachine::installTrafficFilter()

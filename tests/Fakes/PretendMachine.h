@@ -77,6 +77,8 @@ struct PretendMachine
     std::shared_ptr<PretendSystemExtensionManager> extensions = std::make_shared<PretendSystemExtensionManager>();
     std::shared_ptr<PretendFilterManager> filter = std::make_shared<PretendFilterManager>();
     std::shared_ptr<PretendStatusBar> statusBar = std::make_shared<PretendStatusBar>();
+    /// The process's environment. Not to be changed while the program looks at it.
+    std::shared_ptr<QHash<QByteArray, QByteArray>> variables = std::make_shared<QHash<QByteArray, QByteArray>>();
     std::shared_ptr<int> memoryReturns = std::make_shared<int>(0); ///< How often memory was given back.
     bool isAdministrator = false;
 

@@ -15,6 +15,12 @@ void PretendProcessRunner::answer(const QString &launchPath, const QByteArray &s
     answer(launchPath, [standardOutput](const Command &) { return ProcessOutcome{0, standardOutput}; });
 }
 
+void PretendProcessRunner::hang(const QString &launchPath)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_hanging.insert(launchPath);
+}
+
 void PretendProcessRunner::answerScripts(Result<void> answer)
 {
     const std::scoped_lock lock(m_mutex);
@@ -25,6 +31,12 @@ QList<Command> PretendProcessRunner::runs() const
 {
     const std::scoped_lock lock(m_mutex);
     return m_runs;
+}
+
+QList<std::chrono::milliseconds> PretendProcessRunner::patiences() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_patiences;
 }
 
 QList<Command> PretendProcessRunner::launches() const
@@ -46,6 +58,22 @@ Result<ProcessOutcome> PretendProcessRunner::run(const Command &command) const
         m_runs.append(command);
     }
     return answerTo(command);
+}
+
+Result<std::optional<ProcessOutcome>> PretendProcessRunner::runWithin(std::chrono::milliseconds patience,
+                                                                      const Command &command) const
+{
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_runs.append(command);
+        m_patiences.append(patience);
+        if (m_hanging.contains(command.launchPath))
+            return std::optional<ProcessOutcome>();
+    }
+    const Result<ProcessOutcome> outcome = answerTo(command);
+    if (!outcome)
+        return outcome.failure();
+    return std::optional(outcome.value());
 }
 
 Result<void> PretendProcessRunner::launch(const Command &command) const

@@ -3,6 +3,7 @@
 #include "Platform/ProcessRunner.h"
 
 #include <QHash>
+#include <QSet>
 
 #include <functional>
 #include <mutex>
@@ -18,14 +19,19 @@ public:
     /// From now on commands of @p launchPath are answered so. Others end well and print nothing.
     void answer(const QString &launchPath, Answer answer);
     void answer(const QString &launchPath, const QByteArray &standardOutput);
+    /// From now on commands of @p launchPath never come to their end by themselves, where somebody waits only so long.
+    void hang(const QString &launchPath);
     /// From now on scripts are answered so.
     void answerScripts(Result<void> answer);
 
     [[nodiscard]] QList<Command> runs() const; ///< What was run and awaited, in its order.
     [[nodiscard]] QList<Command> launches() const; ///< What was started and left, in its order.
+    [[nodiscard]] QList<std::chrono::milliseconds> patiences() const; ///< How long was waited at most, in its order.
     [[nodiscard]] QStringList scripts() const; ///< In their order.
 
     [[nodiscard]] Result<ProcessOutcome> run(const Command &command) const override;
+    [[nodiscard]] Result<std::optional<ProcessOutcome>> runWithin(std::chrono::milliseconds patience,
+                                                                  const Command &command) const override;
     [[nodiscard]] Result<void> launch(const Command &command) const override;
     [[nodiscard]] Result<void> executeScript(const QString &source) const override;
 
@@ -34,8 +40,10 @@ private:
 
     mutable std::mutex m_mutex;
     QHash<QString, Answer> m_answers;
+    QSet<QString> m_hanging;
     Result<void> m_scriptAnswer;
     mutable QList<Command> m_runs;
+    mutable QList<std::chrono::milliseconds> m_patiences;
     mutable QList<Command> m_launches;
     mutable QStringList m_scripts;
 };

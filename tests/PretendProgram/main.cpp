@@ -1,6 +1,8 @@
 #include "App/QuillmereApp.h"
+#include "Fakes/Gate.h"
 #include "PretendProgram/PretendDesk.h"
 #include "PretendProgram/PretendHome.h"
+#include "PretendProgram/PretendTools.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
@@ -22,7 +24,7 @@ public:
         m_parser.setApplicationDescription(u"Quillmere on a machine that exists only in memory."_qs);
         m_parser.addHelpOption();
         m_parser.addOptions({m_empty, m_dark, m_language, m_processors, m_memory, m_disk, m_noFilter, m_tab, m_size,
-                             m_press, m_picture});
+                             m_hold, m_press, m_picture});
         m_parser.process(*QCoreApplication::instance());
     }
 
@@ -31,6 +33,7 @@ public:
     [[nodiscard]] bool hasFilter() const { return !m_parser.isSet(m_noFilter); }
     [[nodiscard]] QString language() const { return m_parser.value(m_language); }
     [[nodiscard]] QStringList presses() const { return m_parser.values(m_press); }
+    [[nodiscard]] FilePath held() const { return FilePath(m_parser.value(m_hold).toUtf8()); }
     [[nodiscard]] QString picture() const { return m_parser.value(m_picture); }
     [[nodiscard]] std::optional<SidebarTab> tab() const { return fromRawValue<SidebarTab>(m_parser.value(m_tab)); }
     [[nodiscard]] PretendLoad load() const
@@ -58,7 +61,8 @@ private:
     QCommandLineOption m_noFilter{u"no-filter"_qs, u"Starts without the traffic filter."_qs};
     QCommandLineOption m_tab{u"tab"_qs, u"The screen to begin with, such as safeCleanup."_qs, u"name"_qs};
     QCommandLineOption m_size{u"size"_qs, u"Size of the window."_qs, u"WIDTHxHEIGHT"_qs, u"1100x700"_qs};
-    QCommandLineOption m_press{u"press"_qs, u"Presses that button as soon as the figures stand."_qs, u"name"_qs};
+    QCommandLineOption m_hold{u"hold"_qs, u"Work that comes to that item stands still there."_qs, u"location"_qs};
+    QCommandLineOption m_press{u"press"_qs, u"Presses that button or row as soon as the figures stand."_qs, u"name"_qs};
     QCommandLineOption m_picture{u"picture"_qs, u"Saves a picture of the window after a while, and ends."_qs,
                                  u"file"_qs};
 };
@@ -66,12 +70,14 @@ private:
 constexpr std::chrono::milliseconds untilFiguresStand{6500};
 constexpr std::chrono::milliseconds betweenPresses{700};
 
-/// Presses the first visible button of that name in @p item. False when there is none.
+/// Presses the first visible button of that name in @p item, or row whose spoken text begins with it. False when there
+/// is none.
 bool press(QQuickItem &item, const QString &name)
 {
     if (!item.isVisible())
         return false;
-    if (item.property("accessibleName").toString() == name && item.metaObject()->indexOfSignal("clicked()") >= 0)
+    const QString spoken = item.property("accessibleName").toString();
+    if ((spoken == name || spoken.startsWith(name + u", "_qs)) && item.metaObject()->indexOfSignal("clicked()") >= 0)
         return QMetaObject::invokeMethod(&item, "clicked");
     return std::ranges::any_of(item.childItems(), [&](QQuickItem *child) { return press(*child, name); });
 }
@@ -96,8 +102,10 @@ int main(int argc, char *argv[])
     const Wishes wishes;
 
     PretendMachine machine;
-    if (!wishes.hasEmptyHome())
+    if (!wishes.hasEmptyHome()) {
         fillPretendHome(machine);
+        fillPretendTools(machine);
+    }
     fillPretendDesk(machine, wishes.load());
     if (!wishes.hasFilter())
         machine.bundles->main = FilePath("/home/ada/Downloads/Quillmere.app");
@@ -106,6 +114,13 @@ int main(int argc, char *argv[])
     if (!wishes.language().isEmpty())
         machine.defaults->setString(Localizer::languageKey(), wishes.language());
     const PretendLife life(machine, wishes.load());
+    const Gate gate;
+    const auto hold = [gate, held = wishes.held()](const FilePath &path) {
+        if (path == held)
+            gate.wait();
+    };
+    machine.files->onMeasure(hold);
+    machine.files->onRemoval(hold);
 
     QuillmereApp quillmere(machine.machine());
     if (!quillmere.start())
@@ -114,5 +129,7 @@ int main(int argc, char *argv[])
     quillmere.appState().setSelectedTab(wishes.tab().value_or(SidebarTab::Dashboard));
     QTimer::singleShot(untilFiguresStand, &quillmere,
                        [&] { useAndTakePicture(quillmere, wishes.presses(), wishes.picture()); });
-    return QGuiApplication::exec();
+    const int status = QGuiApplication::exec();
+    gate.open();
+    return status;
 }

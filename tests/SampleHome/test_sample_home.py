@@ -115,6 +115,13 @@ class SampleHomeTest(unittest.TestCase):
         inside = [name for name in self.account["untouchable"] if any(name.startswith(path) for path in offered)]
         self.assertEqual(inside, [])
 
+    def test_offers_professionals_every_group_and_no_document(self):
+        offered = self.account["offered to professionals"]
+        self.assertEqual(len({item["category"] for item in offered}), 10)
+        for item in offered:
+            self.assertGreater(allocated_below(self.folder / item["path"]), 0, item["path"])
+            self.assertEqual([name for name in self.account["untouchable"] if name.startswith(item["path"] + "/")], [])
+
     def test_begins_undamaged(self):
         self.assertGreater(len(self.account["untouchable"]), 40)
         self.assertEqual(inspection.damage(self.folder), [])

@@ -61,6 +61,30 @@ def safe_cleanup(tour: Tour) -> None:
     tour.take("safeCleanup-empty")
 
 
+def professional_cleanup(tour: Tour) -> None:
+    tour.open("professionalCleanup")
+    tour.take("professionalCleanup-start")
+    tour.press("cleanup.startScan")
+    tour.application.wait_gone("dialog", tour.texts["cleanup.scanning"])
+    tour.rest()
+    tour.take("professionalCleanup-list")
+
+    first = next(item for item in tour.application.all("list item")
+                 if item.name.startswith(tour.texts["developer.vscode.name"] + ", "))
+    tour.person.click(first)
+    tour.rest()
+    tour.take("professionalCleanup-expanded")
+
+    tour.press("cleanup.clean")
+    tour.application.find("heading", tour.texts["cleanup.report.title"], patience=60)
+    tour.rest()
+    tour.take("professionalCleanup-report")
+    tour.press("common.done")
+    tour.application.wait_gone("heading", tour.texts["cleanup.report.title"])
+    tour.application.wait_gone("dialog", tour.texts["cleanup.scanning"])
+    tour.rest()
+
+
 def history(tour: Tour) -> None:
     tour.open("history")
     tour.take("history")
@@ -84,7 +108,7 @@ def history(tour: Tour) -> None:
 SCENES = {
     "dashboard": plain("dashboard"),
     "safeCleanup": safe_cleanup,
-    "professionalCleanup": plain("professionalCleanup"),
+    "professionalCleanup": professional_cleanup,
     "largeFiles": plain("largeFiles"),
     "browsers": plain("browsers"),
     "systemData": plain("systemData"),

@@ -15,6 +15,18 @@ constexpr int levelsOfSocketsInTemporary = 3;
 constexpr std::array tables
     = {PlaceTable::UserCache, PlaceTable::UserLogs, PlaceTable::ContainerCache, PlaceTable::TemporaryFiles};
 
+/// The row's name, in which a `*` stands for the name on disk that the place's last `*` has led to.
+QString nameOf(const PlacesData::ListRow &row, const FilePath &base, const FilePath &path)
+{
+    const auto isOpen = [](const QByteArray &name) { return name.contains('*'); };
+    const auto last = std::ranges::find_if(row.place.names.rbegin(), row.place.names.rend(), isOpen);
+    if (last == row.place.names.rend())
+        return row.name;
+    const QByteArray below = path.bytes().sliced(base.bytes().size());
+    const QByteArray found = below.split('/').value(below.count('/') - (last - row.place.names.rbegin()));
+    return QString(row.name).replace(u'*', FilePath::displayText(found));
+}
+
 } // namespace
 
 LinuxPlaces::LinuxPlaces(std::shared_ptr<const FileManager> files, const BaseDirectories::Environment &environment,
@@ -41,7 +53,7 @@ QList<PlaceEntry> LinuxPlaces::entriesBehind(const QString &list) const
             if (!isMeant || known.contains(actual))
                 continue;
             known.append(actual);
-            found.append({row.name, path});
+            found.append({nameOf(row, place.base, path), path});
         }
     }
     return found;

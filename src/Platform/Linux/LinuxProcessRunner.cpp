@@ -27,6 +27,16 @@ Result<ProcessOutcome> LinuxProcessRunner::run(const Command &command) const
     return program.value().finishWithOutput();
 }
 
+Result<std::optional<ProcessOutcome>> LinuxProcessRunner::runWithin(std::chrono::milliseconds patience,
+                                                                    const Command &command) const
+{
+    Result<StartedProgram> program
+        = StartedProgram::start(programOf(command.launchPath), command.arguments, Capture::BothOutputs);
+    if (!program)
+        return program.failure();
+    return program.value().finishWithin(patience);
+}
+
 Result<void> LinuxProcessRunner::launch(const Command &command) const
 {
     const Result<StartedProgram> program

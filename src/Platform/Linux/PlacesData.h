@@ -33,7 +33,7 @@ struct PlacesData
     struct ListRow
     {
         Place place;
-        QString name;
+        QString name; ///< A `*` in it stands for what the last `*` of the place has led to.
         QByteArray holds; ///< Only a folder with such a child is meant. Empty: any.
         QString reason;
     };

@@ -2,9 +2,12 @@
 
 #include "Platform/Linux/ErrnoFailure.h"
 
+#include <QDeadlineTimer>
+
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <thread>
 #include <vector>
 
 #include <fcntl.h>
@@ -19,6 +22,9 @@ namespace {
 
 constexpr size_t blockSize = 64 * 1024;
 constexpr int signalBase = 128;
+// pipe(7): the capacity of a pipe is 16 pages.
+constexpr qsizetype pipeCapacity = 64 * 1024;
+constexpr std::chrono::milliseconds graceToEnd{500};
 
 /// What posix_spawn(3) is to do in the new process.
 class Preparation
@@ -48,6 +54,13 @@ public:
     /// Gives the process a session of its own, so that the end of ours, or of our terminal, is not its end.
     void detach() { m_flags |= POSIX_SPAWN_SETSID; }
 
+    /// Gives the process a group of its own, so that it can be ended together with what it has started.
+    void lead()
+    {
+        ::posix_spawnattr_setpgroup(&m_attributes, 0);
+        m_flags |= POSIX_SPAWN_SETPGROUP;
+    }
+
     /// 0 or an error number, that of execve(2) included.
     [[nodiscard]] int start(const FilePath &program, std::vector<char *> &arguments, pid_t &pid)
     {
@@ -73,6 +86,18 @@ bool readBlock(int pipe, QByteArray &output)
     if (got > 0)
         output.append(block.data(), got);
     return got > 0 || (got < 0 && errno == EINTR);
+}
+
+/// Whether @p process, a descriptor of one, ends within @p patience.
+bool endsWithin(std::chrono::milliseconds patience, const FileDescriptor &process)
+{
+    const QDeadlineTimer deadline(patience);
+    pollfd end = {process.number(), POLLIN, 0};
+    do {
+        if (::poll(&end, 1, static_cast<int>(deadline.remainingTime())) > 0)
+            return true;
+    } while (!deadline.hasExpired());
+    return false;
 }
 
 } // namespace
@@ -112,6 +137,11 @@ Result<StartedProgram> StartedProgram::start(const FilePath &program, const QStr
         preparation.send(STDERR_FILENO, writingEnd.number());
         preparation.discard(STDOUT_FILENO);
     }
+    if (capture == Capture::BothOutputs) {
+        preparation.lead();
+        preparation.send(STDOUT_FILENO, writingEnd.number());
+        preparation.send(STDERR_FILENO, writingEnd.number());
+    }
     const int error = preparation.start(program, pointers, started.m_pid);
     if (error != 0)
         return failureFromErrno(error, program);
@@ -143,6 +173,40 @@ ProcessOutcome StartedProgram::finish()
         isOpen = readBlock(m_output.number(), outcome.standardOutput);
     outcome.exitStatus = exitStatusOf(m_pid);
     return outcome;
+}
+
+std::optional<ProcessOutcome> StartedProgram::finishWithin(std::chrono::milliseconds patience)
+{
+    const FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, m_pid, 0)));
+    if (!endsWithin(patience, process)) {
+        endGroup(process);
+        return std::nullopt;
+    }
+    ProcessOutcome outcome;
+    outcome.exitStatus = exitStatusOf(m_pid);
+    outcome.standardOutput = whatHasCome();
+    return outcome;
+}
+
+QByteArray StartedProgram::whatHasCome() const
+{
+    // One that was left behind may hold the pipe open for ever, and write to it for ever.
+    QByteArray output;
+    pollfd event = {m_output.number(), POLLIN, 0};
+    while (output.size() < pipeCapacity && ::poll(&event, 1, 0) > 0 && readBlock(m_output.number(), output)) { }
+    return output.first(std::min(output.size(), pipeCapacity));
+}
+
+void StartedProgram::endGroup(const FileDescriptor &process) const
+{
+    // Until it is waited for, a dead process keeps its number, and with it that of the group.
+    ::kill(-m_pid, SIGTERM);
+    std::ignore = endsWithin(graceToEnd, process);
+    ::kill(-m_pid, SIGKILL);
+    if (endsWithin(graceToEnd, process))
+        std::ignore = exitStatusOf(m_pid);
+    else // Asleep in the kernel, where no signal reaches it until the disk or the network answers.
+        std::thread([pid = m_pid] { std::ignore = exitStatusOf(pid); }).detach();
 }
 
 } // namespace Quillmere

@@ -3,14 +3,18 @@
 #include "Platform/Linux/FileDescriptor.h"
 #include "Platform/ProcessRunner.h"
 
+#include <chrono>
+#include <optional>
+
 #include <sys/types.h>
 
 namespace Quillmere {
 
-/// Which of the program's outputs come back to us. A program of which nothing does has a session of its own.
-enum class Capture { Nothing, StandardOutput, StandardError };
+/// Which of the program's outputs come back to us. A program of which nothing does has a session of its own, and one of
+/// which both do has a process group of its own.
+enum class Capture { Nothing, StandardOutput, StandardError, BothOutputs };
 
-/// A program that has been started and is to be waited for, once, by one of the two ways.
+/// A program that has been started and is to be waited for, once, by one of the three ways.
 /// It reads nothing, inherits the environment and of our open files none but the outputs that are not captured, and is
 /// told of signals as a program expects: none is blocked or ignored.
 class StartedProgram
@@ -24,10 +28,16 @@ public:
     [[nodiscard]] ProcessOutcome finishWithOutput();
     /// Waits for the end of this process alone, whatever it has started; the output is what has come until then.
     [[nodiscard]] ProcessOutcome finish();
+    /// Only for Capture::BothOutputs. Waits for the end of this process alone and then takes what has come, which is
+    /// at most what a pipe holds. Nothing once @p patience has passed: then the whole group has been ended.
+    [[nodiscard]] std::optional<ProcessOutcome> finishWithin(std::chrono::milliseconds patience);
 
     [[nodiscard]] pid_t processIdentifier() const { return m_pid; }
 
 private:
+    [[nodiscard]] QByteArray whatHasCome() const;
+    void endGroup(const FileDescriptor &process) const;
+
     pid_t m_pid = -1;
     FileDescriptor m_output;
 };

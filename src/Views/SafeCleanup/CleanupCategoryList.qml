@@ -24,14 +24,33 @@ Item {
         ListView {
             id: list
 
+            readonly property Item focused: Window.activeFocusItem
+
+            /// Scrolls just so far that the row which holds @p item is in sight.
+            function bringIntoSight(item: Item) {
+                let row = item;
+                while (row !== null && row.parent !== contentItem)
+                    row = row.parent;
+                if (row === null)
+                    return;
+                if (row.y < contentY)
+                    contentY = row.y;
+                else if (row.y + row.height > contentY + height)
+                    contentY = Math.min(row.y, row.y + row.height - height);
+            }
+
             anchors.fill: parent
             anchors.topMargin: 4
             anchors.bottomMargin: 4
             clip: true
             boundsBehavior: Flickable.StopAtBounds
+            // Tab leads over rows that exist: all of these few do, open ones included.
+            cacheBuffer: 4000
             model: root.categories
 
             Accessible.role: Accessible.List
+
+            onFocusedChanged: bringIntoSight(focused)
 
             delegate: CleanupCategoryRow {
                 width: ListView.view.width

@@ -26,6 +26,7 @@ class Workshop:
         self.block = self.random.randbytes(MIB)
         self.untouchable: dict[str, str] = {}
         self.offered: list[dict[str, str]] = []
+        self.offered_to_professionals: list[dict[str, str]] = []
         self.kept: list[str] = []
 
     def place(self, where: str | bytes) -> bytes:
@@ -111,6 +112,11 @@ class Workshop:
         # Two families may put things into one folder.
         if {"category": category, "path": path} not in self.offered:
             self.offered.append({"category": category, "path": path})
+
+    def offer_to_professionals(self, category: str, where: str | bytes) -> None:
+        """The same of the professional clean-up."""
+        path = os.fsdecode(os.path.relpath(self.place(where), os.fsencode(self.folder)))
+        self.offered_to_professionals.append({"category": category, "path": path})
 
     def keep(self, where: str | bytes) -> None:
         """Says that the folder `where` lies where things are offered and must not be."""

@@ -35,7 +35,8 @@ def make(folder: Path, size: str = "small", seed: int = 1, earlier_runs: bool = 
     if earlier_runs:
         history.make(workshop)
 
-    account = {"untouchable": workshop.untouchable, "offered": workshop.offered, "kept": workshop.kept}
+    account = {"untouchable": workshop.untouchable, "offered": workshop.offered,
+               "offered to professionals": workshop.offered_to_professionals, "kept": workshop.kept}
     (folder / ACCOUNT).write_text(json.dumps(account, indent=1, sort_keys=True) + "\n")
     lines = (f"{name}={shlex.quote(value)}\n" for name, value in environment(folder).items())
     (folder / ENVIRONMENT).write_text("".join(lines))
