@@ -82,6 +82,8 @@ ListRow {
             text: root.name
             size: 14
             weight: Font.DemiBold
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
 
             Accessible.ignored: true
         }
@@ -95,7 +97,7 @@ ListRow {
             lineHeight: 16
             lineHeightMode: Text.FixedHeight
             wrapMode: Text.Wrap
-            maximumLineCount: root.available ? 2 : 1
+            maximumLineCount: 5
 
             Accessible.ignored: true
         }
