@@ -301,6 +301,7 @@ TEST_P(TreeRemovalTest, RemovesATreeThatSomebodyKeepsWritingTo)
 
 TEST_P(TreeRemovalTest, LetsTwoDeleteOneTreeAtOnce)
 {
+    const std::array<TemporaryHome, 2> unrelated;
     for (int round = 0; round < 20; ++round) {
         addTree("item", 2);
         std::latch start(2);
@@ -308,8 +309,7 @@ TEST_P(TreeRemovalTest, LetsTwoDeleteOneTreeAtOnce)
         {
             const auto run = [&](size_t who) {
                 start.arrive_and_wait();
-                TemporaryHome unrelated;
-                answers[who] = LinuxFileManager(unrelated.environment()).removeItem(home.path("item"));
+                answers[who] = LinuxFileManager(unrelated[who].environment()).removeItem(home.path("item"));
             };
             const std::jthread first(run, 0);
             const std::jthread second(run, 1);

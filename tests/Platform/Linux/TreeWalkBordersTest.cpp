@@ -54,7 +54,6 @@ TEST(TreeWalkBordersTest, EntersNoOtherFileSystemBelowItsRoot)
     const bool isPermitted = withPrivateMounts([&] {
         const QByteArray covered = tree.path("covered").bytes();
         ASSERT_EQ(::mount("tmpfs", covered.constData(), "tmpfs", 0, nullptr), 0);
-        TemporaryTree elsewhere;
         tree.addFile("covered/folder/on the other file system", 3000);
 
         EXPECT_EQ(measure(tree.path()).fileCount, 1);
@@ -82,6 +81,9 @@ TEST(TreeWalkBordersTest, EntersNeitherFoldersNorFilesMountedFromTheSameFileSyst
 
 TEST(TreeWalkBordersTest, CountsAllWhereTheEndOfAFolderIsNotMarked)
 {
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "It starts a program from its second thread, after which the sanitizer loses sight of our locks.";
+#endif
     TemporaryTree tree;
     tree.addFolder("memory");
 
