@@ -1,5 +1,5 @@
 #include "Platform/Linux/TemporaryHome.h"
-#include "Platform/Linux/PlainFork.h"
+#include "Platform/Linux/SpawnedProgram.h"
 
 #include <QFileInfo>
 

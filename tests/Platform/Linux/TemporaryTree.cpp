@@ -1,10 +1,9 @@
 #include "Platform/Linux/TemporaryTree.h"
-#include "Platform/Linux/PlainFork.h"
+#include "Platform/Linux/SpawnedProgram.h"
 
 #include "Platform/Linux/FileDescriptor.h"
 
 #include <QFile>
-#include <QProcess>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -91,13 +90,12 @@ void TemporaryTree::addBush(const QByteArray &relative, int depth, int width, in
 
 TreeSize sizeByFind(const FilePath &folder)
 {
-    QProcess find;
-    forkPlainly(find);
-    find.start(u"find"_qs,
-               {QFile::decodeName(folder.bytes()), u"-xdev"_qs, u"-type"_qs, u"f"_qs, u"-printf"_qs, u"%b\\n"_qs});
-    check(find.waitForFinished(-1), "find");
+    const QStringList arguments
+        = {QFile::decodeName(folder.bytes()), u"-xdev"_qs, u"-type"_qs, u"f"_qs, u"-printf"_qs, u"%b\\n"_qs};
+    QByteArray lines;
+    check(runProgram(u"find"_qs, arguments, &lines) >= 0, "find");
     TreeSize size;
-    for (const QByteArray &blocks : find.readAllStandardOutput().split('\n')) {
+    for (const QByteArray &blocks : lines.split('\n')) {
         if (!blocks.isEmpty())
             size += {blocks.toLongLong() * 512, 1};
     }

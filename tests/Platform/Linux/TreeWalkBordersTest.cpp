@@ -1,5 +1,5 @@
 #include "Platform/Linux/Need.h"
-#include "Platform/Linux/PlainFork.h"
+#include "Platform/Linux/SpawnedProgram.h"
 #include "Platform/Linux/RestrictedThread.h"
 #include "Platform/Linux/TemporaryTree.h"
 #include "Platform/Linux/TreeWalk.h"
@@ -81,9 +81,6 @@ TEST(TreeWalkBordersTest, EntersNeitherFoldersNorFilesMountedFromTheSameFileSyst
 
 TEST(TreeWalkBordersTest, CountsAllWhereTheEndOfAFolderIsNotMarked)
 {
-#ifdef __SANITIZE_THREAD__
-    GTEST_SKIP() << "It starts a program from its second thread, after which the sanitizer loses sight of our locks.";
-#endif
     TemporaryTree tree;
     tree.addFolder("memory");
 
