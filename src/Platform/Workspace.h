@@ -22,6 +22,15 @@ struct RunningApplication
     bool operator==(const RunningApplication &) const = default;
 };
 
+/// An application that the desktop knows, whether it runs or not.
+struct InstalledApplication
+{
+    FilePath location; ///< The folder or file that it is.
+    QString icon; ///< A name of the desktop's icon theme, or the absolute path of a picture. Empty when there is none.
+
+    bool operator==(const InstalledApplication &) const = default;
+};
+
 /// What the desktop knows of applications. Safe to call from any thread.
 class Workspace
 {
@@ -30,6 +39,12 @@ public:
 
     /// The user's own, in the order in which they were started.
     [[nodiscard]] virtual QList<RunningApplication> runningApplications() const = 0;
+    /// The one that the program knows by @p bundleIdentifier. Nothing when it is not installed.
+    [[nodiscard]] virtual std::optional<InstalledApplication>
+    applicationWithIdentifier(const QString &bundleIdentifier) const = 0;
+    /// Asks @p application to quit, as its own menu does, and does not wait. It may take its time, ask the user or go
+    /// on. Never speaks to another process that has come to its number. False when it has gone or may not be asked.
+    [[nodiscard]] virtual bool terminate(const RunningApplication &application) const = 0;
     /// Ends @p application at once, without asking it. Never touches another process that has come to its number.
     /// False when it has gone or may not be ended.
     [[nodiscard]] virtual bool forceTerminate(const RunningApplication &application) const = 0;

@@ -67,6 +67,18 @@ ProfessionalCleanupViewModel *ViewModelFactory::makeProfessionalCleanup(QObject 
                                             m_services.history, m_machine.files, m_machine.clock, screen);
 }
 
+BrowsersViewModel *ViewModelFactory::makeBrowsers(QObject *screen)
+{
+    return new BrowsersViewModel(makeScanner(), BrowserService(m_machine.files, m_machine.places, m_machine.workspace),
+                                 CleanupService(m_machine.files, m_machine.places), m_services.history, m_machine.clock,
+                                 screen);
+}
+
+SystemDataViewModel *ViewModelFactory::makeSystemData(QObject *screen)
+{
+    return new SystemDataViewModel(makeScanner(), m_machine.files, m_machine.places, screen);
+}
+
 HistoryViewModel *ViewModelFactory::makeHistory(QObject *screen) const
 {
     return new HistoryViewModel(m_services.history, m_machine.files, screen);

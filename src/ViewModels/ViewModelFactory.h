@@ -1,12 +1,14 @@
 #pragma once
 
 #include "Platform/Machine.h"
+#include "ViewModels/BrowsersViewModel.h"
 #include "ViewModels/DashboardViewModel.h"
 #include "ViewModels/HistoryViewModel.h"
 #include "ViewModels/ProfessionalCleanupViewModel.h"
 #include "ViewModels/ResourceMonitorViewModel.h"
 #include "ViewModels/SafeCleanupViewModel.h"
 #include "ViewModels/SidebarListModel.h"
+#include "ViewModels/SystemDataViewModel.h"
 
 namespace Quillmere {
 
@@ -36,6 +38,8 @@ public:
     Q_INVOKABLE [[nodiscard]] Quillmere::ResourceMonitorViewModel *makeResourceMonitor(QObject *card) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::SafeCleanupViewModel *makeSafeCleanup(QObject *screen);
     Q_INVOKABLE [[nodiscard]] Quillmere::ProfessionalCleanupViewModel *makeProfessionalCleanup(QObject *screen);
+    Q_INVOKABLE [[nodiscard]] Quillmere::BrowsersViewModel *makeBrowsers(QObject *screen);
+    Q_INVOKABLE [[nodiscard]] Quillmere::SystemDataViewModel *makeSystemData(QObject *screen);
     Q_INVOKABLE [[nodiscard]] Quillmere::HistoryViewModel *makeHistory(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::SidebarListModel *makeSidebar(QObject *screen) const;
 

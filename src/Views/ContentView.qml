@@ -28,6 +28,10 @@ FocusScope {
             return "SafeCleanup/SafeCleanupView.qml";
         case SidebarTab.ProfessionalCleanup:
             return "ProfessionalCleanup/ProfessionalCleanupView.qml";
+        case SidebarTab.Browsers:
+            return "Browsers/BrowsersView.qml";
+        case SidebarTab.SystemData:
+            return "SystemData/SystemDataView.qml";
         case SidebarTab.History:
             return "History/HistoryView.qml";
         default:

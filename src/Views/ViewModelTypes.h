@@ -1,6 +1,8 @@
 #pragma once
 
 #include "App/AppState.h"
+#include "ViewModels/BrowserProfileListModel.h"
+#include "ViewModels/BrowsersViewModel.h"
 #include "ViewModels/CleanupCategoryListModel.h"
 #include "ViewModels/CleanupReport.h"
 #include "ViewModels/CleanupViewModel.h"
@@ -11,6 +13,8 @@
 #include "ViewModels/ResourceMonitorViewModel.h"
 #include "ViewModels/SafeCleanupViewModel.h"
 #include "ViewModels/SidebarListModel.h"
+#include "ViewModels/SystemCategoryListModel.h"
+#include "ViewModels/SystemDataViewModel.h"
 #include "ViewModels/ViewModelFactory.h"
 
 #include <QtQml/qqml.h>
@@ -24,6 +28,22 @@ struct AppStateType
     QML_FOREIGN(Quillmere::AppState)
     QML_NAMED_ELEMENT(AppState)
     QML_UNCREATABLE("The application makes it.")
+};
+
+struct BrowserProfileListModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::BrowserProfileListModel)
+    QML_NAMED_ELEMENT(BrowserProfileListModel)
+    QML_UNCREATABLE("A view model makes it.")
+};
+
+struct BrowsersViewModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::BrowsersViewModel)
+    QML_NAMED_ELEMENT(BrowsersViewModel)
+    QML_UNCREATABLE("The factory makes it.")
 };
 
 struct CleanupCategoryListModelType
@@ -130,6 +150,22 @@ Q_NAMESPACE
 QML_FOREIGN_NAMESPACE(Quillmere::SortFields)
 QML_NAMED_ELEMENT(SortField)
 } // namespace SortFieldType
+
+struct SystemCategoryListModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::SystemCategoryListModel)
+    QML_NAMED_ELEMENT(SystemCategoryListModel)
+    QML_UNCREATABLE("A view model makes it.")
+};
+
+struct SystemDataViewModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::SystemDataViewModel)
+    QML_NAMED_ELEMENT(SystemDataViewModel)
+    QML_UNCREATABLE("The factory makes it.")
+};
 
 namespace SystemStatusType {
 Q_NAMESPACE

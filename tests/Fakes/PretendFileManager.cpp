@@ -73,6 +73,13 @@ void PretendFileManager::refuse(const FilePath &path, Failure::Kind kind)
     find(path)->refusal = kind;
 }
 
+void PretendFileManager::addVolume(const FilePath &path)
+{
+    addFolder(path);
+    const std::scoped_lock guard(m_mutex);
+    m_volumes.insert(path);
+}
+
 void PretendFileManager::makeExecutable(const FilePath &path)
 {
     const std::scoped_lock lock(m_mutex);
@@ -205,6 +212,8 @@ bool PretendFileManager::measure(const FilePath &folder, TreeSize &size, const C
         const Node *child = find(path);
         if (!child || (child->type == FileType::Regular && child->locked))
             continue;
+        if (m_volumes.contains(path))
+            continue;
         if (child->type == FileType::Directory) {
             if (!measure(path, size, cancellation))
                 return false;
@@ -261,6 +270,22 @@ Result<VolumeCapacity> PretendFileManager::capacityOfVolume(const FilePath &, Ca
     if (!keys.testFlag(CapacityKey::Available))
         capacity.available.reset();
     return answer;
+}
+
+bool PretendFileManager::areOnSameVolume(const FilePath &one, const FilePath &other) const
+{
+    const std::scoped_lock guard(m_mutex);
+    const std::optional<FilePath> first = resolve(one);
+    const std::optional<FilePath> second = resolve(other);
+    return first && second && volumeOf(*first) == volumeOf(*second);
+}
+
+FilePath PretendFileManager::volumeOf(const FilePath &path) const
+{
+    FilePath folder = path;
+    while (!m_volumes.contains(folder))
+        folder = folder.deletingLastPathComponent();
+    return folder;
 }
 
 FilePath PretendFileManager::resolvingSymlinks(const FilePath &path) const

@@ -28,6 +28,7 @@ public:
     void refuse(const FilePath &path, Failure::Kind kind); ///< From now on it may not be trashed, removed or written.
     void setTemporaryDirectory(const FilePath &path);
     void makeExecutable(const FilePath &path);
+    void addVolume(const FilePath &path); ///< From now on another file system begins there.
     /// What every volume answers from now on, whatever is asked.
     void setCapacity(const Result<VolumeCapacity> &capacity);
     /// The same as long as @p keys are asked for, all of them and no others.
@@ -55,6 +56,7 @@ public:
     [[nodiscard]] Result<FileAttributes> attributesOfItem(const FilePath &path) const override;
     [[nodiscard]] bool isExecutableFile(const FilePath &path) const override;
     [[nodiscard]] Result<VolumeCapacity> capacityOfVolume(const FilePath &path, CapacityKeys keys) const override;
+    [[nodiscard]] bool areOnSameVolume(const FilePath &one, const FilePath &other) const override;
     [[nodiscard]] FilePath resolvingSymlinks(const FilePath &path) const override;
     [[nodiscard]] Result<FilePath> trashItem(const FilePath &path) const override;
     [[nodiscard]] Result<void> removeItem(const FilePath &path) const override;
@@ -86,6 +88,8 @@ private:
     /// Where @p path leads: links above it followed, as far as there is anything.
     FilePath placeOf(const FilePath &path) const;
     Result<Node *> findRemovable(const FilePath &path) const;
+    /// Where the file system begins that holds @p path, which is free of links.
+    FilePath volumeOf(const FilePath &path) const;
     /// False when it was stopped.
     bool measure(const FilePath &folder, TreeSize &size, const Cancellation &cancellation) const;
 
@@ -93,6 +97,7 @@ private:
     FilePath m_temporary = FilePath("/tmp");
     mutable std::recursive_mutex m_mutex;
     mutable std::map<QByteArray, Node> m_nodes;
+    QSet<FilePath> m_volumes = {FilePath("/")};
     mutable QList<FilePath> m_trashed;
     mutable QList<FilePath> m_removed;
     mutable int m_synchronizations = 0;

@@ -8,6 +8,30 @@ void PretendWorkspace::start(const RunningApplication &application)
     m_running.append(application);
 }
 
+void PretendWorkspace::install(const QString &bundleIdentifier, const InstalledApplication &application)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_installed.insert(bundleIdentifier, application);
+}
+
+void PretendWorkspace::uninstall(const QString &bundleIdentifier)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_installed.remove(bundleIdentifier);
+}
+
+void PretendWorkspace::letStay(qint32 pid)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_staying.append(pid);
+}
+
+QList<qint32> PretendWorkspace::askedToQuit() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_askedToQuit;
+}
+
 void PretendWorkspace::end(qint32 pid)
 {
     const std::scoped_lock lock(m_mutex);
@@ -37,6 +61,24 @@ QList<RunningApplication> PretendWorkspace::runningApplications() const
     const std::scoped_lock lock(m_mutex);
     ++m_listings;
     return m_running;
+}
+
+std::optional<InstalledApplication> PretendWorkspace::applicationWithIdentifier(const QString &bundleIdentifier) const
+{
+    const std::scoped_lock lock(m_mutex);
+    const auto found = m_installed.constFind(bundleIdentifier);
+    return found == m_installed.constEnd() ? std::nullopt : std::optional(*found);
+}
+
+bool PretendWorkspace::terminate(const RunningApplication &application) const
+{
+    const std::scoped_lock lock(m_mutex);
+    if (m_protected.contains(application.processIdentifier) || !m_running.contains(application))
+        return false;
+    m_askedToQuit.append(application.processIdentifier);
+    if (!m_staying.contains(application.processIdentifier))
+        m_running.removeOne(application);
+    return true;
 }
 
 bool PretendWorkspace::forceTerminate(const RunningApplication &application) const

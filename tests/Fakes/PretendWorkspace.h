@@ -2,6 +2,8 @@
 
 #include "Platform/Workspace.h"
 
+#include <QHash>
+
 #include <mutex>
 
 namespace Quillmere {
@@ -11,21 +13,33 @@ class PretendWorkspace final : public Workspace
 {
 public:
     void start(const RunningApplication &application);
+    void install(const QString &bundleIdentifier, const InstalledApplication &application = {});
+    void uninstall(const QString &bundleIdentifier);
     /// Takes it away as if it had ended of its own accord.
     void end(qint32 pid);
-    /// From now on it may not be ended.
+    /// From now on it may be neither asked nor forced to end.
     void protect(qint32 pid);
 
+    /// From now on it stays when it is asked to quit.
+    void letStay(qint32 pid);
+
+    [[nodiscard]] QList<qint32> askedToQuit() const; ///< In their order, also those that stayed.
     [[nodiscard]] QList<qint32> terminated() const; ///< Which were ended by force, in their order.
     [[nodiscard]] int listings() const; ///< How often the applications were asked for.
 
     [[nodiscard]] QList<RunningApplication> runningApplications() const override;
+    [[nodiscard]] std::optional<InstalledApplication>
+    applicationWithIdentifier(const QString &bundleIdentifier) const override;
+    [[nodiscard]] bool terminate(const RunningApplication &application) const override;
     [[nodiscard]] bool forceTerminate(const RunningApplication &application) const override;
 
 private:
     mutable std::mutex m_mutex;
     mutable QList<RunningApplication> m_running;
+    QHash<QString, InstalledApplication> m_installed;
     QList<qint32> m_protected;
+    QList<qint32> m_staying;
+    mutable QList<qint32> m_askedToQuit;
     mutable QList<qint32> m_terminated;
     mutable int m_listings = 0;
 };

@@ -33,6 +33,7 @@ ApplicationData read(const QString &name)
             {each[u"identifier"].toString().toUtf8(), texts(each[u"desktopIds"]), texts(each[u"executables"])});
     }
     data.sharedPrograms = texts(document[u"sharedPrograms"]);
+    data.sandboxPrograms = texts(document[u"sandboxPrograms"]);
     data.sharedFolders = texts(document[u"sharedFolders"]);
     return data;
 }
@@ -59,6 +60,12 @@ QByteArray ApplicationData::identifierOf(const QByteArray &desktopId) const
     return found == identities.end() ? desktopId : found->identifier;
 }
 
+QList<QByteArray> ApplicationData::desktopIdsOf(const QByteArray &identifier) const
+{
+    const auto found = std::ranges::find(identities, identifier, &Identity::identifier);
+    return found == identities.end() ? QList<QByteArray>{identifier} : found->desktopIds;
+}
+
 const ApplicationData::Identity *ApplicationData::identityOfExecutable(const FilePath &executable) const
 {
     const auto found = std::ranges::find_if(
@@ -69,6 +76,11 @@ const ApplicationData::Identity *ApplicationData::identityOfExecutable(const Fil
 bool ApplicationData::isSharedProgram(const FilePath &executable) const
 {
     return matchesAny(sharedPrograms, executable.lastPathComponent());
+}
+
+bool ApplicationData::isSandboxProgram(const FilePath &executable) const
+{
+    return sandboxPrograms.contains(executable.lastPathComponent());
 }
 
 FilePath ApplicationData::installFolderOf(const FilePath &executable, const FilePath &home) const

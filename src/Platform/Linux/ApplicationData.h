@@ -18,6 +18,7 @@ struct ApplicationData
 
     QList<Identity> identities;
     QList<QByteArray> sharedPrograms; ///< Patterns of names.
+    QList<QByteArray> sandboxPrograms; ///< Names.
     QList<QByteArray> sharedFolders; ///< "~" stands for the home.
 
     /// What is compiled into the program. Built once, on first use.
@@ -25,9 +26,13 @@ struct ApplicationData
 
     /// What the program calls the application that the desktop calls @p desktopId.
     [[nodiscard]] QByteArray identifierOf(const QByteArray &desktopId) const;
+    /// What the desktop may call the application that the program knows by @p identifier, the likeliest first.
+    [[nodiscard]] QList<QByteArray> desktopIdsOf(const QByteArray &identifier) const;
     /// The identity whose program @p executable is; none is nullptr.
     [[nodiscard]] const Identity *identityOfExecutable(const FilePath &executable) const;
     [[nodiscard]] bool isSharedProgram(const FilePath &executable) const;
+    /// It stands around an application and is none itself.
+    [[nodiscard]] bool isSandboxProgram(const FilePath &executable) const;
     /// The folder that holds @p executable and nothing of other applications; empty when it lies among others.
     [[nodiscard]] FilePath installFolderOf(const FilePath &executable, const FilePath &home) const;
 };

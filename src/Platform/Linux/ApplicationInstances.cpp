@@ -26,6 +26,23 @@ bool belongsToAncestor(const TracedProcess &process, const TracedProcesses &proc
     return false;
 }
 
+bool descendsFrom(const TracedProcess &process, pid_t ancestor, const TracedProcesses &processes)
+{
+    pid_t parent = process.stat.parent;
+    for (qsizetype steps = 0; steps < processes.size() && parent != ancestor; ++steps) {
+        const auto next = processes.constFind(parent);
+        if (next == processes.constEnd())
+            return false;
+        parent = next->stat.parent;
+    }
+    return parent == ancestor;
+}
+
+auto age(const TracedProcess &process)
+{
+    return std::tuple(process.stat.startTime, process.stat.pid);
+}
+
 } // namespace
 
 QList<TracedProcess> firstProcesses(const TracedProcesses &processes)
@@ -35,9 +52,7 @@ QList<TracedProcess> firstProcesses(const TracedProcesses &processes)
         if (process.trace.entry && !belongsToAncestor(process, processes))
             candidates.append(process);
     }
-    std::ranges::sort(candidates, {}, [](const TracedProcess &process) {
-        return std::tuple(process.stat.startTime, process.stat.pid);
-    });
+    std::ranges::sort(candidates, {}, age);
 
     QList<TracedProcess> first;
     QSet<QByteArray> units;
@@ -53,6 +68,19 @@ QList<TracedProcess> firstProcesses(const TracedProcesses &processes)
             first.append(process);
     }
     return first;
+}
+
+QList<TracedProcess> processesOfInstance(const TracedProcess &first, const TracedProcesses &processes)
+{
+    const QByteArray &unit = first.trace.unit;
+    QList<TracedProcess> found;
+    for (const TracedProcess &process : processes) {
+        if (process.stat.pid == first.stat.pid || (!unit.isEmpty() && process.trace.unit == unit)
+            || descendsFrom(process, first.stat.pid, processes))
+            found.append(process);
+    }
+    std::ranges::sort(found, {}, age);
+    return found;
 }
 
 } // namespace Quillmere

@@ -21,4 +21,7 @@ using TracedProcesses = QHash<pid_t, TracedProcess>;
 /// application's oldest process, is none of its own.
 [[nodiscard]] QList<TracedProcess> firstProcesses(const TracedProcesses &processes);
 
+/// The processes of the instance that @p first is the first process of, itself included, the oldest first.
+[[nodiscard]] QList<TracedProcess> processesOfInstance(const TracedProcess &first, const TracedProcesses &processes);
+
 } // namespace Quillmere

@@ -5,6 +5,7 @@
 #include "Platform/Linux/FolderListing.h"
 #include "Platform/Linux/ItemPlace.h"
 #include "Platform/Linux/LinkResolution.h"
+#include "Platform/Linux/Mount.h"
 #include "Platform/Linux/OpenAt.h"
 #include "Platform/Linux/TreeRemoval.h"
 #include "Platform/Linux/TreeWalk.h"
@@ -122,6 +123,18 @@ bool LinuxFileManager::isExecutableFile(const FilePath &path) const
 Result<VolumeCapacity> LinuxFileManager::capacityOfVolume(const FilePath &path, CapacityKeys keys) const
 {
     return m_capacities.ask(path, keys);
+}
+
+bool LinuxFileManager::areOnSameVolume(const FilePath &one, const FilePath &other) const
+{
+    const auto first = resolveLinks(one);
+    const auto second = resolveLinks(other);
+    if (!first || !second)
+        return false;
+    const QList<MountEntry> table = mountTable();
+    const auto firstMount = mountThatHolds(*first, table);
+    const auto secondMount = mountThatHolds(*second, table);
+    return firstMount && secondMount && firstMount->device == secondMount->device;
 }
 
 FilePath LinuxFileManager::resolvingSymlinks(const FilePath &path) const

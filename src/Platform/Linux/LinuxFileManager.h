@@ -24,6 +24,7 @@ public:
     [[nodiscard]] Result<FileAttributes> attributesOfItem(const FilePath &path) const override;
     [[nodiscard]] bool isExecutableFile(const FilePath &path) const override;
     [[nodiscard]] Result<VolumeCapacity> capacityOfVolume(const FilePath &path, CapacityKeys keys) const override;
+    [[nodiscard]] bool areOnSameVolume(const FilePath &one, const FilePath &other) const override;
     [[nodiscard]] FilePath resolvingSymlinks(const FilePath &path) const override;
     [[nodiscard]] Result<FilePath> trashItem(const FilePath &path) const override;
     [[nodiscard]] Result<void> removeItem(const FilePath &path) const override;

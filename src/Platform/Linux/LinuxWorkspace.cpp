@@ -3,6 +3,7 @@
 #include "Platform/Linux/ApplicationData.h"
 #include "Platform/Linux/ApplicationInstances.h"
 
+#include <algorithm>
 #include <csignal>
 
 #include <sys/syscall.h>
@@ -73,17 +74,50 @@ QList<RunningApplication> LinuxWorkspace::runningApplications() const
     return applications;
 }
 
+std::optional<InstalledApplication> LinuxWorkspace::applicationWithIdentifier(const QString &bundleIdentifier) const
+{
+    const std::shared_ptr<const ApplicationIndex> entries = index();
+    for (const QByteArray &id : ApplicationData::builtIn().desktopIdsOf(bundleIdentifier.toUtf8())) {
+        if (const DesktopEntry *entry = entries->byId(id)) {
+            const FilePath &program = entry->executable;
+            return InstalledApplication{program.isEmpty() ? entry->file : entries->locationOf(program), entry->icon};
+        }
+    }
+    return std::nullopt;
+}
+
+bool LinuxWorkspace::terminate(const RunningApplication &application) const
+{
+    const std::shared_ptr<const ApplicationIndex> entries = index();
+    const TracedProcesses processes = ownProcesses(m_processes, *entries);
+    const auto first = processes.constFind(application.processIdentifier);
+    if (first == processes.constEnd() || first->stat.startTime != application.launchTime)
+        return false;
+    // What ends the sandbox ends the application without asking it.
+    const QList<TracedProcess> instance = processesOfInstance(*first, processes);
+    const bool isSandboxed = ApplicationData::builtIn().isSandboxProgram(programOf(first->stat.pid, m_processes));
+    const auto asked = std::ranges::find_if(instance, [&](const TracedProcess &process) {
+        return !isSandboxed || !ApplicationData::builtIn().isSandboxProgram(programOf(process.stat.pid, m_processes));
+    });
+    return asked != instance.end() && send(SIGTERM, asked->stat.pid, asked->stat.startTime);
+}
+
 bool LinuxWorkspace::forceTerminate(const RunningApplication &application) const
+{
+    return send(SIGKILL, application.processIdentifier, application.launchTime);
+}
+
+bool LinuxWorkspace::send(int signal, pid_t pid, quint64 startTime) const
 {
     // From here on the descriptor means this process and no later one of its number; whether it is the right one shows
     // behind it.
-    const FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, application.processIdentifier, 0)));
+    const FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, pid, 0)));
     if (!process.isOpen())
         return false;
-    const std::optional<ProcessStat> stat = m_processes.stat(application.processIdentifier);
-    if (!stat || stat->hasEnded() || stat->startTime != application.launchTime)
+    const std::optional<ProcessStat> stat = m_processes.stat(pid);
+    if (!stat || stat->hasEnded() || stat->startTime != startTime)
         return false;
-    return ::syscall(SYS_pidfd_send_signal, process.number(), SIGKILL, nullptr, 0) == 0;
+    return ::syscall(SYS_pidfd_send_signal, process.number(), signal, nullptr, 0) == 0;
 }
 
 } // namespace Quillmere

@@ -11,7 +11,7 @@ namespace Quillmere {
 
 /// Applications are what the desktop's entries show, so a program without an entry is none.
 /// An application's location is the folder that it alone is installed in, or else its program's file; the text that is
-/// run where the program is an interpreter; none where not even that can be told. Launch times are clock ticks from the
+/// run where the program is an interpreter; where not even that can be told, its entry, or none for a running one. Launch times are clock ticks from the
 /// machine's start.
 class LinuxWorkspace final : public Workspace
 {
@@ -20,10 +20,16 @@ public:
     LinuxWorkspace(FilePath home, QList<FilePath> entries, const FilePath &proc = FilePath("/proc"));
 
     [[nodiscard]] QList<RunningApplication> runningApplications() const override;
+    [[nodiscard]] std::optional<InstalledApplication>
+    applicationWithIdentifier(const QString &bundleIdentifier) const override;
+    /// By SIGTERM to the application itself, also where its first process is the sandbox around it.
+    [[nodiscard]] bool terminate(const RunningApplication &application) const override;
     [[nodiscard]] bool forceTerminate(const RunningApplication &application) const override;
 
 private:
     [[nodiscard]] std::shared_ptr<const ApplicationIndex> index() const;
+    /// False when that process has ended, also where a later one has its number.
+    [[nodiscard]] bool send(int signal, pid_t pid, quint64 startTime) const;
 
     FilePath m_home;
     QList<FilePath> m_folders;

@@ -55,7 +55,7 @@ QList<MountEntry> parseMountTable(const QByteArray &text)
         const QList<QByteArray> fields = line.split(' ');
         const qsizetype hyphen = fields.indexOf("-", 6);
         if (hyphen >= 0 && hyphen + 1 < fields.size())
-            entries.append({FilePath(withoutEscapes(fields.at(4))), fields.at(hyphen + 1)});
+            entries.append({FilePath(withoutEscapes(fields.at(4))), fields.at(hyphen + 1), fields.at(2)});
     }
     return entries;
 }

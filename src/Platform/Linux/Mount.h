@@ -18,6 +18,7 @@ struct MountEntry
 {
     FilePath location;
     QByteArray type; ///< As the kernel calls it: "ext4", "nfs4", "fuse.sshfs".
+    QByteArray device; ///< "major:minor": one file system has one, however often and in whatever parts it is mounted.
 
     bool operator==(const MountEntry &) const = default;
 };

@@ -34,7 +34,8 @@ void takeExisting(const FilePath &folder, std::span<const QByteArray> names, con
 
     QList<QByteArray> matching;
     for (const DirectoryEntry &entry : files.contentsOfDirectory(folder, HiddenFiles::Include).valueOr({})) {
-        if (PlacePattern::nameMatches(names.front(), entry.path.lastPathComponent()))
+        const bool leadsElsewhere = entry.type == FileType::SymbolicLink && names.size() > 1;
+        if (!leadsElsewhere && PlacePattern::nameMatches(names.front(), entry.path.lastPathComponent()))
             matching.append(entry.path.lastPathComponent());
     }
     std::ranges::sort(matching);

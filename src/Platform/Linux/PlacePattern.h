@@ -15,7 +15,8 @@ struct PlacePattern
     /// @p item is taken as standardized.
     [[nodiscard]] bool isAtOrInside(const FilePath &item, const FileManager &files) const;
 
-    /// What exists of it now, links among it included: folders in the order of their names.
+    /// What exists of it now, in the order of the names, links among it included. A `*` that is not the last name never
+    /// stands for a link: anything may have been put there, and what a link leads to is elsewhere.
     [[nodiscard]] QList<FilePath> existing(const FileManager &files) const;
 
     [[nodiscard]] static bool nameMatches(const QByteArray &pattern, const QByteArray &name);

@@ -116,22 +116,22 @@ TEST(VolumeCapacitiesTest, TakesTheAnswerOfAVolumeThatHasComeBack)
     EXPECT_EQ(capacity.value(), (VolumeCapacity{1000, 400, 400}));
 }
 
-TEST(MountTableTest, ReadsLocationAndTypeBehindAnyNumberOfOptionalFields)
+TEST(MountTableTest, ReadsLocationTypeAndDeviceAmongAnyNumberOfOptionalFields)
 {
     const QByteArray text = "22 1 8:1 / / rw,relatime - ext4 /dev/sda1 rw\n"
                             "30 22 0:26 / /mnt/a\\040share rw shared:1 master:2 - nfs4 server:/export rw\n"
                             "broken line\n";
 
     EXPECT_THAT(parseMountTable(text),
-                ElementsAre(MountEntry{FilePath("/"), "ext4"}, MountEntry{FilePath("/mnt/a share"), "nfs4"}));
+                ElementsAre(MountEntry{FilePath("/"), "ext4", "8:1"}, MountEntry{FilePath("/mnt/a share"), "nfs4", "0:40"}));
 }
 
 TEST(MountTableTest, FindsTheInnermostMountAndOfTwoOnOnePlaceTheLater)
 {
-    const QList<MountEntry> table = {{FilePath("/"), "ext4"},
-                                     {FilePath("/mnt"), "nfs4"},
-                                     {FilePath("/mnt"), "tmpfs"},
-                                     {FilePath("/mnt/deep"), "cifs"}};
+    const QList<MountEntry> table = {{FilePath("/"), "ext4", "8:1"},
+                                     {FilePath("/mnt"), "nfs4", "0:40"},
+                                     {FilePath("/mnt"), "tmpfs", "0:41"},
+                                     {FilePath("/mnt/deep"), "cifs", "0:42"}};
 
     EXPECT_EQ(mountThatHolds(FilePath("/mnt/deep/er"), table)->type, "cifs");
     EXPECT_EQ(mountThatHolds(FilePath("/mnt/other"), table)->type, "tmpfs");

@@ -1,0 +1,205 @@
+#include "ViewModels/SystemDataViewModel.h"
+
+#include "Services/DiskSpaceService.h"
+#include "Utilities/BackgroundWork.h"
+#include "Utilities/ByteCountFormatter.h"
+#include "Utilities/LocalizationManager.h"
+#include "Values/CancellationError.h"
+
+#include <algorithm>
+#include <functional>
+#include <numeric>
+#include <optional>
+
+namespace Quillmere {
+
+namespace {
+
+FilePath startUpVolume()
+{
+    return FilePath("/");
+}
+
+/// Nothing once the scanner was stopped. A walk that fails counts as 0.
+std::optional<qint64> sizeOf(const QList<FilePath> &folders, ScannerService &scanner, const std::stop_token &task)
+{
+    const auto isStopped = [&] { return scanner.isCancelled() || task.stop_requested(); };
+    qint64 size = 0;
+    for (const FilePath &folder : folders) {
+        if (isStopped())
+            break;
+        try {
+            size += scanner.scanDirectory(folder, task).allocatedSize;
+        } catch (const std::exception &) {
+            continue;
+        }
+    }
+    return isStopped() ? std::nullopt : std::optional(size);
+}
+
+} // namespace
+
+struct SystemDataViewModel::MeasuredCategory
+{
+    double progress; ///< When its walk starts.
+    QString name;
+    QByteArray folder; ///< Absolute, or relative to the home.
+    SliceColor color;
+    QString icon;
+
+    [[nodiscard]] FilePath folderOn(const FileManager &files) const
+    {
+        return folder.startsWith('/') ? FilePath(folder) : files.homeDirectory().appending(folder);
+    }
+};
+
+const std::array<SystemDataViewModel::MeasuredCategory, 4> &SystemDataViewModel::measuredCategories()
+{
+    static const std::array<MeasuredCategory, 4> categories = {{
+        {0.3, u"Applications"_qs, "/Applications", SliceColor::Blue, u"app.gift"_qs},
+        {0.5, u"Documents"_qs, "Documents", SliceColor::Green, u"doc"_qs},
+        {0.7, u"Developer"_qs, "Library/Developer", SliceColor::Purple, u"hammer"_qs},
+        {0.9, u"Caches"_qs, "Library/Caches", SliceColor::Orange, u"archivebox"_qs},
+    }};
+    return categories;
+}
+
+SystemDataViewModel::SystemDataViewModel(std::shared_ptr<ScannerService> scanner,
+                                         std::shared_ptr<const FileManager> files,
+                                         std::shared_ptr<const Places> places, QObject *parent)
+    : QObject(parent)
+    , m_scanner(std::move(scanner))
+    , m_files(std::move(files))
+    , m_places(std::move(places))
+{
+    connect(&Localizer::shared(), &Localizer::languageChanged, this, &SystemDataViewModel::capacityChanged);
+}
+
+SystemDataViewModel::~SystemDataViewModel()
+{
+    m_scan.request_stop();
+}
+
+QString SystemDataViewModel::totalCapacityText() const
+{
+    return formatByteCount(m_totalDiskSize);
+}
+
+void SystemDataViewModel::appear()
+{
+    if (m_storageItems.items().isEmpty())
+        startScan();
+}
+
+void SystemDataViewModel::cancelScan()
+{
+    m_scanner->cancelScan();
+}
+
+QCoro::Task<> SystemDataViewModel::scanStorage()
+{
+    beginScan();
+    const QPointer self(this);
+    const std::stop_source task = m_scan;
+
+    auto asking = inBackground([files = m_files] { return DiskSpaceService::getDiskSpace(startUpVolume(), *files); });
+    const DiskSpaceService::DiskSpaceInfo space = co_await asking;
+    if (!self || m_scan != task)
+        co_return;
+    m_totalDiskSize = space.totalSpace;
+    m_freeDiskSize = space.freeSpace;
+    Q_EMIT capacityChanged();
+
+    const auto progress = [self, task](double fraction) {
+        onMainQueue(self, [task, fraction](SystemDataViewModel &model) {
+            if (model.m_scan == task && model.m_isScanning)
+                model.setScanProgress(fraction);
+        });
+    };
+    auto measuring = inBackground([scanner = m_scanner, files = m_files, places = m_places, progress,
+                                   token = task.get_token()]() -> std::optional<Sizes> {
+        const std::array<QList<FilePath>, 4> folders = distinctFolders(*files, *places);
+        Sizes sizes = {};
+        for (size_t i = 0; i < sizes.size(); ++i) {
+            progress(measuredCategories().at(i).progress);
+            const std::optional<qint64> size = sizeOf(folders.at(i), *scanner, token);
+            if (!size)
+                return std::nullopt;
+            sizes.at(i) = *size;
+        }
+        return sizes;
+    });
+    const std::optional<Sizes> sizes = co_await measuring;
+    if (self && m_scan == task)
+        endScan(sizes ? itemsOf(*sizes) : QList<SystemCategoryItem>());
+}
+
+void SystemDataViewModel::beginScan()
+{
+    m_scan.request_stop();
+    m_scan = {};
+    m_scanner->resetCancellation();
+    m_isScanning = true;
+    setScanProgress(0.1);
+    m_storageItems.setItems({}, 0);
+    Q_EMIT phaseChanged();
+}
+
+void SystemDataViewModel::endScan(const QList<SystemCategoryItem> &items)
+{
+    if (!items.isEmpty()) {
+        m_storageItems.setItems(items, m_totalDiskSize);
+        setScanProgress(1.0);
+    }
+    m_isScanning = false;
+    Q_EMIT phaseChanged();
+}
+
+void SystemDataViewModel::setScanProgress(double progress)
+{
+    m_scanProgress = progress;
+    Q_EMIT progressChanged();
+}
+
+QList<SystemCategoryItem> SystemDataViewModel::itemsOf(const Sizes &sizes) const
+{
+    QList<SystemCategoryItem> items;
+    const auto add = [&](const QString &name, qint64 size, SliceColor color, const QString &icon) {
+        items.append({QUuid::createUuid(), name, size, color, icon});
+    };
+    for (size_t i = 0; i < sizes.size(); ++i) {
+        const MeasuredCategory &category = measuredCategories().at(i);
+        add(category.name, sizes.at(i), category.color, category.icon);
+    }
+    const qint64 measured = std::accumulate(sizes.begin(), sizes.end(), qint64(0));
+    const qint64 remainder = std::max<qint64>(m_totalDiskSize - m_freeDiskSize - measured, 0);
+    add(u"macOS System"_qs, remainder, SliceColor::Gray, u"apple.logo"_qs);
+    add(u"Free Space"_qs, m_freeDiskSize, SliceColor::Teal, u"circle.dotted"_qs);
+    return items;
+}
+
+std::array<QList<FilePath>, 4> SystemDataViewModel::distinctFolders(const FileManager &files, const Places &places)
+{
+    std::array<QList<FilePath>, 4> folders;
+    QList<FilePath> taken;
+    const auto take = [&](size_t category, const FilePath &folder) {
+        const bool isTaken = std::ranges::any_of(taken, [&](const FilePath &known) {
+            return folder.isWithin(known) || known.isWithin(folder);
+        });
+        if (isTaken || !files.areOnSameVolume(folder, startUpVolume()))
+            return;
+        taken.append(folder);
+        folders.at(category).append(folder);
+    };
+    for (size_t i = 0; i < folders.size(); ++i) {
+        const FilePath own = measuredCategories().at(i).folderOn(files);
+        take(i, files.resolvingSymlinks(own.deletingLastPathComponent()).appending(own.lastPathComponent()));
+    }
+    for (size_t i = 0; i < folders.size(); ++i) {
+        for (const PlaceEntry &entry : places.entriesBehind(measuredCategories().at(i).name))
+            take(i, files.resolvingSymlinks(entry.path));
+    }
+    return folders;
+}
+
+} // namespace Quillmere
