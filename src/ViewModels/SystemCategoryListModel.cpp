@@ -57,7 +57,7 @@ QVariant SystemCategoryListModel::data(const QModelIndex &index, int role) const
     case LabelRole:
         return localizedCategoryName(item.name);
     case ColorRole:
-        return QVariant::fromValue(item.color);
+        return static_cast<int>(item.color);
     case IconRole:
         return item.icon;
     case SizeTextRole:

@@ -14,7 +14,7 @@ class SystemCategoryListModel final : public QAbstractListModel
 public:
     enum Role {
         LabelRole = Qt::UserRole + 1,
-        ColorRole,
+        ColorRole, ///< A SliceColor as a number.
         IconRole,
         SizeTextRole,
         PercentageTextRole, ///< Of the whole disk, with one decimal.

@@ -72,6 +72,15 @@ QtObject {
     readonly property color diskStart: dark ? "#4B8FF0" : "#2F80E4"
     readonly property color diskEnd: dark ? "#A878F0" : "#8A4BD6"
 
+    // Slices of a disk. Their lightness differs, so that they stay apart for whoever does not see red, green or blue.
+    readonly property color sliceBlue: dark ? "#3F82EA" : "#2F7BE0"
+    readonly property color sliceGreen: dark ? "#4CC47A" : "#1E8746"
+    readonly property color slicePurple: dark ? "#C3A0FA" : "#6030AE"
+    readonly property color sliceOrange: dark ? "#E0852A" : "#D06A08"
+    readonly property color sliceGray: dark ? "#73868D" : "#4C5C64"
+    readonly property color sliceTeal: dark ? "#6BE5DF" : "#12A29D"
+    readonly property list<color> slices: [sliceBlue, sliceGreen, slicePurple, sliceOrange, sliceGray, sliceTeal]
+
     // Switch
     readonly property color switchOff: dark ? "#647A81" : "#84969C"
     readonly property color switchOnDisabled: dark ? "#1C4149" : "#A9CDD3"

@@ -78,6 +78,11 @@ ApplicationIconProvider::ApplicationIconProvider()
 {
 }
 
+bool ApplicationIconProvider::hasPicture(const QString &name)
+{
+    return !icon(name, {usualSide, usualSide}).isNull();
+}
+
 QPixmap ApplicationIconProvider::requestPixmap(const QString &id, QSize *size, const QSize &requestedSize)
 {
     const QSize side(requestedSize.width() > 0 ? requestedSize.width() : usualSide,

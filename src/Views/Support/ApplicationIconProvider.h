@@ -12,6 +12,9 @@ class ApplicationIconProvider final : public QQuickImageProvider
 public:
     ApplicationIconProvider();
 
+    /// Whether there is a picture behind @p icon, and not only the letter.
+    [[nodiscard]] static bool hasPicture(const QString &icon);
+
     QPixmap requestPixmap(const QString &id, QSize *size, const QSize &requestedSize) override;
 };
 
