@@ -197,6 +197,22 @@ Result<TreeSize> PretendFileManager::measureTree(const FilePath &folder, const C
     return size;
 }
 
+/// Lets others at the disk for a while.
+class PretendFileManager::Unlocked
+{
+public:
+    explicit Unlocked(std::recursive_mutex &mutex)
+        : m_mutex(mutex)
+    {
+        m_mutex.unlock();
+    }
+    ~Unlocked() { m_mutex.lock(); }
+    Q_DISABLE_COPY_MOVE(Unlocked)
+
+private:
+    std::recursive_mutex &m_mutex;
+};
+
 bool PretendFileManager::measure(const FilePath &folder, TreeSize &size, const Cancellation &cancellation) const
 {
     const Node *node = find(folder);
@@ -205,8 +221,10 @@ bool PretendFileManager::measure(const FilePath &folder, TreeSize &size, const C
     const QList<QByteArray> children = node->children;
     for (const QByteArray &name : children) {
         const FilePath path = folder.appending(name);
-        if (m_onMeasure)
+        if (m_onMeasure) {
+            const Unlocked whileItLooks(m_mutex);
             m_onMeasure(path);
+        }
         if (cancellation.isRequested())
             return false;
         const Node *child = find(path);

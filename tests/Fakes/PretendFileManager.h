@@ -90,7 +90,8 @@ private:
     Result<Node *> findRemovable(const FilePath &path) const;
     /// Where the file system begins that holds @p path, which is free of links.
     FilePath volumeOf(const FilePath &path) const;
-    /// False when it was stopped.
+    class Unlocked;
+    /// Locked once by the caller. False when it was stopped.
     bool measure(const FilePath &folder, TreeSize &size, const Cancellation &cancellation) const;
 
     FilePath m_home;

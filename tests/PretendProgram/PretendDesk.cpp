@@ -28,6 +28,10 @@ constexpr Application applications[] = {
     {"System Indexer", "com.apple.indexer", "", 0.0, 52},
 };
 
+constexpr const char *browsers[] = {
+    "com.google.Chrome", "org.mozilla.firefox", "com.brave.Browser", "com.microsoft.edgemac", "com.operasoftware.Opera",
+};
+
 constexpr qint64 bytesOfDisk = 512'110'000'000;
 
 } // namespace
@@ -55,6 +59,8 @@ void fillPretendDesk(PretendMachine &machine, const PretendLoad &load)
     const qint64 free = bytesOfDisk * (100 - load.disk) / 100;
     machine.files->setCapacity(VolumeCapacity{bytesOfDisk, free, free});
     machine.installTrafficFilter();
+    for (const char *browser : browsers)
+        machine.workspace->install(QString::fromLatin1(browser));
 }
 
 PretendLife::PretendLife(PretendMachine machine, const PretendLoad &load)
