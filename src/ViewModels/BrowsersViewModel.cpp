@@ -83,7 +83,7 @@ QCoro::Task<> BrowsersViewModel::cleanBrowserData(BrowserProfile profile)
     setCleaning(true, 0.1);
 
     // The run outlives the screen, so all that is needed at its end is taken along now.
-    const UnfinishedRuns::Token unfinished(UnfinishedRuns::shared());
+    std::optional<UnfinishedRuns::Token> unfinished(std::in_place, UnfinishedRuns::shared());
     const QPointer self(this);
     HistoryService &history = m_history;
     const std::shared_ptr<const Clock> clock = m_clock;
@@ -104,6 +104,8 @@ QCoro::Task<> BrowsersViewModel::cleanBrowserData(BrowserProfile profile)
         history.save(logOf(profile, result.value(), clock->now()));
     else
         printDiagnostic(u"Failed to clean browser data: "_qs, result.failure());
+    // What follows only shows: the program need not wait for it.
+    unfinished.reset();
     if (result && self) {
         const auto detecting = detectBrowsers();
         co_await detecting;

@@ -32,6 +32,15 @@ protected:
         machine.workspace->start(application);
     }
 
+    /// Opens the screen and waits until it has detected what there is.
+    Person openDetected()
+    {
+        Person person = open(SidebarTab::Browsers);
+        EXPECT_TRUE(person.reads(u"Google Chrome, Cache Size 1.5 MB"_qs));
+        EXPECT_TRUE(person.seesNo(Dialog, u"Loading..."_qs));
+        return person;
+    }
+
     QList<OperationLog> records() { return HistoryService(machine.files).loadHistory(); }
 };
 
@@ -101,7 +110,7 @@ TEST_F(BrowsersScreenTest, CoversTheScreenWhileItDetectsAndOffersNoWayToStop)
 TEST_F(BrowsersScreenTest, CleansAtOnceWithTheCacheAloneChosen)
 {
     installChrome();
-    const Person person = open(SidebarTab::Browsers);
+    const Person person = openDetected();
 
     ASSERT_TRUE(person.click(Button, u"Clean"_qs));
 
@@ -114,8 +123,7 @@ TEST_F(BrowsersScreenTest, CleansAtOnceWithTheCacheAloneChosen)
 TEST_F(BrowsersScreenTest, SaysThatItCleansFromTheFirstToTheLastAndOffersNoWayToStop)
 {
     installChrome();
-    const Person person = open(SidebarTab::Browsers);
-    EXPECT_TRUE(person.sees(Button, u"Clean"_qs));
+    const Person person = openDetected();
     const Gate gate;
     machine.files->onRemoval([gate](const FilePath &) { gate.wait(); });
 
@@ -134,7 +142,7 @@ TEST_F(BrowsersScreenTest, SaysThatItCleansFromTheFirstToTheLastAndOffersNoWayTo
 TEST_F(BrowsersScreenTest, WarnsAsLongAsMoreThanTheCacheIsChosen)
 {
     installChrome();
-    const Person person = open(SidebarTab::Browsers);
+    const Person person = openDetected();
     EXPECT_TRUE(person.readsNo(warning));
 
     ASSERT_TRUE(person.click(CheckBox, u"History"_qs));
@@ -150,7 +158,7 @@ TEST_F(BrowsersScreenTest, AsksFirstWithTheHistoryChosenAndCleansOnlyWhenThatIsC
     installChrome();
     const FilePath visits = home.appending("Library/Application Support/Google/Chrome/History");
     machine.files->addFile(visits, 40'000);
-    const Person person = open(SidebarTab::Browsers);
+    const Person person = openDetected();
     ASSERT_TRUE(person.click(CheckBox, u"History"_qs));
 
     ASSERT_TRUE(person.click(Button, u"Clean"_qs));
@@ -172,7 +180,7 @@ TEST_F(BrowsersScreenTest, AsksFirstWithTheHistoryChosenAndCleansOnlyWhenThatIsC
 TEST_F(BrowsersScreenTest, PutsTheQuestionAwayByEscape)
 {
     installChrome();
-    const Person person = open(SidebarTab::Browsers);
+    const Person person = openDetected();
     ASSERT_TRUE(person.click(CheckBox, cookies));
     ASSERT_TRUE(person.click(Button, u"Clean"_qs));
     EXPECT_TRUE(person.isGivenTheKeyboardAt(u"Cancel"_qs));
@@ -187,7 +195,7 @@ TEST_F(BrowsersScreenTest, OffersToQuitABrowserThatRunsAndToCleanItOnlyThen)
 {
     installChrome();
     runChrome();
-    const Person person = open(SidebarTab::Browsers);
+    const Person person = openDetected();
     EXPECT_TRUE(person.sees(ListItem, u"Google Chrome, Cache Size 1.5 MB, Running"_qs));
     EXPECT_TRUE(person.sees(StaticText, u"Running"_qs));
     EXPECT_TRUE(person.seesNo(Button, u"Clean"_qs));
@@ -203,7 +211,7 @@ TEST_F(BrowsersScreenTest, OffersToQuitABrowserThatRunsAndToCleanItOnlyThen)
 TEST_F(BrowsersScreenTest, IsUsedWithTheKeyboardAlone)
 {
     installChrome();
-    const Person person = open(SidebarTab::Browsers);
+    const Person person = openDetected();
     EXPECT_TRUE(person.sees(Button, u"Clean"_qs));
 
     ASSERT_TRUE(person.tabTo(u"Cache (Recommended)"_qs));
@@ -213,6 +221,7 @@ TEST_F(BrowsersScreenTest, IsUsedWithTheKeyboardAlone)
     person.press(Qt::Key_Return);
 
     EXPECT_TRUE(QTest::qWaitFor([this] { return records().size() == 1; }));
+    EXPECT_TRUE(person.seesNo(Dialog, u"Cleaning..."_qs));
     EXPECT_EQ(records().value(0).filesRemoved, 0);
     EXPECT_TRUE(machine.files->contains(chromeCache));
 }
@@ -220,7 +229,7 @@ TEST_F(BrowsersScreenTest, IsUsedWithTheKeyboardAlone)
 TEST_F(BrowsersScreenTest, SwitchesByItsWordsToo)
 {
     installChrome();
-    const Person person = open(SidebarTab::Browsers);
+    const Person person = openDetected();
     QAccessibleInterface *toggle = person.find(CheckBox, u"History"_qs);
     ASSERT_NE(toggle, nullptr);
     const QRect drawn = toggle->rect();
@@ -234,11 +243,12 @@ TEST_F(BrowsersScreenTest, SwitchesByItsWordsToo)
 TEST_F(BrowsersScreenTest, ForgetsTheSwitchesWithTheScreen)
 {
     installChrome();
-    const Person person = open(SidebarTab::Browsers);
+    const Person person = openDetected();
     ASSERT_TRUE(person.click(CheckBox, u"History"_qs));
 
     ASSERT_TRUE(person.click(ListItem, u"History"_qs));
     ASSERT_TRUE(person.click(ListItem, u"Browsers"_qs));
+    EXPECT_TRUE(person.reads(u"Google Chrome, Cache Size 1.5 MB"_qs));
 
     EXPECT_FALSE(person.find(CheckBox, u"History"_qs)->state().checked);
 }

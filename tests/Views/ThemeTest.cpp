@@ -3,6 +3,7 @@
 #include <QColor>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 using namespace Quillmere;
@@ -30,6 +31,56 @@ QColor over(const QColor &ground, const QColor &tint, float opacity)
     return QColor::fromRgbF(ground.redF() * (1 - opacity) + tint.redF() * opacity,
                             ground.greenF() * (1 - opacity) + tint.greenF() * opacity,
                             ground.blueF() * (1 - opacity) + tint.blueF() * opacity);
+}
+
+using Triple = std::array<double, 3>;
+using Matrix = std::array<Triple, 3>;
+
+struct Sight
+{
+    const char *name;
+    Matrix matrix;
+};
+
+// Machado, Oliveira and Fernandes, "A Physiologically-based Model for Simulation of Color Vision Deficiency" (2009), at
+// full severity, for linear channels.
+const Sight sights[] = {
+    {"full", {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}},
+    {"without red",
+     {{{0.152286, 1.052583, -0.204868}, {0.114503, 0.786281, 0.099216}, {-0.003882, -0.048116, 1.051998}}}},
+    {"without green",
+     {{{0.367322, 0.860646, -0.227968}, {0.280085, 0.672501, 0.047413}, {-0.011820, 0.042940, 0.968881}}}},
+    {"without blue",
+     {{{1.255528, -0.076749, -0.178779}, {-0.078411, 0.930809, 0.147602}, {0.004733, 0.691367, 0.303900}}}},
+};
+
+double product(const Triple &row, const Triple &column)
+{
+    return row[0] * column[0] + row[1] * column[1] + row[2] * column[2];
+}
+
+/// CIE 1976, under D65.
+Triple labOf(const QColor &color, const Sight &sight)
+{
+    const auto linear = [](double channel) {
+        return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    const Triple full = {linear(color.redF()), linear(color.greenF()), linear(color.blueF())};
+    Triple seen = {};
+    for (size_t i = 0; i < 3; ++i)
+        seen[i] = std::clamp(product(sight.matrix[i], full), 0.0, 1.0);
+    const auto bent = [](double value) { return value > 0.008856 ? std::cbrt(value) : 7.787 * value + 16.0 / 116; };
+    const double x = bent(product({0.4124, 0.3576, 0.1805}, seen) / 0.95047);
+    const double y = bent(product({0.2126, 0.7152, 0.0722}, seen));
+    const double z = bent(product({0.0193, 0.1192, 0.9505}, seen) / 1.08883);
+    return {116 * y - 16, 500 * (x - y), 200 * (y - z)};
+}
+
+double distance(const QColor &one, const QColor &other, const Sight &sight)
+{
+    const Triple first = labOf(one, sight);
+    const Triple second = labOf(other, sight);
+    return std::hypot(first[0] - second[0], first[1] - second[1], first[2] - second[2]);
 }
 
 struct ContrastCase
@@ -70,6 +121,12 @@ const ContrastCase pairs[] = {
     {"GrayOnACard", "gray", "card", 3},
     {"TealOnACard", "teal", "card", 3},
     {"RedOnACard", "red", "card", 3},
+    {"BlueSliceOnACard", "sliceBlue", "card", 3},
+    {"GreenSliceOnACard", "sliceGreen", "card", 3},
+    {"PurpleSliceOnACard", "slicePurple", "card", 3},
+    {"OrangeSliceOnACard", "sliceOrange", "card", 3},
+    {"GraySliceOnACard", "sliceGray", "card", 3},
+    {"TealSliceOnACard", "sliceTeal", "card", 3},
     {"FocusRingOnTheSidebar", "focusRing", "sidebarBottom", 3},
     {"FocusRingOnACard", "focusRing", "card", 3},
     {"SwitchOffOnACard", "switchOff", "card", 3},
@@ -110,6 +167,26 @@ TEST_F(ThemeTest, BadgeTextsReadOnTheirTintOverAHoveredRow)
             const auto text = theme(name).value<QColor>();
             const QColor ground = over(theme("hover").value<QColor>(), text, 0.15f);
             EXPECT_GE(contrast(text, ground), 4.5) << name << (dark ? " dark" : " light");
+        }
+    }
+}
+
+TEST_F(ThemeTest, SlicesOfADiskStayApartForWhoeverSeesNoRedGreenOrBlue)
+{
+    show("Item {}");
+    const std::array names = {"sliceBlue", "sliceGreen", "slicePurple", "sliceOrange", "sliceGray", "sliceTeal"};
+    for (const bool dark : {false, true}) {
+        m_appearance.setDark(dark);
+        for (const Sight &sight : sights) {
+            for (size_t i = 0; i + 1 < names.size(); ++i) {
+                for (size_t j = i + 1; j < names.size(); ++j) {
+                    const double seen = distance(theme(names.at(i)).value<QColor>(),
+                                                 theme(names.at(j)).value<QColor>(), sight);
+                    // Neighbours in the bar more than others.
+                    EXPECT_GE(seen, j == i + 1 ? 16 : 9)
+                        << names.at(i) << ' ' << names.at(j) << ' ' << sight.name << (dark ? " dark" : " light");
+                }
+            }
         }
     }
 }

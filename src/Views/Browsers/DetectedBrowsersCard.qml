@@ -15,6 +15,7 @@ CardView {
     Column {
         x: -Theme.cardPadding
         y: -6
+        bottomPadding: -10
         width: root.width
 
         Accessible.role: Accessible.List

@@ -35,14 +35,18 @@ FocusScope {
             root.forceActiveFocus(reason);
     }
 
-    /// What had the keyboard may have gone with the work; then it goes to the first control of the screen, or Tab would
-    /// lead nowhere.
+    /// What had the keyboard may have gone with the work, or nothing had it yet. Then Tab begins with the first control of
+    /// the screen, which shows the keyboard's mark at once only to whoever uses it.
     function giveFocusBack() {
-        if (focusBefore === null)
-            return;
-        const isThere = focusBefore.visible && focusBefore.enabled && focusBefore.activeFocusOnTab;
-        const target = isThere ? focusBefore : root.parent.nextItemInFocusChain(true);
-        target.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
+        const isThere = focusBefore !== null && focusBefore.visible && focusBefore.enabled && focusBefore.activeFocusOnTab;
+        if (isThere) {
+            focusBefore.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
+        } else if (openedByKeyboard) {
+            root.parent.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason);
+        } else {
+            root.focus = false;
+            root.parent.forceActiveFocus(Qt.PopupFocusReason);
+        }
         focusBefore = null;
     }
 

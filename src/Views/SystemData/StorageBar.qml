@@ -40,8 +40,8 @@ Item {
     function goTo(row: int) {
         if (row < 0)
             return;
-        currentRow = row;
         parts.itemAt(row).forceActiveFocus(Qt.TabFocusReason);
+        currentRow = row;
     }
 
     Accessible.role: Accessible.Chart
@@ -54,14 +54,6 @@ Item {
         to: 1
         duration: Theme.barDuration * 2
         easing.type: Easing.OutCubic
-    }
-
-    Connections {
-        function onModelReset() {
-            root.grow();
-        }
-
-        target: root.items
     }
 
     Rectangle {
@@ -87,6 +79,11 @@ Item {
                 id: parts
 
                 model: root.items
+
+                onCountChanged: {
+                    if (count > 0)
+                        root.grow();
+                }
 
                 StorageSegment {
                     required property int index

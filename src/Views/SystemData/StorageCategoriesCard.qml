@@ -19,6 +19,7 @@ CardView {
     Column {
         x: -Theme.cardPadding
         y: -4
+        bottomPadding: -10
         width: root.width
 
         Accessible.role: Accessible.List

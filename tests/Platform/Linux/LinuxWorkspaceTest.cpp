@@ -209,6 +209,94 @@ TEST_F(LinuxWorkspaceTest, EndsAnApplicationAndNothingThatHasComeToItsNumber)
     EXPECT_FALSE(m_workspace.forceTerminate({}));
 }
 
+TEST_F(LinuxWorkspaceTest, FindsAnInstalledApplicationByTheIdentifierOfItsTableOrByItsOwn)
+{
+    EXPECT_EQ(m_workspace.applicationWithIdentifier(u"org.mozilla.firefox"_qs), std::nullopt);
+    entry(u"firefox-esr"_qs, program(u"fox/fox"_qs) + u" %u"_qs, "Icon=firefox-esr\n");
+    entry(u"org.example.Painter"_qs, program(u"painter/bin/painter"_qs));
+
+    const auto browser = m_workspace.applicationWithIdentifier(u"org.mozilla.firefox"_qs);
+    const auto painter = m_workspace.applicationWithIdentifier(u"org.example.Painter"_qs);
+
+    const FilePath folder(m_home.path().toUtf8());
+    EXPECT_EQ(browser, (InstalledApplication{folder.appending("fox"), u"firefox-esr"_qs}));
+    EXPECT_EQ(painter, (InstalledApplication{folder.appending("painter"), {}}));
+    EXPECT_EQ(m_workspace.applicationWithIdentifier(u"com.apple.Safari"_qs), std::nullopt);
+    EXPECT_EQ(m_workspace.applicationWithIdentifier(u"com.google.Chrome"_qs), std::nullopt);
+}
+
+TEST_F(LinuxWorkspaceTest, TakesTheFirstOfAnApplicationsEntriesInTheOrderOfTheTable)
+{
+    entry(u"org.mozilla.firefox"_qs, program(u"flat/fox"_qs), "Icon=second\n");
+    EXPECT_EQ(m_workspace.applicationWithIdentifier(u"org.mozilla.firefox"_qs)->icon, u"second"_qs);
+
+    entry(u"firefox"_qs, program(u"fox/fox"_qs), "Icon=first\n");
+    EXPECT_EQ(m_workspace.applicationWithIdentifier(u"org.mozilla.firefox"_qs)->icon, u"first"_qs);
+}
+
+TEST_F(LinuxWorkspaceTest, TakesNoEntryForInstalledWhoseProgramHasGone)
+{
+    const QString browser = program(u"fox/fox"_qs);
+    entry(u"firefox"_qs, browser);
+    ASSERT_TRUE(m_workspace.applicationWithIdentifier(u"org.mozilla.firefox"_qs).has_value());
+
+    QFile::remove(browser);
+    QFile::remove(path(u"applications/firefox.desktop"_qs));
+    entry(u"firefox"_qs, browser);
+
+    EXPECT_EQ(m_workspace.applicationWithIdentifier(u"org.mozilla.firefox"_qs), std::nullopt);
+}
+
+TEST_F(LinuxWorkspaceTest, TakesTheEntryForTheLocationOfAnApplicationThatASharedProgramStarts)
+{
+    entry(u"com.brave.Browser"_qs, u"/bin/sh -c true"_qs);
+
+    EXPECT_EQ(m_workspace.applicationWithIdentifier(u"com.brave.Browser"_qs)->location,
+              FilePath(path(u"applications/com.brave.Browser.desktop"_qs).toUtf8()));
+}
+
+TEST_F(LinuxWorkspaceTest, AsksAnApplicationToQuitSoThatItCanTidyUp)
+{
+    entry(u"painter"_qs, program(u"painter/painter"_qs));
+    const QString polite = u"trap 'echo saved; exit 0' TERM; echo ready; while :; do read line; done"_qs;
+    start(path(u"painter/painter"_qs), {u"-c"_qs, polite});
+    const RunningApplication application = m_workspace.runningApplications().value(0);
+    QProcess &process = *m_started.front();
+    process.readAll();
+    RunningApplication earlier = application;
+    --earlier.launchTime;
+
+    EXPECT_FALSE(m_workspace.terminate(earlier));
+    EXPECT_TRUE(m_workspace.terminate(application));
+
+    EXPECT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.readAll(), "saved\n");
+    EXPECT_FALSE(m_workspace.terminate(application));
+    EXPECT_FALSE(m_workspace.terminate({}));
+}
+
+TEST_F(LinuxWorkspaceTest, AsksTheApplicationInASandboxAndNotTheSandbox)
+{
+    const QString sandbox = program(u"sandbox/bwrap"_qs);
+    const QString painter = program(u"painter/painter"_qs);
+    entry(u"painter"_qs, u"/bin/true"_qs);
+    const QString launcher = u"export GIO_LAUNCHED_DESKTOP_FILE=%1 GIO_LAUNCHED_DESKTOP_FILE_PID=$$; exec %2 -c "
+                             "'trap \"echo sandbox ended; exit\" TERM; %3 -c \"trap \\\"echo saved; exit\\\" TERM; "
+                             "echo ready; while :; do read line; done\"; echo after'"_qs;
+    start(u"/bin/sh"_qs,
+          {u"-c"_qs, launcher.arg(path(u"applications/painter.desktop"_qs), sandbox, painter)});
+    const QList<RunningApplication> applications = m_workspace.runningApplications();
+    ASSERT_EQ(applications.size(), 1);
+    QProcess &process = *m_started.front();
+    process.readAll();
+
+    EXPECT_TRUE(m_workspace.terminate(applications[0]));
+
+    EXPECT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.readAll(), "saved\nafter\n");
+}
+
 TEST_F(LinuxWorkspaceTest, DoesNotClaimToEndWhatHasEndedAlready)
 {
     const pid_t child = ::fork();

@@ -70,6 +70,20 @@ TEST(PlaceListsTest, FillsInAnAsteriskInTheOrderOfTheNames)
                             home.appending("tools/b/cache")));
 }
 
+TEST(PlaceListsTest, FillsInNoLinkThatLeadsElsewhere)
+{
+    World world;
+    world.add("~/tools/*/cache");
+    world.add("~/tools/*");
+    world.disk->addFolder(FilePath("/outside/cache"));
+    world.disk->addLink(home.appending("tools/link"), FilePath("/outside"));
+    world.disk->addFolder(home.appending("tools/real/cache"));
+
+    EXPECT_THAT(world.folders(),
+                ElementsAre(home.appending("tools/real/cache"), home.appending("tools/link"),
+                            home.appending("tools/real")));
+}
+
 TEST(PlaceListsTest, PassesOverAFolderWithoutWhatItHasToHold)
 {
     World world;
