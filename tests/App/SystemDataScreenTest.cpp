@@ -112,6 +112,27 @@ TEST_F(SystemDataScreenTest, ShowsTheStartAgainWhenCancelledAndScansFromThere)
     EXPECT_TRUE(person.seesNo(Button, u"Scan Disk"_qs));
 }
 
+TEST_F(SystemDataScreenTest, LetsTheKeyboardGoOnThroughTheSidebarWhileItScansAndTakesItWhenItComesToTheScreen)
+{
+    const Gate gate;
+    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
+    const Person person = open();
+    ASSERT_TRUE(person.click(ListItem, u"Browsers"_qs));
+    person.press(Qt::Key_Down);
+    EXPECT_TRUE(person.sees(Dialog, u"Analyzing Disk Space"_qs));
+    EXPECT_EQ(person.focusedName(), u"System Data"_qs);
+
+    person.press(Qt::Key_Down);
+    EXPECT_EQ(app->appState().selectedTab(), SidebarTab::Startup);
+    person.press(Qt::Key_Up);
+    EXPECT_TRUE(person.sees(Dialog, u"Analyzing Disk Space"_qs));
+    EXPECT_TRUE(person.tabTo(u"Cancel"_qs));
+    person.press(Qt::Key_Tab);
+    EXPECT_EQ(person.focusedName(), u"Cancel"_qs);
+    gate.open();
+    EXPECT_TRUE(person.seesNo(Dialog, u"Analyzing Disk Space"_qs));
+}
+
 TEST_F(SystemDataScreenTest, KeepsAFilledListWhenTheWindowIsHiddenAndShownAgain)
 {
     const Person person = open(SidebarTab::SystemData);

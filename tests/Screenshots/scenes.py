@@ -85,6 +85,33 @@ def professional_cleanup(tour: Tour) -> None:
     tour.rest()
 
 
+def browsers(tour: Tour) -> None:
+    tour.open("browsers")
+    tour.application.find("push button", tour.texts["common.clean"])
+    tour.rest()
+    tour.take("browsers-list")
+
+    tour.person.click(tour.application.find("check box", tour.texts["browsers.history"]))
+    tour.rest()
+    tour.take("browsers-warning")
+    tour.press("common.clean")
+    tour.application.find("heading", tour.texts["browsers.confirmTitle"])
+    tour.rest()
+    tour.take("browsers-sheet")
+    tour.press("browsers.confirmDeletion")
+    tour.application.wait_gone("heading", tour.texts["browsers.confirmTitle"])
+    tour.rest()
+    tour.take("browsers-cleaned")
+
+
+def system_data(tour: Tour) -> None:
+    tour.open("systemData")
+    tour.take("systemData-scanning")
+    tour.application.wait_gone("heading", tour.texts["systemData.analyzing"], patience=120)
+    tour.rest()
+    tour.take("systemData-list")
+
+
 def history(tour: Tour) -> None:
     tour.open("history")
     tour.take("history")
@@ -110,8 +137,8 @@ SCENES = {
     "safeCleanup": safe_cleanup,
     "professionalCleanup": professional_cleanup,
     "largeFiles": plain("largeFiles"),
-    "browsers": plain("browsers"),
-    "systemData": plain("systemData"),
+    "browsers": browsers,
+    "systemData": system_data,
     "startup": plain("startup"),
     "applications": plain("applications"),
     "tools": plain("tools"),

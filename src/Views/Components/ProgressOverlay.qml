@@ -3,7 +3,8 @@ import QtQuick.Templates as T
 import Quillmere
 
 /// Covers a screen while its work runs: what is done, with what, how far, and the way to stop it. Fills its parent and
-/// holds the keyboard while `visible`; Escape is Cancel. It decides nothing: its owner shows and hides it.
+/// holds the keyboard while `visible`, unless that is beside the screen, as in a sidebar, where it may stay; Escape is
+/// Cancel. It decides nothing: its owner shows and hides it.
 FocusScope {
     id: root
 
@@ -21,8 +22,26 @@ FocusScope {
 
     property Item focusBefore: null
     property bool openedByKeyboard: false
+    property bool holdsFocus: false
+
+    readonly property Item focusNow: Window.activeFocusItem
+
+    function isIn(ancestor: Item, item: Item): bool {
+        for (let at = item; at !== null; at = at.parent) {
+            if (at === ancestor)
+                return true;
+        }
+        return false;
+    }
+
+    /// Takes the keyboard from what is covered, and from nothing else.
+    function guardFocus() {
+        if (visible && !isIn(root, focusNow) && (focusNow === null || isIn(root.parent, focusNow)))
+            takeFocus();
+    }
 
     function takeFocus() {
+        holdsFocus = true;
         const before = Window.activeFocusItem;
         if (before !== cancelButton && before !== root)
             focusBefore = before;
@@ -38,6 +57,11 @@ FocusScope {
     /// What had the keyboard may have gone with the work, or nothing had it yet. Then Tab begins with the first control of
     /// the screen, which shows the keyboard's mark at once only to whoever uses it.
     function giveFocusBack() {
+        const wentElsewhere = focusNow !== null && !isIn(root.parent, focusNow);
+        const isOurs = holdsFocus && !wentElsewhere;
+        holdsFocus = false;
+        if (!isOurs)
+            return;
         const isThere = focusBefore !== null && focusBefore.visible && focusBefore.enabled && focusBefore.activeFocusOnTab;
         if (isThere) {
             focusBefore.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
@@ -64,11 +88,9 @@ FocusScope {
     Keys.onTabPressed: {}
     Keys.onBacktabPressed: {}
 
-    onVisibleChanged: visible ? takeFocus() : giveFocusBack()
-    Component.onCompleted: {
-        if (visible)
-            takeFocus();
-    }
+    onVisibleChanged: visible ? guardFocus() : giveFocusBack()
+    onFocusNowChanged: guardFocus()
+    Component.onCompleted: guardFocus()
 
     Rectangle {
         anchors.fill: parent
