@@ -107,7 +107,8 @@ public:
     /// Of the volume that holds @p path. A volume that does not answer, such as one of a server that has gone, is a
     /// failure and never holds the caller up.
     [[nodiscard]] virtual Result<VolumeCapacity> capacityOfVolume(const FilePath &path, CapacityKeys keys) const = 0;
-    /// Whether both lie in one file system, whose room they share. Links are followed. False when either does not exist.
+    /// Whether both lie in one file system, whose room they share. Links are followed. False when either does not
+    /// exist.
     [[nodiscard]] virtual bool areOnSameVolume(const FilePath &one, const FilePath &other) const = 0;
     /// The location with every link resolved, standardized. All or nothing: if a component is missing or the links
     /// go round in a loop, only the text is tidied.

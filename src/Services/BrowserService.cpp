@@ -128,8 +128,7 @@ QList<CleanupItem> BrowserService::getBrowserCacheItems(const BrowserProfile &pr
             continue;
         const qint64 size = sizeOf(folder, scanner);
         if (size > 0)
-            items.append(
-                itemOf(FilePath::displayText(folder.lastPathComponent()), folder, size, u"Browser Cache"_qs));
+            items.append(itemOf(FilePath::displayText(folder.lastPathComponent()), folder, size, u"Browser Cache"_qs));
     }
     return items;
 }
@@ -171,9 +170,8 @@ QList<FilePath> BrowserService::cacheFolders(const BrowserDefinition &browser) c
         // Removal refuses a location below a link, so a folder is named where it truly stands.
         const FilePath parent = m_files->resolvingSymlinks(candidate.deletingLastPathComponent());
         const FilePath folder = parent.appending(candidate.lastPathComponent());
-        const bool isKnown = std::ranges::any_of(folders, [&](const FilePath &known) {
-            return folder.isWithin(known) || known.isWithin(folder);
-        });
+        const bool isKnown = std::ranges::any_of(
+            folders, [&](const FilePath &known) { return folder.isWithin(known) || known.isWithin(folder); });
         if (!isKnown && mayBeCleaned(folder))
             folders.append(folder);
     }

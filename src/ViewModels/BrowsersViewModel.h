@@ -86,8 +86,8 @@ private:
         bool history = false;
     };
 
-    [[nodiscard]] static QList<CleanupItem> collectedItems(const BrowserService &service,
-                                                           const BrowserProfile &profile, const Scope &scope);
+    [[nodiscard]] static QList<CleanupItem> collectedItems(const BrowserService &service, const BrowserProfile &profile,
+                                                           const Scope &scope);
     void setPart(bool &part, bool clean);
     void setScanning(bool isScanning, double progress);
     void setCleaning(bool isCleaning, double progress);

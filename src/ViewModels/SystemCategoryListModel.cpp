@@ -74,9 +74,12 @@ QVariant SystemCategoryListModel::data(const QModelIndex &index, int role) const
 QHash<int, QByteArray> SystemCategoryListModel::roleNames() const
 {
     return {
-        {LabelRole, "label"},           {ColorRole, "sliceColor"},
-        {IconRole, "iconName"},         {SizeTextRole, "sizeText"},
-        {PercentageTextRole, "percentageText"}, {FractionRole, "fraction"},
+        {LabelRole, "label"},
+        {ColorRole, "sliceColor"},
+        {IconRole, "iconName"},
+        {SizeTextRole, "sizeText"},
+        {PercentageTextRole, "percentageText"},
+        {FractionRole, "fraction"},
     };
 }
 

@@ -65,8 +65,8 @@ const std::array<SystemDataViewModel::MeasuredCategory, 4> &SystemDataViewModel:
 }
 
 SystemDataViewModel::SystemDataViewModel(std::shared_ptr<ScannerService> scanner,
-                                         std::shared_ptr<const FileManager> files,
-                                         std::shared_ptr<const Places> places, QObject *parent)
+                                         std::shared_ptr<const FileManager> files, std::shared_ptr<const Places> places,
+                                         QObject *parent)
     : QObject(parent)
     , m_scanner(std::move(scanner))
     , m_files(std::move(files))
@@ -183,9 +183,8 @@ std::array<QList<FilePath>, 4> SystemDataViewModel::distinctFolders(const FileMa
     std::array<QList<FilePath>, 4> folders;
     QList<FilePath> taken;
     const auto take = [&](size_t category, const FilePath &folder) {
-        const bool isTaken = std::ranges::any_of(taken, [&](const FilePath &known) {
-            return folder.isWithin(known) || known.isWithin(folder);
-        });
+        const bool isTaken = std::ranges::any_of(
+            taken, [&](const FilePath &known) { return folder.isWithin(known) || known.isWithin(folder); });
         if (isTaken || !files.areOnSameVolume(folder, startUpVolume()))
             return;
         taken.append(folder);

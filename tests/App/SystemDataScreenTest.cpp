@@ -24,10 +24,7 @@ protected:
         add("/home/ada/Documents", gigabyte);
     }
 
-    void add(const char *folder, qint64 bytes)
-    {
-        machine.files->addFile(FilePath(folder).appending("data"), bytes);
-    }
+    void add(const char *folder, qint64 bytes) { machine.files->addFile(FilePath(folder).appending("data"), bytes); }
 
     static QQuickItem *itemOf(const Person &person, QAccessible::Role role, const QString &name)
     {
@@ -42,9 +39,9 @@ TEST_F(SystemDataScreenTest, ScansByItselfAndListsTheSixPartsInTheirOrder)
 {
     const Person person = open(SidebarTab::SystemData);
 
-    const QStringList rows = {u"Applications, 10 GB, 10.0%"_qs,  u"Documents, 1 GB, 1.0%"_qs,
-                              u"Developer, Zero KB, 0.0%"_qs,    u"Caches, Zero KB, 0.0%"_qs,
-                              u"macOS System, 49 GB, 49.0%"_qs, u"Free Space, 40 GB, 40.0%"_qs};
+    const QStringList rows
+        = {u"Applications, 10 GB, 10.0%"_qs, u"Documents, 1 GB, 1.0%"_qs,      u"Developer, Zero KB, 0.0%"_qs,
+           u"Caches, Zero KB, 0.0%"_qs,      u"macOS System, 49 GB, 49.0%"_qs, u"Free Space, 40 GB, 40.0%"_qs};
     double before = 0;
     for (const QString &row : rows) {
         const QQuickItem *item = itemOf(person, ListItem, row);

@@ -74,20 +74,19 @@ TEST_F(BrowserServiceTest, KnowsSixBrowsersInTheirOrderWithTheirPlaces)
         rows.append(browser.name.toUtf8() + '|' + browser.bundleIdentifier.toUtf8() + '|' + browser.cachePaths.join(';')
                     + '|' + browser.profileBasePath);
     }
-    EXPECT_THAT(
-        rows,
-        ElementsAre("Safari|com.apple.Safari|Library/Caches/com.apple.Safari;"
-                    "Library/Containers/com.apple.Safari/Data/Library/Caches|Library/Safari",
-                    "Google Chrome|com.google.Chrome|Library/Caches/Google/Chrome|"
-                    "Library/Application Support/Google/Chrome",
-                    "Firefox|org.mozilla.firefox|Library/Caches/Firefox/Profiles|"
-                    "Library/Application Support/Firefox/Profiles",
-                    "Brave|com.brave.Browser|Library/Caches/BraveSoftware/Brave-Browser|"
-                    "Library/Application Support/BraveSoftware/Brave-Browser",
-                    "Microsoft Edge|com.microsoft.edgemac|Library/Caches/Microsoft Edge|"
-                    "Library/Application Support/Microsoft Edge",
-                    "Opera|com.operasoftware.Opera|Library/Caches/com.operasoftware.Opera|"
-                    "Library/Application Support/com.operasoftware.Opera"));
+    EXPECT_THAT(rows,
+                ElementsAre("Safari|com.apple.Safari|Library/Caches/com.apple.Safari;"
+                            "Library/Containers/com.apple.Safari/Data/Library/Caches|Library/Safari",
+                            "Google Chrome|com.google.Chrome|Library/Caches/Google/Chrome|"
+                            "Library/Application Support/Google/Chrome",
+                            "Firefox|org.mozilla.firefox|Library/Caches/Firefox/Profiles|"
+                            "Library/Application Support/Firefox/Profiles",
+                            "Brave|com.brave.Browser|Library/Caches/BraveSoftware/Brave-Browser|"
+                            "Library/Application Support/BraveSoftware/Brave-Browser",
+                            "Microsoft Edge|com.microsoft.edgemac|Library/Caches/Microsoft Edge|"
+                            "Library/Application Support/Microsoft Edge",
+                            "Opera|com.operasoftware.Opera|Library/Caches/com.operasoftware.Opera|"
+                            "Library/Application Support/com.operasoftware.Opera"));
 }
 
 TEST_F(BrowserServiceTest, FindsNothingWhereNoBrowserIsInstalled)

@@ -57,9 +57,9 @@ protected:
     UnfinishedRuns runs;
     HistoryService history{machine.files};
     std::shared_ptr<ScannerService> scanner = std::make_shared<ScannerService>(machine.files, machine.places);
-    std::unique_ptr<BrowsersViewModel> model = std::make_unique<BrowsersViewModel>(
-        scanner, BrowserService(machine.files, machine.places, machine.workspace),
-        CleanupService(machine.files, machine.places), history, machine.clock);
+    std::unique_ptr<BrowsersViewModel> model
+        = std::make_unique<BrowsersViewModel>(scanner, BrowserService(machine.files, machine.places, machine.workspace),
+                                              CleanupService(machine.files, machine.places), history, machine.clock);
 };
 
 } // namespace

@@ -180,8 +180,8 @@ TEST_F(ThemeTest, SlicesOfADiskStayApartForWhoeverSeesNoRedGreenOrBlue)
         for (const Sight &sight : sights) {
             for (size_t i = 0; i + 1 < names.size(); ++i) {
                 for (size_t j = i + 1; j < names.size(); ++j) {
-                    const double seen = distance(theme(names.at(i)).value<QColor>(),
-                                                 theme(names.at(j)).value<QColor>(), sight);
+                    const double seen
+                        = distance(theme(names.at(i)).value<QColor>(), theme(names.at(j)).value<QColor>(), sight);
                     // Neighbours in the bar more than others.
                     EXPECT_GE(seen, j == i + 1 ? 16 : 9)
                         << names.at(i) << ' ' << names.at(j) << ' ' << sight.name << (dark ? " dark" : " light");

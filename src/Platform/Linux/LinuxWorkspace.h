@@ -11,8 +11,8 @@ namespace Quillmere {
 
 /// Applications are what the desktop's entries show, so a program without an entry is none.
 /// An application's location is the folder that it alone is installed in, or else its program's file; the text that is
-/// run where the program is an interpreter; where not even that can be told, its entry, or none for a running one. Launch times are clock ticks from the
-/// machine's start.
+/// run where the program is an interpreter; where not even that can be told, its entry, or none for a running one.
+/// Launch times are clock ticks from the machine's start.
 class LinuxWorkspace final : public Workspace
 {
 public:

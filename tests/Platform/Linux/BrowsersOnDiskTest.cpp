@@ -119,11 +119,13 @@ QByteArrayList secretsOfFirefox(const QByteArray &profile)
 }
 
 const Browser browsers[] = {
-    {"Safari", "Safari",
+    {"Safari",
+     "Safari",
      {"home/Library/Caches/com.apple.Safari", "home/Library/Containers/com.apple.Safari/Data/Library/Caches"},
      {"home/Library/Safari/History.db", "home/Library/Cookies/Cookies.binarycookies",
       "home/Library/Safari/Bookmarks.plist"}},
-    {"GoogleChrome", "Google Chrome",
+    {"GoogleChrome",
+     "Google Chrome",
      {"home/Library/Caches/Google/Chrome", "home/.cache/google-chrome/Default/Cache",
       "home/.cache/google-chrome/Default/Code Cache", "home/.cache/google-chrome/Profile 1/Cache",
       "home/.var/app/com.google.Chrome/cache/google-chrome/Default/Cache",
@@ -131,7 +133,8 @@ const Browser browsers[] = {
      secretsOfChromium("Library/Application Support/Google/Chrome") + secretsOfChromium(".config/google-chrome")
          + secretsOfChromium(".var/app/com.google.Chrome/config/google-chrome")
          + QByteArrayList{"home/.cache/google-chrome-beta/Default/Cache/f", "home/.cache/google-chrome/Default/kept"}},
-    {"Firefox", "Firefox",
+    {"Firefox",
+     "Firefox",
      {"home/Library/Caches/Firefox/Profiles", "home/.cache/mozilla/firefox/8k2a.default/cache2",
       "home/.cache/mozilla/firefox/8k2a.default/startupCache", "home/.cache/mozilla/firefox/8k2a.default/thumbnails",
       "home/.cache/mozilla/firefox/8k2a.default/safebrowsing", "home/.cache/mozilla/firefox/other.dev/cache2",
@@ -141,20 +144,24 @@ const Browser browsers[] = {
          + secretsOfFirefox("Library/Application Support/Firefox/Profiles")
          + secretsOfFirefox(".var/app/org.mozilla.firefox/.mozilla/firefox")
          + secretsOfFirefox("snap/firefox/common/.mozilla/firefox")
-         + QByteArrayList{"home/.cache/mozilla/firefox/8k2a.default/kept", "home/.cache/mozilla/thunderbird/a/cache2/f"}},
-    {"Brave", "Brave",
+         + QByteArrayList{"home/.cache/mozilla/firefox/8k2a.default/kept",
+                          "home/.cache/mozilla/thunderbird/a/cache2/f"}},
+    {"Brave",
+     "Brave",
      {"home/Library/Caches/BraveSoftware/Brave-Browser", "home/.cache/BraveSoftware/Brave-Browser/Default/Cache",
       "home/.cache/BraveSoftware/Brave-Browser/Default/Code Cache",
       "home/.var/app/com.brave.Browser/cache/BraveSoftware/Brave-Browser/Default/Cache",
       "home/snap/brave/common/.cache/BraveSoftware/Brave-Browser/Default/Cache"},
      secretsOfChromium(".config/BraveSoftware/Brave-Browser")
          + secretsOfChromium("Library/Application Support/BraveSoftware/Brave-Browser")},
-    {"MicrosoftEdge", "Microsoft Edge",
+    {"MicrosoftEdge",
+     "Microsoft Edge",
      {"home/Library/Caches/Microsoft Edge", "home/.cache/microsoft-edge/Default/Cache",
       "home/.cache/microsoft-edge/Default/Code Cache",
       "home/.var/app/com.microsoft.Edge/cache/microsoft-edge/Default/Cache"},
      secretsOfChromium(".config/microsoft-edge") + secretsOfChromium("Library/Application Support/Microsoft Edge")},
-    {"Opera", "Opera",
+    {"Opera",
+     "Opera",
      {"home/Library/Caches/com.operasoftware.Opera", "home/.cache/opera/Cache", "home/.cache/opera/Code Cache",
       "home/.cache/opera/Default/Cache", "home/.cache/opera/Default/Code Cache",
       "home/.var/app/com.opera.Opera/cache/opera/Default/Cache", "home/snap/opera/common/.cache/opera/Default/Cache"},
@@ -248,7 +255,8 @@ TEST_F(BrowsersOnDiskTest, NeitherCountsNorCleansWhatIsKept)
     add({"home/.cache/mozilla/firefox/8k2a.default/cache2/f"});
     PlacesData data = PlacesData::builtIn();
     data.keep.append({PlacesData::Place::parse("$cache/mozilla/firefox/*/cache2"), u"For this test."_qs});
-    const auto keeping = std::make_shared<LinuxPlaces>(files, [](const char *) { return QByteArray(); }, data);
+    const auto keeping = std::make_shared<LinuxPlaces>(
+        files, [](const char *) { return QByteArray(); }, data);
     const BrowserService careful(files, keeping, workspace);
     ScannerService scanner(files, keeping);
 

@@ -284,8 +284,7 @@ TEST_F(LinuxWorkspaceTest, AsksTheApplicationInASandboxAndNotTheSandbox)
     const QString launcher = u"export GIO_LAUNCHED_DESKTOP_FILE=%1 GIO_LAUNCHED_DESKTOP_FILE_PID=$$; exec %2 -c "
                              "'trap \"echo sandbox ended; exit\" TERM; %3 -c \"trap \\\"echo saved; exit\\\" TERM; "
                              "echo ready; while :; do read line; done\"; echo after'"_qs;
-    start(u"/bin/sh"_qs,
-          {u"-c"_qs, launcher.arg(path(u"applications/painter.desktop"_qs), sandbox, painter)});
+    start(u"/bin/sh"_qs, {u"-c"_qs, launcher.arg(path(u"applications/painter.desktop"_qs), sandbox, painter)});
     const QList<RunningApplication> applications = m_workspace.runningApplications();
     ASSERT_EQ(applications.size(), 1);
     QProcess &process = *m_started.front();

@@ -79,9 +79,9 @@ TEST(PlaceListsTest, FillsInNoLinkThatLeadsElsewhere)
     world.disk->addLink(home.appending("tools/link"), FilePath("/outside"));
     world.disk->addFolder(home.appending("tools/real/cache"));
 
-    EXPECT_THAT(world.folders(),
-                ElementsAre(home.appending("tools/real/cache"), home.appending("tools/link"),
-                            home.appending("tools/real")));
+    EXPECT_THAT(
+        world.folders(),
+        ElementsAre(home.appending("tools/real/cache"), home.appending("tools/link"), home.appending("tools/real")));
 }
 
 TEST(PlaceListsTest, PassesOverAFolderWithoutWhatItHasToHold)

@@ -35,8 +35,8 @@ protected:
         PlacesData data = PlacesData::builtIn();
         for (const QString &category : {u"Applications"_qs, u"Documents"_qs, u"Developer"_qs, u"Caches"_qs})
             data.lists[category].removeIf([](const PlacesData::ListRow &row) { return row.place.base.isEmpty(); });
-        const auto places
-            = std::make_shared<LinuxPlaces>(files, [](const char *) { return QByteArray(); }, data);
+        const auto places = std::make_shared<LinuxPlaces>(
+            files, [](const char *) { return QByteArray(); }, data);
         SystemDataViewModel model(std::make_shared<ScannerService>(files, places), files, places);
         QCoro::waitFor(model.scanStorage());
         QList<qint64> sizes;
@@ -55,10 +55,10 @@ protected:
 TEST_F(SystemDataOnDiskTest, MeasuresTheFoldersOfALinuxHome)
 {
     disk.addFile("home/.config/user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n");
-    for (const char *place : {"home/Documents/a", "home/Dokumente/b", "home/Library/Developer/c", "home/.cargo/d",
-                              "home/.rustup/e", "home/go/pkg/f", "home/Library/Caches/g", "home/.cache/h",
-                              "home/.var/app/org.example.App/cache/i", "home/snap/example/common/.cache/j",
-                              "home/.local/share/flatpak/repo/objects/k"})
+    for (const char *place :
+         {"home/Documents/a", "home/Dokumente/b", "home/Library/Developer/c", "home/.cargo/d", "home/.rustup/e",
+          "home/go/pkg/f", "home/Library/Caches/g", "home/.cache/h", "home/.var/app/org.example.App/cache/i",
+          "home/snap/example/common/.cache/j", "home/.local/share/flatpak/repo/objects/k"})
         add(place);
     for (const char *place : {"home/go/src/mine", "home/Downloads/film", "home/.var/app/org.example.App/data/d"})
         add(place);

@@ -122,8 +122,9 @@ TEST(MountTableTest, ReadsLocationTypeAndDeviceAmongAnyNumberOfOptionalFields)
                             "30 22 0:26 / /mnt/a\\040share rw shared:1 master:2 - nfs4 server:/export rw\n"
                             "broken line\n";
 
-    EXPECT_THAT(parseMountTable(text),
-                ElementsAre(MountEntry{FilePath("/"), "ext4", "8:1"}, MountEntry{FilePath("/mnt/a share"), "nfs4", "0:26"}));
+    EXPECT_THAT(
+        parseMountTable(text),
+        ElementsAre(MountEntry{FilePath("/"), "ext4", "8:1"}, MountEntry{FilePath("/mnt/a share"), "nfs4", "0:26"}));
 }
 
 TEST(MountTableTest, FindsTheInnermostMountAndOfTwoOnOnePlaceTheLater)
