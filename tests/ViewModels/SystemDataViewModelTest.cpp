@@ -3,6 +3,7 @@
 #include "Fakes/Gate.h"
 #include "Fakes/InstalledLocalizer.h"
 #include "Fakes/PretendMachine.h"
+#include "Utilities/BackgroundWork.h"
 
 #include <QCoro/QCoroCore>
 #include <QSignalSpy>
@@ -211,11 +212,18 @@ TEST_F(SystemDataViewModelTest, ShowsTheStartAgainWhenCancelledDuringTheThirdWal
 
 TEST_F(SystemDataViewModelTest, ShowsTheStartAgainWhenCancelledBeforeAnyFolderIsFound)
 {
+    const Gate gate;
+    QList<QFuture<void>> busy;
+    for (int i = 0; i < backgroundPool().maxThreadCount(); ++i)
+        busy.append(inBackground([gate] { gate.wait(); }));
     const auto scanning = model->scanStorage();
     model->cancelScan();
+    gate.open();
     QCoro::waitFor(scanning);
 
     EXPECT_TRUE(model->showsStart());
+    for (QFuture<void> &each : busy)
+        each.waitForFinished();
 }
 
 TEST_F(SystemDataViewModelTest, ScansAnewAfterACancelledScan)
@@ -259,9 +267,13 @@ TEST_F(SystemDataViewModelTest, EmptiesTheListAtTheStartOfAScanAndMakesNewIdenti
 {
     scan();
     const QUuid first = model->storageItems()->items().constFirst().id;
+    add(FilePath("/Applications"), 1);
+    const Gate gate;
+    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
 
     const auto scanning = model->scanStorage();
     EXPECT_THAT(sizes(), IsEmpty());
+    gate.open();
     QCoro::waitFor(scanning);
 
     EXPECT_NE(model->storageItems()->items().constFirst().id, first);
