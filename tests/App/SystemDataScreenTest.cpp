@@ -130,6 +130,27 @@ TEST_F(SystemDataScreenTest, LetsTheKeyboardGoOnThroughTheSidebarWhileItScansAnd
     EXPECT_TRUE(person.seesNo(Dialog, u"Analyzing Disk Space"_qs));
 }
 
+TEST_F(SystemDataScreenTest, StandsInNobodysWayToAnotherScreenWhileItScans)
+{
+    const Gate gate;
+    const auto entries = std::make_shared<std::atomic<int>>(0);
+    machine.files->onMeasure([gate, entries](const FilePath &) {
+        ++*entries;
+        gate.wait();
+    });
+    const Person person = open(SidebarTab::SystemData);
+    EXPECT_TRUE(person.sees(Dialog, u"Analyzing Disk Space"_qs));
+    EXPECT_TRUE(QTest::qWaitFor([entries] { return entries->load() == 1; }));
+    person.press(Qt::Key_F5);
+    EXPECT_EQ(entries->load(), 1);
+
+    person.press(Qt::Key_5, Qt::ControlModifier);
+    EXPECT_EQ(app->appState().selectedTab(), SidebarTab::Browsers);
+    person.press(Qt::Key_7, Qt::ControlModifier);
+    EXPECT_EQ(app->appState().selectedTab(), SidebarTab::Startup);
+    gate.open();
+}
+
 TEST_F(SystemDataScreenTest, KeepsAFilledListWhenTheWindowIsHiddenAndShownAgain)
 {
     const Person person = open(SidebarTab::SystemData);

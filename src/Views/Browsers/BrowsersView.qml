@@ -9,10 +9,11 @@ Destination {
     readonly property bool isWorking: viewModel.isScanning || viewModel.isCleaning
     readonly property bool hasNone: viewModel.isEmpty && !viewModel.isScanning
 
-    isModal: isWorking || viewModel.showingWarningSheet
+    // A detection begins by itself and is in nobody's way to another screen.
+    isModal: viewModel.isCleaning || viewModel.showingWarningSheet
 
     onRefreshRequested: {
-        if (!isModal)
+        if (!isWorking)
             viewModel.startDetection();
     }
     Component.onCompleted: viewModel.startDetection()

@@ -7,9 +7,10 @@ Destination {
 
     readonly property SystemDataViewModel viewModel: viewModels.makeSystemData(root)
 
-    isModal: viewModel.isScanning
-
-    onRefreshRequested: viewModel.appear()
+    onRefreshRequested: {
+        if (!viewModel.isScanning)
+            viewModel.appear();
+    }
     Component.onCompleted: viewModel.appear()
 
     ScreenHeader {
