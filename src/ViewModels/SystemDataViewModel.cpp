@@ -182,21 +182,23 @@ std::array<QList<FilePath>, 4> SystemDataViewModel::distinctFolders(const FileMa
 {
     std::array<QList<FilePath>, 4> folders;
     QList<FilePath> taken;
-    const auto take = [&](size_t category, const FilePath &folder) {
-        const bool isTaken = std::ranges::any_of(
-            taken, [&](const FilePath &known) { return folder.isWithin(known) || known.isWithin(folder); });
-        if (isTaken || !files.areOnSameVolume(folder, startUpVolume()))
-            return;
-        taken.append(folder);
-        folders.at(category).append(folder);
-    };
     for (size_t i = 0; i < folders.size(); ++i) {
         const FilePath own = measuredCategories().at(i).folderOn(files);
-        take(i, files.resolvingSymlinks(own.deletingLastPathComponent()).appending(own.lastPathComponent()));
+        folders.at(i).append(own);
+        taken.append(files.resolvingSymlinks(own.deletingLastPathComponent()).appending(own.lastPathComponent()));
     }
+    // What this platform adds makes the picture of this one volume more exact, so it counts nothing twice and nothing
+    // else.
     for (size_t i = 0; i < folders.size(); ++i) {
-        for (const PlaceEntry &entry : places.entriesBehind(measuredCategories().at(i).name))
-            take(i, files.resolvingSymlinks(entry.path));
+        for (const PlaceEntry &entry : places.entriesBehind(measuredCategories().at(i).name)) {
+            const FilePath folder = files.resolvingSymlinks(entry.path);
+            const bool isTaken = std::ranges::any_of(
+                taken, [&](const FilePath &known) { return folder.isWithin(known) || known.isWithin(folder); });
+            if (isTaken || !files.areOnSameVolume(folder, startUpVolume()))
+                continue;
+            taken.append(folder);
+            folders.at(i).append(folder);
+        }
     }
     return folders;
 }

@@ -56,7 +56,8 @@ private:
     using Sizes = std::array<qint64, 4>;
 
     [[nodiscard]] static const std::array<MeasuredCategory, 4> &measuredCategories();
-    /// The folders of each measured category. No file lies in two of them, and all lie on the start-up volume.
+    /// The folders of each measured category: its own, and what this platform has behind it on the start-up volume.
+    /// No file lies in two of them.
     [[nodiscard]] static std::array<QList<FilePath>, 4> distinctFolders(const FileManager &files, const Places &places);
     [[nodiscard]] QList<SystemCategoryItem> itemsOf(const Sizes &sizes) const;
     void beginScan();

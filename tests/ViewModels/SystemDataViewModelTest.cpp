@@ -312,7 +312,7 @@ TEST_F(SystemDataViewModelTest, CountsNoFileTwiceWhateverFoldersLieInOthersOrLin
     EXPECT_THAT(sizes().first(4), ElementsAre(0, 4020, 0, 300));
 }
 
-TEST_F(SystemDataViewModelTest, CountsNothingThatLiesOnAnotherVolume)
+TEST_F(SystemDataViewModelTest, AddsNothingThatLiesOnAnotherVolume)
 {
     machine.files->addVolume(FilePath("/data"));
     machine.files->addVolume(home.appending("Documents/Films"));
@@ -327,15 +327,17 @@ TEST_F(SystemDataViewModelTest, CountsNothingThatLiesOnAnotherVolume)
     EXPECT_THAT(sizes().first(4), ElementsAre(0, 5, 0, 0));
 }
 
-TEST_F(SystemDataViewModelTest, CountsNoneOfAHomeThatIsAVolumeOfItsOwn)
+TEST_F(SystemDataViewModelTest, CountsItsOwnFoldersEvenInAHomeThatIsAVolumeOfItsOwn)
 {
     machine.files->addVolume(FilePath("/home"));
     add(home.appending("Documents"), 5);
+    add(home.appending("Papers"), 300);
     add(FilePath("/Applications"), 7);
+    addPlace(u"Documents"_qs, home.appending("Papers"));
 
     scan();
 
-    EXPECT_THAT(sizes().first(4), ElementsAre(7, 0, 0, 0));
+    EXPECT_THAT(sizes().first(4), ElementsAre(7, 5, 0, 0));
 }
 
 TEST_F(SystemDataViewModelTest, EndsAScanWithTheScreen)
