@@ -11,13 +11,13 @@
 
 namespace Quillmere {
 
-enum class FileType { Regular, Directory, SymbolicLink, Other };
+enum class EntryKind { Regular, Directory, SymbolicLink, Other };
 
 /// One thing that stands directly inside a folder.
 struct DirectoryEntry
 {
     FilePath path;
-    FileType type = FileType::Other;
+    EntryKind type = EntryKind::Other;
 
     bool operator==(const DirectoryEntry &) const = default;
 };
@@ -25,7 +25,7 @@ struct DirectoryEntry
 /// What is known of one item, its own and not that of a link's target.
 struct FileAttributes
 {
-    FileType type = FileType::Other;
+    EntryKind type = EntryKind::Other;
     qint64 size = 0; ///< Logical length in bytes.
     qint64 allocatedSize = 0; ///< Bytes occupied on disk: a sparse file keeps below its length.
     QDateTime modified; ///< UTC.

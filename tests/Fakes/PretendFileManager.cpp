@@ -32,7 +32,7 @@ void PretendFileManager::addFile(const FilePath &path, qint64 bytes, const QByte
 {
     const std::scoped_lock guard(m_mutex);
     Node node;
-    node.type = FileType::Regular;
+    node.type = EntryKind::Regular;
     node.bytes = bytes;
     node.contents = contents;
     insert(path, node);
@@ -42,7 +42,7 @@ void PretendFileManager::addLink(const FilePath &path, const FilePath &target)
 {
     const std::scoped_lock guard(m_mutex);
     Node node;
-    node.type = FileType::SymbolicLink;
+    node.type = EntryKind::SymbolicLink;
     node.target = target;
     insert(path, node);
 }
@@ -51,7 +51,7 @@ void PretendFileManager::addSocket(const FilePath &path)
 {
     const std::scoped_lock guard(m_mutex);
     Node node;
-    node.type = FileType::Other;
+    node.type = EntryKind::Other;
     insert(path, node);
 }
 
@@ -163,7 +163,7 @@ Result<QList<DirectoryEntry>> PretendFileManager::contentsOfDirectory(const File
     const std::scoped_lock guard(m_mutex);
     const std::optional<FilePath> resolved = resolve(folder);
     const Node *node = resolved ? find(*resolved) : nullptr;
-    if (!node || node->type != FileType::Directory)
+    if (!node || node->type != EntryKind::Directory)
         return failure(Failure::Kind::NotFound, folder);
     if (node->locked)
         return failure(Failure::Kind::NoPermission, folder);
@@ -183,7 +183,7 @@ Result<TreeSize> PretendFileManager::measureTree(const FilePath &folder, const C
     TreeSize size;
     bool wasStopped = false;
     const Node *node = find(folder);
-    if (node && node->type == FileType::Directory)
+    if (node && node->type == EntryKind::Directory)
         wasStopped = !measure(folder.standardized(), size, cancellation);
     if (wasStopped)
         return failure(Failure::Kind::Cancelled, folder);
@@ -203,12 +203,12 @@ bool PretendFileManager::measure(const FilePath &folder, TreeSize &size, const C
         if (cancellation.isRequested())
             return false;
         const Node *child = find(path);
-        if (!child || (child->type == FileType::Regular && child->locked))
+        if (!child || (child->type == EntryKind::Regular && child->locked))
             continue;
-        if (child->type == FileType::Directory) {
+        if (child->type == EntryKind::Directory) {
             if (!measure(path, size, cancellation))
                 return false;
-        } else if (child->type == FileType::Regular) {
+        } else if (child->type == EntryKind::Regular) {
             size.allocatedSize += child->bytes;
             ++size.fileCount;
         }
@@ -231,7 +231,7 @@ Result<FileAttributes> PretendFileManager::attributesOfItem(const FilePath &path
         return failure(Failure::Kind::NotFound, path);
     FileAttributes attributes;
     attributes.type = node->type;
-    attributes.size = node->type == FileType::Regular ? node->bytes : 0;
+    attributes.size = node->type == EntryKind::Regular ? node->bytes : 0;
     attributes.allocatedSize = attributes.size;
     attributes.isOwnedByUser = node->ownedByUser;
     return attributes;
@@ -311,7 +311,7 @@ Result<void> PretendFileManager::createDirectory(const FilePath &path, Intermedi
     const std::scoped_lock guard(m_mutex);
     const FilePath folder = placeOf(path);
     if (const Node *existing = find(folder)) {
-        if (existing->type == FileType::Directory && intermediates == Intermediates::Create)
+        if (existing->type == EntryKind::Directory && intermediates == Intermediates::Create)
             return {};
         return failure(Failure::Kind::AlreadyExists, folder);
     }
@@ -331,7 +331,7 @@ Result<QByteArray> PretendFileManager::contentsOfFile(const FilePath &path) cons
     const std::scoped_lock guard(m_mutex);
     const std::optional<FilePath> resolved = resolve(path);
     const Node *node = resolved ? find(*resolved) : nullptr;
-    if (!node || node->type != FileType::Regular)
+    if (!node || node->type != EntryKind::Regular)
         return failure(Failure::Kind::NotFound, path);
     if (node->locked)
         return failure(Failure::Kind::NoPermission, path);
@@ -351,7 +351,7 @@ Result<void> PretendFileManager::writeFile(const FilePath &path, const QByteArra
             return failure(*node->refusal, path);
     }
     Node file;
-    file.type = FileType::Regular;
+    file.type = EntryKind::Regular;
     file.bytes = contents.size();
     file.contents = contents;
     insert(target, file);
@@ -397,7 +397,7 @@ std::optional<FilePath> PretendFileManager::resolve(const FilePath &path) const
         const Node *node = find(next);
         if (!node)
             return std::nullopt;
-        if (node->type != FileType::SymbolicLink) {
+        if (node->type != EntryKind::SymbolicLink) {
             reached = next;
             continue;
         }

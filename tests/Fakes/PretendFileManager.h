@@ -67,7 +67,7 @@ public:
 private:
     struct Node
     {
-        FileType type = FileType::Directory;
+        EntryKind type = EntryKind::Directory;
         qint64 bytes = 0;
         QByteArray contents;
         FilePath target;
