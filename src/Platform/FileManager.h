@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/FileSearch.h"
 #include "Values/Cancellation.h"
 #include "Values/FilePath.h"
 #include "Values/Result.h"
@@ -97,6 +98,14 @@ public:
     /// vanishes meanwhile adds nothing. Zero for a file, a link or nothing at all. Fails with Cancelled alone.
     [[nodiscard]] virtual Result<TreeSize> measureTree(const FilePath &folder,
                                                        const Cancellation &cancellation) const = 0;
+    /// The regular files below @p folder that @p search is after, in the order of their paths: name by name from the
+    /// top, by bytes. Neither listed nor entered nor counted is what is hidden, which is a name that begins with a
+    /// point and nothing else. All else that is met counts as an item, folders and links too. Symbolic links are not
+    /// followed, @p folder itself included; packages (PackageNames.h), closed folders and other file systems mounted
+    /// below are not searched, of which closed folders alone have their direct entries counted. What cannot be read or
+    /// vanishes meanwhile adds nothing. Nothing below a file, a link or nothing at all. Fails with Cancelled alone.
+    [[nodiscard]] virtual Result<QList<FoundFile>> findFiles(const FilePath &folder, const FileSearch &search,
+                                                             const Cancellation &cancellation) const = 0;
 
     /// Follows links: a dangling one does not exist.
     [[nodiscard]] virtual bool fileExists(const FilePath &path) const = 0;

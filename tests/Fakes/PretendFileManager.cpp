@@ -1,5 +1,9 @@
 #include "Fakes/PretendFileManager.h"
 
+#include "Platform/PackageNames.h"
+
+#include <algorithm>
+
 namespace Quillmere {
 
 namespace {
@@ -36,6 +40,22 @@ void PretendFileManager::addFile(const FilePath &path, qint64 bytes, const QByte
     node.bytes = bytes;
     node.contents = contents;
     insert(path, node);
+}
+
+void PretendFileManager::addSparseFile(const FilePath &path, qint64 length, qint64 allocated)
+{
+    addFile(path, length);
+    const std::scoped_lock guard(m_mutex);
+    find(path)->allocated = allocated;
+}
+
+void PretendFileManager::setTimes(const FilePath &path, const std::optional<QDateTime> &accessed,
+                                  const std::optional<QDateTime> &modified)
+{
+    const std::scoped_lock guard(m_mutex);
+    Node *node = find(path);
+    node->accessed = accessed;
+    node->modified = modified;
 }
 
 void PretendFileManager::addLink(const FilePath &path, const FilePath &target)
@@ -209,8 +229,62 @@ bool PretendFileManager::measure(const FilePath &folder, TreeSize &size, const C
             if (!measure(path, size, cancellation))
                 return false;
         } else if (child->type == EntryKind::Regular) {
-            size.allocatedSize += child->bytes;
+            size.allocatedSize += child->allocated.value_or(child->bytes);
             ++size.fileCount;
+        }
+    }
+    return true;
+}
+
+/// One search under way.
+struct PretendFileManager::Searching
+{
+    const FileSearch &search;
+    const Cancellation &cancellation;
+    qint64 items = 0;
+    QList<FoundFile> found;
+};
+
+Result<QList<FoundFile>> PretendFileManager::findFiles(const FilePath &folder, const FileSearch &search,
+                                                       const Cancellation &cancellation) const
+{
+    const std::scoped_lock guard(m_mutex);
+    Searching searching{search, cancellation, 0, {}};
+    const Node *node = find(folder);
+    if (node && node->type == EntryKind::Directory && !this->search(folder.standardized(), searching))
+        return failure(Failure::Kind::Cancelled, folder);
+    std::ranges::sort(searching.found, {}, [](const FoundFile &file) { return file.path.bytes().split('/'); });
+    return searching.found;
+}
+
+bool PretendFileManager::search(const FilePath &folder, Searching &searching) const
+{
+    const Node *node = find(folder);
+    if (!node || node->locked)
+        return true;
+    const FileSearch &search = searching.search;
+    const bool isClosed
+        = !search.closedFolder.isEmpty() && (folder.bytes() + '/').contains('/' + search.closedFolder + '/');
+    const QList<QByteArray> children = node->children;
+    for (const QByteArray &name : children) {
+        const FilePath path = folder.appending(name);
+        if (m_onMeasure)
+            m_onMeasure(path);
+        if (searching.cancellation.isRequested())
+            return false;
+        if (name.startsWith('.'))
+            continue;
+        if (++searching.items % search.itemsPerReport == 0 && search.progress)
+            search.progress(searching.items, name);
+        const Node *child = find(path);
+        if (isClosed || !child)
+            continue;
+        const qint64 allocated = child->allocated.value_or(child->bytes);
+        if (child->type == EntryKind::Directory && !isPackageName(name.constData())) {
+            if (!this->search(path, searching))
+                return false;
+        } else if (child->type == EntryKind::Regular && !child->locked && allocated >= search.leastAllocatedSize) {
+            searching.found.append({path, allocated, child->accessed, child->modified});
         }
     }
     return true;
@@ -232,7 +306,7 @@ Result<FileAttributes> PretendFileManager::attributesOfItem(const FilePath &path
     FileAttributes attributes;
     attributes.type = node->type;
     attributes.size = node->type == EntryKind::Regular ? node->bytes : 0;
-    attributes.allocatedSize = attributes.size;
+    attributes.allocatedSize = node->allocated.value_or(attributes.size);
     attributes.isOwnedByUser = node->ownedByUser;
     return attributes;
 }

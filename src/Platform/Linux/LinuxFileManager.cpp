@@ -91,6 +91,12 @@ Result<TreeSize> LinuxFileManager::measureTree(const FilePath &folder, const Can
     return Quillmere::measureTree(folder, cancellation);
 }
 
+Result<QList<FoundFile>> LinuxFileManager::findFiles(const FilePath &folder, const FileSearch &search,
+                                                     const Cancellation &cancellation) const
+{
+    return Quillmere::findFiles(folder, search, cancellation);
+}
+
 bool LinuxFileManager::fileExists(const FilePath &path) const
 {
     const Result<ItemPlace> place = ItemPlace::open(path, LinksAbove::Follow);
