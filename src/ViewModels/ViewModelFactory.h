@@ -3,6 +3,7 @@
 #include "Platform/Machine.h"
 #include "ViewModels/DashboardViewModel.h"
 #include "ViewModels/HistoryViewModel.h"
+#include "ViewModels/LargeFilesViewModel.h"
 #include "ViewModels/ProfessionalCleanupViewModel.h"
 #include "ViewModels/ResourceMonitorViewModel.h"
 #include "ViewModels/SafeCleanupViewModel.h"
@@ -37,6 +38,7 @@ public:
     Q_INVOKABLE [[nodiscard]] Quillmere::SafeCleanupViewModel *makeSafeCleanup(QObject *screen);
     Q_INVOKABLE [[nodiscard]] Quillmere::ProfessionalCleanupViewModel *makeProfessionalCleanup(QObject *screen);
     Q_INVOKABLE [[nodiscard]] Quillmere::HistoryViewModel *makeHistory(QObject *screen) const;
+    Q_INVOKABLE [[nodiscard]] Quillmere::LargeFilesViewModel *makeLargeFiles(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::SidebarListModel *makeSidebar(QObject *screen) const;
 
 private:

@@ -17,10 +17,12 @@ public:
     void protect(qint32 pid);
 
     [[nodiscard]] QList<qint32> terminated() const; ///< Which were ended by force, in their order.
+    [[nodiscard]] QList<FilePath> revealed() const; ///< What was shown in the file manager, in its order.
     [[nodiscard]] int listings() const; ///< How often the applications were asked for.
 
     [[nodiscard]] QList<RunningApplication> runningApplications() const override;
     [[nodiscard]] bool forceTerminate(const RunningApplication &application) const override;
+    void revealInFileViewer(const QList<FilePath> &files) const override;
 
 private:
     mutable std::mutex m_mutex;
@@ -28,6 +30,7 @@ private:
     QList<qint32> m_protected;
     mutable QList<qint32> m_terminated;
     mutable int m_listings = 0;
+    mutable QList<FilePath> m_revealed;
 };
 
 } // namespace Quillmere

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/ApplicationData.h"
 #include "Platform/Linux/ApplicationInstances.h"
+#include "Platform/Linux/FileViewer.h"
 
 #include <csignal>
 
@@ -42,10 +43,12 @@ std::optional<FilePath> locationOf(const TracedProcess &process, const ProcessTa
 
 } // namespace
 
-LinuxWorkspace::LinuxWorkspace(FilePath home, QList<FilePath> entries, const FilePath &proc)
+LinuxWorkspace::LinuxWorkspace(FilePath home, QList<FilePath> entries, const FilePath &proc,
+                               const QDBusConnection &sessionBus)
     : m_home(std::move(home))
     , m_folders(std::move(entries))
     , m_processes(proc)
+    , m_sessionBus(sessionBus)
 {
 }
 
@@ -84,6 +87,11 @@ bool LinuxWorkspace::forceTerminate(const RunningApplication &application) const
     if (!stat || stat->hasEnded() || stat->startTime != application.launchTime)
         return false;
     return ::syscall(SYS_pidfd_send_signal, process.number(), SIGKILL, nullptr, 0) == 0;
+}
+
+void LinuxWorkspace::revealInFileViewer(const QList<FilePath> &files) const
+{
+    Quillmere::revealInFileViewer(files, m_sessionBus);
 }
 
 } // namespace Quillmere
