@@ -141,6 +141,12 @@ void LargeFilesViewModel::revealInFinder(const FileItem &file)
     (void)inBackground([workspace = m_workspace, path = file.path] { workspace->revealInFileViewer({path}); });
 }
 
+QString LargeFilesViewModel::descriptionOf(const FileItem &file) const
+{
+    return file.name + u'\n' + Localizer::shared().localized(u"largeFiles.size"_qs) + u": "_qs
+        + formatByteCount(file.size);
+}
+
 QCoro::Task<> LargeFilesViewModel::trash(FileItem file)
 {
     const bool isProtected = PathValidator::isProtectedPath(file.path, *m_disk)

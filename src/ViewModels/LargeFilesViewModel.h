@@ -76,6 +76,8 @@ public:
     Q_INVOKABLE void cancelScan();
     Q_INVOKABLE void moveToTrash(const Quillmere::FileItem &file) { trash(file); }
     Q_INVOKABLE void revealInFinder(const Quillmere::FileItem &file);
+    /// What the question about @p file says of it: its name, and in a second line its size.
+    Q_INVOKABLE [[nodiscard]] QString descriptionOf(const Quillmere::FileItem &file) const;
 
 Q_SIGNALS:
     void filesChanged();
