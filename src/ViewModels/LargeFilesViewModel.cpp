@@ -110,6 +110,7 @@ QCoro::Task<> LargeFilesViewModel::scan()
     const std::optional<Found> found = co_await scanning;
     if (!self || m_walk != walk || m_isCancelled)
         co_return;
+    news.deliver();
     if (found) {
         m_nameRanks = found->nameRanks;
         setFiles(found->files);

@@ -31,15 +31,20 @@ public:
             if (std::exchange(m_state->waiting, std::move(news)))
                 return;
         }
-        onMainQueue(m_object, [state = m_state](Object &object) {
-            std::optional<News> latest;
-            {
-                const std::scoped_lock lock(state->mutex);
-                latest = std::exchange(state->waiting, std::nullopt);
-            }
-            if (latest)
-                state->show(object, *latest);
-        });
+        onMainQueue(m_object, [news = *this](Object &) { news.deliver(); });
+    }
+
+    /// Shows what was told last and is not shown yet. On the GUI thread; for the end of the work, which may come before
+    /// its last news.
+    void deliver() const
+    {
+        std::optional<News> latest;
+        {
+            const std::scoped_lock lock(m_state->mutex);
+            latest = std::exchange(m_state->waiting, std::nullopt);
+        }
+        if (latest && m_object)
+            m_state->show(*m_object, *latest);
     }
 
 private:
