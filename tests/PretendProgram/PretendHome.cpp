@@ -61,6 +61,8 @@ constexpr LargeFile largeFiles[] = {
     {"Documents/just too small.bin", 49 * megabyte, 5},
 };
 
+constexpr int smallFiles = 3'000;
+
 void addLargeFiles(PretendMachine &machine)
 {
     const QDateTime now = machine.clock->now();
@@ -69,6 +71,10 @@ void addLargeFiles(PretendMachine &machine)
         machine.files->addFile(path, file.bytes);
         if (file.age >= 0)
             machine.files->setTimes(path, now, now.addDays(-file.age));
+    }
+    for (int i = 1; i <= smallFiles; ++i) {
+        const QByteArray name = "Downloads/Invoices/Invoice " + QByteArray::number(i) + ".pdf";
+        machine.files->addFile(machine.files->homeDirectory().appending(name), megabyte / 10);
     }
     machine.files->addSparseFile(machine.files->homeDirectory().appending("Documents/sparse.img"), 900 * megabyte, 0);
     machine.files->refuse(machine.files->homeDirectory().appending("Desktop/Scan of everything.pdf"),

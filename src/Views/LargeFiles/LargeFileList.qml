@@ -12,8 +12,9 @@ ListView {
 
     /// The keyboard was last used, and not the pointer.
     property bool isByKeyboard: false
-    /// What was chosen in the menu, until that has gone: only then does the keyboard come back here.
-    property var chosen: null
+    // What was chosen in the menu waits until that has gone: only then does the keyboard come back here.
+    property var fileToReveal: null
+    property var fileToTrash: null
 
     readonly property int rowsOnAPage: Math.max(1, Math.floor(height / 58) - 1)
 
@@ -85,19 +86,19 @@ ListView {
 
         onClosed: {
             root.forceActiveFocus(Qt.PopupFocusReason);
-            if (root.chosen !== null)
-                root.chosen();
-            root.chosen = null;
+            if (root.fileToReveal !== null)
+                root.revealRequested(root.fileToReveal);
+            if (root.fileToTrash !== null)
+                root.trashRequested(root.fileToTrash);
+            root.fileToReveal = null;
+            root.fileToTrash = null;
         }
 
         ContextMenuItem {
             text: Texts.localized("largeFiles.action.reveal")
             symbol: "folder"
 
-            onTriggered: {
-                const file = contextMenu.file;
-                root.chosen = () => root.revealRequested(file);
-            }
+            onTriggered: root.fileToReveal = contextMenu.file
         }
 
         ContextMenuItem {
@@ -105,10 +106,7 @@ ListView {
             symbol: "trash"
             destructive: true
 
-            onTriggered: {
-                const file = contextMenu.file;
-                root.chosen = () => root.trashRequested(file);
-            }
+            onTriggered: root.fileToTrash = contextMenu.file
         }
     }
 
