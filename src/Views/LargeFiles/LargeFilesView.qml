@@ -58,6 +58,7 @@ Destination {
                 x: Theme.cardPadding
                 y: 16
                 width: Math.min(implicitWidth, parent.width - 2 * x)
+                wraps: true
                 accessibleName: Texts.localized("nav.largeFiles")
                 model: root.viewModel.offeredCategories
                 currentIndex: root.viewModel.selectedCategory
