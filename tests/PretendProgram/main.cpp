@@ -10,7 +10,6 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <thread>
 
 using namespace Quillmere;
 
@@ -26,15 +25,12 @@ public:
         m_parser.addHelpOption();
         m_parser.addOptions({m_empty, m_dark, m_language, m_processors, m_memory, m_disk, m_noFilter, m_tab, m_size,
                              m_hold, m_press, m_picture});
-        m_parser.addOptions({m_empty, m_dark, m_language, m_processors, m_memory, m_disk, m_noFilter, m_slow, m_tab,
-                             m_size, m_press, m_picture});
         m_parser.process(*QCoreApplication::instance());
     }
 
     [[nodiscard]] bool hasEmptyHome() const { return m_parser.isSet(m_empty); }
     [[nodiscard]] bool isDark() const { return m_parser.isSet(m_dark); }
     [[nodiscard]] bool hasFilter() const { return !m_parser.isSet(m_noFilter); }
-    [[nodiscard]] bool isSlow() const { return m_parser.isSet(m_slow); }
     [[nodiscard]] QString language() const { return m_parser.value(m_language); }
     [[nodiscard]] QStringList presses() const { return m_parser.values(m_press); }
     [[nodiscard]] FilePath held() const { return FilePath(m_parser.value(m_hold).toUtf8()); }
@@ -63,7 +59,6 @@ private:
     QCommandLineOption m_memory{u"memory"_qs, u"Load of the memory."_qs, u"percent"_qs, u"71"_qs};
     QCommandLineOption m_disk{u"disk"_qs, u"How full the disk is."_qs, u"percent"_qs, u"68"_qs};
     QCommandLineOption m_noFilter{u"no-filter"_qs, u"Starts without the traffic filter."_qs};
-    QCommandLineOption m_slow{u"slow"_qs, u"Starts with a disk on which a walk takes its time."_qs};
     QCommandLineOption m_tab{u"tab"_qs, u"The screen to begin with, such as safeCleanup."_qs, u"name"_qs};
     QCommandLineOption m_size{u"size"_qs, u"Size of the window."_qs, u"WIDTHxHEIGHT"_qs, u"1100x700"_qs};
     QCommandLineOption m_hold{u"hold"_qs, u"Work that comes to that item stands still there."_qs, u"location"_qs};
@@ -74,7 +69,6 @@ private:
 
 constexpr std::chrono::milliseconds untilFiguresStand{6500};
 constexpr std::chrono::milliseconds betweenPresses{700};
-constexpr std::chrono::milliseconds eachItemOfASlowDisk{2};
 
 /// Presses the first visible button of that name in @p item, or row whose spoken text begins with it. False when there
 /// is none.
@@ -113,8 +107,6 @@ int main(int argc, char *argv[])
         fillPretendTools(machine);
     }
     fillPretendDesk(machine, wishes.load());
-    if (wishes.isSlow())
-        machine.files->onMeasure([](const FilePath &) { std::this_thread::sleep_for(eachItemOfASlowDisk); });
     if (!wishes.hasFilter())
         machine.bundles->main = FilePath("/home/ada/Downloads/Quillmere.app");
     if (wishes.isDark())

@@ -136,8 +136,6 @@ SCENES = {
     "dashboard": plain("dashboard"),
     "safeCleanup": safe_cleanup,
     "professionalCleanup": professional_cleanup,
-    "largeFiles": plain("largeFiles"),
-    "professionalCleanup": plain("professionalCleanup"),
     "largeFiles": large_files,
     "browsers": plain("browsers"),
     "systemData": plain("systemData"),

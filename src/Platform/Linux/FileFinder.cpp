@@ -74,11 +74,11 @@ void FileFinder::takeIn(const dirent64 &entry, const WalkFolder &folder, NameLis
         enterLater(entry.d_name, subfolders);
     if (entry.d_type != DT_REG && entry.d_type != DT_UNKNOWN)
         return;
-    const auto status = EntryStatus::ask(folder.number(), entry.d_name, STATX_ATIME | STATX_MTIME);
-    if (status && status->isFolder())
+    const EntryStatus status(folder.number(), entry.d_name, STATX_ATIME | STATX_MTIME);
+    if (status.isFolder())
         enterLater(entry.d_name, subfolders);
-    else if (status && status->isFileOfTree())
-        take(*status, entry.d_name, folder);
+    else if (status.isFileOfTree())
+        take(status, entry.d_name, folder);
 }
 
 void FileFinder::take(const EntryStatus &status, const char *name, const WalkFolder &folder)

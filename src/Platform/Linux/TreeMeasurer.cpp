@@ -28,11 +28,11 @@ bool TreeMeasurer::takeIn(const DirectoryBuffer &entries, const WalkFolder &fold
 
 void TreeMeasurer::ask(const char *name, int folder, NameList &subfolders)
 {
-    const std::optional<EntryStatus> status = EntryStatus::ask(folder, name);
-    if (status && status->isFolder())
+    const EntryStatus status(folder, name);
+    if (status.isFolder())
         subfolders.append(name);
-    else if (status && status->isFileOfTree())
-        m_findings.size += {status->allocatedSize(), 1};
+    else if (status.isFileOfTree())
+        m_findings.size += {status.allocatedSize(), 1};
 }
 
 } // namespace Quillmere
