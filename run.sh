@@ -12,7 +12,7 @@ virtual screen and says how to look at it.
   --sample-home   Starts on a made-up home full of rubbish, in which every button may be tried. It is made in a
                   temporary folder and taken away at the end. Disks, power and passwords of this machine are out
                   of reach meanwhile; its running programs are not.
-  --size normal   A larger sample home, of about 1 GB instead of 300 MB.
+  --size normal   A larger sample home, of about 1.2 GB instead of 650 MB.
   --build-only    Does not start it.
   --help          Prints this.
 TEXT

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/FileSearch.h"
 #include "Values/Cancellation.h"
 #include "Values/FilePath.h"
 #include "Values/Result.h"
@@ -11,13 +12,13 @@
 
 namespace Quillmere {
 
-enum class FileType { Regular, Directory, SymbolicLink, Other };
+enum class EntryKind { Regular, Directory, SymbolicLink, Other };
 
 /// One thing that stands directly inside a folder.
 struct DirectoryEntry
 {
     FilePath path;
-    FileType type = FileType::Other;
+    EntryKind type = EntryKind::Other;
 
     bool operator==(const DirectoryEntry &) const = default;
 };
@@ -25,7 +26,7 @@ struct DirectoryEntry
 /// What is known of one item, its own and not that of a link's target.
 struct FileAttributes
 {
-    FileType type = FileType::Other;
+    EntryKind type = EntryKind::Other;
     qint64 size = 0; ///< Logical length in bytes.
     qint64 allocatedSize = 0; ///< Bytes occupied on disk: a sparse file keeps below its length.
     QDateTime modified; ///< UTC.
@@ -97,6 +98,14 @@ public:
     /// vanishes meanwhile adds nothing. Zero for a file, a link or nothing at all. Fails with Cancelled alone.
     [[nodiscard]] virtual Result<TreeSize> measureTree(const FilePath &folder,
                                                        const Cancellation &cancellation) const = 0;
+    /// The regular files below @p folder that @p search is after, in the order of their paths: name by name from the
+    /// top, by bytes. Neither listed nor entered nor counted is what is hidden, which is a name that begins with a
+    /// point and nothing else. All else that is met counts as an item, folders and links too. Symbolic links are not
+    /// followed, @p folder itself included; packages (PackageNames.h), closed folders and other file systems mounted
+    /// below are not searched, of which closed folders alone have their direct entries counted. What cannot be read or
+    /// vanishes meanwhile adds nothing. Nothing below a file, a link or nothing at all. Fails with Cancelled alone.
+    [[nodiscard]] virtual Result<QList<FoundFile>> findFiles(const FilePath &folder, const FileSearch &search,
+                                                             const Cancellation &cancellation) const = 0;
 
     /// Follows links: a dangling one does not exist.
     [[nodiscard]] virtual bool fileExists(const FilePath &path) const = 0;

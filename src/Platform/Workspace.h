@@ -48,6 +48,9 @@ public:
     /// Ends @p application at once, without asking it. Never touches another process that has come to its number.
     /// False when it has gone or may not be ended.
     [[nodiscard]] virtual bool forceTerminate(const RunningApplication &application) const = 0;
+    /// Shows @p files in the desktop's file manager, selected in their folders; where it cannot select, it opens these.
+    /// May wait for the desktop, so call it where nobody is kept waiting. Says nothing of what became of it.
+    virtual void revealInFileViewer(const QList<FilePath> &files) const = 0;
 };
 
 } // namespace Quillmere

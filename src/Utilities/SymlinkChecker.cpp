@@ -5,7 +5,7 @@ namespace Quillmere {
 bool SymlinkChecker::isSymlink(const FilePath &path, const FileManager &files)
 {
     const Result<FileAttributes> attributes = files.attributesOfItem(path);
-    return attributes && attributes.value().type == FileType::SymbolicLink;
+    return attributes && attributes.value().type == EntryKind::SymbolicLink;
 }
 
 } // namespace Quillmere

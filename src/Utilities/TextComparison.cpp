@@ -1,5 +1,7 @@
 #include "Utilities/TextComparison.h"
 
+#include "Utilities/LocalizedSortKey.h"
+
 #include <QCollator>
 
 #include <algorithm>
@@ -37,6 +39,13 @@ int compareDigitRuns(const QString &left, const QString &right)
     return 0;
 }
 
+int compareWhatTheCollatorDoesNot(const QString &left, const QString &right)
+{
+    if (const int order = compareDigitRuns(left, right))
+        return order;
+    return left.compare(right);
+}
+
 const QCollator &collator(const QLocale &locale)
 {
     // Making one reads the rules of the locale; whoever sorts compares thousands of times.
@@ -67,9 +76,20 @@ int localizedStandardCompare(const QString &left, const QString &right, const QL
 {
     if (const int order = collator(locale).compare(left, right))
         return order;
-    if (const int order = compareDigitRuns(left, right))
+    return compareWhatTheCollatorDoesNot(left, right);
+}
+
+LocalizedSortKey::LocalizedSortKey(const QString &text, const QLocale &locale)
+    : m_text(text)
+    , m_key(collator(locale).sortKey(text))
+{
+}
+
+int LocalizedSortKey::compare(const LocalizedSortKey &other) const
+{
+    if (const int order = m_key.compare(other.m_key))
         return order;
-    return left.compare(right);
+    return compareWhatTheCollatorDoesNot(m_text, other.m_text);
 }
 
 bool localizedCaseInsensitiveContains(const QString &haystack, const QString &needle)

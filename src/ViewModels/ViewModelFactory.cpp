@@ -84,6 +84,11 @@ HistoryViewModel *ViewModelFactory::makeHistory(QObject *screen) const
     return new HistoryViewModel(m_services.history, m_machine.files, screen);
 }
 
+LargeFilesViewModel *ViewModelFactory::makeLargeFiles(QObject *screen) const
+{
+    return new LargeFilesViewModel(m_machine.files, m_machine.places, m_machine.workspace, screen);
+}
+
 SidebarListModel *ViewModelFactory::makeSidebar(QObject *screen) const
 {
     return new SidebarListModel(screen);

@@ -4,6 +4,7 @@
 #include "ViewModels/BrowsersViewModel.h"
 #include "ViewModels/DashboardViewModel.h"
 #include "ViewModels/HistoryViewModel.h"
+#include "ViewModels/LargeFilesViewModel.h"
 #include "ViewModels/ProfessionalCleanupViewModel.h"
 #include "ViewModels/ResourceMonitorViewModel.h"
 #include "ViewModels/SafeCleanupViewModel.h"
@@ -41,6 +42,7 @@ public:
     Q_INVOKABLE [[nodiscard]] Quillmere::BrowsersViewModel *makeBrowsers(QObject *screen);
     Q_INVOKABLE [[nodiscard]] Quillmere::SystemDataViewModel *makeSystemData(QObject *screen);
     Q_INVOKABLE [[nodiscard]] Quillmere::HistoryViewModel *makeHistory(QObject *screen) const;
+    Q_INVOKABLE [[nodiscard]] Quillmere::LargeFilesViewModel *makeLargeFiles(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::SidebarListModel *makeSidebar(QObject *screen) const;
 
 private:

@@ -28,6 +28,8 @@ FocusScope {
             return "SafeCleanup/SafeCleanupView.qml";
         case SidebarTab.ProfessionalCleanup:
             return "ProfessionalCleanup/ProfessionalCleanupView.qml";
+        case SidebarTab.LargeFiles:
+            return "LargeFiles/LargeFilesView.qml";
         case SidebarTab.Browsers:
             return "Browsers/BrowsersView.qml";
         case SidebarTab.SystemData:

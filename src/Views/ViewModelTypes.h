@@ -9,6 +9,7 @@
 #include "ViewModels/DashboardViewModel.h"
 #include "ViewModels/HistoryListModel.h"
 #include "ViewModels/HistoryViewModel.h"
+#include "ViewModels/LargeFilesViewModel.h"
 #include "ViewModels/ProfessionalCleanupViewModel.h"
 #include "ViewModels/ResourceMonitorViewModel.h"
 #include "ViewModels/SafeCleanupViewModel.h"
@@ -96,6 +97,22 @@ struct HistoryViewModelType
     Q_GADGET
     QML_FOREIGN(Quillmere::HistoryViewModel)
     QML_NAMED_ELEMENT(HistoryViewModel)
+    QML_UNCREATABLE("The factory makes it.")
+};
+
+struct LargeFilesListModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::LargeFilesListModel)
+    QML_NAMED_ELEMENT(LargeFilesListModel)
+    QML_UNCREATABLE("A view model makes it.")
+};
+
+struct LargeFilesViewModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::LargeFilesViewModel)
+    QML_NAMED_ELEMENT(LargeFilesViewModel)
     QML_UNCREATABLE("The factory makes it.")
 };
 

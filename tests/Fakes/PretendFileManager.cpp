@@ -1,5 +1,9 @@
 #include "Fakes/PretendFileManager.h"
 
+#include "Platform/PackageNames.h"
+
+#include <algorithm>
+
 namespace Quillmere {
 
 namespace {
@@ -32,17 +36,33 @@ void PretendFileManager::addFile(const FilePath &path, qint64 bytes, const QByte
 {
     const std::scoped_lock guard(m_mutex);
     Node node;
-    node.type = FileType::Regular;
+    node.type = EntryKind::Regular;
     node.bytes = bytes;
     node.contents = contents;
     insert(path, node);
+}
+
+void PretendFileManager::addSparseFile(const FilePath &path, qint64 length, qint64 allocated)
+{
+    addFile(path, length);
+    const std::scoped_lock guard(m_mutex);
+    find(path)->allocated = allocated;
+}
+
+void PretendFileManager::setTimes(const FilePath &path, const std::optional<QDateTime> &accessed,
+                                  const std::optional<QDateTime> &modified)
+{
+    const std::scoped_lock guard(m_mutex);
+    Node *node = find(path);
+    node->accessed = accessed;
+    node->modified = modified;
 }
 
 void PretendFileManager::addLink(const FilePath &path, const FilePath &target)
 {
     const std::scoped_lock guard(m_mutex);
     Node node;
-    node.type = FileType::SymbolicLink;
+    node.type = EntryKind::SymbolicLink;
     node.target = target;
     insert(path, node);
 }
@@ -51,7 +71,7 @@ void PretendFileManager::addSocket(const FilePath &path)
 {
     const std::scoped_lock guard(m_mutex);
     Node node;
-    node.type = FileType::Other;
+    node.type = EntryKind::Other;
     insert(path, node);
 }
 
@@ -170,7 +190,7 @@ Result<QList<DirectoryEntry>> PretendFileManager::contentsOfDirectory(const File
     const std::scoped_lock guard(m_mutex);
     const std::optional<FilePath> resolved = resolve(folder);
     const Node *node = resolved ? find(*resolved) : nullptr;
-    if (!node || node->type != FileType::Directory)
+    if (!node || node->type != EntryKind::Directory)
         return failure(Failure::Kind::NotFound, folder);
     if (node->locked)
         return failure(Failure::Kind::NoPermission, folder);
@@ -190,7 +210,7 @@ Result<TreeSize> PretendFileManager::measureTree(const FilePath &folder, const C
     TreeSize size;
     bool wasStopped = false;
     const Node *node = find(folder);
-    if (node && node->type == FileType::Directory)
+    if (node && node->type == EntryKind::Directory)
         wasStopped = !measure(folder.standardized(), size, cancellation);
     if (wasStopped)
         return failure(Failure::Kind::Cancelled, folder);
@@ -228,16 +248,70 @@ bool PretendFileManager::measure(const FilePath &folder, TreeSize &size, const C
         if (cancellation.isRequested())
             return false;
         const Node *child = find(path);
-        if (!child || (child->type == FileType::Regular && child->locked))
+        if (!child || (child->type == EntryKind::Regular && child->locked))
             continue;
         if (m_volumes.contains(path))
             continue;
-        if (child->type == FileType::Directory) {
+        if (child->type == EntryKind::Directory) {
             if (!measure(path, size, cancellation))
                 return false;
-        } else if (child->type == FileType::Regular) {
-            size.allocatedSize += child->bytes;
+        } else if (child->type == EntryKind::Regular) {
+            size.allocatedSize += child->allocated.value_or(child->bytes);
             ++size.fileCount;
+        }
+    }
+    return true;
+}
+
+/// One search under way.
+struct PretendFileManager::Searching
+{
+    const FileSearch &search;
+    const Cancellation &cancellation;
+    qint64 items = 0;
+    QList<FoundFile> found;
+};
+
+Result<QList<FoundFile>> PretendFileManager::findFiles(const FilePath &folder, const FileSearch &search,
+                                                       const Cancellation &cancellation) const
+{
+    const std::scoped_lock guard(m_mutex);
+    Searching searching{search, cancellation, 0, {}};
+    const Node *node = find(folder);
+    if (node && node->type == EntryKind::Directory && !this->search(folder.standardized(), searching))
+        return failure(Failure::Kind::Cancelled, folder);
+    std::ranges::sort(searching.found, {}, [](const FoundFile &file) { return file.path.bytes().split('/'); });
+    return searching.found;
+}
+
+bool PretendFileManager::search(const FilePath &folder, Searching &searching) const
+{
+    const Node *node = find(folder);
+    if (!node || node->locked)
+        return true;
+    const FileSearch &search = searching.search;
+    const bool isClosed
+        = !search.closedFolder.isEmpty() && (folder.bytes() + '/').contains('/' + search.closedFolder + '/');
+    const QList<QByteArray> children = node->children;
+    for (const QByteArray &name : children) {
+        const FilePath path = folder.appending(name);
+        if (m_onMeasure)
+            m_onMeasure(path);
+        if (searching.cancellation.isRequested())
+            return false;
+        if (name.startsWith('.'))
+            continue;
+        if (++searching.items % search.itemsPerReport == 0 && search.progress)
+            search.progress(searching.items, name);
+        const Node *child = find(path);
+        if (isClosed || !child)
+            continue;
+        const qint64 allocated = child->allocated.value_or(child->bytes);
+        if (child->type == EntryKind::Directory && !isPackageName(name.constData())) {
+            if (!this->search(path, searching))
+                return false;
+        } else if (child->type == EntryKind::Regular && !child->locked && allocated >= search.leastAllocatedSize) {
+            searching.found.append({path, allocated, child->accessed, child->modified});
         }
     }
     return true;
@@ -258,8 +332,8 @@ Result<FileAttributes> PretendFileManager::attributesOfItem(const FilePath &path
         return failure(Failure::Kind::NotFound, path);
     FileAttributes attributes;
     attributes.type = node->type;
-    attributes.size = node->type == FileType::Regular ? node->bytes : 0;
-    attributes.allocatedSize = attributes.size;
+    attributes.size = node->type == EntryKind::Regular ? node->bytes : 0;
+    attributes.allocatedSize = node->allocated.value_or(attributes.size);
     attributes.isOwnedByUser = node->ownedByUser;
     return attributes;
 }
@@ -354,7 +428,7 @@ Result<void> PretendFileManager::createDirectory(const FilePath &path, Intermedi
     const std::scoped_lock guard(m_mutex);
     const FilePath folder = placeOf(path);
     if (const Node *existing = find(folder)) {
-        if (existing->type == FileType::Directory && intermediates == Intermediates::Create)
+        if (existing->type == EntryKind::Directory && intermediates == Intermediates::Create)
             return {};
         return failure(Failure::Kind::AlreadyExists, folder);
     }
@@ -374,7 +448,7 @@ Result<QByteArray> PretendFileManager::contentsOfFile(const FilePath &path) cons
     const std::scoped_lock guard(m_mutex);
     const std::optional<FilePath> resolved = resolve(path);
     const Node *node = resolved ? find(*resolved) : nullptr;
-    if (!node || node->type != FileType::Regular)
+    if (!node || node->type != EntryKind::Regular)
         return failure(Failure::Kind::NotFound, path);
     if (node->locked)
         return failure(Failure::Kind::NoPermission, path);
@@ -394,7 +468,7 @@ Result<void> PretendFileManager::writeFile(const FilePath &path, const QByteArra
             return failure(*node->refusal, path);
     }
     Node file;
-    file.type = FileType::Regular;
+    file.type = EntryKind::Regular;
     file.bytes = contents.size();
     file.contents = contents;
     insert(target, file);
@@ -440,7 +514,7 @@ std::optional<FilePath> PretendFileManager::resolve(const FilePath &path) const
         const Node *node = find(next);
         if (!node)
             return std::nullopt;
-        if (node->type != FileType::SymbolicLink) {
+        if (node->type != EntryKind::SymbolicLink) {
             reached = next;
             continue;
         }

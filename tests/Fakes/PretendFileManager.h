@@ -21,6 +21,11 @@ public:
     // Building the world. Missing parents are made.
     void addFolder(const FilePath &path);
     void addFile(const FilePath &path, qint64 bytes, const QByteArray &contents = {});
+    /// A file as long as @p length that occupies but @p allocated bytes.
+    void addSparseFile(const FilePath &path, qint64 length, qint64 allocated);
+    /// When its contents were last read and changed; none where the file system does not say.
+    void setTimes(const FilePath &path, const std::optional<QDateTime> &accessed,
+                  const std::optional<QDateTime> &modified);
     void addLink(const FilePath &path, const FilePath &target);
     void addSocket(const FilePath &path);
     void giveAway(const FilePath &path); ///< From now on it belongs to another user.
@@ -35,7 +40,8 @@ public:
     void setCapacity(CapacityKeys keys, const Result<VolumeCapacity> &capacity);
     void vanish(const FilePath &path); ///< Takes it away as another program would.
 
-    /// Called before each entry of a measured tree, with its location: the place to cancel from, or to change things.
+    /// Called before each entry of a measured or searched tree, with its location: the place to cancel from, or to
+    /// change things.
     void onMeasure(std::function<void(const FilePath &)> observer);
     /// Called before an item is trashed or removed, with its location, on the working thread.
     void onRemoval(std::function<void(const FilePath &)> observer);
@@ -52,6 +58,8 @@ public:
     [[nodiscard]] Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder,
                                                                     HiddenFiles hidden) const override;
     [[nodiscard]] Result<TreeSize> measureTree(const FilePath &folder, const Cancellation &cancellation) const override;
+    [[nodiscard]] Result<QList<FoundFile>> findFiles(const FilePath &folder, const FileSearch &search,
+                                                     const Cancellation &cancellation) const override;
     [[nodiscard]] bool fileExists(const FilePath &path) const override;
     [[nodiscard]] Result<FileAttributes> attributesOfItem(const FilePath &path) const override;
     [[nodiscard]] bool isExecutableFile(const FilePath &path) const override;
@@ -69,8 +77,11 @@ public:
 private:
     struct Node
     {
-        FileType type = FileType::Directory;
+        EntryKind type = EntryKind::Directory;
         qint64 bytes = 0;
+        std::optional<qint64> allocated; ///< None: as many as bytes.
+        std::optional<QDateTime> accessed;
+        std::optional<QDateTime> modified;
         QByteArray contents;
         FilePath target;
         QList<QByteArray> children;
@@ -93,6 +104,8 @@ private:
     class Unlocked;
     /// Locked once by the caller. False when it was stopped.
     bool measure(const FilePath &folder, TreeSize &size, const Cancellation &cancellation) const;
+    struct Searching;
+    bool search(const FilePath &folder, Searching &searching) const;
 
     FilePath m_home;
     FilePath m_temporary = FilePath("/tmp");

@@ -50,6 +50,12 @@ QList<qint32> PretendWorkspace::terminated() const
     return m_terminated;
 }
 
+QList<FilePath> PretendWorkspace::revealed() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_revealed;
+}
+
 int PretendWorkspace::listings() const
 {
     const std::scoped_lock lock(m_mutex);
@@ -88,6 +94,12 @@ bool PretendWorkspace::forceTerminate(const RunningApplication &application) con
         return false;
     m_terminated.append(application.processIdentifier);
     return true;
+}
+
+void PretendWorkspace::revealInFileViewer(const QList<FilePath> &files) const
+{
+    const std::scoped_lock lock(m_mutex);
+    m_revealed += files;
 }
 
 } // namespace Quillmere

@@ -25,6 +25,7 @@ public:
 
     [[nodiscard]] QList<qint32> askedToQuit() const; ///< In their order, also those that stayed.
     [[nodiscard]] QList<qint32> terminated() const; ///< Which were ended by force, in their order.
+    [[nodiscard]] QList<FilePath> revealed() const; ///< What was shown in the file manager, in its order.
     [[nodiscard]] int listings() const; ///< How often the applications were asked for.
 
     [[nodiscard]] QList<RunningApplication> runningApplications() const override;
@@ -32,6 +33,7 @@ public:
     applicationWithIdentifier(const QString &bundleIdentifier) const override;
     [[nodiscard]] bool terminate(const RunningApplication &application) const override;
     [[nodiscard]] bool forceTerminate(const RunningApplication &application) const override;
+    void revealInFileViewer(const QList<FilePath> &files) const override;
 
 private:
     mutable std::mutex m_mutex;
@@ -42,6 +44,7 @@ private:
     mutable QList<qint32> m_askedToQuit;
     mutable QList<qint32> m_terminated;
     mutable int m_listings = 0;
+    mutable QList<FilePath> m_revealed;
 };
 
 } // namespace Quillmere

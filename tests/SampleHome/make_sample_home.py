@@ -12,7 +12,7 @@ def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("folder", type=Path, help="made when it does not exist; must otherwise be empty")
     parser.add_argument("--size", choices=("small", "normal"), default="small",
-                        help="small: less than 400 MB (default); normal: less than 1.2 GB")
+                        help="small: less than 700 MB (default); normal: less than 1.5 GB")
     parser.add_argument("--seed", type=int, default=1, help="the same seed makes the same home (default 1)")
     parser.add_argument("--history", action="store_true", help="also makes records of earlier clean-ups")
     action = parser.add_mutually_exclusive_group()

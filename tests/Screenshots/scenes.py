@@ -83,6 +83,33 @@ def professional_cleanup(tour: Tour) -> None:
     tour.application.wait_gone("heading", tour.texts["cleanup.report.title"])
     tour.application.wait_gone("dialog", tour.texts["cleanup.scanning"])
     tour.rest()
+def large_files(tour: Tour) -> None:
+    tour.open("largeFiles")
+    tour.take("largeFiles-start")
+    tour.press("cleanup.startScan")
+    tour.application.find("push button", tour.texts["largeFiles.column.name"])
+    tour.rest()
+    tour.take("largeFiles-list")
+
+    tour.person.reach("list item", next(item.name for item in tour.application.all("list item") if "/Movies/" in item.name))
+    tour.person.press("Menu")
+    tour.application.find("menu item", tour.texts["largeFiles.action.trash"])
+    tour.rest()
+    tour.take("largeFiles-menu")
+    tour.person.press("Down")
+    tour.person.press("Return")
+    tour.application.find("heading", tour.texts["largeFiles.trashConfirm"])
+    tour.rest()
+    tour.take("largeFiles-question")
+    tour.person.press("Escape")
+    tour.rest()
+    tour.person.click_on("radio button", tour.texts["largeFiles.filter.media"])
+    tour.press("largeFiles.column.name")
+    tour.rest()
+    tour.take("largeFiles-media")
+    tour.person.click_on("radio button", tour.texts["largeFiles.filter.documents"])
+    tour.rest()
+    tour.take("largeFiles-documents")
 
 
 def browsers(tour: Tour) -> None:
@@ -136,7 +163,7 @@ SCENES = {
     "dashboard": plain("dashboard"),
     "safeCleanup": safe_cleanup,
     "professionalCleanup": professional_cleanup,
-    "largeFiles": plain("largeFiles"),
+    "largeFiles": large_files,
     "browsers": browsers,
     "systemData": system_data,
     "startup": plain("startup"),

@@ -247,7 +247,7 @@ TEST_F(HistoryServiceTest, WritesThroughALinkInPlace)
     history.save(fullLog());
 
     EXPECT_EQ(machine.files->contentsOfFile(elsewhere).value(), '[' + fullLogJson + ']');
-    EXPECT_EQ(machine.files->attributesOfItem(file).value().type, FileType::SymbolicLink);
+    EXPECT_EQ(machine.files->attributesOfItem(file).value().type, EntryKind::SymbolicLink);
 }
 
 TEST_F(HistoryServiceTest, PrintsOneLineWhenTheFileCannotBeWritten)

@@ -1,5 +1,7 @@
 #include "Utilities/TextComparison.h"
 
+#include "Utilities/LocalizedSortKey.h"
+
 #include <gtest/gtest.h>
 
 using namespace Quillmere;
@@ -36,6 +38,12 @@ TEST_P(StandardOrderTest, PutsOneBeforeTheOther)
     EXPECT_EQ(sign(localizedStandardCompare(pair.less, pair.more, pair.locale)), -1);
     EXPECT_EQ(sign(localizedStandardCompare(pair.more, pair.less, pair.locale)), 1);
     EXPECT_EQ(localizedStandardCompare(pair.less, pair.less, pair.locale), 0);
+
+    const LocalizedSortKey less(pair.less, pair.locale);
+    const LocalizedSortKey more(pair.more, pair.locale);
+    EXPECT_EQ(sign(less.compare(more)), -1);
+    EXPECT_EQ(sign(more.compare(less)), 1);
+    EXPECT_EQ(less.compare(LocalizedSortKey(pair.less, pair.locale)), 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Pairs, StandardOrderTest,

@@ -14,17 +14,17 @@ namespace Quillmere {
 
 namespace {
 
-FileType typeOfMode(unsigned mode)
+EntryKind typeOfMode(unsigned mode)
 {
     if (S_ISREG(mode))
-        return FileType::Regular;
+        return EntryKind::Regular;
     if (S_ISDIR(mode))
-        return FileType::Directory;
-    return S_ISLNK(mode) ? FileType::SymbolicLink : FileType::Other;
+        return EntryKind::Directory;
+    return S_ISLNK(mode) ? EntryKind::SymbolicLink : EntryKind::Other;
 }
 
 /// Nothing for an entry that has vanished. Only where the file system does not tell the type is it asked for.
-std::optional<FileType> typeOf(const dirent64 &entry, int folder)
+std::optional<EntryKind> typeOf(const dirent64 &entry, int folder)
 {
     if (entry.d_type != DT_UNKNOWN)
         return typeOfMode(DTTOIF(entry.d_type));
@@ -32,7 +32,7 @@ std::optional<FileType> typeOf(const dirent64 &entry, int folder)
     constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
     if (::statx(folder, entry.d_name, flags, STATX_TYPE, &status) == 0)
         return typeOfMode(status.stx_mode);
-    return errno == ENOENT ? std::nullopt : std::optional(FileType::Other);
+    return errno == ENOENT ? std::nullopt : std::optional(EntryKind::Other);
 }
 
 bool isListed(const dirent64 &entry, HiddenFiles hidden)
@@ -56,7 +56,7 @@ Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder, Hidden
         for (const dirent64 &entry : buffer) {
             if (!isListed(entry, hidden))
                 continue;
-            if (const std::optional<FileType> type = typeOf(entry, opened.number()))
+            if (const std::optional<EntryKind> type = typeOf(entry, opened.number()))
                 entries.append({folder.appending(entry.d_name), *type});
         }
     }

@@ -1,31 +1,37 @@
 #pragma once
 
-#include "Platform/FileManager.h"
 #include "Platform/Linux/DirectoryBuffer.h"
 #include "Platform/Linux/NameList.h"
+#include "Platform/Linux/WalkFindings.h"
+#include "Platform/Linux/WalkFolder.h"
+
+#include <functional>
+#include <memory>
 
 namespace Quillmere {
 
-/// What one thread does with the entries of folders: it adds up the regular files and collects the names of the
-/// sub-folders. Each thread has its own.
+/// What one thread does with the entries of folders: it asks the files among them and collects the names of the
+/// sub-folders to be entered. Each thread has its own.
 class FolderReader
 {
 public:
-    /// @p cancellation is asked before every entry.
-    explicit FolderReader(const Cancellation &cancellation);
+    FolderReader() = default;
+    virtual ~FolderReader() = default;
+    Q_DISABLE_COPY_MOVE(FolderReader)
 
-    /// Takes in the @p entries of @p folder. True when they are known to be the last.
-    bool takeIn(const DirectoryBuffer &entries, int folder, NameList &subfolders);
+    /// Takes in the @p entries of @p folder. True when they are known to be the last, or the walk is to stop, which is
+    /// asked before every entry.
+    virtual bool takeIn(const DirectoryBuffer &entries, const WalkFolder &folder, NameList &subfolders) = 0;
 
-    /// Everything added up so far.
-    [[nodiscard]] const TreeSize &sum() const { return m_sum; }
+    [[nodiscard]] const TreeSize &size() const { return m_findings.size; }
+    /// Everything found so far, which is then no longer here.
+    [[nodiscard]] WalkFindings takeFindings() { return std::exchange(m_findings, {}); }
 
-private:
-    /// Asks for one entry whose kind is that of a file or not known.
-    void ask(const char *name, int folder, NameList &subfolders);
-
-    const Cancellation &m_cancellation;
-    TreeSize m_sum;
+protected:
+    WalkFindings m_findings;
 };
+
+/// Makes the reader of one more thread. Any thread.
+using ReaderMaker = std::function<std::unique_ptr<FolderReader>()>;
 
 } // namespace Quillmere

@@ -25,13 +25,13 @@ namespace {
 constexpr qint64 bytesPerBlock = 512;
 constexpr mode_t allRights = 0777;
 
-FileType typeOf(mode_t mode)
+EntryKind typeOf(mode_t mode)
 {
     if (S_ISREG(mode))
-        return FileType::Regular;
+        return EntryKind::Regular;
     if (S_ISDIR(mode))
-        return FileType::Directory;
-    return S_ISLNK(mode) ? FileType::SymbolicLink : FileType::Other;
+        return EntryKind::Directory;
+    return S_ISLNK(mode) ? EntryKind::SymbolicLink : EntryKind::Other;
 }
 
 QDateTime timeOf(const timespec &time)
@@ -90,6 +90,12 @@ Result<QList<DirectoryEntry>> LinuxFileManager::contentsOfDirectory(const FilePa
 Result<TreeSize> LinuxFileManager::measureTree(const FilePath &folder, const Cancellation &cancellation) const
 {
     return Quillmere::measureTree(folder, cancellation);
+}
+
+Result<QList<FoundFile>> LinuxFileManager::findFiles(const FilePath &folder, const FileSearch &search,
+                                                     const Cancellation &cancellation) const
+{
+    return Quillmere::findFiles(folder, search, cancellation);
 }
 
 bool LinuxFileManager::fileExists(const FilePath &path) const

@@ -20,6 +20,8 @@ public:
     [[nodiscard]] Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder,
                                                                     HiddenFiles hidden) const override;
     [[nodiscard]] Result<TreeSize> measureTree(const FilePath &folder, const Cancellation &cancellation) const override;
+    [[nodiscard]] Result<QList<FoundFile>> findFiles(const FilePath &folder, const FileSearch &search,
+                                                     const Cancellation &cancellation) const override;
     [[nodiscard]] bool fileExists(const FilePath &path) const override;
     [[nodiscard]] Result<FileAttributes> attributesOfItem(const FilePath &path) const override;
     [[nodiscard]] bool isExecutableFile(const FilePath &path) const override;

@@ -207,8 +207,8 @@ bool LinuxPlaces::holdsSocket(const FilePath &folder, int levels) const
 {
     const auto entries = m_files->contentsOfDirectory(folder, HiddenFiles::Include).valueOr({});
     return std::ranges::any_of(entries, [&](const DirectoryEntry &entry) {
-        return entry.type == FileType::Other
-            || (levels > 1 && entry.type == FileType::Directory && holdsSocket(entry.path, levels - 1));
+        return entry.type == EntryKind::Other
+            || (levels > 1 && entry.type == EntryKind::Directory && holdsSocket(entry.path, levels - 1));
     });
 }
 

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/ApplicationData.h"
 #include "Platform/Linux/ApplicationInstances.h"
+#include "Platform/Linux/FileViewer.h"
 
 #include <algorithm>
 #include <csignal>
@@ -43,10 +44,12 @@ std::optional<FilePath> locationOf(const TracedProcess &process, const ProcessTa
 
 } // namespace
 
-LinuxWorkspace::LinuxWorkspace(FilePath home, QList<FilePath> entries, const FilePath &proc)
+LinuxWorkspace::LinuxWorkspace(FilePath home, QList<FilePath> entries, const FilePath &proc,
+                               const QDBusConnection &sessionBus)
     : m_home(std::move(home))
     , m_folders(std::move(entries))
     , m_processes(proc)
+    , m_sessionBus(sessionBus)
 {
 }
 
@@ -118,6 +121,11 @@ bool LinuxWorkspace::send(int signal, pid_t pid, quint64 startTime) const
     if (!stat || stat->hasEnded() || stat->startTime != startTime)
         return false;
     return ::syscall(SYS_pidfd_send_signal, process.number(), signal, nullptr, 0) == 0;
+}
+
+void LinuxWorkspace::revealInFileViewer(const QList<FilePath> &files) const
+{
+    Quillmere::revealInFileViewer(files, m_sessionBus);
 }
 
 } // namespace Quillmere

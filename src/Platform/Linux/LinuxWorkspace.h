@@ -4,6 +4,8 @@
 #include "Platform/Linux/ProcessTable.h"
 #include "Platform/Workspace.h"
 
+#include <QDBusConnection>
+
 #include <memory>
 #include <mutex>
 
@@ -17,7 +19,8 @@ class LinuxWorkspace final : public Workspace
 {
 public:
     /// @p entries are the folders of desktop entries, the most important first.
-    LinuxWorkspace(FilePath home, QList<FilePath> entries, const FilePath &proc = FilePath("/proc"));
+    LinuxWorkspace(FilePath home, QList<FilePath> entries, const FilePath &proc = FilePath("/proc"),
+                   const QDBusConnection &sessionBus = QDBusConnection::sessionBus());
 
     [[nodiscard]] QList<RunningApplication> runningApplications() const override;
     [[nodiscard]] std::optional<InstalledApplication>
@@ -25,6 +28,7 @@ public:
     /// By SIGTERM to the application itself, also where its first process is the sandbox around it.
     [[nodiscard]] bool terminate(const RunningApplication &application) const override;
     [[nodiscard]] bool forceTerminate(const RunningApplication &application) const override;
+    void revealInFileViewer(const QList<FilePath> &files) const override;
 
 private:
     [[nodiscard]] std::shared_ptr<const ApplicationIndex> index() const;
@@ -34,6 +38,7 @@ private:
     FilePath m_home;
     QList<FilePath> m_folders;
     ProcessTable m_processes;
+    const QDBusConnection m_sessionBus;
     mutable std::mutex m_lock; ///< Around the two below.
     mutable QByteArray m_state; ///< Of the folders, when the entries were read. Empty: to be read anew.
     mutable std::shared_ptr<const ApplicationIndex> m_index;

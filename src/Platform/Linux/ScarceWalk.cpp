@@ -28,32 +28,33 @@ void leaveDescriptorsBehind(int kept)
 
 } // namespace
 
-ScarceWalk::ScarceWalk(Opening openRoot, const Cancellation &cancellation)
+ScarceWalk::ScarceWalk(Opening openRoot, const Walk &walk)
     : m_openRoot(std::move(openRoot))
-    , m_cancellation(cancellation)
-    , m_reader(cancellation)
+    , m_cancellation(walk.cancellation())
+    , m_reader(walk.makeReader())
 {
 }
 
-TreeSize ScarceWalk::of(const FilePath &folder, const Cancellation &cancellation)
+WalkFindings ScarceWalk::of(const FilePath &folder, const QByteArray &path, const Walk &walk)
 {
-    return measure([&] { return openFolderForReading(folder, FinalLink::Refuse); }, -1, cancellation);
+    return walkFrom([&] { return openFolderForReading(folder, FinalLink::Refuse); }, -1, path, walk);
 }
 
-TreeSize ScarceWalk::below(int parent, const char *name, const Cancellation &cancellation)
+WalkFindings ScarceWalk::below(const WalkFolder &parent, const char *name, const Walk &walk)
 {
-    return measure([=] { return openSubfolder(parent, name); }, parent, cancellation);
+    const int number = parent.number();
+    return walkFrom([=] { return openSubfolder(number, name); }, number, parent.pathOf(name), walk);
 }
 
-TreeSize ScarceWalk::measure(const Opening &openRoot, int kept, const Cancellation &cancellation)
+WalkFindings ScarceWalk::walkFrom(const Opening &openRoot, int kept, const QByteArray &path, const Walk &walk)
 {
-    ScarceWalk walk(openRoot, cancellation);
+    ScarceWalk scarce(openRoot, walk);
     std::optional<std::thread> thread;
-    while (!thread && !cancellation.isRequested()) {
+    while (!thread && !walk.cancellation().isRequested()) {
         try {
             thread.emplace([&] {
                 leaveDescriptorsBehind(kept);
-                walk.run();
+                scarce.run(path);
             });
         } catch (const std::system_error &) {
             std::this_thread::sleep_for(pauseBetweenTries);
@@ -61,12 +62,12 @@ TreeSize ScarceWalk::measure(const Opening &openRoot, int kept, const Cancellati
     }
     if (thread)
         thread->join();
-    return walk.m_reader.sum();
+    return scarce.m_reader->takeFindings();
 }
 
-void ScarceWalk::run()
+void ScarceWalk::run(const QByteArray &path)
 {
-    enter(openPatiently(m_openRoot), {});
+    enter(openPatiently(m_openRoot), {}, path);
     while (!m_levels.empty() && !m_cancellation.isRequested())
         goOn();
     m_folder = {};
@@ -75,15 +76,16 @@ void ScarceWalk::run()
 void ScarceWalk::goOn()
 {
     Level &newest = m_levels.back();
-    if (!newest.subfolders.isEmpty() && !m_folder.isOpen())
-        m_folder = openNewestLevel();
-    if (newest.subfolders.isEmpty() || !m_folder.isOpen()) {
+    if (!newest.subfolders.isEmpty() && !m_folder.descriptor.isOpen())
+        m_folder = {openNewestLevel(), newest.path};
+    if (newest.subfolders.isEmpty() || !m_folder.descriptor.isOpen()) {
         m_folder = {};
         m_levels.pop_back();
         return;
     }
     const std::string name = newest.subfolders.takeFirst();
-    enter(openPatiently([&] { return openSubfolder(m_folder.number(), name.c_str()); }), name);
+    enter(openPatiently([&] { return openSubfolder(m_folder.number(), name.c_str()); }), name,
+          m_folder.pathOf(name.c_str()));
 }
 
 FileDescriptor ScarceWalk::openPatiently(const Opening &open) const
@@ -104,18 +106,19 @@ FileDescriptor ScarceWalk::openNewestLevel() const
     return folder;
 }
 
-void ScarceWalk::enter(FileDescriptor folder, std::string name)
+void ScarceWalk::enter(FileDescriptor descriptor, std::string name, const QByteArray &path)
 {
-    if (!folder.isOpen())
+    if (!descriptor.isOpen())
         return;
+    WalkFolder folder{std::move(descriptor), path};
     NameList subfolders;
     while (m_buffer.read(folder.number())) {
-        if (m_reader.takeIn(m_buffer, folder.number(), subfolders))
+        if (m_reader->takeIn(m_buffer, folder, subfolders))
             break;
     }
     if (subfolders.isEmpty())
         return;
-    m_levels.push_back({std::move(name), std::move(subfolders)});
+    m_levels.push_back({std::move(name), path, std::move(subfolders)});
     m_folder = std::move(folder);
 }
 

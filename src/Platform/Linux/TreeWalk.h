@@ -9,4 +9,8 @@ namespace Quillmere {
 [[nodiscard]] Result<TreeSize> measureTree(const FilePath &folder, const Cancellation &cancellation,
                                            WalkPool &pool = WalkPool::shared());
 
+/// FileManager::findFiles() on this system, in the same way. What a file occupies are its blocks.
+[[nodiscard]] Result<QList<FoundFile>> findFiles(const FilePath &folder, const FileSearch &search,
+                                                 const Cancellation &cancellation, WalkPool &pool = WalkPool::shared());
+
 } // namespace Quillmere

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/FileManager.h"
+#include "Platform/Linux/FolderReader.h"
 
 #include <atomic>
 #include <condition_variable>
@@ -11,12 +11,15 @@ namespace Quillmere {
 class Walk
 {
 public:
-    explicit Walk(const Cancellation &cancellation)
+    Walk(const Cancellation &cancellation, ReaderMaker makeReader)
         : m_cancellation(cancellation)
+        , m_makeReader(std::move(makeReader))
     {
     }
 
     [[nodiscard]] const Cancellation &cancellation() const { return m_cancellation; }
+    /// For one more of its threads.
+    [[nodiscard]] std::unique_ptr<FolderReader> makeReader() const { return m_makeReader(); }
     /// Whether the pool knows of this walk. A small one ends before it does.
     [[nodiscard]] bool isShared() const { return m_isShared; }
     /// Whether some thread would take a job at once. Cheap enough to be asked for every folder.
@@ -26,6 +29,7 @@ private:
     friend class WalkPool;
 
     const Cancellation &m_cancellation;
+    const ReaderMaker m_makeReader;
     std::atomic<int> m_hunger = 0;
     bool m_isShared = false; ///< Set before any other thread knows of the walk.
 
@@ -34,7 +38,7 @@ private:
     bool m_isOwnerWaiting = false;
     bool m_waitsForDisk = false;
     int m_helpers = 0; ///< Threads of the pool that are at work on this walk.
-    TreeSize m_sum; ///< Of the helpers that have finished their job.
+    WalkFindings m_findings; ///< Of the helpers that have finished their job.
 };
 
 } // namespace Quillmere

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Platform/Linux/FileDescriptor.h"
 #include "Platform/Linux/NameList.h"
+#include "Platform/Linux/WalkFolder.h"
 
 #include <memory>
 
@@ -10,7 +10,7 @@ namespace Quillmere {
 /// A folder on the way of a walk, with what is still to be done in it.
 struct WalkFrame
 {
-    std::shared_ptr<const FileDescriptor> folder; ///< Shared with whoever was given some of its names.
+    std::shared_ptr<const WalkFolder> folder; ///< Shared with whoever was given some of its names.
     NameList subfolders; ///< Still to be entered.
     bool isUnread = false; ///< More entries may follow those that were read.
 

@@ -105,9 +105,9 @@ std::optional<WalkJob> WalkPool::next(Walk &walk)
     }
 }
 
-TreeSize WalkPool::sumOfHelpers(const Walk &walk)
+WalkFindings WalkPool::findingsOfHelpers(Walk &walk)
 {
-    return walk.m_sum;
+    return std::move(walk.m_findings);
 }
 
 void WalkPool::serve()
@@ -137,9 +137,10 @@ void WalkPool::work(std::unique_lock<std::mutex> &lock)
     lock.unlock();
     WalkWorker worker(walk, *this);
     worker.run(std::move(job));
+    WalkFindings findings = worker.takeFindings();
     lock.lock();
 
-    walk.m_sum += worker.sum();
+    walk.m_findings += std::move(findings);
     --walk.m_helpers;
     --m_busy;
     updateHunger();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/FileManager.h"
+#include "Platform/Linux/WalkFindings.h"
 #include "Platform/Linux/WalkJob.h"
 
 #include <condition_variable>
@@ -36,7 +36,7 @@ public:
     /// For the thread that asked for @p walk and has nothing left of it: waits for a job, or for the end of the walk.
     [[nodiscard]] std::optional<WalkJob> next(Walk &walk);
     /// What the helpers found. Once next() has answered nothing.
-    [[nodiscard]] static TreeSize sumOfHelpers(const Walk &walk);
+    [[nodiscard]] static WalkFindings findingsOfHelpers(Walk &walk);
 
 private:
     void serve();

@@ -32,25 +32,25 @@ constexpr qint64 mostEffortBetweenLooks = 32 * 1024;
 WalkWorker::WalkWorker(Walk &walk, WalkPool &pool)
     : m_walk(walk)
     , m_pool(pool)
-    , m_reader(walk.cancellation())
+    , m_reader(walk.makeReader())
 {
 }
 
 void WalkWorker::run(WalkJob job)
 {
     if (!job.entries.isEmpty())
-        m_reader.takeIn(job.entries, job.frame.folder->number(), job.frame.subfolders);
+        m_reader->takeIn(job.entries, *job.frame.folder, job.frame.subfolders);
     m_frames.push_back(std::move(job.frame));
     while (!m_frames.empty() && !m_walk.cancellation().isRequested())
         goOn();
     m_frames.clear();
 }
 
-TreeSize WalkWorker::sum() const
+WalkFindings WalkWorker::takeFindings()
 {
-    TreeSize sum = m_reader.sum();
-    sum += m_sumOfScarceWalks;
-    return sum;
+    WalkFindings findings = m_reader->takeFindings();
+    findings += std::exchange(m_findingsOfScarceWalks, {});
+    return findings;
 }
 
 void WalkWorker::goOn()
@@ -71,14 +71,15 @@ void WalkWorker::enter(WalkFrame &above)
     const char *name = above.subfolders.takeFirst();
     FileDescriptor opened = openSubfolder(above.folder->number(), name);
     if (!opened.isOpen() && lacksDescriptor(errno))
-        m_sumOfScarceWalks += ScarceWalk::below(above.folder->number(), name, m_walk.cancellation());
+        m_findingsOfScarceWalks += ScarceWalk::below(*above.folder, name, m_walk);
+    WalkFolder folder{std::move(opened), above.folder->pathOf(name)};
     // Closed before its last sub-folder is read, so that a chain of any depth keeps two folders open.
     if (above.isDone())
         m_frames.pop_back();
-    if (!opened.isOpen())
+    if (!folder.descriptor.isOpen())
         return;
 
-    WalkFrame frame{std::make_shared<const FileDescriptor>(std::move(opened)), {}, true};
+    WalkFrame frame{std::make_shared<const WalkFolder>(std::move(folder)), {}, true};
     read(frame);
     if (!frame.isDone())
         m_frames.push_back(std::move(frame));
@@ -87,8 +88,8 @@ void WalkWorker::enter(WalkFrame &above)
 void WalkWorker::read(WalkFrame &frame)
 {
     ++m_folders;
-    const int folder = frame.folder->number();
-    for (bool isFirst = true; m_buffer.read(folder); isFirst = false) {
+    const WalkFolder &folder = *frame.folder;
+    for (bool isFirst = true; m_buffer.read(folder.number()); isFirst = false) {
         // Helpers drop what they are given once the walk is to stop, and so would stay hungry to the folder's end.
         if (m_walk.cancellation().isRequested())
             return;
@@ -96,7 +97,7 @@ void WalkWorker::read(WalkFrame &frame)
             give({frame.folder, {}, false}, std::move(m_buffer));
             continue;
         }
-        const bool isLast = m_reader.takeIn(m_buffer, folder, frame.subfolders);
+        const bool isLast = m_reader->takeIn(m_buffer, folder, frame.subfolders);
         shareOnceWorthwhile();
         watchTheDisk();
         if (isLast)
@@ -109,7 +110,7 @@ void WalkWorker::read(WalkFrame &frame)
 
 qint64 WalkWorker::effort() const
 {
-    return m_reader.sum().fileCount * effortOfAFile + m_folders * effortOfAFolder;
+    return m_reader->size().fileCount * effortOfAFile + m_folders * effortOfAFolder;
 }
 
 void WalkWorker::shareOnceWorthwhile()

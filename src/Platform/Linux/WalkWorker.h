@@ -20,8 +20,8 @@ public:
     /// Works @p job off, except for what others take over. No folder is open afterwards.
     void run(WalkJob job);
 
-    /// What this worker itself has found.
-    [[nodiscard]] TreeSize sum() const;
+    /// What this worker itself has found, which it then no longer has.
+    [[nodiscard]] WalkFindings takeFindings();
 
 private:
     void goOn();
@@ -36,9 +36,9 @@ private:
 
     Walk &m_walk;
     WalkPool &m_pool;
-    FolderReader m_reader;
+    const std::unique_ptr<FolderReader> m_reader;
     DirectoryBuffer m_buffer;
-    TreeSize m_sumOfScarceWalks;
+    WalkFindings m_findingsOfScarceWalks;
     qint64 m_folders = 0; ///< Read so far.
     DiskReads m_diskReads;
     qint64 m_effortBetweenLooks = 0; ///< How long the disk goes unwatched; 0 while this worker does not watch it.

@@ -12,6 +12,8 @@ T.Control {
     property var model: []
     property int currentIndex: 0
     property string accessibleName
+    /// Where the room is short, the segments stand in several lines; otherwise their texts do.
+    property bool wraps: false
 
     signal picked(int index)
 
@@ -21,8 +23,9 @@ T.Control {
             sum += segments.itemAt(i) ? segments.itemAt(i).implicitContentWidth + 26 : 0;
         return sum;
     }
+    readonly property bool isWrapped: wraps && width < naturalWidth
     /// Room that each segment gets beyond, or lacks to, its own width.
-    readonly property real surplus: segments.count > 0 ? (width - naturalWidth) / segments.count : 0
+    readonly property real surplus: segments.count > 0 && !isWrapped ? (width - naturalWidth) / segments.count : 0
 
     function move(step: int) {
         const next = currentIndex + step;
@@ -31,7 +34,7 @@ T.Control {
     }
 
     implicitWidth: naturalWidth
-    implicitHeight: Math.max(32, row.tallest + 6)
+    implicitHeight: Math.max(32, isWrapped ? row.implicitHeight + 6 : row.tallest + 6)
     focusPolicy: Qt.TabFocus
 
     Accessible.role: Accessible.Grouping
@@ -51,7 +54,7 @@ T.Control {
         }
     }
 
-    Row {
+    Flow {
         id: row
 
         readonly property real tallest: {
@@ -63,7 +66,8 @@ T.Control {
 
         x: 3
         y: 3
-        height: root.height - 6
+        // One more than there is, or what fits exactly might not.
+        width: root.width - 5
 
         Repeater {
             id: segments
@@ -80,7 +84,7 @@ T.Control {
 
                 implicitHeight: implicitContentHeight + 8
                 width: Math.max(24, implicitContentWidth + 26 + root.surplus)
-                height: row.height
+                height: root.isWrapped ? row.tallest : root.height - 6
                 leftPadding: 6
                 rightPadding: 6
                 focusPolicy: Qt.NoFocus

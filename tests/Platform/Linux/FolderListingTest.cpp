@@ -38,10 +38,10 @@ TEST(FolderListingTest, NamesEveryKindAndFollowsNoLink)
     ASSERT_EQ(::mkfifo(tree.path("pipe").bytes().constData(), 0600), 0);
 
     const QList<DirectoryEntry> expected = {
-        {tree.path("file"), FileType::Regular},
-        {tree.path("folder"), FileType::Directory},
-        {tree.path("link"), FileType::SymbolicLink},
-        {tree.path("pipe"), FileType::Other},
+        {tree.path("file"), EntryKind::Regular},
+        {tree.path("folder"), EntryKind::Directory},
+        {tree.path("link"), EntryKind::SymbolicLink},
+        {tree.path("pipe"), EntryKind::Other},
     };
     EXPECT_EQ(sortedContents(tree.path(), HiddenFiles::Include), expected);
 }
@@ -55,7 +55,7 @@ TEST(FolderListingTest, LeavesOutHiddenNamesOnlyWhenToldTo)
     tree.addFile("shown.");
 
     EXPECT_EQ(sortedContents(tree.path(), HiddenFiles::Skip),
-              (QList<DirectoryEntry>{{tree.path("shown."), FileType::Regular}}));
+              (QList<DirectoryEntry>{{tree.path("shown."), EntryKind::Regular}}));
     EXPECT_EQ(sortedContents(tree.path(), HiddenFiles::Include).size(), 4);
 }
 
@@ -92,7 +92,7 @@ TEST(FolderListingTest, TakesNamesOfAnyBytes)
     tree.addFile(name + "/inside");
 
     EXPECT_EQ(sortedContents(tree.path(), HiddenFiles::Skip),
-              (QList<DirectoryEntry>{{tree.path(name), FileType::Directory}}));
+              (QList<DirectoryEntry>{{tree.path(name), EntryKind::Directory}}));
     EXPECT_EQ(sortedContents(tree.path(name), HiddenFiles::Skip).size(), 1);
 }
 
@@ -103,7 +103,7 @@ TEST(FolderListingTest, ListsWhatALinkToAFolderLeadsTo)
     tree.addLink("link", "folder");
 
     EXPECT_EQ(sortedContents(tree.path("link"), HiddenFiles::Include),
-              (QList<DirectoryEntry>{{tree.path("link/file"), FileType::Regular}}));
+              (QList<DirectoryEntry>{{tree.path("link/file"), EntryKind::Regular}}));
 }
 
 TEST(FolderListingTest, TellsMissingFromUnreadable)

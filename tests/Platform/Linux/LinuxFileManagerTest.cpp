@@ -109,12 +109,12 @@ TEST_F(LinuxFileManagerTest, DescribesTheItemItselfAndNotALinksTarget)
     home.addLink("link", "file");
     ::mkfifo(home.path("fifo").bytes().constData(), 0600);
 
-    EXPECT_EQ(files.attributesOfItem(home.path("file")).value().type, FileType::Regular);
+    EXPECT_EQ(files.attributesOfItem(home.path("file")).value().type, EntryKind::Regular);
     EXPECT_EQ(files.attributesOfItem(home.path("file")).value().size, 5);
-    EXPECT_EQ(files.attributesOfItem(home.path("link")).value().type, FileType::SymbolicLink);
-    EXPECT_EQ(files.attributesOfItem(home.path("home")).value().type, FileType::Directory);
-    EXPECT_EQ(files.attributesOfItem(home.path("fifo")).value().type, FileType::Other);
-    EXPECT_EQ(files.attributesOfItem(FilePath("/")).value().type, FileType::Directory);
+    EXPECT_EQ(files.attributesOfItem(home.path("link")).value().type, EntryKind::SymbolicLink);
+    EXPECT_EQ(files.attributesOfItem(home.path("home")).value().type, EntryKind::Directory);
+    EXPECT_EQ(files.attributesOfItem(home.path("fifo")).value().type, EntryKind::Other);
+    EXPECT_EQ(files.attributesOfItem(FilePath("/")).value().type, EntryKind::Directory);
     EXPECT_EQ(files.attributesOfItem(home.path("none")).failure().kind, Failure::Kind::NotFound);
 }
 
@@ -265,7 +265,7 @@ TEST_F(LinuxFileManagerTest, WritesInPlaceThroughLinksAndKeepsTheFile)
     EXPECT_EQ(home.contents("file"), "new");
     EXPECT_EQ(after.st_ino, before.st_ino);
     EXPECT_EQ(home.mode("file"), 0640u);
-    EXPECT_EQ(files.attributesOfItem(link).value().type, FileType::SymbolicLink);
+    EXPECT_EQ(files.attributesOfItem(link).value().type, EntryKind::SymbolicLink);
 }
 
 TEST_F(LinuxFileManagerTest, ReplacesAtomicallyAndKeepsTheRights)
@@ -289,7 +289,7 @@ TEST_F(LinuxFileManagerTest, ReplacesALinkByAFileWhenItWritesAtomically)
 
     ASSERT_TRUE(files.writeFile(link, "new", WriteMode::Atomic));
 
-    EXPECT_EQ(files.attributesOfItem(link).value().type, FileType::Regular);
+    EXPECT_EQ(files.attributesOfItem(link).value().type, EntryKind::Regular);
     EXPECT_EQ(home.contents("link"), "new");
     EXPECT_EQ(home.contents("file"), "kept");
 }
@@ -339,7 +339,7 @@ TEST_F(LinuxFileManagerTest, MeasuresAndListsThroughTheSameSeam)
 
     EXPECT_EQ(files.measureTree(home.path("tree"), {}).value().fileCount, 2);
     EXPECT_EQ(files.contentsOfDirectory(home.path("tree"), HiddenFiles::Skip).value(),
-              (QList<DirectoryEntry>{{home.path("tree/a"), FileType::Regular}}));
+              (QList<DirectoryEntry>{{home.path("tree/a"), EntryKind::Regular}}));
 }
 
 TEST_F(LinuxFileManagerTest, RemovesForGoodAndFindsNothingTheSecondTime)

@@ -220,7 +220,7 @@ TEST_P(RemovalRaceTest, PutsBackWhatTookTheItemsPlaceAtTheLastMoment)
     EXPECT_EQ(ending, isAnotherItem ? Ending::Failed : Ending::Succeeded);
     EXPECT_EQ(home.names("home/.local/share/Trash/files").isEmpty(), isAnotherItem);
     if (isAnotherItem) {
-        EXPECT_EQ(files.attributesOfItem(item).value().type, FileType::SymbolicLink);
+        EXPECT_EQ(files.attributesOfItem(item).value().type, EntryKind::SymbolicLink);
     }
 }
 

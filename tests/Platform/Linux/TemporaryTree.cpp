@@ -63,6 +63,13 @@ void TemporaryTree::addFile(const QByteArray &relative, qint64 bytes)
     writeFile(AT_FDCWD, path(relative).bytes(), bytes);
 }
 
+void TemporaryTree::allocate(const QByteArray &relative, qint64 bytes, int mode)
+{
+    addFile(relative, 0);
+    const FileDescriptor file(::open(path(relative).bytes().constData(), O_WRONLY | O_CLOEXEC));
+    check(::fallocate(file.number(), mode, 0, bytes) == 0, "fallocate");
+}
+
 void TemporaryTree::addLink(const QByteArray &relative, const QByteArray &target)
 {
     check(::symlink(target.constData(), path(relative).bytes().constData()) == 0, "symlink");

@@ -17,6 +17,8 @@ public:
     /// Missing folders above are made.
     void addFolder(const QByteArray &relative);
     void addFile(const QByteArray &relative, qint64 bytes = 1);
+    /// A file that really takes up @p bytes, without any being written. @p mode as for fallocate(2).
+    void allocate(const QByteArray &relative, qint64 bytes, int mode = 0);
     void addLink(const QByteArray &relative, const QByteArray &target);
     /// @p levels folders named @p name, each in the one before, with a file beside each but the first.
     void addChain(const QByteArray &name, int levels, qint64 bytesOfEachFile);

@@ -1,6 +1,8 @@
+#include "Platform/Linux/FileFinder.h"
 #include "Platform/Linux/FolderOpening.h"
 #include "Platform/Linux/ScarceWalk.h"
 #include "Platform/Linux/TemporaryTree.h"
+#include "Platform/Linux/TreeMeasurer.h"
 #include "Platform/Linux/TreeWalk.h"
 #include "Platform/Linux/Walk.h"
 #include "Platform/Linux/WalkWorker.h"
@@ -158,16 +160,22 @@ TEST_F(TreeWalkThreadsTest, TakesInNoEntryOnceAskedToStop)
 {
     std::stop_source source;
     const Cancellation cancellation(source.get_token());
-    FolderReader reader(cancellation);
-    const FileDescriptor folder = openFolderForReading(s_tree->path("bush/branch1/branch1/branch1"), FinalLink::Refuse);
+    TreeMeasurer measurer(cancellation);
+    FileSearch search;
+    SearchCounter counter(search);
+    FileFinder finder(search, counter, cancellation);
+    const WalkFolder folder{openFolderForReading(s_tree->path("bush/branch1/branch1/branch1"), FinalLink::Refuse),
+                            "branch"};
     DirectoryBuffer entries;
     ASSERT_TRUE(entries.read(folder.number()));
     source.request_stop();
 
     NameList subfolders;
-    reader.takeIn(entries, folder.number(), subfolders);
+    measurer.takeIn(entries, folder, subfolders);
+    finder.takeIn(entries, folder, subfolders);
 
-    EXPECT_EQ(reader.sum(), TreeSize());
+    EXPECT_EQ(measurer.size(), TreeSize());
+    EXPECT_EQ(finder.size(), TreeSize());
 }
 
 TEST_F(TreeWalkThreadsTest, StopsOnTheWay)
@@ -177,9 +185,9 @@ TEST_F(TreeWalkThreadsTest, StopsOnTheWay)
     for (int attempt = 0; attempt < 1000 && !hasStoppedOnTheWay; ++attempt) {
         std::stop_source source;
         const Cancellation cancellation({}, source.get_token());
-        Walk walk(cancellation);
+        Walk walk(cancellation, [&] { return std::make_unique<TreeMeasurer>(cancellation); });
         WalkWorker worker(walk, alone);
-        auto root = std::make_shared<const FileDescriptor>(openFolderForReading(s_tree->path(), FinalLink::Refuse));
+        auto root = std::make_shared<const WalkFolder>(openFolderForReading(s_tree->path(), FinalLink::Refuse));
         std::atomic<bool> isWalking = false;
         std::jthread stopper([&] {
             while (!isWalking)
@@ -188,7 +196,8 @@ TEST_F(TreeWalkThreadsTest, StopsOnTheWay)
         });
         isWalking = true;
         worker.run({&walk, {std::move(root), {}, true}});
-        hasStoppedOnTheWay = worker.sum().fileCount > 0 && worker.sum().fileCount < s_size.fileCount;
+        const qint64 fileCount = worker.takeFindings().size.fileCount;
+        hasStoppedOnTheWay = fileCount > 0 && fileCount < s_size.fileCount;
     }
 
     EXPECT_TRUE(hasStoppedOnTheWay);
@@ -225,12 +234,14 @@ TEST_F(TreeWalkThreadsTest, MeasuresTheSameWithTwoFoldersOpenAtATime)
     chain.addChain("n", 300, 10);
     chain.addBush("n/n/n/n/bush", 2, 3, 2);
 
-    EXPECT_EQ(ScarceWalk::of(s_tree->path(), {}), s_size);
-    EXPECT_EQ(ScarceWalk::of(chain.path(), {}), sizeByFind(chain.path()));
-    EXPECT_EQ(ScarceWalk::of(chain.path("n/file"), {}), TreeSize());
-    const FileDescriptor root = openFolderForReading(s_tree->path(), FinalLink::Refuse);
-    EXPECT_EQ(ScarceWalk::below(root.number(), "bush", {}), s_size);
-    EXPECT_EQ(ScarceWalk::below(root.number(), "missing", {}), TreeSize());
+    const Cancellation never;
+    const Walk walk(never, [&] { return std::make_unique<TreeMeasurer>(never); });
+    EXPECT_EQ(ScarceWalk::of(s_tree->path(), {}, walk).size, s_size);
+    EXPECT_EQ(ScarceWalk::of(chain.path(), {}, walk).size, sizeByFind(chain.path()));
+    EXPECT_EQ(ScarceWalk::of(chain.path("n/file"), {}, walk).size, TreeSize());
+    const WalkFolder root{openFolderForReading(s_tree->path(), FinalLink::Refuse), {}};
+    EXPECT_EQ(ScarceWalk::below(root, "bush", walk).size, s_size);
+    EXPECT_EQ(ScarceWalk::below(root, "missing", walk).size, TreeSize());
 }
 
 TEST_F(TreeWalkThreadsTest, LosesNothingWhenDescriptorsAreFew)

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Platform/FileManager.h"
+
+#include <iterator>
+#include <vector>
+
+namespace Quillmere {
+
+/// What a walk, or one thread's part of it, has come to.
+struct WalkFindings
+{
+    TreeSize size; ///< Of the regular files that were asked.
+    std::vector<FoundFile> files; ///< In no particular order.
+
+    WalkFindings &operator+=(WalkFindings other)
+    {
+        size += other.size;
+        files.insert(files.end(), std::make_move_iterator(other.files.begin()),
+                     std::make_move_iterator(other.files.end()));
+        return *this;
+    }
+};
+
+} // namespace Quillmere
