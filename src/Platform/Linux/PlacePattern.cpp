@@ -34,7 +34,7 @@ void takeExisting(const FilePath &folder, std::span<const QByteArray> names, con
 
     QList<QByteArray> matching;
     for (const DirectoryEntry &entry : files.contentsOfDirectory(folder, HiddenFiles::Include).valueOr({})) {
-        const bool leadsElsewhere = entry.type == FileType::SymbolicLink && names.size() > 1;
+        const bool leadsElsewhere = entry.type == EntryKind::SymbolicLink && names.size() > 1;
         if (!leadsElsewhere && PlacePattern::nameMatches(names.front(), entry.path.lastPathComponent()))
             matching.append(entry.path.lastPathComponent());
     }
