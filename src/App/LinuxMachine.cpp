@@ -14,6 +14,7 @@
 #include "Platform/Linux/LinuxUserDefaults.h"
 #include "Platform/Linux/LinuxWorkspace.h"
 #include "Platform/Linux/MemoryReturn.h"
+#include "Platform/Linux/PlacesOnFirstUse.h"
 #include "Platform/Linux/SystemClock.h"
 
 #include <unistd.h>
@@ -27,7 +28,7 @@ Machine makeLinuxMachine()
     const auto bundles = std::make_shared<LinuxBundles>();
     Machine machine;
     machine.files = files;
-    machine.places = std::make_shared<LinuxPlaces>(files);
+    machine.places = std::make_shared<PlacesOnFirstUse>([files] { return std::make_unique<const LinuxPlaces>(files); });
     machine.defaults = std::make_shared<LinuxUserDefaults>(LinuxUserDefaults::fileOf(home));
     machine.clock = std::make_shared<SystemClock>();
     machine.appearance = std::make_shared<LinuxDesktopAppearance>();

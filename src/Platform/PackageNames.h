@@ -9,13 +9,12 @@ namespace Quillmere {
 
 /// Extensions, in lower case, of folders that people know as one document or one program, and that are looked at as a
 /// whole. No file system but the platform's own marks them, so the name decides. In their order.
-inline constexpr std::array<std::string_view, 40> packageExtensions = {
-    "app",          "aplibrary",     "appex",       "band",         "bundle",        "component",  "dsym",
-    "fcpbundle",    "imovielibrary", "kext",        "key",          "logicx",        "mdimporter", "mpkg",
-    "musiclibrary", "numbers",       "pages",       "photolibrary", "photoslibrary", "pkg",        "playground",
-    "plugin",       "prefpane",      "qlgenerator", "rtfd",         "saver",         "scptd",      "service",
-    "sparsebundle", "theater",       "tvlibrary",   "vst",          "vst3",          "wdgt",       "workflow",
-    "xcarchive",    "xcodeproj",     "xcworkspace", "xctest",       "xpc",
+inline constexpr std::array<std::string_view, 33> packageExtensions = {
+    "app",           "aplibrary", "appex",        "bundle",     "component", "dsym",         "fcpbundle",
+    "imovielibrary", "kext",      "logicx",       "mdimporter", "mpkg",      "musiclibrary", "photolibrary",
+    "photoslibrary", "pkg",       "playground",   "plugin",     "prefpane",  "qlgenerator",  "rtfd",
+    "saver",         "scptd",     "sparsebundle", "tvlibrary",  "vst",       "vst3",         "wdgt",
+    "xcarchive",     "xcodeproj", "xcworkspace",  "xctest",     "xpc",
 };
 
 /// Whether a folder of this name is a package. Case does not matter; a name that only begins with a point has no

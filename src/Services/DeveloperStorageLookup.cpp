@@ -17,7 +17,7 @@ std::optional<FilePath> DeveloperStorageLookup::environmentLocation(const char *
     const QByteArray value = m_environment(name);
     if (value.isEmpty())
         return std::nullopt;
-    return value.startsWith('/') ? FilePath(value) : FilePath("/").appending(value);
+    return (value.startsWith('/') ? FilePath(value) : FilePath("/").appending(value)).standardized();
 }
 
 QList<FilePath> DeveloperStorageLookup::matchingChildren(const FilePath &folder, const QByteArray &prefix) const

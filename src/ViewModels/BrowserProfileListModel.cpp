@@ -40,6 +40,8 @@ int BrowserProfileListModel::rowCount(const QModelIndex &parent) const
 
 QVariant BrowserProfileListModel::data(const QModelIndex &index, int role) const
 {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
     const BrowserProfile &profile = m_profiles.at(index.row());
     switch (role) {
     case NameRole:

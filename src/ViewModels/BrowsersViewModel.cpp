@@ -92,7 +92,7 @@ QCoro::Task<> BrowsersViewModel::cleanBrowserData(BrowserProfile profile)
         return attempted([&] { return collectedItems(service, profile, scope); });
     });
     const Result<QList<CleanupItem>> items = co_await collecting;
-    if (self)
+    if (self && items)
         setCleaning(true, 0.5);
 
     auto cleaning = inBackground([cleaner, items] {

@@ -74,12 +74,13 @@ QCoro::Task<> CleanupViewModel::clean()
     };
     auto cleaning = inBackground([cleaner = m_cleaner, items, progress] { return cleaned(cleaner, items, progress); });
     const Result<CleanupResult> outcome = co_await cleaning;
-    if (self && run == m_cleanupRuns)
-        m_isCleaning = false;
+    const auto endRun = [self, run] {
+        if (self && run == self->m_cleanupRuns)
+            self->setPhase(self->m_isScanning, false);
+    };
     if (!outcome) {
         printDiagnostic(habits.failureText, outcome.failure());
-        if (self)
-            Q_EMIT phaseChanged();
+        endRun();
         co_return;
     }
 
@@ -97,7 +98,7 @@ QCoro::Task<> CleanupViewModel::clean()
         co_return;
     m_resultWrapper = CleanupResultWrapper{QUuid::createUuid(), result};
     Q_EMIT cleanupResultChanged();
-    Q_EMIT phaseChanged();
+    endRun();
 }
 
 void CleanupViewModel::dismissReport()

@@ -100,19 +100,21 @@ QCoro::Task<> LargeFilesViewModel::scan()
                                                                  model.showProgress(latest.fraction, latest.name);
                                                          });
     const auto progress = [news](double fraction, const QString &name) { news.tell({fraction, name}); };
-    auto scanning = inBackground([disk = m_disk, places = m_places, progress, token = walk.get_token(),
-                                  locale = sortingLocale()]() -> std::optional<Found> {
-        std::optional<QList<FileItem>> files = LargeFilesWalk(disk, places, progress, Cancellation(token)).run();
-        if (!files)
-            return std::nullopt;
-        return Found{*files, nameRanks(*files, locale)};
-    });
+    const QLocale locale = sortingLocale();
+    auto scanning = inBackground(
+        [disk = m_disk, places = m_places, progress, token = walk.get_token(), locale]() -> std::optional<Found> {
+            std::optional<QList<FileItem>> files = LargeFilesWalk(disk, places, progress, Cancellation(token)).run();
+            if (!files)
+                return std::nullopt;
+            return Found{*files, nameRanks(*files, locale)};
+        });
     const std::optional<Found> found = co_await scanning;
     if (!self || m_walk != walk || m_isCancelled)
         co_return;
     news.deliver();
     if (found) {
-        m_nameRanks = found->nameRanks;
+        // Of another language they would put the names in another order.
+        m_nameRanks = sortingLocale() == locale ? found->nameRanks : std::vector<qsizetype>();
         setFiles(found->files);
     }
     setScanning(false);

@@ -41,7 +41,9 @@ QCoro::Task<> ProfessionalCleanupViewModel::scan()
     const WholeFolder wholeFolders[] = {
         {FilePath("/Library/Caches"), u"System Caches"_qs, u"professional.systemCaches"_qs,
          u"professional.systemCachesDescription"_qs, u"folder.badge.gearshape"_qs},
-        {m_files->homeDirectory().appending("Library/Containers/com.apple.mail/Data/Library/Mail Downloads"),
+        // The home may be a link, and removal refuses what lies below one.
+        {m_files->resolvingSymlinks(m_files->homeDirectory())
+             .appending("Library/Containers/com.apple.mail/Data/Library/Mail Downloads"),
          u"Mail Downloads"_qs, u"professional.mailDownloads"_qs, u"professional.mailDownloadsDescription"_qs,
          u"envelope.open"_qs},
     };

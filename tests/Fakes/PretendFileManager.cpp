@@ -307,6 +307,8 @@ bool PretendFileManager::search(const FilePath &folder, Searching &searching) co
         if (isClosed || !child)
             continue;
         const qint64 allocated = child->allocated.value_or(child->bytes);
+        if (m_volumes.contains(path))
+            continue;
         if (child->type == EntryKind::Directory && !isPackageName(name.constData())) {
             if (!this->search(path, searching))
                 return false;

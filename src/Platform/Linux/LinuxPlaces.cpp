@@ -83,28 +83,34 @@ void LinuxPlaces::takeBases(const BaseDirectories::Environment &environment, con
     const BaseDirectories folders = BaseDirectories::of(home, environment);
     takeBase("", FilePath("/"));
     takeBase("~", home);
-    takeBase("$config", folders.config);
-    takeBase("$data", folders.data);
-    takeBase("$state", folders.state);
     takeBase("$temporary", m_files->temporaryDirectory().standardized());
     takeBase("$flatpak", home.appending(".var/app"));
     takeBase("$snap", home.appending("snap"));
     takeBase("$library", home.appending("Library"));
 
     takeUserFolders(home, folders.config);
+    takeRefusedRoots(data);
 
-    for (const PlacesData::ReasonedPlace &refused : data.notRoots) {
-        if (m_bases.contains(refused.place.base))
-            m_notRoots.append(m_files->resolvingSymlinks(location(refused.place)));
-    }
     // A variable that names the home or the documents is a mistake, and no reason to offer them.
-    takeBase("$cache", folders.cache);
-    if (!mayBeRoot(m_bases["$cache"].actual))
-        takeBase("$cache", home.appending(".cache"));
-    if (!mayBeRoot(m_bases["$state"].actual))
-        takeBase("$state", home.appending(".local/state"));
+    const auto takeUnlessMistaken = [&](const QByteArray &name, const FilePath &told, const char *usual) {
+        takeBase(name, mayBeRoot(m_files->resolvingSymlinks(told)) ? told : home.appending(usual).standardized());
+    };
+    takeUnlessMistaken("$config", folders.config, ".config");
+    takeUnlessMistaken("$data", folders.data, ".local/share");
+    takeRefusedRoots(data);
+    takeUnlessMistaken("$cache", folders.cache, ".cache");
+    takeUnlessMistaken("$state", folders.state, ".local/state");
     m_offersTemporary = mayBeRoot(m_bases["$temporary"].actual);
     takeVariables(environment, data);
+}
+
+void LinuxPlaces::takeRefusedRoots(const PlacesData &data)
+{
+    m_refusedRoots.clear();
+    for (const PlacesData::RefusedRoot &refused : data.notRoots) {
+        if (m_bases.contains(refused.place.base))
+            m_refusedRoots.append({m_files->resolvingSymlinks(location(refused.place)), refused.within});
+    }
 }
 
 void LinuxPlaces::takeUserFolders(const FilePath &home, const FilePath &config)
@@ -193,7 +199,10 @@ QList<PlacePattern> LinuxPlaces::patterns(const PlacesData::Place &place) const
 
 bool LinuxPlaces::mayBeRoot(const FilePath &actual) const
 {
-    return !m_bases["~"].actual.isWithin(actual) && !m_notRoots.contains(actual);
+    return !m_bases["~"].actual.isWithin(actual)
+        && std::ranges::none_of(m_refusedRoots, [&](const RefusedRoot &refused) {
+               return refused.within ? actual.isWithin(refused.actual) : actual == refused.actual;
+           });
 }
 
 std::optional<QString> LinuxPlaces::reasonOfPlace(const FilePath &item) const

@@ -33,6 +33,12 @@ private:
         FilePath actual; ///< With its links followed.
     };
 
+    struct RefusedRoot
+    {
+        FilePath actual; ///< With its links followed.
+        bool within = false;
+    };
+
     struct Kept
     {
         PlacePattern pattern;
@@ -41,6 +47,7 @@ private:
 
     void takeBases(const BaseDirectories::Environment &environment, const PlacesData &data);
     void takeBase(const QByteArray &name, const FilePath &folder);
+    void takeRefusedRoots(const PlacesData &data);
     void takeUserFolders(const FilePath &home, const FilePath &config);
     void takeVariables(const BaseDirectories::Environment &environment, const PlacesData &data);
     void takeRows(const PlacesData &data);
@@ -57,7 +64,7 @@ private:
     QHash<QByteArray, Base> m_bases;
     QHash<PlaceTable, QList<PlaceRow>> m_rows;
     QHash<QString, QList<PlacesData::ListRow>> m_lists;
-    QList<FilePath> m_notRoots; ///< With their links followed.
+    QList<RefusedRoot> m_refusedRoots; ///< Whose bases are known so far.
     QList<FilePath> m_roots; ///< Of all rows, the program's own tables included.
     QList<Kept> m_kept;
     bool m_offersTemporary = true;

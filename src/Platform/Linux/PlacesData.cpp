@@ -17,6 +17,16 @@ QList<PlacesData::ReasonedPlace> reasonedPlaces(const QJsonArray &entries)
     return places;
 }
 
+QList<PlacesData::RefusedRoot> refusedRoots(const QJsonArray &entries)
+{
+    QList<PlacesData::RefusedRoot> places;
+    for (const QJsonValue &entry : entries) {
+        places.append({PlacesData::Place::parse(entry[u"place"].toString().toUtf8()), entry[u"within"].toBool(),
+                       entry[u"reason"].toString()});
+    }
+    return places;
+}
+
 QList<PlacesData::Row> rows(const QJsonArray &entries)
 {
     QList<PlacesData::Row> rows;
@@ -56,7 +66,10 @@ PlacesData read(const QString &name)
     QFile file(name);
     if (!file.open(QIODevice::ReadOnly))
         qFatal("The places in %s are missing from the program.", qUtf8Printable(name));
-    const QJsonObject document = QJsonDocument::fromJson(file.readAll()).object();
+    QJsonParseError error = {};
+    const QJsonObject document = QJsonDocument::fromJson(file.readAll(), &error).object();
+    if (document.isEmpty())
+        qFatal("The places in %s cannot be read: %s", qUtf8Printable(name), qUtf8Printable(error.errorString()));
 
     PlacesData data;
     for (const QJsonValue &root : document[u"programRoots"].toArray())
@@ -70,7 +83,7 @@ PlacesData read(const QString &name)
     };
     data.variables = variables(document[u"variables"].toArray());
     data.lists = lists(document[u"lists"].toObject());
-    data.notRoots = reasonedPlaces(document[u"notRoots"].toArray());
+    data.notRoots = refusedRoots(document[u"notRoots"].toArray());
     data.keep = reasonedPlaces(document[u"keep"].toArray());
     return data;
 }

@@ -51,11 +51,18 @@ struct PlacesData
         QString reason;
     };
 
+    struct RefusedRoot
+    {
+        Place place;
+        bool within = false; ///< Nothing inside it is a root either.
+        QString reason;
+    };
+
     QList<Place> programRoots;
     QHash<PlaceTable, QList<Row>> rows;
     QList<Variable> variables;
     QHash<QString, QList<ListRow>> lists;
-    QList<ReasonedPlace> notRoots;
+    QList<RefusedRoot> notRoots;
     QList<ReasonedPlace> keep;
 
     /// What is compiled into the program. Built once, on first use.

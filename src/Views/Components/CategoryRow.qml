@@ -2,7 +2,7 @@ import QtQuick
 import Quillmere
 
 /// A row of a cleanup screen: the switch, what it is, how much of it there is and how risky, and on request its
-/// largest items. Pressing the row opens and closes it; the switch asks for the selection.
+/// first items. Pressing the row opens and closes it; the switch asks for the selection.
 ListRow {
     id: root
 

@@ -47,6 +47,8 @@ Rectangle {
             weight: Font.DemiBold
             color: Theme.orangeText
             wrapMode: Text.Wrap
+
+            Accessible.ignored: true
         }
 
         CaptionText {
@@ -56,6 +58,8 @@ Rectangle {
             lineHeight: 16
             lineHeightMode: Text.FixedHeight
             wrapMode: Text.Wrap
+
+            Accessible.ignored: true
         }
     }
 }

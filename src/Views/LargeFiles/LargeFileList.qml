@@ -34,6 +34,12 @@ ListView {
     highlightMoveDuration: 0
 
     Accessible.role: Accessible.List
+    Accessible.name: Texts.localized("nav.largeFiles")
+
+    onCountChanged: {
+        if (currentIndex >= count)
+            currentIndex = count - 1;
+    }
 
     onActiveFocusChanged: {
         if (activeFocus && currentIndex < 0)

@@ -25,7 +25,7 @@ const QStringList cleanupLists = {
     u"Media and Game Development Caches"_qs,
 };
 
-/// Where @p base is while no variable is set.
+/// Where @p base is while no variable is set but those without a usual place, which lead below /data.
 FilePath usualPlace(const QByteArray &base)
 {
     static const QHash<QByteArray, FilePath> folders = {
@@ -39,6 +39,8 @@ FilePath usualPlace(const QByteArray &base)
     if (folders.contains(base))
         return folders[base];
     for (const PlacesData::Variable &variable : PlacesData::builtIn().variables) {
+        if (variable.name == base && !variable.usual)
+            return FilePath("/data").appending(base.mid(1));
         if (variable.name == base)
             return usualPlace(variable.usual->base).appending(variable.usual->names.join('/'));
     }
@@ -85,6 +87,10 @@ TEST(DeveloperPlacesTest, OffersEachOfItsRowsWhereTheToolsHaveNotBeenMoved)
         EXPECT_FALSE(rows.isEmpty()) << list.toStdString();
         for (const PlacesData::ListRow &row : rows) {
             World world;
+            for (const PlacesData::Variable &variable : PlacesData::builtIn().variables) {
+                if (!variable.usual)
+                    world.variables[variable.name.mid(1)] = usualPlace(variable.name).bytes();
+            }
             world.add(row);
             EXPECT_THAT(world.found(list), Contains(example(row)));
             EXPECT_EQ(world.places().reasonToKeep(example(row)), std::nullopt) << example(row).bytes().constData();
@@ -210,10 +216,12 @@ TEST(DeveloperPlacesTest, FollowsAToolsOwnVariableAndThoseBuiltOnIt)
 TEST(DeveloperPlacesTest, TakesNoFolderForACacheThatAVariableNamesByMistake)
 {
     World world;
-    for (const char *path : {"/home/ada/Documents/letters", "/home/ada/Pictures/one", "/data/photos"})
+    for (const char *path : {"/home/ada/Documents/letters", "/home/ada/Documents/work/cache",
+                             "/home/ada/Documents/work/native", "/home/ada/Pictures/one", "/data/photos"})
         world.disk->addFolder(FilePath(path));
     for (const PlacesData::Variable &variable : PlacesData::builtIn().variables) {
-        for (const char *value : {"/home/ada", "/home/ada/Documents", "/home/ada/Pictures", "/", "/data", "data", ""}) {
+        for (const char *value : {"/home/ada", "/home/ada/Documents", "/home/ada/Documents/work", "/home/ada/Pictures",
+                                  "/", "/data", "data", ""}) {
             world.variables = {{variable.name.mid(1), value}};
             for (const QString &list : cleanupLists)
                 EXPECT_THAT(world.found(list), IsEmpty()) << variable.name.constData() << ' ' << value;

@@ -99,6 +99,18 @@ TEST(LinuxPlacesTest, TakesNoHomeAndNoDocumentsForACacheFolder)
     }
 }
 
+TEST(LinuxPlacesTest, TakesNoHomeAndNoDocumentsForTheFoldersOfSettingsAndData)
+{
+    World world;
+    world.disk->addFolder(home.appending("Code/logs/today"));
+    world.disk->addFolder(home.appending("Documents/Code/logs/today"));
+    for (const char *value : {"/", "/home", "/home/ada", "/home/ada/Documents", "/home/ada/Documents/settings"}) {
+        world.variables["XDG_CONFIG_HOME"] = value;
+        EXPECT_THAT(world.places().rowsBehind(PlaceTable::UserLogs), Contains(row("/home/ada/.config/Code/logs")))
+            << value;
+    }
+}
+
 TEST(LinuxPlacesTest, FollowsALinkToTheCacheFolder)
 {
     World world;

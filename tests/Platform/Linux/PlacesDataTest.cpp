@@ -66,8 +66,10 @@ TEST(PlacesDataTest, GivesAReasonForEachKeptPlaceAndForEachThatIsNoRoot)
     const PlacesData &data = PlacesData::builtIn();
     ASSERT_FALSE(data.keep.isEmpty());
     ASSERT_FALSE(data.notRoots.isEmpty());
-    for (const PlacesData::ReasonedPlace &kept : data.keep + data.notRoots)
+    for (const PlacesData::ReasonedPlace &kept : data.keep)
         EXPECT_TRUE(isSentence(kept.reason)) << text(kept.place).constData();
+    for (const PlacesData::RefusedRoot &refused : data.notRoots)
+        EXPECT_TRUE(isSentence(refused.reason)) << text(refused.place).constData();
 }
 
 TEST(PlacesDataTest, BeginsEachPlaceWithAFolderThatIsKnown)
@@ -76,8 +78,10 @@ TEST(PlacesDataTest, BeginsEachPlaceWithAFolderThatIsKnown)
     QList<PlacesData::Place> places = data.programRoots;
     for (const PlacesData::Row &row : allRows())
         places.append(row.root);
-    for (const PlacesData::ReasonedPlace &kept : data.keep + data.notRoots)
+    for (const PlacesData::ReasonedPlace &kept : data.keep)
         places.append(kept.place);
+    for (const PlacesData::RefusedRoot &refused : data.notRoots)
+        places.append(refused.place);
     for (const PlacesData::ListRow &row : allListRows())
         places.append(row.place);
 
@@ -91,6 +95,44 @@ TEST(PlacesDataTest, OffersOnlyWhatIsNamedForCachesOrLogs)
         const QByteArray offered = row.suffix.isEmpty() ? text(row.root) : row.suffix;
         const QByteArray name = offered.endsWith('/') ? row.root.base : offered.mid(offered.lastIndexOf('/') + 1);
         EXPECT_THAT(name, testing::AnyOf("$cache", "cache", ".cache", "log", "logs")) << text(row.root).constData();
+    }
+}
+
+TEST(PlacesDataTest, OffersOfBrowsersOnlyFoldersNamedForWhatTheyFetchAgain)
+{
+    for (const char *browser : {"com.google.Chrome", "org.mozilla.firefox", "com.brave.Browser",
+                                "com.microsoft.edgemac", "com.operasoftware.Opera"}) {
+        const auto rows = PlacesData::builtIn().lists.value(QLatin1String(browser));
+        EXPECT_FALSE(rows.isEmpty()) << browser;
+        for (const PlacesData::ListRow &row : rows) {
+            EXPECT_THAT(row.place.names.last(),
+                        testing::AnyOf("Cache", "Code Cache", "cache2", "startupCache", "safebrowsing", "thumbnails"))
+                << text(row.place).constData();
+            EXPECT_THAT(text(row.place).constData(),
+                        testing::AnyOf(testing::StartsWith("$cache/"),
+                                       testing::ContainsRegex("^~/\\.var/app/[^/]+/cache/"),
+                                       testing::ContainsRegex("^~/snap/[^/]+/common/\\.cache/")));
+        }
+    }
+}
+
+TEST(PlacesDataTest, NamesForEachLanguageOnlyPlacesOfItsPrograms)
+{
+    const QHash<QString, QByteArrayList> programs = {
+        {u"Python Runtime"_qs, {"python3", "python"}},
+        {u"Java Runtime"_qs, {"java"}},
+        {u"Go Runtime"_qs, {"go"}},
+        {u"Node.js Runtime"_qs, {"node", "nodejs"}},
+        {u"Rust Runtime"_qs, {"rustc"}},
+        {u"Ruby Runtime"_qs, {"ruby"}},
+        {u"PHP Runtime"_qs, {"php"}},
+        {u"Flutter Runtime"_qs, {"flutter"}},
+    };
+    for (auto language = programs.begin(); language != programs.end(); ++language) {
+        const auto rows = PlacesData::builtIn().lists.value(language.key());
+        EXPECT_FALSE(rows.isEmpty()) << qPrintable(language.key());
+        for (const PlacesData::ListRow &row : rows)
+            EXPECT_TRUE(language.value().contains(row.place.names.last())) << text(row.place).constData();
     }
 }
 
