@@ -95,9 +95,11 @@ std::optional<StartupError> StartupService::toggleItem(const StartupItem &item, 
     if (!list)
         return StartupError{StartupError::CannotRead, u"Failed to load plist"_qs};
     list->setBoolean(disabled, !enabled);
+    const QByteArray text = list->written(PropertyList::Form::Xml);
+    // XML has no place for some characters that the other forms can hold, and would not be read again with them.
     // In a folder of the user's own, a file that is closed to the user could be replaced all the same.
-    const bool isWritten = m_files->isWritableFile(item.path)
-        && m_files->writeFile(item.path, list->written(PropertyList::Form::Xml), WriteMode::Atomic);
+    const bool isWritten = PropertyList::read(text) && m_files->isWritableFile(item.path)
+        && m_files->writeFile(item.path, text, WriteMode::Atomic);
     return isWritten ? std::nullopt : std::optional(cannotWrite(item.path));
 }
 

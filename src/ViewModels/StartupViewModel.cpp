@@ -66,9 +66,8 @@ void StartupViewModel::revealInFinder(int row) const
 {
     // The desktop may be slow to answer, and nobody waits for it.
     if (hasRow(row))
-        (void)inBackground([workspace = m_workspace, path = items().at(row).path] {
-            workspace->revealInFileViewer({path});
-        });
+        (void)inBackground(
+            [workspace = m_workspace, path = items().at(row).path] { workspace->revealInFileViewer({path}); });
 }
 
 void StartupViewModel::setIsLoading(bool isLoading)

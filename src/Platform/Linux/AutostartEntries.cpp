@@ -20,8 +20,8 @@ bool isOn(const DesktopEntryText &entry)
 /// Something that can be started, whatever it is.
 bool isComplete(const DesktopEntryText &entry)
 {
-    const bool hasProgram = !entry.value("Exec").value_or(QByteArray()).isEmpty()
-        || entry.boolean("DBusActivatable").value_or(false);
+    const bool hasProgram
+        = !entry.value("Exec").value_or(QByteArray()).isEmpty() || entry.boolean("DBusActivatable").value_or(false);
     return entry.value("Type") == "Application" && hasProgram;
 }
 

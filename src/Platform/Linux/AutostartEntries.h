@@ -21,8 +21,8 @@ public:
     AutostartEntries(std::shared_ptr<const FileManager> files, BaseDirectories::Environment environment,
                      QList<QByteArray> languages);
 
-    /// First the user's own, then those that the system brings, each by the names of their files. Left out is what would
-    /// not start however it is switched: meant for other desktops, without its program, or no application at all.
+    /// First the user's own, then those that the system brings, each by the names of their files. Left out is what
+    /// would not start however it is switched: meant for other desktops, without its program, or no application at all.
     [[nodiscard]] QList<StartupEntry> entries() const;
     [[nodiscard]] bool owns(const FilePath &path) const;
     [[nodiscard]] Result<void> setEnabled(const FilePath &path, bool enabled) const;

@@ -8,7 +8,7 @@ LinuxStartupEntries::LinuxStartupEntries(const std::shared_ptr<const FileManager
                                          const BaseDirectories::Environment &environment,
                                          const QDBusConnection &sessionBus, const QList<QByteArray> &languages)
     : m_autostart(files, environment, languages)
-    , m_units(files->homeDirectory(), sessionBus)
+    , m_units(files->homeDirectory(), BaseDirectories::of(files->homeDirectory(), environment).config, sessionBus)
 {
 }
 

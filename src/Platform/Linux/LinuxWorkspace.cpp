@@ -128,9 +128,4 @@ void LinuxWorkspace::revealInFileViewer(const QList<FilePath> &files) const
     Quillmere::revealInFileViewer(files, m_sessionBus);
 }
 
-void LinuxWorkspace::revealInFileViewer(const QList<FilePath> &files) const
-{
-    Quillmere::revealInFileViewer(files, m_sessionBus);
-}
-
 } // namespace Quillmere

@@ -2,6 +2,7 @@
 
 #include <QDBusArgument>
 #include <QDBusMessage>
+#include <QDBusVariant>
 
 #include <algorithm>
 
@@ -26,15 +27,16 @@ bool isTemplate(const QByteArray &unit)
 
 Failure failureOf(const QDBusMessage &answer, const FilePath &path)
 {
-    const Failure::Kind kind
-        = answer.errorName() == accessDenied ? Failure::Kind::NoPermission : Failure::Kind::Other;
+    const Failure::Kind kind = answer.errorName() == accessDenied ? Failure::Kind::NoPermission : Failure::Kind::Other;
     return {kind, path, answer.errorMessage()};
 }
 
 } // namespace
 
-UserUnits::UserUnits(FilePath home, const QDBusConnection &sessionBus, std::chrono::milliseconds patience)
+UserUnits::UserUnits(FilePath home, const FilePath &config, const QDBusConnection &sessionBus,
+                     std::chrono::milliseconds patience)
     : m_home(std::move(home))
+    , m_ownFolder(config.appending("systemd/user"))
     , m_sessionBus(sessionBus)
     , m_patience(patience)
 {
@@ -42,8 +44,10 @@ UserUnits::UserUnits(FilePath home, const QDBusConnection &sessionBus, std::chro
 
 QList<StartupEntry> UserUnits::entries() const
 {
-    const QDBusMessage answer = ask(u"ListUnitFiles"_qs, {});
     QList<StartupEntry> found;
+    if (!hasManager())
+        return found;
+    const QDBusMessage answer = ask(managerInterface, u"ListUnitFiles"_qs, {});
     if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != listOfPairs)
         return found;
     const QDBusArgument list = answer.arguments().first().value<QDBusArgument>();
@@ -62,9 +66,8 @@ QList<StartupEntry> UserUnits::entries() const
         found.append({path, FilePath::displayText(path.lastPathComponent()), scope, state == enabledState});
     }
     list.endArray();
-    std::ranges::sort(found, {}, [](const StartupEntry &entry) {
-        return std::pair(entry.scope, entry.path.lastPathComponent());
-    });
+    std::ranges::sort(found, {},
+                      [](const StartupEntry &entry) { return std::pair(entry.scope, entry.path.lastPathComponent()); });
     return found;
 }
 
@@ -76,22 +79,33 @@ bool UserUnits::owns(const FilePath &path)
 
 Result<void> UserUnits::setEnabled(const FilePath &path, bool enabled) const
 {
+    if (!hasManager())
+        return Failure{Failure::Kind::NotSupported, path, u"No manager of units looks after this home"_qs};
     const QStringList units = {QString::fromUtf8(path.lastPathComponent())};
     // For good, and nothing is taken by force from another unit.
     const QVariantList forGood = {units, false};
-    const QDBusMessage answer = enabled ? ask(u"EnableUnitFiles"_qs, forGood + QVariantList{false})
-                                        : ask(u"DisableUnitFiles"_qs, forGood);
+    const QDBusMessage answer = enabled ? ask(managerInterface, u"EnableUnitFiles"_qs, forGood + QVariantList{false})
+                                        : ask(managerInterface, u"DisableUnitFiles"_qs, forGood);
     if (answer.type() != QDBusMessage::ReplyMessage)
         return failureOf(answer, path);
     return {};
 }
 
+/// Whoever runs the program on another home than their own does not mean their own units.
+bool UserUnits::hasManager() const
+{
+    const QDBusMessage answer
+        = ask(u"org.freedesktop.DBus.Properties"_qs, u"Get"_qs, {managerInterface, u"UnitPath"_qs});
+    const QVariant folders = answer.arguments().value(0).value<QDBusVariant>().variant();
+    return folders.toStringList().contains(QString::fromUtf8(m_ownFolder.bytes()));
+}
+
 /// Never starts a manager: without one there is nothing that would start units.
-QDBusMessage UserUnits::ask(const QString &method, const QVariantList &arguments) const
+QDBusMessage UserUnits::ask(const QString &interface, const QString &method, const QVariantList &arguments) const
 {
     if (!m_sessionBus.isConnected())
         return QDBusMessage::createError(QDBusError::Disconnected, u"No session bus"_qs);
-    QDBusMessage question = QDBusMessage::createMethodCall(manager, managerObject, managerInterface, method);
+    QDBusMessage question = QDBusMessage::createMethodCall(manager, managerObject, interface, method);
     question.setArguments(arguments);
     question.setAutoStartService(false);
     return m_sessionBus.call(question, QDBus::Block, int(m_patience.count()));
