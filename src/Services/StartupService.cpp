@@ -89,7 +89,7 @@ QList<StartupItem> StartupService::loadStartupItems() const
 
 std::optional<StartupError> StartupService::toggleItem(const StartupItem &item, bool enabled) const
 {
-    if (m_entries->owns(item.path))
+    if (isSwitchedByOthers(item))
         return m_entries->setEnabled(item.path, enabled) ? std::nullopt : std::optional(cannotWrite(item.path));
     std::optional<PropertyList> list = read(item.path);
     if (!list)

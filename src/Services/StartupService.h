@@ -35,7 +35,10 @@ public:
     [[nodiscard]] QList<StartupItem> loadStartupItems() const;
     /// Writes whether @p item is to be started into its file, whose other keys stay as they were. No privilege is asked
     /// for. Nothing when it was done.
+    /// Takes no time for a property list, but may wait for others where isSwitchedByOthers().
     [[nodiscard]] std::optional<StartupError> toggleItem(const StartupItem &item, bool enabled) const;
+    /// The platform has other programs of this machine switch @p item.
+    [[nodiscard]] bool isSwitchedByOthers(const StartupItem &item) const { return m_entries->owns(item.path); }
 
 private:
     struct LaunchFolder;

@@ -48,7 +48,18 @@ QCoro::Task<> StartupViewModel::loadItems()
 
 QCoro::Task<> StartupViewModel::toggleItem(StartupItem item)
 {
-    if (m_service.toggleItem(item, !item.isEnabled)) {
+    std::optional<StartupError> error;
+    if (m_service.isSwitchedByOthers(item)) {
+        const QPointer self(this);
+        auto switching
+            = inBackground([service = m_service, item] { return service.toggleItem(item, !item.isEnabled); });
+        error = co_await switching;
+        if (!self)
+            co_return;
+    } else {
+        error = m_service.toggleItem(item, !item.isEnabled);
+    }
+    if (error) {
         setErrorMessage(Localizer::shared().localized(u"startup.changeError"_qs));
         co_return;
     }

@@ -104,6 +104,21 @@ TEST_F(StartupViewModelTest, SwitchesToTheOppositeAndReadsTheWholeListAgain)
     EXPECT_TRUE(model.items().first().isEnabled);
 }
 
+TEST_F(StartupViewModelTest, HasThePlatformSwitchItsEntriesAndTellsWhenItWillNot)
+{
+    const FilePath file("/home/ada/.config/autostart/a.desktop");
+    machine.startupEntries->add({file, u"a"_qs, StartupEntry::Scope::User, true});
+    load();
+
+    switchFirst();
+    EXPECT_FALSE(model.items().first().isEnabled);
+
+    machine.startupEntries->refuse(file);
+    switchFirst();
+    EXPECT_FALSE(model.items().first().isEnabled);
+    EXPECT_EQ(model.errorMessage(), changeError);
+}
+
 TEST_F(StartupViewModelTest, KeepsTheRowsOfTheSameFilesWhenTheyAreReadAgain)
 {
     add(agents + "a.plist");

@@ -74,7 +74,7 @@ bool enterRootWithDaemon(const FilePath &root, const QByteArray &daemon)
     for (const DirectoryEntry &entry :
          LinuxFileManager().contentsOfDirectory(FilePath("/"), HiddenFiles::Skip).value()) {
         const QByteArray place = root.appending(entry.path.lastPathComponent()).bytes();
-        if (entry.type != FileType::Directory)
+        if (entry.type != EntryKind::Directory)
             continue;
         if (::mkdir(place.constData(), 0755) != 0
             || ::mount(entry.path.bytes().constData(), place.constData(), nullptr, MS_BIND | MS_REC, nullptr) != 0)
