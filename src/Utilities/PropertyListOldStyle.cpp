@@ -14,7 +14,7 @@ namespace Quillmere {
 namespace {
 
 // What one value costs in the library's tree beside its contents, in the order of magnitude.
-constexpr quint64 bytesPerValue = 32;
+constexpr quint64 bytesPerValue = 128;
 constexpr qsizetype mostOctalDigits = 3;
 constexpr qsizetype unicodeDigits = 4;
 

@@ -114,7 +114,7 @@ TEST(PropertyListOldStyleTest, NestsFiveHundredAndTwelveContainersAndNoMore)
 TEST(PropertyListOldStyleTest, RefusesAListOfMoreValuesThanAnybodyMeans)
 {
     EXPECT_TRUE(isAccepted("{ a = (" + QByteArray("x,").repeated(100'000) + "); }"));
-    EXPECT_FALSE(isAccepted("{ a = (" + QByteArray("x,").repeated(4'000'000) + "); }"));
+    EXPECT_FALSE(isAccepted("{ a = (" + QByteArray("x,").repeated(1'000'000) + "); }"));
 }
 
 TEST(PropertyListOldStyleTest, IsWrittenAsXml)
