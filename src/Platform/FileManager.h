@@ -140,8 +140,8 @@ public:
     [[nodiscard]] virtual Result<void> createDirectory(const FilePath &folder, Intermediates intermediates) const = 0;
     /// Follows links. Never waits: what is not a regular file is a failure.
     [[nodiscard]] virtual Result<QByteArray> contentsOfFile(const FilePath &path) const = 0;
-    /// The same of a file that somebody else may have put there: one that holds more than @p mostBytes is Malformed, and
-    /// is not read.
+    /// The same of a file that somebody else may have put there: one that holds more than @p mostBytes is Malformed,
+    /// and is not read.
     [[nodiscard]] virtual Result<QByteArray> contentsOfFile(const FilePath &path, qsizetype mostBytes) const = 0;
     [[nodiscard]] virtual Result<void> writeFile(const FilePath &path, const QByteArray &contents,
                                                  WriteMode mode) const = 0;
