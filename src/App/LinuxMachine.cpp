@@ -9,6 +9,7 @@
 #include "Platform/Linux/LinuxPlaces.h"
 #include "Platform/Linux/LinuxPowerAssertions.h"
 #include "Platform/Linux/LinuxProcessRunner.h"
+#include "Platform/Linux/LinuxStartupEntries.h"
 #include "Platform/Linux/LinuxStatusBar.h"
 #include "Platform/Linux/LinuxSystemExtensionManager.h"
 #include "Platform/Linux/LinuxUserDefaults.h"
@@ -40,6 +41,7 @@ Machine makeLinuxMachine()
     machine.extensions = std::make_shared<LinuxSystemExtensionManager>();
     machine.filter = std::make_shared<LinuxFilterManager>();
     machine.statusBar = std::make_shared<LinuxStatusBar>();
+    machine.startupEntries = std::make_shared<LinuxStartupEntries>(files);
     machine.environment = [](const char *name) { return qgetenv(name); };
     machine.returnMemory = returnUnusedMemory;
     machine.isAdministrator = ::getuid() == 0;

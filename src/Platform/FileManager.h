@@ -73,7 +73,9 @@ enum class HiddenFiles { Include, Skip };
 enum class Intermediates { Create, MustExist };
 enum class WriteMode {
     InPlace, ///< Truncates and writes: owner, mode and links stay; a failure may leave a part.
-    Atomic, ///< Whoever looks, at whatever moment, finds the old contents or the new.
+    /// Whoever looks, at whatever moment, finds the old contents or the new. Of a file that was there the mode and the
+    /// extended attributes stay, and the owner where the user may give files away; a link is replaced.
+    Atomic,
 };
 
 /// Everything the program asks of the file system. Safe to call from any thread.
@@ -113,6 +115,8 @@ public:
     [[nodiscard]] virtual Result<FileAttributes> attributesOfItem(const FilePath &path) const = 0;
     /// Follows links: the file itself may be run by the user.
     [[nodiscard]] virtual bool isExecutableFile(const FilePath &path) const = 0;
+    /// Follows links: there is something, and the user may write into it.
+    [[nodiscard]] virtual bool isWritableFile(const FilePath &path) const = 0;
     /// Of the volume that holds @p path. A volume that does not answer, such as one of a server that has gone, is a
     /// failure and never holds the caller up.
     [[nodiscard]] virtual Result<VolumeCapacity> capacityOfVolume(const FilePath &path, CapacityKeys keys) const = 0;
@@ -134,7 +138,11 @@ public:
 
     /// An existing folder is fine with Intermediates::Create, and AlreadyExists otherwise.
     [[nodiscard]] virtual Result<void> createDirectory(const FilePath &folder, Intermediates intermediates) const = 0;
+    /// Follows links. Never waits: what is not a regular file is a failure.
     [[nodiscard]] virtual Result<QByteArray> contentsOfFile(const FilePath &path) const = 0;
+    /// The same of a file that somebody else may have put there: one that holds more than @p mostBytes is Malformed,
+    /// and is not read.
+    [[nodiscard]] virtual Result<QByteArray> contentsOfFile(const FilePath &path, qsizetype mostBytes) const = 0;
     [[nodiscard]] virtual Result<void> writeFile(const FilePath &path, const QByteArray &contents,
                                                  WriteMode mode) const = 0;
 };

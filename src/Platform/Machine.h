@@ -9,6 +9,7 @@
 #include "Platform/Places.h"
 #include "Platform/PowerAssertions.h"
 #include "Platform/ProcessRunner.h"
+#include "Platform/StartupEntries.h"
 #include "Platform/StatusItem.h"
 #include "Platform/SystemExtensionManager.h"
 #include "Platform/UserDefaults.h"
@@ -37,6 +38,7 @@ struct Machine
     std::shared_ptr<SystemExtensionManager> extensions;
     std::shared_ptr<FilterManager> filter;
     std::shared_ptr<StatusBar> statusBar;
+    std::shared_ptr<const StartupEntries> startupEntries;
     /// Gives the value of a variable of the process's environment; empty when it is not set. Any thread.
     std::function<QByteArray(const char *name)> environment;
     /// Gives memory that the program no longer uses back to the system. Null where that needs no asking.

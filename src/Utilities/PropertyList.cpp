@@ -3,6 +3,7 @@
 #include "Utilities/PropertyListCheck.h"
 #include "Utilities/PropertyListLimits.h"
 #include "Utilities/PropertyListNode.h"
+#include "Utilities/PropertyListOldStyle.h"
 
 #include <plist/plist.h>
 
@@ -39,14 +40,35 @@ QString textOf(plist_t node)
     return QString::fromUtf8(plist_get_string_ptr(node, nullptr));
 }
 
-QByteArray withoutMark(const QByteArray &bytes)
-{
-    return bytes.startsWith("\xEF\xBB\xBF") ? bytes.sliced(3) : bytes;
-}
-
 Failure malformed(const QString &detail)
 {
     return {Failure::Kind::Malformed, {}, detail};
+}
+
+/// The root of XML or of the binary form, whatever it is.
+Result<PropertyListNode> parsed(const QByteArray &bytes)
+{
+    const Result<void> check
+        = bytes.startsWith("bplist00") ? checkBinaryPropertyList(bytes) : checkXmlPropertyList(bytes);
+    if (!check)
+        return check.failure();
+    plist_t root = nullptr;
+    plist_from_memory(bytes.constData(), static_cast<uint32_t>(bytes.size()), &root);
+    if (!root)
+        return malformed(u"The property list cannot be parsed."_qs);
+    return PropertyListNode(root);
+}
+
+/// No dictionary begins like XML, and no XML like anything else.
+bool isOldStyle(const QByteArray &text)
+{
+    const QByteArrayView start = QByteArrayView(text).trimmed();
+    return !start.startsWith('<') && !start.startsWith("bplist0");
+}
+
+QByteArray withoutMark(const QByteArray &bytes)
+{
+    return bytes.startsWith("\xEF\xBB\xBF") ? bytes.sliced(3) : bytes;
 }
 
 } // namespace
@@ -66,18 +88,12 @@ Result<PropertyList> PropertyList::read(const QByteArray &bytes)
     if (bytes.size() > PropertyListLimits::mostBytes)
         return malformed(u"The property list is too large."_qs);
     const QByteArray text = withoutMark(bytes);
-    const Result<void> check = text.startsWith("bplist00") ? checkBinaryPropertyList(text) : checkXmlPropertyList(text);
-    if (!check)
-        return check.failure();
-
-    plist_t parsed = nullptr;
-    plist_from_memory(text.constData(), static_cast<uint32_t>(text.size()), &parsed);
-    PropertyListNode root(parsed);
+    Result<PropertyListNode> root = isOldStyle(text) ? readOldStylePropertyList(text) : parsed(text);
     if (!root)
-        return malformed(u"The property list cannot be parsed."_qs);
-    if (!PLIST_IS_DICT(root.get()))
+        return root.failure();
+    if (!PLIST_IS_DICT(root.value().get()))
         return malformed(u"The root of the property list is not a dictionary."_qs);
-    return PropertyList(std::move(root));
+    return PropertyList(std::move(root).value());
 }
 
 QByteArray PropertyList::written(Form form) const

@@ -23,8 +23,8 @@ public:
     /// An empty dictionary.
     PropertyList();
 
-    /// Reads XML or the binary form. Fails with Malformed for anything else, for a root that is not a dictionary, and
-    /// for what is too large or too deep to be met in good faith.
+    /// Reads XML, the binary form, or the old-style text. Fails with Malformed for anything else, for a root that is
+    /// not a dictionary, and for what is too large or too deep to be met in good faith.
     [[nodiscard]] static Result<PropertyList> read(const QByteArray &bytes);
     /// Keys sorted by their UTF-16 code units at every level.
     [[nodiscard]] QByteArray written(Form form) const;

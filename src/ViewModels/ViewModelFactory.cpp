@@ -94,4 +94,10 @@ SidebarListModel *ViewModelFactory::makeSidebar(QObject *screen) const
     return new SidebarListModel(screen);
 }
 
+StartupViewModel *ViewModelFactory::makeStartup(QObject *screen) const
+{
+    const StartupService service(m_machine.files, m_machine.startupEntries);
+    return new StartupViewModel(service, m_machine.workspace, screen);
+}
+
 } // namespace Quillmere

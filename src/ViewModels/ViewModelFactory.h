@@ -9,6 +9,7 @@
 #include "ViewModels/ResourceMonitorViewModel.h"
 #include "ViewModels/SafeCleanupViewModel.h"
 #include "ViewModels/SidebarListModel.h"
+#include "ViewModels/StartupViewModel.h"
 #include "ViewModels/SystemDataViewModel.h"
 
 namespace Quillmere {
@@ -44,6 +45,7 @@ public:
     Q_INVOKABLE [[nodiscard]] Quillmere::HistoryViewModel *makeHistory(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::LargeFilesViewModel *makeLargeFiles(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::SidebarListModel *makeSidebar(QObject *screen) const;
+    Q_INVOKABLE [[nodiscard]] Quillmere::StartupViewModel *makeStartup(QObject *screen) const;
 
 private:
     [[nodiscard]] std::shared_ptr<ScannerService> makeScanner();

@@ -34,6 +34,8 @@ FocusScope {
             return "Browsers/BrowsersView.qml";
         case SidebarTab.SystemData:
             return "SystemData/SystemDataView.qml";
+        case SidebarTab.Startup:
+            return "Startup/StartupView.qml";
         case SidebarTab.History:
             return "History/HistoryView.qml";
         default:

@@ -14,6 +14,8 @@
 #include "ViewModels/ResourceMonitorViewModel.h"
 #include "ViewModels/SafeCleanupViewModel.h"
 #include "ViewModels/SidebarListModel.h"
+#include "ViewModels/StartupListModel.h"
+#include "ViewModels/StartupViewModel.h"
 #include "ViewModels/SystemCategoryListModel.h"
 #include "ViewModels/SystemDataViewModel.h"
 #include "ViewModels/ViewModelFactory.h"
@@ -167,6 +169,22 @@ Q_NAMESPACE
 QML_FOREIGN_NAMESPACE(Quillmere::SortFields)
 QML_NAMED_ELEMENT(SortField)
 } // namespace SortFieldType
+
+struct StartupListModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::StartupListModel)
+    QML_NAMED_ELEMENT(StartupListModel)
+    QML_UNCREATABLE("A view model makes it.")
+};
+
+struct StartupViewModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::StartupViewModel)
+    QML_NAMED_ELEMENT(StartupViewModel)
+    QML_UNCREATABLE("The factory makes it.")
+};
 
 struct SystemCategoryListModelType
 {

@@ -348,6 +348,14 @@ bool PretendFileManager::isExecutableFile(const FilePath &path) const
     return node && node->executable;
 }
 
+bool PretendFileManager::isWritableFile(const FilePath &path) const
+{
+    const std::scoped_lock lock(m_mutex);
+    const std::optional<FilePath> resolved = resolve(path);
+    const Node *node = resolved ? find(*resolved) : nullptr;
+    return node && !node->refusal;
+}
+
 Result<VolumeCapacity> PretendFileManager::capacityOfVolume(const FilePath &, CapacityKeys keys) const
 {
     const std::scoped_lock lock(m_mutex);
@@ -455,6 +463,14 @@ Result<QByteArray> PretendFileManager::contentsOfFile(const FilePath &path) cons
     if (node->locked)
         return failure(Failure::Kind::NoPermission, path);
     return node->contents;
+}
+
+Result<QByteArray> PretendFileManager::contentsOfFile(const FilePath &path, qsizetype mostBytes) const
+{
+    const Result<QByteArray> contents = contentsOfFile(path);
+    if (contents && contents.value().size() > mostBytes)
+        return failure(Failure::Kind::Malformed, path);
+    return contents;
 }
 
 Result<void> PretendFileManager::writeFile(const FilePath &path, const QByteArray &contents, WriteMode mode) const

@@ -5,6 +5,7 @@
 #include "Fakes/PretendHostStatistics.h"
 #include "Fakes/PretendPowerAssertions.h"
 #include "Fakes/PretendProcessRunner.h"
+#include "Fakes/PretendStartupEntries.h"
 #include "Fakes/PretendStatusBar.h"
 #include "Fakes/PretendTrafficFilter.h"
 #include "Fakes/PretendUserDefaults.h"
@@ -77,6 +78,7 @@ struct PretendMachine
     std::shared_ptr<PretendSystemExtensionManager> extensions = std::make_shared<PretendSystemExtensionManager>();
     std::shared_ptr<PretendFilterManager> filter = std::make_shared<PretendFilterManager>();
     std::shared_ptr<PretendStatusBar> statusBar = std::make_shared<PretendStatusBar>();
+    std::shared_ptr<PretendStartupEntries> startupEntries = std::make_shared<PretendStartupEntries>();
     /// The process's environment. Not to be changed while the program looks at it.
     std::shared_ptr<QHash<QByteArray, QByteArray>> variables = std::make_shared<QHash<QByteArray, QByteArray>>();
     std::shared_ptr<int> memoryReturns = std::make_shared<int>(0); ///< How often memory was given back.

@@ -2,6 +2,7 @@
 #include "Fakes/Gate.h"
 #include "PretendProgram/PretendDesk.h"
 #include "PretendProgram/PretendHome.h"
+#include "PretendProgram/PretendStartup.h"
 #include "PretendProgram/PretendTools.h"
 
 #include <QCommandLineParser>
@@ -104,6 +105,7 @@ int main(int argc, char *argv[])
     PretendMachine machine;
     if (!wishes.hasEmptyHome()) {
         fillPretendHome(machine);
+        fillPretendStartup(machine);
         fillPretendTools(machine);
     }
     fillPretendDesk(machine, wishes.load());
@@ -121,6 +123,7 @@ int main(int argc, char *argv[])
     };
     machine.files->onMeasure(hold);
     machine.files->onRemoval(hold);
+    machine.startupEntries->onListing([hold] { hold(FilePath("/etc/xdg/autostart")); });
 
     QuillmereApp quillmere(machine.machine());
     if (!quillmere.start())

@@ -3,12 +3,14 @@
 
 import hashlib
 import os
+import plistlib
 import stat
 import subprocess
 import sys
 import tempfile
 import unittest
 from pathlib import Path
+from xml.parsers.expat import ExpatError
 
 sys.path.insert(0, str(Path(__file__).parent))
 from sample_home import inspection, world  # noqa: E402
@@ -88,6 +90,14 @@ def fingerprint(folder: Path) -> dict[str, str]:
     return prints
 
 
+def readable(path: Path):
+    """What a property list holds in the forms that Python reads; None for others and for broken ones."""
+    try:
+        return plistlib.loads(path.read_bytes())
+    except (plistlib.InvalidFileException, ExpatError):
+        return None
+
+
 class SampleHomeTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
@@ -138,6 +148,19 @@ class SampleHomeTest(unittest.TestCase):
 
     def test_stays_small(self):
         self.assertLess(allocated_below(self.folder), 700_000_000)
+
+    def test_starts_fifteen_things_by_itself_beside_what_cannot_start(self):
+        agents = self.folder / "home/Library/LaunchAgents"
+        read = {path.name: readable(path) for path in sorted(agents.glob("[!.]*.plist"))}
+        dictionaries = [name for name, content in read.items() if isinstance(content, dict)]
+        self.assertEqual(len(dictionaries), 10)
+        self.assertEqual(read["old style.plist"], None)
+        self.assertTrue((agents / "old style.plist").read_text().startswith("{ Label ="))
+
+        entries = [path.read_text() for path in (self.folder / "home/.config/autostart").glob("*.desktop")]
+        elsewhere = [text for text in entries if "OnlyShowIn=NoSuchDesktop;" in text or "TryExec=/nowhere" in text]
+        self.assertEqual((len(entries), len(elsewhere)), (6, 2))
+        self.assertEqual(len(dictionaries) + 1 + len(entries) - len(elsewhere), 15)
 
     def test_holds_names_that_are_no_text(self):
         names = os.listdir(os.fsencode(self.folder / "home/.cache"))

@@ -139,6 +139,17 @@ def system_data(tour: Tour) -> None:
     tour.take("systemData-list")
 
 
+def startup(tour: Tour) -> None:
+    tour.open("startup")
+    tour.take("startup")
+    switch = tour.application.find("check box", "com.example.backup")
+    tour.person.click(switch)
+    tour.rest()
+    tour.take("startup-switched")
+    tour.person.click(switch)
+    tour.rest()
+
+
 def history(tour: Tour) -> None:
     tour.open("history")
     tour.take("history")
@@ -166,7 +177,7 @@ SCENES = {
     "largeFiles": large_files,
     "browsers": browsers,
     "systemData": system_data,
-    "startup": plain("startup"),
+    "startup": startup,
     "applications": plain("applications"),
     "tools": plain("tools"),
     "history": history,

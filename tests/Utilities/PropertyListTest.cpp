@@ -305,11 +305,11 @@ TEST_P(RefusedPropertyListTest, IsMalformed)
 INSTANTIATE_TEST_SUITE_P(
     Lists, RefusedPropertyListTest,
     testing::Values(
-        ListCase{"Nothing", ""}, ListCase{"Rubbish", "rubbish"}, ListCase{"OldStyle", "{ a = 1; }"},
-        ListCase{"Json", "{\"a\":1}"}, ListCase{"ArrayAsRoot", xml("<array/>")},
-        ListCase{"TextAsRoot", xml("<string>a</string>")}, ListCase{"EmptyRoot", xml("")},
-        ListCase{"TwoRoots", xml("<dict/><dict/>")}, ListCase{"ListInList", xml("<plist><dict/></plist>")},
-        ListCase{"MissingEnd", header + "<dict/>"}, ListCase{"SomethingBehindTheEnd", xml("<dict/>") + "<dict/>"},
+        ListCase{"Nothing", ""}, ListCase{"Rubbish", "rubbish"}, ListCase{"Json", "{\"a\":1}"},
+        ListCase{"ArrayAsRoot", xml("<array/>")}, ListCase{"TextAsRoot", xml("<string>a</string>")},
+        ListCase{"EmptyRoot", xml("")}, ListCase{"TwoRoots", xml("<dict/><dict/>")},
+        ListCase{"ListInList", xml("<plist><dict/></plist>")}, ListCase{"MissingEnd", header + "<dict/>"},
+        ListCase{"SomethingBehindTheEnd", xml("<dict/>") + "<dict/>"},
         ListCase{"KeyWithoutValue", xml("<dict><key>a</key></dict>")},
         ListCase{"ValueWithoutKey", xml("<dict><true/></dict>")},
         ListCase{"OwnDefinitions", R"(<!DOCTYPE plist [<!ENTITY a "b">]><plist version="1.0"><dict/></plist>)"},

@@ -38,20 +38,6 @@ int copyPiece(int source, int target, qint64 from, qint64 to)
     return 0;
 }
 
-void copyExtendedAttributes(int source, int target)
-{
-    std::vector<char> names(XATTR_LIST_MAX);
-    const ssize_t length = ::flistxattr(source, names.data(), names.size());
-    std::vector<char> value(XATTR_SIZE_MAX);
-    for (ssize_t at = 0; at < length;) {
-        const char *name = names.data() + at;
-        at += static_cast<ssize_t>(qstrlen(name)) + 1;
-        const ssize_t size = ::fgetxattr(source, name, value.data(), value.size());
-        if (size >= 0)
-            ::fsetxattr(target, name, value.data(), static_cast<size_t>(size), 0);
-    }
-}
-
 } // namespace
 
 int copyContents(int source, int target, qint64 size)
@@ -71,6 +57,20 @@ int copyContents(int source, int target, qint64 size)
         position = hole;
     }
     return ::ftruncate(target, size) == 0 ? 0 : errno;
+}
+
+void copyExtendedAttributes(int source, int target)
+{
+    std::vector<char> names(XATTR_LIST_MAX);
+    const ssize_t length = ::flistxattr(source, names.data(), names.size());
+    std::vector<char> value(XATTR_SIZE_MAX);
+    for (ssize_t at = 0; at < length;) {
+        const char *name = names.data() + at;
+        at += static_cast<ssize_t>(qstrlen(name)) + 1;
+        const ssize_t size = ::fgetxattr(source, name, value.data(), value.size());
+        if (size >= 0)
+            ::fsetxattr(target, name, value.data(), static_cast<size_t>(size), 0);
+    }
 }
 
 void copyMetadata(int source, int target, const struct stat &status)

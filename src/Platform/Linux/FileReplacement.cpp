@@ -1,6 +1,7 @@
 #include "Platform/Linux/FileReplacement.h"
 
 #include "Platform/Linux/ErrnoFailure.h"
+#include "Platform/Linux/FileCopy.h"
 #include "Platform/Linux/FileDescriptor.h"
 #include "Platform/Linux/ItemPlace.h"
 #include "Platform/Linux/OpenAt.h"
@@ -40,7 +41,7 @@ public:
     /// True when all of it happened; otherwise errno says why not.
     bool arrive(const QByteArray &contents, std::optional<mode_t> mode)
     {
-        return open() && (mode ? setMode(*mode) : keepMode()) && write(contents) && moveIntoPlace();
+        return open() && (mode ? setMode(*mode) : keepOrigin()) && write(contents) && moveIntoPlace();
     }
 
 private:
@@ -75,21 +76,25 @@ private:
         return false;
     }
 
-    [[nodiscard]] std::optional<mode_t> modeOfTarget() const
+    bool setMode(mode_t mode) { return ::fchmod(m_file.number(), mode) == 0; }
+
+    /// Owner, extended attributes and rights of the file that stands there, as far as it can be done: a volume may know
+    /// none of them, and only the administrator gives files away.
+    bool keepOrigin()
     {
         struct stat existing = {};
         const bool isFile = ::fstatat(m_folder.number(), m_target.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0
             && S_ISREG(existing.st_mode);
-        return isFile ? std::optional<mode_t>(existing.st_mode & 07777) : std::nullopt;
-    }
-
-    bool setMode(mode_t mode) { return ::fchmod(m_file.number(), mode) == 0; }
-
-    /// As far as it can be done: a volume may know no rights.
-    bool keepMode()
-    {
-        if (const std::optional<mode_t> mode = modeOfTarget())
-            setMode(*mode);
+        if (!isFile)
+            return true;
+        // Without the owner's name on it, the file must not run with its owner's rights.
+        const bool keepsOwner = ::fchown(m_file.number(), existing.st_uid, existing.st_gid) == 0;
+        const bool keepsGroup = keepsOwner || ::fchown(m_file.number(), static_cast<uid_t>(-1), existing.st_gid) == 0;
+        const FileDescriptor readable
+            = openAt(m_folder.number(), m_target, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+        if (readable.isOpen())
+            copyExtendedAttributes(readable.number(), m_file.number());
+        setMode(existing.st_mode & (keepsOwner ? 07777 : keepsGroup ? 0777 : 0707));
         return true;
     }
 

@@ -1,5 +1,6 @@
 #include "Platform/Linux/LinuxFileManager.h"
 
+#include "Platform/Linux/BoundedReading.h"
 #include "Platform/Linux/ErrnoFailure.h"
 #include "Platform/Linux/FileWriting.h"
 #include "Platform/Linux/FolderListing.h"
@@ -126,6 +127,11 @@ bool LinuxFileManager::isExecutableFile(const FilePath &path) const
         && ::faccessat(AT_FDCWD, path.bytes().constData(), X_OK, AT_EACCESS) == 0;
 }
 
+bool LinuxFileManager::isWritableFile(const FilePath &path) const
+{
+    return ::faccessat(AT_FDCWD, path.bytes().constData(), W_OK, AT_EACCESS) == 0;
+}
+
 Result<VolumeCapacity> LinuxFileManager::capacityOfVolume(const FilePath &path, CapacityKeys keys) const
 {
     return m_capacities.ask(path, keys);
@@ -205,6 +211,11 @@ Result<void> LinuxFileManager::createDirectory(const FilePath &folder, Intermedi
 Result<QByteArray> LinuxFileManager::contentsOfFile(const FilePath &path) const
 {
     return readFile(path);
+}
+
+Result<QByteArray> LinuxFileManager::contentsOfFile(const FilePath &path, qsizetype mostBytes) const
+{
+    return readBounded(path, mostBytes);
 }
 
 Result<void> LinuxFileManager::writeFile(const FilePath &path, const QByteArray &contents, WriteMode mode) const

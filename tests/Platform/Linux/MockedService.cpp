@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
+#include <QDBusVariant>
 #include <QDeadlineTimer>
 #include <QThread>
 
@@ -61,6 +62,14 @@ void MockedService::addMethod(const QString &method, const QString &in, const QS
 {
     const QDBusMessage answer
         = call(u"org.freedesktop.DBus.Mock"_qs, u"AddMethod"_qs, {m_interface, method, in, out, python});
+    if (answer.type() != QDBusMessage::ReplyMessage)
+        qFatal("The mocked service refused: %s", qPrintable(answer.errorMessage()));
+}
+
+void MockedService::addProperty(const QString &name, const QVariant &value)
+{
+    const QVariantList arguments = {m_interface, name, QVariant::fromValue(QDBusVariant(value))};
+    const QDBusMessage answer = call(u"org.freedesktop.DBus.Mock"_qs, u"AddProperty"_qs, arguments);
     if (answer.type() != QDBusMessage::ReplyMessage)
         qFatal("The mocked service refused: %s", qPrintable(answer.errorMessage()));
 }

@@ -23,6 +23,7 @@ public:
     [[nodiscard]] bool isRunning() const { return m_isRunning; }
     /// Lets @p method of its interface do @p python, which leaves its answer in `ret`.
     void addMethod(const QString &method, const QString &in, const QString &out, const QString &python);
+    void addProperty(const QString &name, const QVariant &value);
     /// The calls that came so far, as "method argument argument".
     [[nodiscard]] QStringList calls() const;
 

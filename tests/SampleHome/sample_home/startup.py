@@ -1,5 +1,7 @@
 """Launch property lists, odd ones included, and the desktop's own autostart entries."""
 
+from datetime import datetime
+
 from .workshop import Workshop
 
 #: File name, contents, whether binary.
@@ -14,7 +16,19 @@ AGENTS = (
     ("without label.plist", {"RunAtLoad": True}, False),
     ("label is a number.plist", {"Label": 7}, True),
     ("empty dictionary.plist", {}, False),
+    ("com.example.nightly.plist", {"Label": "com.example.nightly", "RunAtLoad": False, "unknown": {"B": [1.5, b"\0\1"]},
+                                   "label": "not the label", "Since": datetime(2024, 1, 2, 3, 4, 5)}, False),
     ("an array.plist", ["no", "dictionary"], False),
+)
+
+#: File name and the lines behind the usual ones. The first four would start in any desktop or can be made to.
+AUTOSTART = (
+    ("syncing.desktop", "Name=Syncing\n"),
+    ("messenger.desktop", "Name=Messenger\nName[ru]=Мессенджер\n# Kept as it is.\nX-GNOME-Autostart-enabled=false\n"),
+    ("weather.desktop", "Name=Weather\nHidden=true\n\n[Desktop Action Refresh]\nName=Refresh\nExec=true\n"),
+    ("clock.desktop", "Name=Clock\nNotShowIn=NoSuchDesktop;\nTryExec=/bin/sh\n"),
+    ("elsewhere.desktop", "Name=For another desktop\nOnlyShowIn=NoSuchDesktop;\n"),
+    ("uninstalled.desktop", "Name=Uninstalled\nTryExec=/nowhere/at-all\n"),
 )
 
 
@@ -25,5 +39,5 @@ def make(workshop: Workshop) -> None:
     workshop.file("Library/LaunchAgents/broken.plist", "<?xml version=\"1.0\"?><plist><dict><key>Label</key>")
     workshop.file("Library/LaunchAgents/notes.txt", "Not a property list.\n")
     workshop.property_list("Library/LaunchAgents/.hidden.plist", {"Label": "com.example.hidden"})
-    workshop.document(".config/autostart/syncing.desktop",
-                      "[Desktop Entry]\nType=Application\nName=Syncing\nExec=true\n")
+    for name, lines in AUTOSTART:
+        workshop.document(f".config/autostart/{name}", f"[Desktop Entry]\nType=Application\nExec=true\n{lines}")

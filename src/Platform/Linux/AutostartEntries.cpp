@@ -1,0 +1,199 @@
+#include "Platform/Linux/AutostartEntries.h"
+
+#include "Platform/Linux/DesktopEntryText.h"
+
+#include <algorithm>
+
+namespace Quillmere {
+
+namespace {
+
+constexpr qsizetype mostBytes = 1024 * 1024;
+const QByteArray hidden = "Hidden";
+const QByteArray enabledKey = "X-GNOME-Autostart-enabled";
+
+bool isOn(const DesktopEntryText &entry)
+{
+    return entry.isSound() && !entry.boolean(hidden).value_or(false) && entry.boolean(enabledKey).value_or(true);
+}
+
+/// Something that can be started, whatever it is.
+bool isComplete(const DesktopEntryText &entry)
+{
+    const bool hasProgram
+        = !entry.value("Exec").value_or(QByteArray()).isEmpty() || entry.boolean("DBusActivatable").value_or(false);
+    return entry.value("Type") == "Application" && hasProgram;
+}
+
+DesktopEntryText switched(DesktopEntryText entry, bool enabled)
+{
+    // Every desktop obeys this one. GNOME's own key alone would leave the others starting it.
+    if (!enabled || entry.boolean(hidden))
+        entry.setBoolean(hidden, !enabled);
+    if (enabled && entry.boolean(enabledKey))
+        entry.setBoolean(enabledKey, true);
+    return entry;
+}
+
+} // namespace
+
+AutostartEntries::AutostartEntries(std::shared_ptr<const FileManager> files, BaseDirectories::Environment environment,
+                                   QList<QByteArray> languages)
+    : m_files(std::move(files))
+    , m_environment(std::move(environment))
+    , m_languages(std::move(languages))
+    , m_ownFolder(BaseDirectories::of(m_files->homeDirectory(), m_environment).config.appending("autostart"))
+{
+    const QByteArray system = m_environment("XDG_CONFIG_DIRS");
+    for (const QByteArray &each : (system.isEmpty() ? "/etc/xdg" : system).split(':')) {
+        const FilePath folder = FilePath(each).appending("autostart").standardized();
+        if (each.startsWith('/') && folder != m_ownFolder && !m_systemFolders.contains(folder))
+            m_systemFolders.append(folder);
+    }
+}
+
+QList<StartupEntry> AutostartEntries::entries() const
+{
+    QList<QByteArray> systemNames;
+    for (const FilePath &folder : m_systemFolders)
+        systemNames += namesIn(folder);
+    std::ranges::sort(systemNames);
+    systemNames.erase(std::unique(systemNames.begin(), systemNames.end()), systemNames.end());
+
+    QList<StartupEntry> found;
+    const auto add = [&found](const std::optional<StartupEntry> &entry) {
+        if (entry)
+            found.append(*entry);
+    };
+    for (const QByteArray &name : namesIn(m_ownFolder)) {
+        if (!std::ranges::binary_search(systemNames, name))
+            add(ownEntry(name));
+    }
+    for (const QByteArray &name : std::as_const(systemNames))
+        add(systemEntry(name));
+    return found;
+}
+
+bool AutostartEntries::owns(const FilePath &path) const
+{
+    const FilePath folder = path.deletingLastPathComponent();
+    return path.pathExtension() == "desktop" && (folder == m_ownFolder || m_systemFolders.contains(folder));
+}
+
+Result<void> AutostartEntries::setEnabled(const FilePath &path, bool enabled) const
+{
+    const QByteArray name = path.lastPathComponent();
+    const FilePath own = m_ownFolder.appending(name);
+    const FilePath system = systemFile(name);
+    const DesktopEntryText ownEntry = read(own);
+    const DesktopEntryText systemEntry = read(system);
+    // A mere "Hidden=true" in the place of the system's entry could not start anything by being turned around.
+    const DesktopEntryText &base = isComplete(ownEntry) ? ownEntry : systemEntry.isSound() ? systemEntry : ownEntry;
+    if (!base.isSound())
+        return Failure{Failure::Kind::NotFound, path, u"No desktop entry"_qs};
+
+    const QByteArray text = switched(base, enabled).text();
+    const bool saysNothingOfItsOwn = systemEntry.isSound() && isOn(systemEntry) == enabled
+        && (text == systemEntry.text() || text == switched(switched(systemEntry, !enabled), enabled).text());
+    if (saysNothingOfItsOwn && (!m_files->attributesOfItem(own) || m_files->removeItem(own)))
+        return {};
+    return write(own, text);
+}
+
+QList<QByteArray> AutostartEntries::namesIn(const FilePath &folder) const
+{
+    QList<QByteArray> names;
+    for (const DirectoryEntry &entry : m_files->contentsOfDirectory(folder, HiddenFiles::Skip).valueOr({})) {
+        if (entry.path.pathExtension() == "desktop")
+            names.append(entry.path.lastPathComponent());
+    }
+    std::ranges::sort(names);
+    return names;
+}
+
+FilePath AutostartEntries::systemFile(const QByteArray &name) const
+{
+    for (const FilePath &folder : m_systemFolders) {
+        if (m_files->attributesOfItem(folder.appending(name)))
+            return folder.appending(name);
+    }
+    return {};
+}
+
+DesktopEntryText AutostartEntries::read(const FilePath &file) const
+{
+    return DesktopEntryText(file.isEmpty() ? QByteArray() : m_files->contentsOfFile(file, mostBytes).valueOr({}));
+}
+
+std::optional<StartupEntry> AutostartEntries::ownEntry(const QByteArray &name) const
+{
+    const FilePath file = m_ownFolder.appending(name);
+    const DesktopEntryText entry = read(file);
+    if (!startsHere(entry))
+        return std::nullopt;
+    return StartupEntry{file, nameOf(entry, file), StartupEntry::Scope::User, isOn(entry)};
+}
+
+std::optional<StartupEntry> AutostartEntries::systemEntry(const QByteArray &name) const
+{
+    const FilePath file = systemFile(name);
+    const FilePath own = m_ownFolder.appending(name);
+    const bool isOverridden = m_files->attributesOfItem(own).isOk();
+    const DesktopEntryText brought = read(file);
+    const DesktopEntryText effective = isOverridden ? read(own) : brought;
+    const DesktopEntryText &described = isComplete(effective) ? effective : brought;
+    if (!startsHere(described))
+        return std::nullopt;
+    return StartupEntry{file, nameOf(described, file), StartupEntry::Scope::AllUsers,
+                        isComplete(effective) && isOn(effective)};
+}
+
+bool AutostartEntries::startsHere(const DesktopEntryText &entry) const
+{
+    const QByteArray tried = entry.value("TryExec").value_or(QByteArray());
+    return isComplete(entry) && isForThisDesktop(entry) && (tried.isEmpty() || hasProgram(tried));
+}
+
+/// As the specification of desktop entries says it: the first of the desktop's names that is listed decides.
+bool AutostartEntries::isForThisDesktop(const DesktopEntryText &entry) const
+{
+    const QList<QByteArray> only = entry.list("OnlyShowIn");
+    const QList<QByteArray> notIn = entry.list("NotShowIn");
+    for (const QByteArray &desktop : m_environment("XDG_CURRENT_DESKTOP").split(':')) {
+        if (only.contains(desktop))
+            return true;
+        if (notIn.contains(desktop))
+            return false;
+    }
+    return !entry.value("OnlyShowIn");
+}
+
+bool AutostartEntries::hasProgram(const QByteArray &tried) const
+{
+    if (tried.startsWith('/'))
+        return m_files->isExecutableFile(FilePath(tried));
+    const QList<QByteArray> folders = m_environment("PATH").split(':');
+    return std::ranges::any_of(folders, [&](const QByteArray &folder) {
+        return folder.startsWith('/') && m_files->isExecutableFile(FilePath(folder).appending(tried));
+    });
+}
+
+QString AutostartEntries::nameOf(const DesktopEntryText &entry, const FilePath &file) const
+{
+    const QByteArray name = entry.value("Name", m_languages).value_or(QByteArray());
+    return FilePath::displayText(name.isEmpty() ? file.lastPathComponent().chopped(qstrlen(".desktop")) : name);
+}
+
+Result<void> AutostartEntries::write(const FilePath &file, const QByteArray &text) const
+{
+    const Result<void> folder = m_files->createDirectory(m_ownFolder, Intermediates::Create);
+    if (!folder)
+        return folder;
+    // What a link leads to is not ours, and stays: the link gives way to a file.
+    const Result<FileAttributes> existing = m_files->attributesOfItem(file);
+    if (existing && existing.value().type == EntryKind::Regular && !m_files->isWritableFile(file))
+        return Failure{Failure::Kind::NoPermission, file, {}};
+    return m_files->writeFile(file, text, WriteMode::Atomic);
+}
+
+} // namespace Quillmere

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+
+#include <optional>
+
+namespace Quillmere {
+
+/// The text of a desktop entry, of which single values are read and set. All else stays byte for byte: comments, order,
+/// line ends, keys and groups that nobody here knows. Only the group "Desktop Entry" is looked at.
+class DesktopEntryText
+{
+public:
+    explicit DesktopEntryText(QByteArray text);
+
+    /// There is such a group.
+    [[nodiscard]] bool isSound() const { return m_header >= 0; }
+    [[nodiscard]] QByteArray text() const { return m_lines.join('\n'); }
+
+    /// Escapes undone. Of a key that stands twice the last value; nothing for one that does not stand there.
+    [[nodiscard]] std::optional<QByteArray> value(const QByteArray &key) const;
+    /// The first of @p languages, such as "ru_RU" or "ru", that the key has a value for, else the one without language.
+    [[nodiscard]] std::optional<QByteArray> value(const QByteArray &key, const QList<QByteArray> &languages) const;
+    /// The elements of a list; empty when the key does not stand there.
+    [[nodiscard]] QList<QByteArray> list(const QByteArray &key) const;
+    /// Nothing for whatever is no truth value.
+    [[nodiscard]] std::optional<bool> boolean(const QByteArray &key) const;
+
+    /// In the place of the value that stands there, or else behind the last line of the group. Only when isSound().
+    void setBoolean(const QByteArray &key, bool value);
+
+private:
+    /// Lines of the group that hold a value of @p key.
+    [[nodiscard]] QList<qsizetype> linesOf(const QByteArray &key) const;
+    [[nodiscard]] std::optional<QByteArray> rawValue(const QByteArray &key) const;
+
+    QList<QByteArray> m_lines; ///< Without the newline, with a carriage return where there is one.
+    qsizetype m_header = -1; ///< The line with the group's name.
+    qsizetype m_end = 0; ///< The first line behind the group.
+};
+
+} // namespace Quillmere

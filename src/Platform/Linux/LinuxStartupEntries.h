@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Platform/Linux/AutostartEntries.h"
+#include "Platform/Linux/UserUnits.h"
+
+namespace Quillmere {
+
+/// What the desktop starts at login, and behind it the units of the user's systemd.
+class LinuxStartupEntries final : public StartupEntries
+{
+public:
+    explicit LinuxStartupEntries(const std::shared_ptr<const FileManager> &files,
+                                 const BaseDirectories::Environment &environment = qgetenv,
+                                 const QDBusConnection &sessionBus = QDBusConnection::sessionBus(),
+                                 const QList<QByteArray> &languages = languagesOfDesktop());
+
+    [[nodiscard]] QList<StartupEntry> entries() const override;
+    [[nodiscard]] bool owns(const FilePath &path) const override;
+    [[nodiscard]] Result<void> setEnabled(const FilePath &path, bool enabled) const override;
+
+    /// As desktop entries call them, the dearest first.
+    [[nodiscard]] static QList<QByteArray> languagesOfDesktop();
+
+private:
+    AutostartEntries m_autostart;
+    UserUnits m_units;
+};
+
+} // namespace Quillmere

@@ -1,0 +1,96 @@
+#include "ViewModels/StartupViewModel.h"
+
+#include "Utilities/BackgroundWork.h"
+#include "Utilities/LocalizationManager.h"
+
+#include <exception>
+
+namespace Quillmere {
+
+namespace {
+
+Result<QList<StartupItem>> loaded(const StartupService &service)
+{
+    try {
+        return service.loadStartupItems();
+    } catch (const std::exception &error) {
+        return Failure{Failure::Kind::Other, {}, QString::fromUtf8(error.what())};
+    }
+}
+
+} // namespace
+
+StartupViewModel::StartupViewModel(StartupService service, std::shared_ptr<const Workspace> workspace, QObject *parent)
+    : QObject(parent)
+    , m_service(std::move(service))
+    , m_workspace(std::move(workspace))
+{
+}
+
+QCoro::Task<> StartupViewModel::loadItems()
+{
+    const QPointer self(this);
+    const int load = ++m_loads;
+    setIsLoading(true);
+    setErrorMessage({});
+    auto loading = inBackground([service = m_service] { return loaded(service); });
+    const Result<QList<StartupItem>> result = co_await loading;
+    if (!self || load != m_loads)
+        co_return;
+    if (result) {
+        m_rows.setItems(result.value());
+        Q_EMIT itemsChanged();
+    } else {
+        setErrorMessage(Localizer::shared().localized(u"startup.loadError"_qs));
+    }
+    setIsLoading(false);
+}
+
+QCoro::Task<> StartupViewModel::toggleItem(StartupItem item)
+{
+    std::optional<StartupError> error;
+    if (m_service.isSwitchedByOthers(item)) {
+        const QPointer self(this);
+        auto switching
+            = inBackground([service = m_service, item] { return service.toggleItem(item, !item.isEnabled); });
+        error = co_await switching;
+        if (!self)
+            co_return;
+    } else {
+        error = m_service.toggleItem(item, !item.isEnabled);
+    }
+    if (error) {
+        setErrorMessage(Localizer::shared().localized(u"startup.changeError"_qs));
+        co_return;
+    }
+    QCoro::Task<> loading = loadItems();
+    co_await loading;
+}
+
+void StartupViewModel::toggle(int row)
+{
+    if (hasRow(row))
+        toggleItem(items().at(row));
+}
+
+void StartupViewModel::revealInFinder(int row) const
+{
+    // The desktop may be slow to answer, and nobody waits for it.
+    if (hasRow(row))
+        (void)inBackground(
+            [workspace = m_workspace, path = items().at(row).path] { workspace->revealInFileViewer({path}); });
+}
+
+void StartupViewModel::setIsLoading(bool isLoading)
+{
+    m_isLoading = isLoading;
+    Q_EMIT isLoadingChanged();
+}
+
+void StartupViewModel::setErrorMessage(const std::optional<QString> &message)
+{
+    m_errorMessage = message;
+    Q_EMIT errorMessageChanged();
+}
+
+} // namespace Quillmere

@@ -1,0 +1,157 @@
+import QtQuick
+import Quillmere
+
+/// What the system starts by itself, with a switch for each, under a warning that always stands.
+Destination {
+    id: root
+
+    readonly property StartupViewModel viewModel: viewModels.makeStartup(root)
+
+    /// A list that is read again after a switch usually comes at once. It stays in sight until it takes longer.
+    property bool isSlow: false
+    readonly property bool showsProgress: viewModel.isLoading && (isSlow || viewModel.isEmpty)
+    /// The keyboard was on the list when that went out of sight.
+    property bool listHadKeyboard: false
+
+    onRefreshRequested: viewModel.startLoading()
+    Component.onCompleted: viewModel.startLoading()
+    // What is out of sight cannot keep the keyboard, and gets it back.
+    onShowsProgressChanged: {
+        if (!showsProgress && listHadKeyboard)
+            Qt.callLater(list.forceActiveFocus);
+    }
+
+    Timer {
+        id: patience
+
+        interval: 150
+
+        onTriggered: root.isSlow = true
+    }
+
+    Connections {
+        function onIsLoadingChanged() {
+            root.isSlow = false;
+            if (root.viewModel.isLoading)
+                patience.restart();
+            else
+                patience.stop();
+        }
+
+        target: root.viewModel
+    }
+
+    ScreenHeader {
+        width: parent.width
+        title: Texts.localized("nav.startup")
+    }
+
+    Column {
+        id: banners
+
+        x: Theme.screenMargin
+        y: Theme.firstCardY
+        width: parent.width - 2 * Theme.screenMargin
+        spacing: 10
+
+        WarningBanner {
+            width: parent.width
+            symbol: "exclamationmark.triangle.fill"
+            title: Texts.localized("startup.integrityWarning")
+            message: Texts.localized("startup.warning")
+        }
+
+        FailureBanner {
+            width: parent.width
+            visible: message !== ""
+            message: root.viewModel.errorMessage
+            dismissText: Texts.localized("common.dismiss")
+
+            onDismissed: root.viewModel.dismissError()
+        }
+    }
+
+    Panel {
+        id: panel
+
+        x: Theme.screenMargin
+        y: banners.y + banners.height + Theme.cardGap
+        width: parent.width - 2 * Theme.screenMargin
+        height: parent.height - y - Theme.screenMargin
+
+        EmptyState {
+            anchors.fill: parent
+            visible: root.showsProgress
+            symbol: "power"
+            working: true
+
+            Accessible.role: Accessible.ProgressBar
+            Accessible.name: Texts.localized("control.loading")
+        }
+
+        EmptyState {
+            anchors.fill: parent
+            visible: root.viewModel.isEmpty && !root.viewModel.isLoading
+            symbol: "power"
+            sentence: Texts.localized("startup.noItems")
+        }
+
+        FocusScope {
+            anchors.fill: parent
+            visible: !root.viewModel.isEmpty && !root.showsProgress
+
+            StartupColumns {
+                id: columns
+
+                width: panel.width
+            }
+
+            ColumnHeading {
+                x: columns.nameX
+                y: 6
+                width: columns.nameWidth
+                text: Texts.localized("startup.column.name")
+            }
+
+            ColumnHeading {
+                x: columns.typeX
+                y: 6
+                width: columns.typeWidth
+                text: Texts.localized("startup.column.type")
+            }
+
+            ColumnHeading {
+                x: columns.riskX
+                y: 6
+                width: columns.riskWidth
+                text: Texts.localized("cleanup.preview.risk")
+            }
+
+            ColumnHeading {
+                x: columns.statusX
+                y: 6
+                width: columns.statusWidth
+                text: Texts.localized("startup.column.status")
+            }
+
+            Divider {
+                y: 40
+                width: parent.width
+            }
+
+            StartupList {
+                id: list
+
+                y: 41
+                width: parent.width
+                height: parent.height - y - 1
+                columns: columns
+                model: root.viewModel.rows
+
+                onActiveFocusChanged: root.listHadKeyboard = activeFocus || (root.listHadKeyboard && root.viewModel.isLoading)
+                onSwitchRequested: row => root.viewModel.toggle(row)
+                onRevealRequested: row => root.viewModel.revealInFinder(row)
+            }
+        }
+    }
+}
