@@ -102,7 +102,8 @@ TEST(SymbolsTest, EveryNameThatTheViewsUseHasADrawing)
 
     EXPECT_TRUE(named.contains(u"search"_qs));
     for (const QString &name : named) {
-        const bool isTextKey = name.startsWith(u"control.") || name.startsWith(u"promotion.");
+        const bool isTextKey
+            = name.startsWith(u"control.") || name.startsWith(u"nav.") || name.startsWith(u"promotion.");
         EXPECT_TRUE(isTextKey || SymbolImageProvider::hasSymbol(name)) << name.toStdString();
     }
 }
