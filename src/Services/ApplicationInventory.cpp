@@ -89,7 +89,7 @@ AppItem ApplicationInventory::itemOf(const FilePath &bundle) const
     item.version = QString();
     const FilePath file = m_files->resolvingSymlinks(bundle.appending("Contents/Info.plist"));
     const Result<FileAttributes> attributes = m_files->attributesOfItem(file);
-    if (!attributes || attributes.value().type != FileType::Regular || attributes.value().size > mostBytesOfInformation)
+    if (!attributes || attributes.value().type != EntryKind::Regular || attributes.value().size > mostBytesOfInformation)
         return item;
     const Result<QByteArray> contents = m_files->contentsOfFile(file);
     if (!contents)
@@ -160,7 +160,7 @@ qint64 ApplicationInventory::sizeOf(const ListedApplication &application, Scanne
     for (const FilePath &part : application.parts) {
         // A part may be a single file, which a measured folder never is.
         const Result<FileAttributes> attributes = m_files->attributesOfItem(part);
-        const bool isFile = attributes && attributes.value().type == FileType::Regular;
+        const bool isFile = attributes && attributes.value().type == EntryKind::Regular;
         size += isFile ? attributes.value().allocatedSize : sizeOf(part, scanner, task);
     }
     return size;

@@ -16,7 +16,10 @@ class AppListModel final : public QAbstractListModel
 public:
     enum Role { Name = Qt::UserRole + 1, Icon, SizeText, IsRunning };
 
-    using QAbstractListModel::QAbstractListModel;
+    explicit AppListModel(QObject *parent)
+        : QAbstractListModel(parent)
+    {
+    }
 
     [[nodiscard]] const QList<AppItem> &apps() const { return m_apps; }
     void setApps(const QList<AppItem> &apps);

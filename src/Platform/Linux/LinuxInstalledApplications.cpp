@@ -74,7 +74,7 @@ QList<ListedApplication> LinuxInstalledApplications::appImages(const QList<Deskt
     for (const char *name : appImageFolders) {
         const FilePath folder = m_files->resolvingSymlinks(m_home.appending(name));
         for (const DirectoryEntry &file : m_files->contentsOfDirectory(folder, HiddenFiles::Skip).valueOr({})) {
-            if (file.type != FileType::Regular || !isAppImage(file.path))
+            if (file.type != EntryKind::Regular || !isAppImage(file.path))
                 continue;
             const auto entry = std::ranges::find(own, file.path, &DesktopEntry::executable);
             const QByteArray plain = file.path.lastPathComponent().chopped(file.path.pathExtension().size() + 1);
