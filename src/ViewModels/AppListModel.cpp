@@ -84,7 +84,7 @@ QVariant AppListModel::data(const QModelIndex &index, int role) const
 
 QHash<int, QByteArray> AppListModel::roleNames() const
 {
-    return {{Name, "name"}, {Icon, "icon"}, {SizeText, "sizeText"}, {IsRunning, "isRunning"}};
+    return {{Name, "name"}, {Icon, "iconName"}, {SizeText, "sizeText"}, {IsRunning, "isRunning"}};
 }
 
 } // namespace Quillmere

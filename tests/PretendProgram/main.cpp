@@ -1,5 +1,6 @@
 #include "App/QuillmereApp.h"
 #include "Fakes/Gate.h"
+#include "PretendProgram/PretendApplications.h"
 #include "PretendProgram/PretendDesk.h"
 #include "PretendProgram/PretendHome.h"
 #include "PretendProgram/PretendStartup.h"
@@ -107,6 +108,7 @@ int main(int argc, char *argv[])
         fillPretendHome(machine);
         fillPretendStartup(machine);
         fillPretendTools(machine);
+        fillPretendApplications(machine);
     }
     fillPretendDesk(machine, wishes.load());
     if (!wishes.hasFilter())

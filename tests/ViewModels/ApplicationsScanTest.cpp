@@ -359,11 +359,11 @@ INSTANTIATE_TEST_SUITE_P(Identifiers, HostileIdentifierTest,
 TEST_F(ApplicationsScanTest, TakesEncodedSlashesInANameAsTheyStand)
 {
     machine.files->addFile(FilePath("/home/ada/Documents/thesis"), 5);
-    addBundle("/Applications/..%2F..%2FDocuments.app", 1, u"..%2f..%2fDocuments"_qs);
+    addBundle("/Applications/Notes%2F..%2FDocuments.app", 1, u"..%2f..%2fDocuments"_qs);
 
     scan();
 
-    EXPECT_EQ(app().name, u"..%2F..%2FDocuments"_qs);
+    EXPECT_EQ(app().name, u"Notes%2F..%2FDocuments"_qs);
     EXPECT_THAT(app().relatedFiles, IsEmpty());
 }
 

@@ -7,7 +7,7 @@ PressableRow {
 
     required property int index
     required property string name
-    required property string icon
+    required property string iconName
     required property string sizeText
     required property bool isRunning
 
@@ -52,7 +52,7 @@ PressableRow {
             x: 18
             anchors.verticalCenter: parent.verticalCenter
             side: 34
-            icon: root.icon
+            icon: root.iconName
             name: root.name
         }
 
