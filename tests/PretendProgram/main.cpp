@@ -111,8 +111,10 @@ int main(int argc, char *argv[])
         fillPretendApplications(machine);
     }
     fillPretendDesk(machine, wishes.load());
-    if (!wishes.hasFilter())
+    if (!wishes.hasFilter()) {
+        machine.files->vanish(machine.bundles->main);
         machine.bundles->main = FilePath("/home/ada/Downloads/Quillmere.app");
+    }
     if (wishes.isDark())
         machine.appearance->set(ColorScheme::Dark, false);
     if (!wishes.language().isEmpty())

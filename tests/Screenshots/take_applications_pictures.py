@@ -19,7 +19,7 @@ CLEAR = "applications.clearData"
 LONG = "An Image Manipulation Program of Uncommon Length"
 #: How the machine is, and the names of rows and the keys of the texts of buttons that are pressed, for each state.
 STATES = {
-    "empty": (["--empty"], []),
+    "empty": (["--empty", "--no-filter"], []),
     "scanning": (["--hold", "/Applications/Sound Studio.app/Contents"], []),
     "list": ([], []),
     "leftovers": ([], ["Model Workshop"]),

@@ -60,7 +60,8 @@ Destination {
 
         EmptyState {
             anchors.fill: parent
-            symbol: "app"
+            visible: !root.viewModel.isScanning
+            symbol: "info.circle"
             sentence: Texts.localized("applications.select")
         }
     }

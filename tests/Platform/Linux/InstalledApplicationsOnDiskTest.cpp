@@ -2,6 +2,7 @@
 #include "Platform/Linux/LinuxFileManager.h"
 #include "Platform/Linux/LinuxInstalledApplications.h"
 #include "Platform/Linux/LinuxPlaces.h"
+#include "Platform/Linux/LinuxProcessRunner.h"
 #include "Platform/Linux/SystemPackages.h"
 #include "Platform/Linux/TemporaryHome.h"
 #include "Platform/Linux/UserFlatpaks.h"
@@ -344,6 +345,24 @@ TEST_F(InstalledApplicationsTest, ListsNothingWhereToolsAreMissingOrHang)
     });
 
     EXPECT_THAT(installed().applications(), IsEmpty());
+}
+
+TEST(SystemPackagesTest, LearnsFromTheMachinesOwnManagerWhatAPackageBrings)
+{
+    const FilePath owned("/usr/share/doc/dpkg/copyright");
+    if (!itemExists(FilePath("/usr/bin/dpkg-query")) || !itemExists(owned))
+        GTEST_SKIP() << "This machine has no such package manager.";
+    const LinuxProcessRunner processes(FilePath("/nonexistent"));
+
+    const QList<ListedApplication> found
+        = systemApplications(processes,
+                             {{"dpkg", owned, u"Package"_qs, {}, {}, false},
+                              {"stray", FilePath("/nonexistent/stray.desktop"), u"Stray"_qs, {}, {}, false}});
+
+    ASSERT_EQ(found.size(), 1);
+    EXPECT_EQ(found.first().id, "dpkg");
+    EXPECT_THAT(found.first().version.toStdString(), testing::MatchesRegex("[0-9].*"));
+    EXPECT_GT(found.first().size, 1024 * 1024);
 }
 
 TEST(SystemPackagesTest, ReadsOwnersWithTheirArchitecturesAndPassesOverDiversions)
