@@ -1,6 +1,7 @@
 #include "Services/ApplicationInventory.h"
 
 #include "Utilities/PropertyList.h"
+#include "Utilities/PropertyListLimits.h"
 #include "Values/CancellationError.h"
 
 #include <algorithm>
@@ -11,8 +12,6 @@ namespace Quillmere {
 namespace {
 
 constexpr auto bundleExtension = "app";
-// Information of a bundle takes a few kilobytes. What is larger was not put there to be read.
-constexpr qint64 mostBytesOfInformation = 16 * 1024 * 1024;
 
 enum class SearchName { AppName, BundleId };
 
@@ -87,16 +86,14 @@ AppItem ApplicationInventory::itemOf(const FilePath &bundle) const
     item.name = FilePath::displayText(bundleNameOf(bundle));
     item.path = bundle;
     item.version = QString();
-    const FilePath file = m_files->resolvingSymlinks(bundle.appending("Contents/Info.plist"));
-    const Result<FileAttributes> attributes = m_files->attributesOfItem(file);
-    if (!attributes || attributes.value().type != EntryKind::Regular || attributes.value().size > mostBytesOfInformation)
-        return item;
-    const Result<QByteArray> contents = m_files->contentsOfFile(file);
+    const Result<QByteArray> contents
+        = m_files->contentsOfFile(bundle.appending("Contents/Info.plist"), PropertyListLimits::mostBytes);
     if (!contents)
         return item;
     if (const Result<PropertyList> information = PropertyList::read(contents.value())) {
         item.bundleIdentifier = information.value().string(u"CFBundleIdentifier"_qs).value_or(QString());
         item.version = information.value().string(u"CFBundleShortVersionString"_qs).value_or(QString());
+        item.icon = iconOf(bundle, information.value());
     }
     return item;
 }
@@ -110,6 +107,18 @@ AppItem ApplicationInventory::itemOf(const ListedApplication &application) const
     item.version = application.version.isNull() ? u""_qs : application.version;
     item.icon = application.icon;
     return item;
+}
+
+QString ApplicationInventory::iconOf(const FilePath &bundle, const PropertyList &information) const
+{
+    QByteArray name = information.string(u"CFBundleIconFile"_qs).value_or(QString()).toUtf8();
+    if (!isPlainName(name))
+        return {};
+    if (!name.endsWith(".png"))
+        name += ".png";
+    const FilePath picture = bundle.appending("Contents/Resources").appending(name);
+    const QString text = QString::fromUtf8(picture.bytes());
+    return text.toUtf8() == picture.bytes() && m_files->fileExists(picture) ? text : QString();
 }
 
 QList<FilePath> ApplicationInventory::findLeftovers(const QString &bundleId, const QByteArray &appName) const

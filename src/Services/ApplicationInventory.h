@@ -10,6 +10,8 @@
 
 namespace Quillmere {
 
+class PropertyList;
+
 /// Finds applications and the files that belong to them, and removes either. Holds nothing but the ways to the machine,
 /// so it is passed and copied like a value. Works on the thread that calls it.
 class ApplicationInventory
@@ -57,6 +59,8 @@ public:
 
 private:
     [[nodiscard]] bool exists(const FilePath &path) const;
+    /// The picture that the bundle shows itself by, where it has one that desktops of this platform can draw.
+    [[nodiscard]] QString iconOf(const FilePath &bundle, const PropertyList &information) const;
     [[nodiscard]] bool isOffered(const FilePath &candidate) const;
     [[nodiscard]] Result<void> removeRelatedFiles(const AppItem &item) const;
 

@@ -404,12 +404,32 @@ TEST_F(ApplicationsScanTest, DoesNotReadInformationThatIsTooLarge)
     const FilePath bundle = addBundle("/Applications/A.app", 1);
     PropertyList information;
     information.setString(u"CFBundleIdentifier"_qs, u"org.example.a"_qs);
-    machine.files->addFile(bundle.appending("Contents/Info.plist"), 17 * 1024 * 1024,
-                           information.written(PropertyList::Form::Xml));
+    machine.files->addFile(bundle.appending("Contents/Info.plist"), 9,
+                           information.written(PropertyList::Form::Xml) + QByteArray(17 * 1024 * 1024, ' '));
 
     scan();
 
     EXPECT_EQ(app().bundleIdentifier, QString());
+}
+
+TEST_F(ApplicationsScanTest, TakesThePictureOfABundleFromItsResourcesAndNowhereElse)
+{
+    const auto addWithIcon = [this](const QByteArray &name, const QString &icon) {
+        PropertyList information;
+        information.setString(u"CFBundleIconFile"_qs, icon);
+        machine.files->addFile(FilePath("/Applications").appending(name).appending("Contents/Info.plist"), 1,
+                               information.written(PropertyList::Form::Xml));
+    };
+    addWithIcon("A.app", u"logo"_qs);
+    machine.files->addFile(FilePath("/Applications/A.app/Contents/Resources/logo.png"), 1);
+    addWithIcon("B.app", u"missing"_qs);
+    addWithIcon("C.app", u"../../../A.app/Contents/Resources/logo.png"_qs);
+
+    scan();
+
+    EXPECT_EQ(app(0).icon, u"/Applications/A.app/Contents/Resources/logo.png"_qs);
+    EXPECT_EQ(app(1).icon, QString());
+    EXPECT_EQ(app(2).icon, QString());
 }
 
 TEST_F(ApplicationsScanTest, CountsABundleThatVanishesWhileItIsMeasuredAsNothing)
