@@ -243,7 +243,7 @@ TEST_F(ApplicationsScreenTest, IsUsedByTheKeyboardAlone)
     EXPECT_TRUE(person.sees(Button, u"Uninstall Completely"_qs));
     person.press(Qt::Key_Down);
     EXPECT_TRUE(person.isGivenTheKeyboardAt(u"Middle, 200 bytes"_qs));
-    EXPECT_TRUE(person.sees(StaticText, u"Middle"_qs));
+    EXPECT_TRUE(person.sees(Heading, u"Middle"_qs));
     person.press(Qt::Key_End);
     EXPECT_TRUE(person.isGivenTheKeyboardAt(u"Smallest, 100 bytes"_qs));
     person.press(Qt::Key_Up);

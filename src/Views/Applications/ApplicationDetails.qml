@@ -17,11 +17,11 @@ Item {
     ScrollArea {
         id: scroller
 
-        // Room for the shadows of the cards.
+        // Room for the shadows of the cards, and some clear of the buttons.
         x: -8
         y: -8
         width: parent.width + 16
-        height: foot.y + 8
+        height: foot.y - 4
         topMargin: 8
         bottomMargin: Theme.cardGap
         contentHeight: cards.height
