@@ -6,6 +6,7 @@
 #include "Platform/Linux/LinuxFileManager.h"
 #include "Platform/Linux/LinuxFilterManager.h"
 #include "Platform/Linux/LinuxHostStatistics.h"
+#include "Platform/Linux/LinuxInstalledApplications.h"
 #include "Platform/Linux/LinuxPlaces.h"
 #include "Platform/Linux/LinuxPowerAssertions.h"
 #include "Platform/Linux/LinuxProcessRunner.h"
@@ -36,6 +37,8 @@ Machine makeLinuxMachine()
     machine.host = std::make_shared<LinuxHostStatistics>();
     machine.processes = std::make_shared<LinuxProcessRunner>(bundles->mainLocation().appending("Contents/Helpers"));
     machine.workspace = std::make_shared<LinuxWorkspace>(home, desktopEntryFolders(home));
+    machine.applications = std::make_shared<LinuxInstalledApplications>(files, machine.places, machine.processes,
+                                                                        desktopEntryFolders(home));
     machine.assertions = std::make_shared<LinuxPowerAssertions>();
     machine.bundles = bundles;
     machine.extensions = std::make_shared<LinuxSystemExtensionManager>();

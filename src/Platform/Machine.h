@@ -6,6 +6,7 @@
 #include "Platform/FileManager.h"
 #include "Platform/FilterManager.h"
 #include "Platform/HostStatistics.h"
+#include "Platform/InstalledApplications.h"
 #include "Platform/Places.h"
 #include "Platform/PowerAssertions.h"
 #include "Platform/ProcessRunner.h"
@@ -33,6 +34,7 @@ struct Machine
     std::shared_ptr<const HostStatistics> host;
     std::shared_ptr<const ProcessRunner> processes;
     std::shared_ptr<const Workspace> workspace;
+    std::shared_ptr<const InstalledApplications> applications;
     std::shared_ptr<PowerAssertions> assertions;
     std::shared_ptr<const Bundles> bundles;
     std::shared_ptr<SystemExtensionManager> extensions;

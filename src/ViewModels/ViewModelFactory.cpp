@@ -67,6 +67,20 @@ ProfessionalCleanupViewModel *ViewModelFactory::makeProfessionalCleanup(QObject 
                                             m_services.history, m_machine.files, m_machine.clock, screen);
 }
 
+ApplicationsViewModel *ViewModelFactory::makeApplications(QObject *screen)
+{
+    return new ApplicationsViewModel(
+        {
+            makeScanner(),
+            ApplicationInventory(m_machine.files, m_machine.places, m_machine.applications),
+            m_services.trafficControl,
+            m_services.history,
+            m_machine.workspace,
+            m_machine.clock,
+        },
+        screen);
+}
+
 BrowsersViewModel *ViewModelFactory::makeBrowsers(QObject *screen)
 {
     return new BrowsersViewModel(makeScanner(), BrowserService(m_machine.files, m_machine.places, m_machine.workspace),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Machine.h"
+#include "ViewModels/ApplicationsViewModel.h"
 #include "ViewModels/BrowsersViewModel.h"
 #include "ViewModels/DashboardViewModel.h"
 #include "ViewModels/HistoryViewModel.h"
@@ -40,6 +41,7 @@ public:
     Q_INVOKABLE [[nodiscard]] Quillmere::ResourceMonitorViewModel *makeResourceMonitor(QObject *card) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::SafeCleanupViewModel *makeSafeCleanup(QObject *screen);
     Q_INVOKABLE [[nodiscard]] Quillmere::ProfessionalCleanupViewModel *makeProfessionalCleanup(QObject *screen);
+    Q_INVOKABLE [[nodiscard]] Quillmere::ApplicationsViewModel *makeApplications(QObject *screen);
     Q_INVOKABLE [[nodiscard]] Quillmere::BrowsersViewModel *makeBrowsers(QObject *screen);
     Q_INVOKABLE [[nodiscard]] Quillmere::SystemDataViewModel *makeSystemData(QObject *screen);
     Q_INVOKABLE [[nodiscard]] Quillmere::HistoryViewModel *makeHistory(QObject *screen) const;

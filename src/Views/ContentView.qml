@@ -36,6 +36,8 @@ FocusScope {
             return "SystemData/SystemDataView.qml";
         case SidebarTab.Startup:
             return "Startup/StartupView.qml";
+        case SidebarTab.Applications:
+            return "Applications/ApplicationsView.qml";
         case SidebarTab.History:
             return "History/HistoryView.qml";
         default:

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "App/AppState.h"
+#include "ViewModels/AppListModel.h"
+#include "ViewModels/ApplicationsViewModel.h"
 #include "ViewModels/BrowserProfileListModel.h"
 #include "ViewModels/BrowsersViewModel.h"
 #include "ViewModels/CleanupCategoryListModel.h"
@@ -25,12 +27,28 @@
 /// The view models as QML sees them: made by the application, never by a screen.
 namespace Quillmere::QmlTypes {
 
+struct AppListModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::AppListModel)
+    QML_NAMED_ELEMENT(AppListModel)
+    QML_UNCREATABLE("A view model makes it.")
+};
+
 struct AppStateType
 {
     Q_GADGET
     QML_FOREIGN(Quillmere::AppState)
     QML_NAMED_ELEMENT(AppState)
     QML_UNCREATABLE("The application makes it.")
+};
+
+struct ApplicationsViewModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::ApplicationsViewModel)
+    QML_NAMED_ELEMENT(ApplicationsViewModel)
+    QML_UNCREATABLE("The factory makes it.")
 };
 
 struct BrowserProfileListModelType

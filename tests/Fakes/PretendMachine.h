@@ -3,6 +3,7 @@
 #include "Fakes/PretendBundles.h"
 #include "Fakes/PretendFileManager.h"
 #include "Fakes/PretendHostStatistics.h"
+#include "Fakes/PretendInstalledApplications.h"
 #include "Fakes/PretendPowerAssertions.h"
 #include "Fakes/PretendProcessRunner.h"
 #include "Fakes/PretendStartupEntries.h"
@@ -73,6 +74,7 @@ struct PretendMachine
     std::shared_ptr<PretendHostStatistics> host = std::make_shared<PretendHostStatistics>();
     std::shared_ptr<PretendProcessRunner> processes = std::make_shared<PretendProcessRunner>();
     std::shared_ptr<PretendWorkspace> workspace = std::make_shared<PretendWorkspace>();
+    std::shared_ptr<PretendInstalledApplications> applications = std::make_shared<PretendInstalledApplications>();
     std::shared_ptr<PretendPowerAssertions> assertions = std::make_shared<PretendPowerAssertions>();
     std::shared_ptr<PretendBundles> bundles = std::make_shared<PretendBundles>();
     std::shared_ptr<PretendSystemExtensionManager> extensions = std::make_shared<PretendSystemExtensionManager>();

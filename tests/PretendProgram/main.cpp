@@ -1,5 +1,6 @@
 #include "App/QuillmereApp.h"
 #include "Fakes/Gate.h"
+#include "PretendProgram/PretendApplications.h"
 #include "PretendProgram/PretendDesk.h"
 #include "PretendProgram/PretendHome.h"
 #include "PretendProgram/PretendStartup.h"
@@ -107,10 +108,13 @@ int main(int argc, char *argv[])
         fillPretendHome(machine);
         fillPretendStartup(machine);
         fillPretendTools(machine);
+        fillPretendApplications(machine);
     }
     fillPretendDesk(machine, wishes.load());
-    if (!wishes.hasFilter())
+    if (!wishes.hasFilter()) {
+        machine.files->vanish(machine.bundles->main);
         machine.bundles->main = FilePath("/home/ada/Downloads/Quillmere.app");
+    }
     if (wishes.isDark())
         machine.appearance->set(ColorScheme::Dark, false);
     if (!wishes.language().isEmpty())

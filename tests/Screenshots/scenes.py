@@ -150,6 +150,30 @@ def startup(tour: Tour) -> None:
     tour.rest()
 
 
+def applications(tour: Tour) -> None:
+    tour.open("applications")
+    tour.application.wait_gone("dialog", tour.texts["applications.scanning"])
+    tour.rest()
+    tour.take("applications-list")
+
+    first = next(item for item in tour.application.all("list item") if item.name.startswith("Painter, "))
+    tour.person.click(first)
+    tour.rest()
+    tour.take("applications-leftovers")
+
+    tour.press("applications.clearData")
+    tour.application.find("heading", tour.texts["applications.confirmClearTitle"])
+    tour.rest()
+    tour.take("applications-clear")
+    tour.person.press("Escape")
+    tour.press("applications.uninstall")
+    tour.application.find("heading", tour.texts["applications.confirmUninstallTitle"])
+    tour.rest()
+    tour.take("applications-uninstall")
+    tour.person.press("Escape")
+    tour.rest()
+
+
 def history(tour: Tour) -> None:
     tour.open("history")
     tour.take("history")
@@ -178,7 +202,7 @@ SCENES = {
     "browsers": browsers,
     "systemData": system_data,
     "startup": startup,
-    "applications": plain("applications"),
+    "applications": applications,
     "tools": plain("tools"),
     "history": history,
     "settings": plain("settings"),

@@ -35,6 +35,7 @@ ApplicationData read(const QString &name)
     data.sharedPrograms = texts(document[u"sharedPrograms"]);
     data.sandboxPrograms = texts(document[u"sandboxPrograms"]);
     data.sharedFolders = texts(document[u"sharedFolders"]);
+    data.sharedNames = texts(document[u"sharedNames"]);
     return data;
 }
 
@@ -81,6 +82,11 @@ bool ApplicationData::isSharedProgram(const FilePath &executable) const
 bool ApplicationData::isSandboxProgram(const FilePath &executable) const
 {
     return sandboxPrograms.contains(executable.lastPathComponent());
+}
+
+bool ApplicationData::isSharedName(const QByteArray &name) const
+{
+    return matchesAny(sharedNames, name.toLower());
 }
 
 FilePath ApplicationData::installFolderOf(const FilePath &executable, const FilePath &home) const

@@ -20,6 +20,7 @@ struct ApplicationData
     QList<QByteArray> sharedPrograms; ///< Patterns of names.
     QList<QByteArray> sandboxPrograms; ///< Names.
     QList<QByteArray> sharedFolders; ///< "~" stands for the home.
+    QList<QByteArray> sharedNames; ///< Patterns of names.
 
     /// What is compiled into the program. Built once, on first use.
     [[nodiscard]] static const ApplicationData &builtIn();
@@ -33,6 +34,8 @@ struct ApplicationData
     [[nodiscard]] bool isSharedProgram(const FilePath &executable) const;
     /// It stands around an application and is none itself.
     [[nodiscard]] bool isSandboxProgram(const FilePath &executable) const;
+    /// Whether files called @p name, in the folders where applications keep theirs, belong to many of them.
+    [[nodiscard]] bool isSharedName(const QByteArray &name) const;
     /// The folder that holds @p executable and nothing of other applications; empty when it lies among others.
     [[nodiscard]] FilePath installFolderOf(const FilePath &executable, const FilePath &home) const;
 };

@@ -1,4 +1,6 @@
-"""Application bundles with what they leave in the home, one of each kind that a list must bear."""
+"""Applications with what they leave in the home, one of each kind that a list must bear."""
+
+import os
 
 from .workshop import KIB, Workshop
 
@@ -9,6 +11,22 @@ BUNDLES = (
     ("Sound Studio", "com.example.soundstudio", "2026.3", 7100, "scp"),
     ("Zähler", "de.example.zaehler", "0.9", 480, "p"),
     ("Tiny", "com.example.tiny", "1", 12, ""),
+    ("Map Room", "com.example.maproom", "2.8", 3300, "sc"),
+    ("Слайды", "ru.example.slides", "6.0.1", 1900, "spk"),
+    ("Notes%2FArchive", "org.example.notesarchive", "3", 700, "s"),
+    ("An Image Manipulation Program of Uncommon Length", "org.example.image", "3.0.0-beta.12+build.20261120", 2300, "sc"),
+)
+
+#: File, and which folders of the home hold something of its identifier.
+APP_IMAGES = (
+    ("Applications/Slicer-2.7.AppImage", "org.example.slicer", (".config", ".local/share")),
+    (".local/bin/whiteboard.appimage", None, ()),
+)
+#: Identifier, program, and the same folders.
+OWN_ENTRIES = (
+    ("studio-ide", ".local/opt/studio-ide/bin/studio", (".config", ".local/state")),
+    ("pocket-tool", ".local/bin/pocket-tool", (".config",)),
+    ("project-runner", "Projects/runner/run", ()),
 )
 
 
@@ -26,6 +44,42 @@ def make(workshop: Workshop) -> None:
     workshop.tree("Applications/No List.app/Contents/Resources", 90 * KIB, 2)
     bundle(workshop, "Applications/Games/Nested.app", 150, {"CFBundleIdentifier": "com.example.nested"})
     workshop.file("Applications/Read me.txt", "Not an application.\n")
+    make_hostile(workshop)
+    make_beside_bundles(workshop)
+
+
+def make_hostile(workshop: Workshop) -> None:
+    """Bundles whose information would lead elsewhere, or nowhere, if it were believed."""
+    bundle(workshop, "Applications/Evil.app", 40, {"CFBundleIdentifier": "../../Documents"})
+    bundle(workshop, "Applications/Above.app", 40, {"CFBundleIdentifier": ".."})
+    workshop.directory("Applications/Folder for List.app/Contents/Info.plist")
+    os.mkfifo(os.path.join(workshop.directory("Applications/Pipe.app/Contents"), b"Info.plist"))
+    workshop.link("Applications/Nowhere.app", "Gone.app")
+
+
+def make_beside_bundles(workshop: Workshop) -> None:
+    for where, identifier, folders in APP_IMAGES:
+        program = workshop.file(where, 900 * KIB)
+        workshop.executable(program)
+        if identifier:
+            entry(workshop, identifier, "Slicer", program)
+            leave_named(workshop, identifier, folders)
+    for identifier, where, folders in OWN_ENTRIES:
+        program = workshop.file(where, "#!/bin/sh\nexec sleep 600\n")
+        workshop.executable(program)
+        entry(workshop, identifier, identifier.replace("-", " ").title(), program)
+        leave_named(workshop, identifier, folders)
+    workshop.tree(".local/opt/studio-ide/lib", 2600 * KIB, 5)
+
+
+def entry(workshop: Workshop, identifier: str, name: str, program: bytes) -> None:
+    workshop.file(f".local/share/applications/{identifier}.desktop",
+                  f"[Desktop Entry]\nType=Application\nName={name}\nExec=\"{os.fsdecode(program)}\" %U\n")
+
+
+def leave_named(workshop: Workshop, identifier: str, folders: tuple[str, ...]) -> None:
+    for folder in folders:
+        workshop.tree(f"{folder}/{identifier}", 120 * KIB, 3)
 
 
 def bundle(workshop: Workshop, where: str, size: int, information: dict, binary: bool = False) -> None:

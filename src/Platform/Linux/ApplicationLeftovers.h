@@ -1,0 +1,41 @@
+#pragma once
+
+#include "Platform/FileManager.h"
+#include "Platform/Linux/BaseDirectories.h"
+#include "Platform/Places.h"
+
+#include <memory>
+
+namespace Quillmere {
+
+/// Whether @p name stays within any folder that it is appended to.
+[[nodiscard]] bool isPlainFileName(const QByteArray &name);
+
+/// Finds the user's files that are named exactly after an application, in the folders where XDG desktops keep such.
+class ApplicationLeftovers
+{
+public:
+    ApplicationLeftovers(std::shared_ptr<const FileManager> files, std::shared_ptr<const Places> places,
+                         const BaseDirectories::Environment &environment);
+
+    /// In the order of the folders, and only what exists. Nothing for a name that leads elsewhere, and nothing that
+    /// belongs to many applications, such as a folder of all entries.
+    [[nodiscard]] QList<FilePath> of(const QByteArray &id) const;
+
+private:
+    struct Row
+    {
+        FilePath folder;
+        QByteArray suffix;
+        bool isSettings = false; ///< Settings and data are kept from cleaning, and go with their application alone.
+    };
+
+    [[nodiscard]] bool mayGo(const FilePath &candidate, const Row &row) const;
+
+    std::shared_ptr<const FileManager> m_files;
+    std::shared_ptr<const Places> m_places;
+    QList<Row> m_rows;
+    QList<FilePath> m_shared; ///< Folders of which none may go, nor one that holds them.
+};
+
+} // namespace Quillmere

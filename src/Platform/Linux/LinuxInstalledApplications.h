@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Platform/FileManager.h"
+#include "Platform/InstalledApplications.h"
+#include "Platform/Linux/ApplicationLeftovers.h"
+#include "Platform/Linux/DesktopEntry.h"
+#include "Platform/ProcessRunner.h"
+
+#include <memory>
+
+namespace Quillmere {
+
+/// What is installed beside bundles, in this order: AppImages in the folders where they are usually put, the user's own
+/// Flatpaks, applications of the user's own desktop entries, and those that the system's packages bring.
+class LinuxInstalledApplications final : public InstalledApplications
+{
+public:
+    /// The folders of desktop entries, the user's own first.
+    LinuxInstalledApplications(std::shared_ptr<const FileManager> files, std::shared_ptr<const Places> places,
+                               std::shared_ptr<const ProcessRunner> processes, QList<FilePath> entryFolders,
+                               const BaseDirectories::Environment &environment = qgetenv);
+
+    [[nodiscard]] QList<ListedApplication> applications() const override;
+    [[nodiscard]] QList<FilePath> leftoversOf(const ListedApplication &application) const override;
+    [[nodiscard]] Result<void> uninstall(const ListedApplication &application) const override;
+
+private:
+    [[nodiscard]] QList<ListedApplication> appImages(const QList<DesktopEntry> &own) const;
+    [[nodiscard]] QList<ListedApplication> ownEntries(const QList<DesktopEntry> &own) const;
+    /// The folder in which @p entry alone is installed, below the home. Empty when it is not sure.
+    [[nodiscard]] FilePath ownFolderOf(const DesktopEntry &entry, const QList<DesktopEntry> &own) const;
+    [[nodiscard]] bool isOwnProgram(const FilePath &program) const;
+    [[nodiscard]] Result<void> trash(const FilePath &part) const;
+
+    std::shared_ptr<const FileManager> m_files;
+    std::shared_ptr<const ProcessRunner> m_processes;
+    QList<FilePath> m_entryFolders;
+    FilePath m_home;
+    ApplicationLeftovers m_leftovers;
+};
+
+} // namespace Quillmere

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "Models/AppItem.h"
+#include "Platform/FileManager.h"
+#include "Platform/InstalledApplications.h"
+#include "Platform/Places.h"
+#include "Services/ScannerService.h"
+
+#include <memory>
+
+namespace Quillmere {
+
+class PropertyList;
+
+/// Finds applications and the files that belong to them, and removes either. Holds nothing but the ways to the machine,
+/// so it is passed and copied like a value. Works on the thread that calls it.
+class ApplicationInventory
+{
+public:
+    /// What was removed of an application's files.
+    struct Cleared
+    {
+        qint64 size = 0; ///< Bytes, each measured before it went.
+        qint64 count = 0;
+    };
+
+    ApplicationInventory(std::shared_ptr<const FileManager> files, std::shared_ptr<const Places> places,
+                         std::shared_ptr<const InstalledApplications> applications);
+
+    /// The folders whose immediate children are bundles, in their order, free of links.
+    [[nodiscard]] QList<FilePath> roots() const;
+    /// In the order of the listing; empty for a root that cannot be listed.
+    [[nodiscard]] QList<FilePath> bundlesIn(const FilePath &root) const;
+    /// What the platform adds behind them.
+    [[nodiscard]] QList<ListedApplication> listedApplications() const;
+
+    /// What the bundle says of itself; its size and its related files are left for later.
+    [[nodiscard]] AppItem itemOf(const FilePath &bundle) const;
+    [[nodiscard]] AppItem itemOf(const ListedApplication &application) const;
+    /// By exact names, at most one in each folder of the table. @p appName is the name as it stands on disk. A name
+    /// that would lead out of its folder finds nothing.
+    [[nodiscard]] QList<FilePath> findLeftovers(const QString &bundleId, const QByteArray &appName) const;
+    [[nodiscard]] QList<FilePath> findLeftovers(const ListedApplication &application) const;
+
+    /// Bytes on disk. Zero when @p scanner or @p task was stopped.
+    [[nodiscard]] static qint64 sizeOf(const FilePath &folder, ScannerService &scanner,
+                                       const std::stop_token &task = {});
+    [[nodiscard]] qint64 sizeOf(const ListedApplication &application, ScannerService &scanner,
+                                const std::stop_token &task = {}) const;
+
+    /// The bundle to the Trash, and then its related files deleted for good. The first failure ends it.
+    [[nodiscard]] Result<void> uninstall(const AppItem &item) const;
+    /// The same for one beyond the bundles, which goes the way that the platform knows.
+    [[nodiscard]] Result<void> uninstall(const AppItem &item, const ListedApplication &application) const;
+    /// Deletes its related files for good, and keeps the application. The first failure ends it.
+    [[nodiscard]] Result<Cleared> clearData(const AppItem &item) const;
+
+    [[nodiscard]] std::unique_ptr<ScannerService> makeScanner() const;
+
+private:
+    [[nodiscard]] bool exists(const FilePath &path) const;
+    /// The picture that the bundle shows itself by, where it has one that desktops of this platform can draw.
+    [[nodiscard]] QString iconOf(const FilePath &bundle, const PropertyList &information) const;
+    [[nodiscard]] bool isOffered(const FilePath &candidate) const;
+    [[nodiscard]] Result<void> removeRelatedFiles(const AppItem &item) const;
+
+    std::shared_ptr<const FileManager> m_files;
+    std::shared_ptr<const Places> m_places;
+    std::shared_ptr<const InstalledApplications> m_applications;
+};
+
+/// The name of a bundle without its extension, as it stands on disk.
+[[nodiscard]] QByteArray bundleNameOf(const FilePath &bundle);
+
+} // namespace Quillmere

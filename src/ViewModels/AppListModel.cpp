@@ -1,0 +1,90 @@
+#include "ViewModels/AppListModel.h"
+
+#include "Utilities/ByteCountFormatter.h"
+
+#include <algorithm>
+
+namespace Quillmere {
+
+void AppListModel::setApps(const QList<AppItem> &apps)
+{
+    if (m_apps.isEmpty() && apps.isEmpty())
+        return;
+    beginResetModel();
+    m_apps = apps;
+    m_running.clear();
+    endResetModel();
+    Q_EMIT countChanged();
+}
+
+void AppListModel::remove(const QUuid &id)
+{
+    const int row = rowOf(id);
+    if (row < 0)
+        return;
+    beginRemoveRows({}, row, row);
+    m_apps.removeAt(row);
+    endRemoveRows();
+    Q_EMIT countChanged();
+}
+
+void AppListModel::replace(const AppItem &app)
+{
+    const int row = rowOf(app.id);
+    if (row < 0)
+        return;
+    m_apps[row] = app;
+    Q_EMIT dataChanged(index(row), index(row));
+}
+
+void AppListModel::setRunning(const QSet<QUuid> &running)
+{
+    if (running == m_running)
+        return;
+    m_running = running;
+    if (!m_apps.isEmpty())
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {IsRunning});
+}
+
+void AppListModel::refreshTexts()
+{
+    if (!m_apps.isEmpty())
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {SizeText});
+}
+
+int AppListModel::rowOf(const QUuid &id) const
+{
+    const auto found = std::ranges::find(m_apps, id, &AppItem::id);
+    return found == m_apps.end() ? -1 : static_cast<int>(found - m_apps.begin());
+}
+
+int AppListModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_apps.size());
+}
+
+QVariant AppListModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const AppItem &app = m_apps.at(index.row());
+    switch (role) {
+    case Name:
+        return app.name;
+    case Icon:
+        return app.icon;
+    case SizeText:
+        return formatByteCount(app.size);
+    case IsRunning:
+        return m_running.contains(app.id);
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> AppListModel::roleNames() const
+{
+    return {{Name, "name"}, {Icon, "iconName"}, {SizeText, "sizeText"}, {IsRunning, "isRunning"}};
+}
+
+} // namespace Quillmere

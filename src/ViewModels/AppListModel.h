@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Models/AppItem.h"
+
+#include <QAbstractListModel>
+#include <QSet>
+
+namespace Quillmere {
+
+/// The applications as rows. One that takes another's place keeps its row.
+class AppListModel final : public QAbstractListModel
+{
+    Q_OBJECT
+    Q_PROPERTY(int count READ rowCount NOTIFY countChanged)
+
+public:
+    enum Role { Name = Qt::UserRole + 1, Icon, SizeText, IsRunning };
+
+    explicit AppListModel(QObject *parent)
+        : QAbstractListModel(parent)
+    {
+    }
+
+    [[nodiscard]] const QList<AppItem> &apps() const { return m_apps; }
+    void setApps(const QList<AppItem> &apps);
+    void remove(const QUuid &id);
+    void replace(const AppItem &app);
+    /// Which of them run now.
+    void setRunning(const QSet<QUuid> &running);
+    [[nodiscard]] bool isRunning(const QUuid &id) const { return m_running.contains(id); }
+    /// Has the rows say anew what depends on the language.
+    void refreshTexts();
+    /// -1 when there is none.
+    [[nodiscard]] int rowOf(const QUuid &id) const;
+
+    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
+    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    void countChanged();
+
+private:
+    QList<AppItem> m_apps;
+    QSet<QUuid> m_running;
+};
+
+} // namespace Quillmere

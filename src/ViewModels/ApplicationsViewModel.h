@@ -1,0 +1,141 @@
+#pragma once
+
+#include "Platform/Clock.h"
+#include "Platform/Workspace.h"
+#include "Services/ApplicationInventory.h"
+#include "Services/HistoryService.h"
+#include "Services/ScannerService.h"
+#include "Services/TrafficControlService.h"
+#include "ViewModels/AppListModel.h"
+
+#include <QHash>
+#include <QObject>
+#include <QStringList>
+
+#include <QCoro/QCoroTask>
+
+#include <optional>
+#include <stop_token>
+
+namespace Quillmere {
+
+/// The Applications screen: what is installed, what belongs to it, and the three things that can be done with it.
+/// An uninstallation or a clearing that was started goes on to its end and is recorded even when the screen has gone.
+class ApplicationsViewModel final : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(Quillmere::AppListModel *apps READ apps CONSTANT)
+    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY appsChanged)
+    Q_PROPERTY(bool isScanning READ isScanning NOTIFY phaseChanged)
+    Q_PROPERTY(bool isUninstalling READ isUninstalling NOTIFY phaseChanged)
+    Q_PROPERTY(double scanProgress READ scanProgress NOTIFY progressChanged)
+    Q_PROPERTY(QString currentScanningApp READ currentScanningApp NOTIFY progressChanged)
+    Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectedAppChanged)
+    Q_PROPERTY(bool hasSelectedApp READ hasSelectedApp NOTIFY selectedAppChanged)
+    Q_PROPERTY(QString selectedName READ selectedName NOTIFY selectedAppChanged)
+    Q_PROPERTY(QString selectedIcon READ selectedIcon NOTIFY selectedAppChanged)
+    Q_PROPERTY(QString selectedVersionText READ selectedVersionText NOTIFY selectedAppChanged)
+    Q_PROPERTY(QString selectedSizeText READ selectedSizeText NOTIFY selectedAppChanged)
+    Q_PROPERTY(QStringList selectedFileNames READ selectedFileNames NOTIFY selectedAppChanged)
+    Q_PROPERTY(QStringList selectedFilePaths READ selectedFilePaths NOTIFY selectedAppChanged)
+    Q_PROPERTY(bool canUninstallSelected READ canUninstallSelected NOTIFY selectedAppChanged)
+    Q_PROPERTY(bool isSelectedRunning READ isSelectedRunning NOTIFY runningChanged)
+    Q_PROPERTY(bool isSelectedTrafficBlocked READ isSelectedTrafficBlocked NOTIFY trafficChanged)
+    Q_PROPERTY(QString trafficErrorMessage READ trafficErrorMessageText NOTIFY trafficErrorMessageChanged)
+    Q_PROPERTY(bool showingTrafficError READ showingTrafficError NOTIFY trafficErrorMessageChanged)
+
+public:
+    struct Parts
+    {
+        std::shared_ptr<ScannerService> scanner;
+        ApplicationInventory inventory;
+        TrafficControlService &trafficControl;
+        HistoryService &history;
+        std::shared_ptr<const Workspace> workspace;
+        std::shared_ptr<const Clock> clock;
+    };
+
+    explicit ApplicationsViewModel(Parts parts, QObject *parent = nullptr);
+    ~ApplicationsViewModel() override;
+
+    [[nodiscard]] AppListModel *apps() { return &m_apps; }
+    [[nodiscard]] bool isEmpty() const { return m_apps.apps().isEmpty(); }
+    [[nodiscard]] bool isScanning() const { return m_isScanning; }
+    [[nodiscard]] bool isUninstalling() const { return m_isUninstalling; }
+    [[nodiscard]] double scanProgress() const { return m_scanProgress; }
+    [[nodiscard]] QString currentScanningApp() const { return m_currentScanningApp; }
+    [[nodiscard]] const std::optional<AppItem> &selectedApp() const { return m_selectedApp; }
+    [[nodiscard]] const std::optional<QString> &trafficErrorMessage() const { return m_trafficErrorMessage; }
+
+    [[nodiscard]] int selectedRow() const { return m_selectedApp ? m_apps.rowOf(m_selectedApp->id) : -1; }
+    [[nodiscard]] bool hasSelectedApp() const { return m_selectedApp.has_value(); }
+    [[nodiscard]] QString selectedName() const { return m_selectedApp ? m_selectedApp->name : QString(); }
+    [[nodiscard]] QString selectedIcon() const { return m_selectedApp ? m_selectedApp->icon : QString(); }
+    [[nodiscard]] QString selectedVersionText() const;
+    [[nodiscard]] QString selectedSizeText() const;
+    [[nodiscard]] QStringList selectedFileNames() const;
+    [[nodiscard]] QStringList selectedFilePaths() const;
+    /// False for what only the administrator's tools can remove.
+    [[nodiscard]] bool canUninstallSelected() const;
+    [[nodiscard]] bool isSelectedRunning() const { return m_selectedApp && m_apps.isRunning(m_selectedApp->id); }
+    [[nodiscard]] bool isSelectedTrafficBlocked() const { return m_selectedApp && isTrafficBlocked(*m_selectedApp); }
+    [[nodiscard]] QString trafficErrorMessageText() const { return m_trafficErrorMessage.value_or(QString()); }
+    [[nodiscard]] bool showingTrafficError() const { return m_trafficErrorMessage.has_value(); }
+
+    /// By a rule of its own, or because eco traffic holds it back.
+    [[nodiscard]] bool isTrafficBlocked(const AppItem &app) const;
+
+    // Started and left to themselves; whoever wants to know when they end awaits them.
+    QCoro::Task<> scanApplications();
+    QCoro::Task<> uninstallApp(AppItem app);
+    QCoro::Task<> clearAppData(AppItem app);
+    QCoro::Task<> toggleTrafficBlock(AppItem app);
+    /// Asks the desktop which of the applications run now.
+    QCoro::Task<> refreshRunning();
+
+    /// What the screen does when it comes up: a list that is there is kept.
+    Q_INVOKABLE void scanIfEmpty();
+    Q_INVOKABLE void startScan() { scanApplications(); }
+    /// The scan ends at its next test, and leaves the list empty.
+    Q_INVOKABLE void cancelScan();
+    Q_INVOKABLE void select(int row);
+    Q_INVOKABLE void lookForRunning() { refreshRunning(); }
+    Q_INVOKABLE void uninstallSelected();
+    Q_INVOKABLE void clearSelected();
+    Q_INVOKABLE void toggleSelectedTraffic();
+    Q_INVOKABLE void dismissTrafficError() { setTrafficErrorMessage({}); }
+
+Q_SIGNALS:
+    void appsChanged();
+    void phaseChanged();
+    void progressChanged();
+    void selectedAppChanged();
+    void runningChanged();
+    void trafficChanged();
+    void trafficErrorMessageChanged();
+
+private:
+    void beginScan();
+    /// Ends the overlay, unless a later scan has taken its place.
+    void leaveScan(const std::stop_source &task);
+    void publish(QList<AppItem> apps, QHash<QUuid, ListedApplication> listed);
+    [[nodiscard]] std::optional<ListedApplication> listedApplication(const AppItem &app) const;
+    void showProgress(double fraction, const QString &name);
+    void setIsUninstalling(bool isUninstalling);
+    void setSelectedApp(const std::optional<AppItem> &app);
+    void setTrafficErrorMessage(const std::optional<QString> &message);
+
+    Parts m_parts;
+    AppListModel m_apps{nullptr};
+    QHash<QUuid, ListedApplication> m_listed; ///< Those of the list that are no bundles.
+    std::optional<AppItem> m_selectedApp;
+    std::optional<QString> m_trafficErrorMessage;
+    std::stop_source m_scanTask; ///< Of the latest scan: an earlier one that ends late changes nothing.
+    bool m_scanCancelled = false;
+    bool m_isScanning = false;
+    bool m_isUninstalling = false;
+    double m_scanProgress = 0;
+    QString m_currentScanningApp;
+};
+
+} // namespace Quillmere

@@ -1,0 +1,18 @@
+import QtQuick
+
+/// The icon of an application, or a tile with its first letter.
+Image {
+    id: root
+
+    property string icon
+    property string name
+    property int side: 34
+
+    width: side
+    height: side
+    sourceSize.width: side
+    sourceSize.height: side
+    source: "image://application/" + encodeURIComponent(icon) + "?" + encodeURIComponent(name)
+
+    Accessible.ignored: true
+}

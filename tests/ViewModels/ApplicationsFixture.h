@@ -1,0 +1,99 @@
+#pragma once
+
+#include "Fakes/InstalledLocalizer.h"
+#include "Fakes/PretendMachine.h"
+#include "Utilities/BackgroundWork.h"
+#include "Utilities/PropertyList.h"
+#include "ViewModels/ApplicationsViewModel.h"
+#include "ViewModels/UnfinishedRuns.h"
+
+#include <QCoro/QCoroCore>
+
+#include <gtest/gtest.h>
+
+namespace Quillmere {
+
+/// The Applications screen on a pretend machine, whose user is Ada.
+class ApplicationsFixture : public testing::Test
+{
+protected:
+    ApplicationsFixture()
+    {
+        SharedInstance<UnfinishedRuns>::install(&runs);
+        // The program itself is none of the applications listed.
+        machine.bundles->main = FilePath("/opt/Quillmere.app");
+        machine.installTrafficFilter();
+    }
+    ~ApplicationsFixture() override
+    {
+        // Whatever is still under way comes to its end, and finds the screen gone.
+        model.reset();
+        backgroundPool().waitForDone();
+        QCoreApplication::processEvents();
+        SharedInstance<UnfinishedRuns>::install(nullptr);
+    }
+
+    /// A bundle with information where it has an identifier.
+    FilePath addBundle(const QByteArray &path, qint64 bytes, const QString &identifier = {},
+                       const QString &version = {})
+    {
+        const FilePath bundle(path);
+        machine.files->addFile(bundle.appending("Contents/MacOS/program"), bytes);
+        PropertyList information;
+        if (!identifier.isEmpty())
+            information.setString(u"CFBundleIdentifier"_qs, identifier);
+        if (!version.isEmpty())
+            information.setString(u"CFBundleShortVersionString"_qs, version);
+        machine.files->addFile(bundle.appending("Contents/Info.plist"), 0,
+                               information.written(PropertyList::Form::Xml));
+        return bundle;
+    }
+
+    /// A folder in Ada's Library.
+    FilePath addLeftover(const QByteArray &path, qint64 bytes)
+    {
+        const FilePath folder = library(path);
+        machine.files->addFile(folder.appending("data"), bytes);
+        return folder;
+    }
+
+    [[nodiscard]] static FilePath library(const QByteArray &path)
+    {
+        return FilePath("/home/ada/Library").appending(path);
+    }
+
+    /// Painter, with one leftover of each kind.
+    void addPainter()
+    {
+        addBundle("/Applications/Painter.app", 1000, u"com.example.painter"_qs, u"4.2"_qs);
+        addLeftover("Application Support/Painter", 10);
+        addLeftover("Caches/com.example.painter", 20);
+        machine.files->addFile(library("Preferences/com.example.painter.plist"), 3);
+        addLeftover("Containers/com.example.painter", 40);
+    }
+
+    void scan() { QCoro::waitFor(model->scanApplications()); }
+    [[nodiscard]] const QList<AppItem> &apps() const { return model->apps()->apps(); }
+    [[nodiscard]] AppItem app(qsizetype row = 0) const { return apps().value(row); }
+
+    [[nodiscard]] QStringList names() const
+    {
+        QStringList names;
+        for (const AppItem &each : apps())
+            names.append(each.name);
+        return names;
+    }
+
+    InstalledLocalizer localizer;
+    PretendMachine machine;
+    UnfinishedRuns runs;
+    HistoryService history{machine.files};
+    TrafficFilterExtensionManager extension{machine.bundles, machine.files, machine.extensions};
+    TrafficControlService traffic{machine.defaults, machine.filter, extension};
+    std::shared_ptr<ScannerService> scanner = std::make_shared<ScannerService>(machine.files, machine.places);
+    std::unique_ptr<ApplicationsViewModel> model = std::make_unique<ApplicationsViewModel>(
+        ApplicationsViewModel::Parts{scanner, ApplicationInventory(machine.files, machine.places, machine.applications),
+                                     traffic, history, machine.workspace, machine.clock});
+};
+
+} // namespace Quillmere

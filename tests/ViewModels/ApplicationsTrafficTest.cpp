@@ -1,0 +1,113 @@
+#include "ViewModels/ApplicationsFixture.h"
+
+#include <QSignalSpy>
+
+#include <gmock/gmock.h>
+
+using namespace Quillmere;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class ApplicationsTrafficTest : public ApplicationsFixture
+{
+protected:
+    ApplicationsTrafficTest()
+    {
+        item.name = u"Painter"_qs;
+        item.bundleIdentifier = u"com.example.painter"_qs;
+        item.path = FilePath("/Applications/Painter.app");
+    }
+
+    void toggle() { QCoro::waitFor(model->toggleTrafficBlock(item)); }
+    void setEco() { EXPECT_TRUE(QCoro::waitFor(traffic.setEcoTrafficEnabled(true))); }
+
+    AppItem item;
+};
+
+} // namespace
+
+TEST_F(ApplicationsTrafficTest, BlocksAndAllowsInTurn)
+{
+    EXPECT_FALSE(model->isTrafficBlocked(item));
+
+    toggle();
+    EXPECT_TRUE(model->isTrafficBlocked(item));
+    EXPECT_EQ(traffic.blockedBundleIdentifiers(), QSet<QString>({u"com.example.painter"_qs}));
+
+    toggle();
+    EXPECT_FALSE(model->isTrafficBlocked(item));
+    EXPECT_THAT(traffic.blockedBundleIdentifiers(), IsEmpty());
+    EXPECT_FALSE(model->trafficErrorMessage().has_value());
+}
+
+TEST_F(ApplicationsTrafficTest, ShowsWhatEcoTrafficHoldsBackAndSetsARuleOfItsOwnOnAClick)
+{
+    setEco();
+    EXPECT_TRUE(model->isTrafficBlocked(item));
+
+    toggle();
+
+    EXPECT_TRUE(model->isTrafficBlocked(item));
+    EXPECT_EQ(traffic.blockedBundleIdentifiers(), QSet<QString>({u"com.example.painter"_qs}));
+}
+
+TEST_F(ApplicationsTrafficTest, ShowsWhatEcoTrafficLetsThroughAsAllowed)
+{
+    setEco();
+    item.name = u"Microsoft Edge"_qs;
+
+    EXPECT_FALSE(model->isTrafficBlocked(item));
+}
+
+TEST_F(ApplicationsTrafficTest, SaysWhyAnApplicationWithoutIdentifierCannotBeBlocked)
+{
+    item.bundleIdentifier.clear();
+
+    toggle();
+
+    EXPECT_EQ(model->trafficErrorMessage(),
+              u"This application has no bundle identifier, so macOS cannot safely create an app-specific outbound "
+              u"rule."_qs);
+    EXPECT_TRUE(model->showingTrafficError());
+    EXPECT_FALSE(model->isTrafficBlocked(item));
+    model->dismissTrafficError();
+    EXPECT_FALSE(model->showingTrafficError());
+}
+
+TEST_F(ApplicationsTrafficTest, SaysWhatTheSystemRefusedAndForgetsItAtTheNextTry)
+{
+    machine.filter->saveError = u"Not today."_qs;
+    toggle();
+    EXPECT_EQ(model->trafficErrorMessage(), u"macOS rejected the outbound traffic policy: Not today."_qs);
+
+    machine.filter->saveError.reset();
+    toggle();
+
+    EXPECT_FALSE(model->trafficErrorMessage().has_value());
+    EXPECT_TRUE(model->isTrafficBlocked(item));
+}
+
+TEST_F(ApplicationsTrafficTest, HasTheScreenAskAgainAfterEveryTry)
+{
+    QSignalSpy changes(model.get(), &ApplicationsViewModel::trafficChanged);
+    machine.filter->saveError = u"Not today."_qs;
+
+    toggle();
+
+    EXPECT_EQ(changes.size(), 1);
+}
+
+TEST_F(ApplicationsTrafficTest, FollowsRulesThatAreSetElsewhere)
+{
+    addPainter();
+    scan();
+    model->select(0);
+    QSignalSpy changes(model.get(), &ApplicationsViewModel::trafficChanged);
+
+    setEco();
+
+    EXPECT_FALSE(changes.isEmpty());
+    EXPECT_TRUE(model->isSelectedTrafficBlocked());
+}
