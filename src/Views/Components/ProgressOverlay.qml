@@ -34,9 +34,14 @@ FocusScope {
         return false;
     }
 
+    /// The keyboard is nowhere, at something covered, or at no more than the window or a part of it that holds us.
+    function mayTakeFocus(): bool {
+        return focusNow === null || isIn(root.parent, focusNow) || isIn(focusNow, root);
+    }
+
     /// Takes the keyboard from what is covered, and from nothing else.
     function guardFocus() {
-        if (visible && !isIn(root, focusNow) && (focusNow === null || isIn(root.parent, focusNow)))
+        if (visible && !isIn(root, focusNow) && mayTakeFocus())
             takeFocus();
     }
 
@@ -57,8 +62,7 @@ FocusScope {
     /// What had the keyboard may have gone with the work, or nothing had it yet. Then Tab begins with the first control of
     /// the screen, which shows the keyboard's mark at once only to whoever uses it.
     function giveFocusBack() {
-        const wentElsewhere = focusNow !== null && !isIn(root.parent, focusNow);
-        const isOurs = holdsFocus && !wentElsewhere;
+        const isOurs = holdsFocus && mayTakeFocus();
         holdsFocus = false;
         if (!isOurs)
             return;
