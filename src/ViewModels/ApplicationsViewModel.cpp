@@ -308,13 +308,14 @@ void ApplicationsViewModel::select(int row)
 
 void ApplicationsViewModel::uninstallSelected()
 {
-    if (m_selectedApp)
+    // A second click on a question that is just going asks for nothing new.
+    if (m_selectedApp && !m_isUninstalling)
         uninstallApp(*m_selectedApp);
 }
 
 void ApplicationsViewModel::clearSelected()
 {
-    if (m_selectedApp)
+    if (m_selectedApp && !m_isUninstalling)
         clearAppData(*m_selectedApp);
 }
 

@@ -15,6 +15,8 @@ class ApplicationsScreenTest : public ScreensFixture
 {
 protected:
     ApplicationsScreenTest() { machine.bundles->main = FilePath("/opt/Quillmere.app"); }
+    // Colours change for a moment after a click, and Qt complains of a window that goes in the middle of that.
+    ~ApplicationsScreenTest() override { QTest::qWait(longestColorChange); }
 
     FilePath addBundle(const QByteArray &name, qint64 bytes, const QString &identifier = {},
                        const QString &version = {}) const
@@ -45,6 +47,7 @@ protected:
         return person;
     }
 
+    static constexpr int longestColorChange = 300; ///< Milliseconds.
     const FilePath caches = FilePath("/home/ada/Library/Caches/com.example.painter");
 };
 

@@ -254,6 +254,19 @@ TEST_F(ApplicationsRunTest, EndsAndRecordsAnUninstallationWhoseScreenHasGone)
     EXPECT_EQ(record().filesRemoved, 5);
 }
 
+TEST_F(ApplicationsRunTest, TakesASecondClickOnAQuestionForNothingNew)
+{
+    scanPainter();
+
+    model->clearSelected();
+    model->clearSelected();
+    model->uninstallSelected();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return runs.isEmpty(); }));
+
+    EXPECT_EQ(record().filesRemoved, 4);
+    EXPECT_THAT(machine.files->trashed(), IsEmpty());
+}
+
 TEST_F(ApplicationsRunTest, DoesNothingTheSecondTime)
 {
     scanPainter();
