@@ -13,10 +13,11 @@ Destination {
     property bool showingUninstallConfirmation: false
     property bool showingResetConfirmation: false
 
-    isModal: isWorking || showingUninstallConfirmation || showingResetConfirmation || viewModel.showingTrafficError
+    // A scan begins by itself and is in nobody's way to another screen.
+    isModal: viewModel.isUninstalling || showingUninstallConfirmation || showingResetConfirmation || viewModel.showingTrafficError
 
     onRefreshRequested: {
-        if (!isModal)
+        if (!isModal && !isWorking)
             viewModel.startScan();
     }
     Component.onCompleted: viewModel.scanIfEmpty()
