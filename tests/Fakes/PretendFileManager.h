@@ -1,9 +1,6 @@
 #pragma once
 
-#include "Platform/FileManager.h"
-
-#include <QHash>
-#include <QSet>
+#include "Fakes/PretendTree.h"
 
 #include <functional>
 #include <map>
@@ -77,32 +74,6 @@ public:
                                          WriteMode mode) const override;
 
 private:
-    struct Node
-    {
-        EntryKind type = EntryKind::Directory;
-        qint64 bytes = 0;
-        std::optional<qint64> allocated; ///< None: as many as bytes.
-        std::optional<QDateTime> accessed;
-        std::optional<QDateTime> modified;
-        QByteArray contents;
-        FilePath target;
-        QList<QByteArray> children;
-        bool locked = false;
-        bool ownedByUser = true;
-        bool executable = false;
-        std::optional<Failure::Kind> refusal;
-    };
-
-    Node *find(const FilePath &path) const;
-    Node &insert(const FilePath &path, Node node) const;
-    void detach(const FilePath &path) const;
-    /// Every link followed; nothing when a component is missing or the links go round.
-    std::optional<FilePath> resolve(const FilePath &path) const;
-    /// Where @p path leads: links above it followed, as far as there is anything.
-    FilePath placeOf(const FilePath &path) const;
-    Result<Node *> findRemovable(const FilePath &path) const;
-    /// Where the file system begins that holds @p path, which is free of links.
-    FilePath volumeOf(const FilePath &path) const;
     class Unlocked;
     /// Locked once by the caller. False when it was stopped.
     bool measure(const FilePath &folder, TreeSize &size, const Cancellation &cancellation) const;
@@ -112,8 +83,7 @@ private:
     FilePath m_home;
     FilePath m_temporary = FilePath("/tmp");
     mutable std::recursive_mutex m_mutex;
-    mutable std::map<QByteArray, Node> m_nodes;
-    QSet<FilePath> m_volumes = {FilePath("/")};
+    mutable PretendTree m_tree;
     mutable QList<FilePath> m_trashed;
     mutable QList<FilePath> m_removed;
     mutable int m_synchronizations = 0;

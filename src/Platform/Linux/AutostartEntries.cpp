@@ -154,7 +154,7 @@ bool AutostartEntries::startsHere(const DesktopEntryText &entry) const
     return isComplete(entry) && isForThisDesktop(entry) && (tried.isEmpty() || hasProgram(tried));
 }
 
-/// As the specification of desktop entries says it: the first of the desktop's names that is listed decides.
+/// Among a desktop's several names, the first that either list holds decides.
 bool AutostartEntries::isForThisDesktop(const DesktopEntryText &entry) const
 {
     const QList<QByteArray> only = entry.list("OnlyShowIn");

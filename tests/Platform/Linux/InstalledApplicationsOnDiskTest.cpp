@@ -1,4 +1,5 @@
 #include "Fakes/PretendMachine.h"
+#include "Platform/Linux/Need.h"
 #include "Platform/Linux/LinuxFileManager.h"
 #include "Platform/Linux/LinuxInstalledApplications.h"
 #include "Platform/Linux/LinuxPlaces.h"
@@ -350,8 +351,8 @@ TEST_F(InstalledApplicationsTest, ListsNothingWhereToolsAreMissingOrHang)
 TEST(SystemPackagesTest, LearnsFromTheMachinesOwnManagerWhatAPackageBrings)
 {
     const FilePath owned("/usr/share/doc/dpkg/copyright");
-    if (!itemExists(FilePath("/usr/bin/dpkg-query")) || !itemExists(owned))
-        GTEST_SKIP() << "This machine has no such package manager.";
+    const bool hasManager = itemExists(FilePath("/usr/bin/dpkg-query")) && itemExists(owned);
+    QUILLMERE_NEED(hasManager ? QByteArray() : "This machine has no such package manager.");
     const LinuxProcessRunner processes(FilePath("/nonexistent"));
 
     const QList<ListedApplication> found
