@@ -64,12 +64,13 @@ private:
     QCommandLineOption m_tab{u"tab"_qs, u"The screen to begin with, such as safeCleanup."_qs, u"name"_qs};
     QCommandLineOption m_size{u"size"_qs, u"Size of the window."_qs, u"WIDTHxHEIGHT"_qs, u"1100x700"_qs};
     QCommandLineOption m_hold{u"hold"_qs, u"Work that comes to that item stands still there."_qs, u"location"_qs};
-    QCommandLineOption m_press{u"press"_qs, u"Presses that button or row as soon as the figures stand."_qs, u"name"_qs};
+    QCommandLineOption m_press{u"press"_qs, u"Presses that button or row as soon as the screen stands."_qs, u"name"_qs};
     QCommandLineOption m_picture{u"picture"_qs, u"Saves a picture of the window after a while, and ends."_qs,
                                  u"file"_qs};
 };
 
 constexpr std::chrono::milliseconds untilFiguresStand{6500};
+constexpr std::chrono::milliseconds untilScreenStands{2500};
 constexpr std::chrono::milliseconds betweenPresses{700};
 
 /// Presses the first visible button of that name in @p item, or row whose spoken text begins with it. False when there
@@ -133,8 +134,9 @@ int main(int argc, char *argv[])
     if (!quillmere.start())
         return 1;
     quillmere.mainWindow()->resize(wishes.size());
-    quillmere.appState().setSelectedTab(wishes.tab().value_or(SidebarTab::Dashboard));
-    QTimer::singleShot(untilFiguresStand, &quillmere,
+    const SidebarTab tab = wishes.tab().value_or(SidebarTab::Dashboard);
+    quillmere.appState().setSelectedTab(tab);
+    QTimer::singleShot(tab == SidebarTab::Dashboard ? untilFiguresStand : untilScreenStands, &quillmere,
                        [&] { useAndTakePicture(quillmere, wishes.presses(), wishes.picture()); });
     const int status = QGuiApplication::exec();
     gate.open();

@@ -37,52 +37,35 @@ def plain(tab: str):
     return scene
 
 
-def safe_cleanup(tour: Tour) -> None:
-    tour.open("safeCleanup")
-    tour.take("safeCleanup-start")
-    tour.press("cleanup.startScan")
-    tour.application.find("push button", tour.texts["cleanup.clean"])
-    tour.rest()
-    tour.take("safeCleanup-list")
+def cleanup(tab: str, first_row: str):
+    """The road of a cleanup, with the row opened that has the text of the key `first_row`."""
+    def scene(tour: Tour) -> None:
+        tour.open(tab)
+        tour.take(f"{tab}-start")
+        tour.press("cleanup.startScan")
+        tour.application.find("push button", tour.texts["cleanup.clean"])
+        tour.application.wait_gone("dialog", tour.texts["cleanup.scanning"])
+        tour.rest()
+        tour.take(f"{tab}-list")
 
-    first = next(item for item in tour.application.all("list item")
-                 if item.name.startswith(tour.texts["cleanup.category.userCache"] + ", "))
-    tour.person.click(first)
-    tour.rest()
-    tour.take("safeCleanup-expanded")
+        row = next(item for item in tour.application.all("list item")
+                   if item.name.startswith(tour.texts[first_row] + ", "))
+        tour.person.click(row)
+        tour.rest()
+        tour.take(f"{tab}-expanded")
 
-    tour.press("cleanup.clean")
-    tour.application.find("heading", tour.texts["cleanup.report.title"], patience=60)
-    tour.rest()
-    tour.take("safeCleanup-report")
-    tour.press("common.done")
-    tour.application.wait_gone("heading", tour.texts["cleanup.report.title"])
-    tour.rest()
-    tour.take("safeCleanup-empty")
+        tour.press("cleanup.clean")
+        tour.application.find("heading", tour.texts["cleanup.report.title"], patience=60)
+        tour.rest()
+        tour.take(f"{tab}-report")
+        tour.press("common.done")
+        tour.application.wait_gone("heading", tour.texts["cleanup.report.title"])
+        tour.application.wait_gone("dialog", tour.texts["cleanup.scanning"])
+        tour.rest()
+        tour.take(f"{tab}-after")
+    return scene
 
 
-def professional_cleanup(tour: Tour) -> None:
-    tour.open("professionalCleanup")
-    tour.take("professionalCleanup-start")
-    tour.press("cleanup.startScan")
-    tour.application.wait_gone("dialog", tour.texts["cleanup.scanning"])
-    tour.rest()
-    tour.take("professionalCleanup-list")
-
-    first = next(item for item in tour.application.all("list item")
-                 if item.name.startswith(tour.texts["developer.vscode.name"] + ", "))
-    tour.person.click(first)
-    tour.rest()
-    tour.take("professionalCleanup-expanded")
-
-    tour.press("cleanup.clean")
-    tour.application.find("heading", tour.texts["cleanup.report.title"], patience=60)
-    tour.rest()
-    tour.take("professionalCleanup-report")
-    tour.press("common.done")
-    tour.application.wait_gone("heading", tour.texts["cleanup.report.title"])
-    tour.application.wait_gone("dialog", tour.texts["cleanup.scanning"])
-    tour.rest()
 def large_files(tour: Tour) -> None:
     tour.open("largeFiles")
     tour.take("largeFiles-start")
@@ -196,8 +179,8 @@ def history(tour: Tour) -> None:
 
 SCENES = {
     "dashboard": plain("dashboard"),
-    "safeCleanup": safe_cleanup,
-    "professionalCleanup": professional_cleanup,
+    "safeCleanup": cleanup("safeCleanup", "cleanup.category.userCache"),
+    "professionalCleanup": cleanup("professionalCleanup", "developer.vscode.name"),
     "largeFiles": large_files,
     "browsers": browsers,
     "systemData": system_data,

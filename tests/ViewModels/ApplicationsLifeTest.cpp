@@ -1,0 +1,132 @@
+#include "Fakes/Gate.h"
+#include "ViewModels/ApplicationsFixture.h"
+
+#include <gmock/gmock.h>
+
+using namespace Quillmere;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class ApplicationsLifeTest : public ApplicationsFixture
+{
+};
+
+} // namespace
+
+struct CancelCase
+{
+    const char *name;
+    const char *at; ///< The item whose measuring is under way when the scan is cancelled.
+};
+
+class ApplicationsCancelTest : public ApplicationsFixture, public testing::WithParamInterface<CancelCase>
+{
+};
+
+TEST_P(ApplicationsCancelTest, LeavesTheListEmptyAndInvitesAgain)
+{
+    addPainter();
+    addBundle("/Applications/Other.app", 10);
+    machine.files->onMeasure([this](const FilePath &path) {
+        if (path == FilePath(GetParam().at))
+            model->cancelScan();
+    });
+
+    scan();
+
+    EXPECT_THAT(apps(), IsEmpty());
+    EXPECT_FALSE(model->isScanning());
+    EXPECT_TRUE(scanner->isCancelled());
+    machine.files->onMeasure({});
+    scan();
+    EXPECT_EQ(apps().size(), 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Moments, ApplicationsCancelTest,
+    testing::Values(CancelCase{"InTheFirstBundle", "/Applications/Painter.app/Contents"},
+                    CancelCase{"InALeftover", "/home/ada/Library/Caches/com.example.painter/data"},
+                    CancelCase{"InTheLastLeftover", "/home/ada/Library/Containers/com.example.painter/data"},
+                    CancelCase{"InTheLastBundle", "/Applications/Other.app/Contents/MacOS/program"}),
+    [](const auto &info) { return info.param.name; });
+
+TEST_F(ApplicationsLifeTest, IsCancelledWhileItLists)
+{
+    addPainter();
+    const auto scanning = model->scanApplications();
+    model->cancelScan();
+
+    QCoro::waitFor(scanning);
+
+    EXPECT_THAT(apps(), IsEmpty());
+    EXPECT_FALSE(model->isScanning());
+}
+
+TEST_F(ApplicationsLifeTest, IsCancelledThroughItsScannerAlone)
+{
+    addPainter();
+    machine.files->onMeasure([this](const FilePath &) { scanner->cancelScan(); });
+
+    scan();
+
+    EXPECT_THAT(apps(), IsEmpty());
+    EXPECT_FALSE(model->isScanning());
+}
+
+TEST_F(ApplicationsLifeTest, KeepsAListThatIsThereWhenTheScreenComesUp)
+{
+    addPainter();
+    scan();
+    const QUuid before = app().id;
+
+    model->scanIfEmpty();
+
+    EXPECT_FALSE(model->isScanning());
+    EXPECT_EQ(app().id, before);
+}
+
+TEST_F(ApplicationsLifeTest, LetsALaterScanTakeThePlaceOfAnEarlierOne)
+{
+    addPainter();
+    const Gate gate;
+    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
+    const auto earlier = model->scanApplications();
+    const auto later = model->scanApplications();
+    gate.open();
+
+    QCoro::waitFor(earlier);
+    QCoro::waitFor(later);
+
+    EXPECT_THAT(names(), ElementsAre(u"Painter"_qs));
+    EXPECT_FALSE(model->isScanning());
+}
+
+TEST_F(ApplicationsLifeTest, OutlivesNoScreen)
+{
+    addPainter();
+    const Gate gate;
+    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
+    const auto scanning = model->scanApplications();
+
+    model.reset();
+    gate.open();
+
+    QCoro::waitFor(scanning);
+    EXPECT_FALSE(scanner->isCancelled());
+}
+
+TEST_F(ApplicationsLifeTest, KeepsWhatIsChosenOverANewScanByWhatIsThenKnown)
+{
+    addPainter();
+    scan();
+    model->select(0);
+    machine.files->vanish(library("Caches/com.example.painter"));
+
+    scan();
+
+    EXPECT_EQ(model->selectedRow(), 0);
+    EXPECT_EQ(model->selectedApp()->id, app().id);
+    EXPECT_EQ(model->selectedApp()->relatedFiles.size(), 3);
+}
