@@ -18,24 +18,9 @@ protected:
     // Colours change for a moment after a click, and Qt complains of a window that goes in the middle of that.
     ~ApplicationsScreenTest() override { QTest::qWait(longestColorChange); }
 
-    FilePath addBundle(const QByteArray &name, qint64 bytes, const QString &identifier = {},
-                       const QString &version = {}) const
-    {
-        const FilePath bundle = FilePath("/Applications").appending(name + ".app");
-        machine.files->addFile(bundle.appending("Contents/MacOS/program"), bytes);
-        PropertyList information;
-        if (!identifier.isEmpty())
-            information.setString(u"CFBundleIdentifier"_qs, identifier);
-        if (!version.isEmpty())
-            information.setString(u"CFBundleShortVersionString"_qs, version);
-        machine.files->addFile(bundle.appending("Contents/Info.plist"), 0,
-                               information.written(PropertyList::Form::Xml));
-        return bundle;
-    }
-
     void addPainter() const
     {
-        addBundle("Painter", 5'000'000, u"com.example.painter"_qs, u"4.2"_qs);
+        machine.addBundle(FilePath("/Applications/Painter.app"), 5'000'000, u"com.example.painter"_qs, u"4.2"_qs);
         machine.files->addFile(caches.appending("data"), 1'000'000);
     }
 
@@ -84,7 +69,7 @@ TEST_F(ApplicationsScreenTest, ScansByItselfAndCanBeCancelled)
 TEST_F(ApplicationsScreenTest, ShowsWhatIsKnownOfTheChosenApplication)
 {
     addPainter();
-    addBundle("Alone", 10);
+    machine.addBundle(FilePath("/Applications/Alone.app"), 10);
     const Person person = openList();
 
     ASSERT_TRUE(person.click(ListItem, u"Painter, 6 MB"_qs));
@@ -183,7 +168,7 @@ TEST_F(ApplicationsScreenTest, BlocksTrafficAndAllowsItAgain)
 
 TEST_F(ApplicationsScreenTest, SaysWhyARuleWasNotAppliedUntilThatIsRead)
 {
-    addBundle("Alone", 10);
+    machine.addBundle(FilePath("/Applications/Alone.app"), 10);
     const Person person = openList();
     ASSERT_TRUE(person.click(ListItem, u"Alone, 10 bytes"_qs));
 
@@ -236,9 +221,9 @@ TEST_F(ApplicationsScreenTest, SaysWhyWhatBelongsToTheSystemCannotBeUninstalled)
 
 TEST_F(ApplicationsScreenTest, IsUsedByTheKeyboardAlone)
 {
-    addBundle("Largest", 300);
-    addBundle("Middle", 200);
-    addBundle("Smallest", 100);
+    machine.addBundle(FilePath("/Applications/Largest.app"), 300);
+    machine.addBundle(FilePath("/Applications/Middle.app"), 200);
+    machine.addBundle(FilePath("/Applications/Smallest.app"), 100);
     const Person person = openList();
 
     ASSERT_TRUE(person.tabTo(u"Largest, 300 bytes"_qs));

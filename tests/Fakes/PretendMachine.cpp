@@ -1,5 +1,7 @@
 #include "Fakes/PretendMachine.h"
 
+#include "Utilities/PropertyList.h"
+
 namespace Quillmere {
 
 void PretendDesktopAppearance::set(ColorScheme scheme, bool reducedMotion)
@@ -34,6 +36,18 @@ void PretendMachine::installTrafficFilter()
     files->addFile(program, 1000);
     files->makeExecutable(program);
     bundles->add({location, QString::fromLatin1(identifier), program});
+}
+
+void PretendMachine::addBundle(const FilePath &path, qint64 bytes, const QString &identifier,
+                               const QString &version) const
+{
+    files->addFile(path.appending("Contents/MacOS/program"), bytes);
+    PropertyList information;
+    if (!identifier.isEmpty())
+        information.setString(u"CFBundleIdentifier"_qs, identifier);
+    if (!version.isEmpty())
+        information.setString(u"CFBundleShortVersionString"_qs, version);
+    files->addFile(path.appending("Contents/Info.plist"), 0, information.written(PropertyList::Form::Xml));
 }
 
 } // namespace Quillmere

@@ -89,6 +89,9 @@ struct PretendMachine
     [[nodiscard]] Machine machine() const;
     /// Puts the sound extension of the traffic filter into the program's bundle.
     void installTrafficFilter();
+    /// A bundle at @p path with one program of @p bytes, whose information names what is not empty.
+    void addBundle(const FilePath &path, qint64 bytes, const QString &identifier = {},
+                   const QString &version = {}) const;
 };
 
 } // namespace Quillmere

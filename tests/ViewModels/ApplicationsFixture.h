@@ -38,14 +38,7 @@ protected:
                        const QString &version = {})
     {
         const FilePath bundle(path);
-        machine.files->addFile(bundle.appending("Contents/MacOS/program"), bytes);
-        PropertyList information;
-        if (!identifier.isEmpty())
-            information.setString(u"CFBundleIdentifier"_qs, identifier);
-        if (!version.isEmpty())
-            information.setString(u"CFBundleShortVersionString"_qs, version);
-        machine.files->addFile(bundle.appending("Contents/Info.plist"), 0,
-                               information.written(PropertyList::Form::Xml));
+        machine.addBundle(bundle, bytes, identifier, version);
         return bundle;
     }
 

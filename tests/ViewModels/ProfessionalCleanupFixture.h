@@ -1,30 +1,14 @@
 #pragma once
 
-#include "App/AppState.h"
-#include "Fakes/InstalledLocalizer.h"
-#include "Fakes/PretendMachine.h"
+#include "ViewModels/CleanupFixture.h"
 #include "ViewModels/ProfessionalCleanupViewModel.h"
-#include "ViewModels/UnfinishedRuns.h"
-
-#include <gtest/gtest.h>
 
 namespace Quillmere {
 
 /// The Professional Cleanup screen on a pretend machine.
-class ProfessionalCleanupFixture : public testing::Test
+class ProfessionalCleanupFixture : public CleanupFixture
 {
 protected:
-    ProfessionalCleanupFixture()
-    {
-        SharedInstance<UnfinishedRuns>::install(&runs);
-        AppState::setShared(&state);
-    }
-    ~ProfessionalCleanupFixture() override
-    {
-        AppState::setShared(nullptr);
-        SharedInstance<UnfinishedRuns>::install(nullptr);
-    }
-
     /// A folder with one file of @p bytes in it, below the home unless @p path says otherwise.
     void addTree(const QByteArray &path, qint64 bytes)
     {
@@ -63,12 +47,6 @@ protected:
     }
 
     const FilePath systemCaches{"/Library/Caches"};
-    InstalledLocalizer localizer;
-    PretendMachine machine;
-    UnfinishedRuns runs;
-    AppState state{machine.defaults};
-    HistoryService history{machine.files};
-    std::shared_ptr<ScannerService> scanner = std::make_shared<ScannerService>(machine.files, machine.places);
     std::unique_ptr<ProfessionalCleanupViewModel> model = std::make_unique<ProfessionalCleanupViewModel>(
         scanner,
         DeveloperStorageService(machine.files, machine.places, machine.processes, machine.machine().environment),
