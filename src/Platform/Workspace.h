@@ -5,6 +5,7 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace Quillmere {
@@ -31,7 +32,15 @@ struct InstalledApplication
     bool operator==(const InstalledApplication &) const = default;
 };
 
-/// What the desktop knows of applications. Safe to call from any thread.
+/// A volume has been mounted.
+struct MountNotification
+{
+    std::optional<FilePath> volume; ///< Where. Nothing when that is not known.
+
+    bool operator==(const MountNotification &) const = default;
+};
+
+/// What the desktop knows of applications and of the disks that come. Safe to call from any thread.
 class Workspace
 {
 public:
@@ -51,6 +60,10 @@ public:
     /// Shows @p files in the desktop's file manager, selected in their folders; where it cannot select, it opens these.
     /// May wait for the desktop, so call it where nobody is kept waiting. Says nothing of what became of it.
     virtual void revealInFileViewer(const QList<FilePath> &files) const = 0;
+    /// From now on @p mounted is called for each volume that is mounted, and not for those that are mounted already. A
+    /// volume that comes up again only because this program has mounted it anew may be left out. It takes the place of
+    /// the one before; an empty one ends it. To be called on the GUI thread alone, and calls there.
+    virtual void observeMounts(std::function<void(const MountNotification &)> mounted) = 0;
 };
 
 } // namespace Quillmere

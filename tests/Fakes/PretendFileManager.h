@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Fakes/PretendDisks.h"
 #include "Fakes/PretendTree.h"
 
 #include <functional>
@@ -35,6 +36,8 @@ public:
     void setCapacity(const Result<VolumeCapacity> &capacity);
     /// The same as long as @p keys are asked for, all of them and no others.
     void setCapacity(CapacityKeys keys, const Result<VolumeCapacity> &capacity);
+    /// What is plugged into the machine. A volume of it has the capacity of its own.
+    [[nodiscard]] PretendDisks &disks() const { return *m_disks; }
     void vanish(const FilePath &path); ///< Takes it away as another program would.
 
     /// Called before each entry of a measured or searched tree, with its location: the place to cancel from, or to
@@ -62,6 +65,8 @@ public:
     [[nodiscard]] bool isExecutableFile(const FilePath &path) const override;
     [[nodiscard]] bool isWritableFile(const FilePath &path) const override;
     [[nodiscard]] Result<VolumeCapacity> capacityOfVolume(const FilePath &path, CapacityKeys keys) const override;
+    [[nodiscard]] QList<FilePath> mountedVolumes() const override;
+    [[nodiscard]] Result<VolumeValues> valuesOfVolume(const FilePath &mountPoint) const override;
     [[nodiscard]] bool areOnSameVolume(const FilePath &one, const FilePath &other) const override;
     [[nodiscard]] FilePath resolvingSymlinks(const FilePath &path) const override;
     [[nodiscard]] Result<FilePath> trashItem(const FilePath &path) const override;
@@ -82,6 +87,7 @@ private:
 
     FilePath m_home;
     FilePath m_temporary = FilePath("/tmp");
+    std::shared_ptr<PretendDisks> m_disks = std::make_shared<PretendDisks>();
     mutable std::recursive_mutex m_mutex;
     mutable PretendTree m_tree;
     mutable QList<FilePath> m_trashed;

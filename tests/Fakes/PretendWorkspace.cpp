@@ -102,4 +102,15 @@ void PretendWorkspace::revealInFileViewer(const QList<FilePath> &files) const
     m_revealed += files;
 }
 
+void PretendWorkspace::observeMounts(std::function<void(const MountNotification &)> mounted)
+{
+    m_mounted = std::move(mounted);
+}
+
+void PretendWorkspace::announceMount(const MountNotification &notification) const
+{
+    if (m_mounted)
+        m_mounted(notification);
+}
+
 } // namespace Quillmere

@@ -23,6 +23,9 @@ public:
     /// From now on it stays when it is asked to quit.
     void letStay(qint32 pid);
 
+    /// Tells of a volume as if it had just been mounted. On the GUI thread.
+    void announceMount(const MountNotification &notification) const;
+
     [[nodiscard]] QList<qint32> askedToQuit() const; ///< In their order, also those that stayed.
     [[nodiscard]] QList<qint32> terminated() const; ///< Which were ended by force, in their order.
     [[nodiscard]] QList<FilePath> revealed() const; ///< What was shown in the file manager, in its order.
@@ -34,6 +37,7 @@ public:
     [[nodiscard]] bool terminate(const RunningApplication &application) const override;
     [[nodiscard]] bool forceTerminate(const RunningApplication &application) const override;
     void revealInFileViewer(const QList<FilePath> &files) const override;
+    void observeMounts(std::function<void(const MountNotification &)> mounted) override;
 
 private:
     mutable std::mutex m_mutex;
@@ -45,6 +49,7 @@ private:
     mutable QList<qint32> m_terminated;
     mutable int m_listings = 0;
     mutable QList<FilePath> m_revealed;
+    std::function<void(const MountNotification &)> m_mounted;
 };
 
 } // namespace Quillmere

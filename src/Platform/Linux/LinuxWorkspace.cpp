@@ -128,4 +128,9 @@ void LinuxWorkspace::revealInFileViewer(const QList<FilePath> &files) const
     Quillmere::revealInFileViewer(files, m_sessionBus);
 }
 
+void LinuxWorkspace::observeMounts(std::function<void(const MountNotification &)> mounted)
+{
+    std::ignore = mounted;
+}
+
 } // namespace Quillmere
