@@ -44,8 +44,11 @@ Result<FileDescriptor> openLocked(int folder, const FilePath &path)
     return staging;
 }
 
-void empty(int folder, const FilePath &path)
+void empty(int staging, const FilePath &path)
 {
+    // Each reading begins where the last one of the same open ended.
+    const FileDescriptor anew = openAt(staging, ".", O_RDONLY | O_DIRECTORY);
+    const int folder = anew.number();
     const MayRemove everything;
     RemovalRecord record;
     // What does not go now goes the next time.
