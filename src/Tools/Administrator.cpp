@@ -10,7 +10,11 @@ namespace Quillmere {
 namespace {
 
 const QString usage = u"usage: quillmere-admin keep-awake on|off\n"
-                      "       quillmere-admin purge"_qs;
+                      "       quillmere-admin purge\n"
+                      "       quillmere-admin reset-index\n"
+                      "       quillmere-admin flush-names\n"
+                      "       quillmere-admin install-bundle BUNDLE\n"
+                      "       quillmere-admin install-drivers"_qs;
 
 // pkexec(1): 126 the dialog was dismissed, 127 not authorized.
 bool isSaidByElevation(int status)
@@ -20,9 +24,20 @@ bool isSaidByElevation(int status)
 
 } // namespace
 
-Administrator::Administrator(KeepAwake keepAwake, FilePath dropCaches, bool isRoot)
-    : m_keepAwake(std::move(keepAwake))
-    , m_dropCaches(std::move(dropCaches))
+AdministratorMeans AdministratorMeans::ofThisMachine(const QString &programs)
+{
+    const QDBusConnection bus = QDBusConnection::systemBus();
+    return {KeepAwake::ofThisMachine(programs),
+            dropCachesFile(),
+            SearchIndex(),
+            NameCache(bus),
+            BundleInstallation(),
+            DriverInstallation(bus)};
+}
+
+Administrator::Administrator(AdministratorMeans means, Result<Caller> caller, bool isRoot)
+    : m_means(std::move(means))
+    , m_caller(std::move(caller))
     , m_isRoot(isRoot)
 {
 }
@@ -41,12 +56,22 @@ ToolEnd Administrator::carryOut(const QStringList &words) const
 
 ToolEnd Administrator::act(const QString &verb, const QStringList &arguments) const
 {
+    if (verb == u"install-bundle")
+        return m_means.bundles.run(arguments, m_caller);
     if (verb == u"keep-awake" && arguments == QStringList{u"on"_qs})
-        return setSleepDisabled(m_keepAwake, true);
+        return setSleepDisabled(m_means.keepAwake, true);
     if (verb == u"keep-awake" && arguments == QStringList{u"off"_qs})
-        return setSleepDisabled(m_keepAwake, false);
-    if (verb == u"purge" && arguments.isEmpty())
-        return runPurge({}, m_dropCaches);
+        return setSleepDisabled(m_means.keepAwake, false);
+    if (!arguments.isEmpty())
+        return {ToolEnd::wrongUse, usage};
+    if (verb == u"purge")
+        return runPurge({}, m_means.dropCaches);
+    if (verb == u"reset-index")
+        return m_means.index.run(m_caller);
+    if (verb == u"flush-names")
+        return m_means.names.restart();
+    if (verb == u"install-drivers")
+        return m_means.drivers.run();
     return {ToolEnd::wrongUse, usage};
 }
 

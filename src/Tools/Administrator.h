@@ -1,11 +1,28 @@
 #pragma once
 
+#include "Tools/BundleInstallation.h"
+#include "Tools/DriverInstallation.h"
 #include "Tools/KeepAwake.h"
+#include "Tools/NameCache.h"
+#include "Tools/SearchIndex.h"
 #include "Tools/ToolEnd.h"
 
 #include <QStringList>
 
 namespace Quillmere {
+
+/// What the administrator program acts on.
+struct AdministratorMeans
+{
+    KeepAwake keepAwake;
+    FilePath dropCaches;
+    SearchIndex index;
+    NameCache names;
+    BundleInstallation bundles;
+    DriverInstallation drivers;
+
+    [[nodiscard]] static AdministratorMeans ofThisMachine(const QString &programs);
+};
 
 /// The one program that acts with an administrator's rights. It believes nothing that it is told: whoever started it
 /// may be anybody whom the system's password dialog let through.
@@ -13,7 +30,7 @@ class Administrator final
 {
 public:
     /// @p isRoot whether this process is root's, by its real and its effective user.
-    Administrator(KeepAwake keepAwake, FilePath dropCaches, bool isRoot);
+    Administrator(AdministratorMeans means, Result<Caller> caller, bool isRoot);
 
     /// @p words the verb and its arguments. Never ends with 126 or 127, which pkexec says for itself.
     [[nodiscard]] ToolEnd carryOut(const QStringList &words) const;
@@ -21,8 +38,8 @@ public:
 private:
     [[nodiscard]] ToolEnd act(const QString &verb, const QStringList &arguments) const;
 
-    KeepAwake m_keepAwake;
-    FilePath m_dropCaches;
+    AdministratorMeans m_means;
+    Result<Caller> m_caller;
     bool m_isRoot;
 };
 

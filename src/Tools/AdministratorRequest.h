@@ -17,7 +17,7 @@ struct AdministratorRequest
     bool operator==(const AdministratorRequest &) const = default;
 };
 
-/// The request that stands for @p commands. Nothing for commands that are not known, word by word.
-[[nodiscard]] std::optional<AdministratorRequest> requestFor(const ShellCommands &commands);
+/// The request that stands for the commands in @p shellText. Nothing for commands that are not known, word by word.
+[[nodiscard]] std::optional<AdministratorRequest> requestFor(const QString &shellText);
 
 } // namespace Quillmere

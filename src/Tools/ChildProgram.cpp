@@ -2,14 +2,22 @@
 
 #include <QFile>
 #include <QProcess>
+#include <QProcessEnvironment>
+
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 namespace Quillmere {
 
-Result<ChildEnd> runChild(const Command &command)
+namespace {
+
+constexpr int notStarted = 255;
+
+Result<ChildEnd> finish(QProcess &process, const Command &command)
 {
     constexpr int forever = -1;
     constexpr int signalled = 128;
-    QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedOutputChannel);
     process.setStandardInputFile(QProcess::nullDevice());
     process.start(command.launchPath, command.arguments);
@@ -19,6 +27,60 @@ Result<ChildEnd> runChild(const Command &command)
     // Of a program that a signal ended, QProcess gives the signal's number as the code.
     const int end = process.exitStatus() == QProcess::CrashExit ? signalled : 0;
     return ChildEnd{end + process.exitCode(), process.readAllStandardError()};
+}
+
+/// In the child of a process that may have threads: system calls alone. The C library's own would look for threads.
+void become(const Caller &caller)
+{
+    const bool isAnother = caller.user != ::geteuid();
+    if (::setsid() < 0)
+        ::_exit(notStarted);
+    if (isAnother
+        && (::syscall(SYS_setgroups, caller.groups.size(), caller.groups.data()) != 0
+            || ::syscall(SYS_setresgid, caller.group, caller.group, caller.group) != 0
+            || ::syscall(SYS_setresuid, caller.user, caller.user, caller.user) != 0))
+        ::_exit(notStarted);
+    if (::chdir(caller.home.bytes().constData()) != 0 && ::chdir("/") != 0)
+        ::_exit(notStarted);
+}
+
+bool isFolderOf(const Caller &caller, const QByteArray &folder)
+{
+    struct stat status = {};
+    return ::lstat(folder.constData(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == caller.user;
+}
+
+QProcessEnvironment environmentOf(const Caller &caller)
+{
+    QProcessEnvironment environment;
+    environment.insert(u"PATH"_qs, u"/usr/local/bin:/usr/bin:/bin"_qs);
+    environment.insert(u"LC_ALL"_qs, u"C.UTF-8"_qs);
+    environment.insert(u"HOME"_qs, QFile::decodeName(caller.home.bytes()));
+    environment.insert(u"USER"_qs, QString::fromUtf8(caller.name));
+    environment.insert(u"LOGNAME"_qs, QString::fromUtf8(caller.name));
+    // logind makes this folder, for its user alone.
+    const QByteArray runtime = "/run/user/" + QByteArray::number(caller.user);
+    if (isFolderOf(caller, runtime)) {
+        environment.insert(u"XDG_RUNTIME_DIR"_qs, QString::fromUtf8(runtime));
+        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_qs, u"unix:path="_qs + QString::fromUtf8(runtime) + u"/bus"_qs);
+    }
+    return environment;
+}
+
+} // namespace
+
+Result<ChildEnd> runChild(const Command &command)
+{
+    QProcess process;
+    return finish(process, command);
+}
+
+Result<ChildEnd> runChildAs(const Caller &caller, const Command &command)
+{
+    QProcess process;
+    process.setProcessEnvironment(environmentOf(caller));
+    process.setChildProcessModifier([&caller] { become(caller); });
+    return finish(process, command);
 }
 
 } // namespace Quillmere

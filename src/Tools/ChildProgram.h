@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/ProcessRunner.h"
+#include "Tools/Caller.h"
 #include "Values/Result.h"
 
 #include <QByteArray>
@@ -17,5 +18,9 @@ struct ChildEnd
 /// Starts a program and waits for its end, however late. It reads nothing and writes its output where ours goes. Fails
 /// when it cannot be started.
 [[nodiscard]] Result<ChildEnd> runChild(const Command &command);
+
+/// The same with the rights of @p caller and nothing of ours: in a session of its own, in an environment made anew that
+/// leads to the caller's home and, where there is one, to the caller's session bus.
+[[nodiscard]] Result<ChildEnd> runChildAs(const Caller &caller, const Command &command);
 
 } // namespace Quillmere

@@ -19,8 +19,7 @@ ToolEnd executionError(const QString &reason, int number)
 std::optional<AdministratorRequest> requestOfScript(const QString &script)
 {
     const std::optional<QString> text = shellTextOfScript(script);
-    const std::optional<ShellCommands> commands = text ? parseShellText(*text) : std::nullopt;
-    return commands ? requestFor(*commands) : std::nullopt;
+    return text ? requestFor(*text) : std::nullopt;
 }
 
 Command commandFor(const AdministratorRequest &request, const ElevationSettings &settings)

@@ -59,6 +59,9 @@ QString programFolder()
 
 int finish(const ToolEnd &end)
 {
+    if (!end.report.isEmpty())
+        std::fprintf(stdout, "%s\n", end.report.toUtf8().constData());
+    std::fflush(stdout);
     if (!end.message.isEmpty())
         std::fprintf(stderr, "%s\n", end.message.toUtf8().constData());
     return end.status;

@@ -15,7 +15,7 @@ void startClean();
 /// The folder that the running program stands in, links resolved.
 [[nodiscard]] QString programFolder();
 
-/// Writes the message to standard error and answers with the status, for main().
+/// Writes the report to standard output and the message to standard error, and answers with the status, for main().
 [[nodiscard]] int finish(const ToolEnd &end);
 
 } // namespace Quillmere

@@ -18,8 +18,11 @@ std::optional<QString> shellTextOfScript(const QString &script)
     while (!rest.isEmpty() && rest.front() != u'"') {
         if (rest.front() == u'\\') {
             rest = rest.sliced(1);
-            if (rest.isEmpty() || (rest.front() != u'"' && rest.front() != u'\\'))
+            if (rest.isEmpty() || !QStringView(u"\"\\'").contains(rest.front()))
                 return std::nullopt;
+            // No escape of scripts, but of a shell text that was put in as it stands: '\''.
+            if (rest.front() == u'\'')
+                text += u'\\';
         }
         text += rest.front();
         rest = rest.sliced(1);

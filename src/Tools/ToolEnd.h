@@ -7,12 +7,14 @@ namespace Quillmere {
 /// How a program of this folder ends.
 struct ToolEnd
 {
-    // sysexits.h has these two.
+    // sysexits.h has these three.
     static constexpr int wrongUse = 64;
+    static constexpr int unavailable = 69;
     static constexpr int needsRoot = 77;
 
     int status = 0;
-    QString message; ///< One text for standard error. Empty where there is nothing to say.
+    QString message = {}; ///< One text for standard error. Empty where there is nothing to say.
+    QString report = {}; ///< What was done, for standard output. Empty where that goes without saying.
 
     bool operator==(const ToolEnd &) const = default;
 };

@@ -2,10 +2,15 @@
 
 #include "Tools/Purge.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <random>
+
+#include <unistd.h>
 
 using namespace Quillmere;
 
@@ -58,9 +63,15 @@ protected:
     Administrator administrator(bool isRoot = true)
     {
         const QDBusConnection noBus(u"a connection that nobody made"_qs);
-        return {KeepAwake(LidInhibitors(noBus), std::make_unique<PretendHolder>(state)),
-                FilePath(QFile::encodeName(dropCaches())), isRoot};
+        const ProgramFolders programs({folder.filePath(u"programs"_qs)});
+        return {AdministratorMeans{KeepAwake(LidInhibitors(noBus), std::make_unique<PretendHolder>(state)),
+                                   FilePath(QFile::encodeName(dropCaches())), SearchIndex(programs),
+                                   NameCache(noBus, programs, FilePath("/no/socket")),
+                                   BundleInstallation(FilePath(QFile::encodeName(applications()))),
+                                   DriverInstallation(noBus, folder.filePath(u"driver"_qs))},
+                Caller::ofUser(::geteuid()), isRoot};
     }
+    QString applications() const { return folder.filePath(u"Applications"_qs); }
     QString dropCaches() const { return folder.filePath(u"drop_caches"_qs); }
     QByteArray dropped() const
     {
@@ -101,11 +112,88 @@ TEST_F(AdministratorTest, DoesNothingForAnybodyButRoot)
     state.isRunning = true;
     const Administrator ordinary = administrator(false);
 
-    for (const QStringList &words :
-         QList<QStringList>{{}, {u"purge"_qs}, {u"keep-awake"_qs, u"on"_qs}, {u"keep-awake"_qs, u"off"_qs}})
+    for (const QStringList &words : QList<QStringList>{{},
+                                                       {u"purge"_qs},
+                                                       {u"keep-awake"_qs, u"on"_qs},
+                                                       {u"keep-awake"_qs, u"off"_qs},
+                                                       {u"reset-index"_qs},
+                                                       {u"flush-names"_qs},
+                                                       {u"install-bundle"_qs, u"/"_qs},
+                                                       {u"install-drivers"_qs}})
         EXPECT_EQ(ordinary.carryOut(words), (ToolEnd{77, u"quillmere-admin: Only root can use this."_qs}));
     EXPECT_TRUE(state.isRunning);
     EXPECT_EQ(dropped(), "");
+}
+
+TEST_F(AdministratorTest, SaysWhatThisMachineHasNothingOf)
+{
+    EXPECT_EQ(administrator().carryOut({u"reset-index"_qs}),
+              (ToolEnd{0, {}, u"This machine keeps no index of its files: nothing to do here."_qs}));
+    EXPECT_EQ(administrator().carryOut({u"flush-names"_qs}),
+              (ToolEnd{69, u"Neither a cache nor a finder of names runs on this machine: nothing to do here."_qs}));
+    EXPECT_EQ(administrator().carryOut({u"install-drivers"_qs}),
+              (ToolEnd{1,
+                       u"PackageKit does not answer on this machine (There is no system bus.). Install the package "
+                       "ntfs-3g with its own tools."_qs}));
+}
+
+TEST_F(AdministratorTest, InstallsABundle)
+{
+    const QString bundle = folder.filePath(u"bundle"_qs);
+    ASSERT_TRUE(QDir().mkpath(bundle + u"/Contents"_qs));
+    QFile information(bundle + u"/Contents/Info.plist"_qs);
+    ASSERT_TRUE(information.open(QFile::WriteOnly));
+
+    EXPECT_EQ(administrator().carryOut({u"install-bundle"_qs, bundle}), ToolEnd());
+    EXPECT_TRUE(QFile::exists(applications() + u"/Quillmere.app/Contents/Info.plist"_qs));
+}
+
+TEST_F(AdministratorTest, SurvivesAThousandRandomCallsOfEachVerbAndDoesNothingForThem)
+{
+    std::mt19937 chance(20261121);
+    const QStringList words = {u"on"_qs,
+                               u"off"_qs,
+                               QString(),
+                               u"/"_qs,
+                               u"/etc"_qs,
+                               u"/proc/self/exe"_qs,
+                               u".."_qs,
+                               u"-f"_qs,
+                               u"--"_qs,
+                               u"/root"_qs,
+                               u"/dev/sda"_qs,
+                               u"/proc/self/fd/1"_qs,
+                               u"$(id)"_qs,
+                               u"; rm -rf /"_qs,
+                               u"disk4s2"_qs,
+                               u"%n%s"_qs,
+                               u"a\nb"_qs,
+                               u"0"_qs,
+                               QString(70000, u'/'),
+                               QString(5000, u'a'),
+                               QString(QChar(0xd800)),
+                               u"\u202eevil"_qs};
+    state.isRunning = true;
+
+    for (const char *verb :
+         {"keep-awake", "purge", "reset-index", "flush-names", "install-bundle", "install-drivers", ""}) {
+        for (int call = 0; call < 1000; ++call) {
+            QStringList said = {QString::fromUtf8(verb)};
+            for (auto count = 1 + chance() % 4; count > 0; --count)
+                said.append(words.at(static_cast<qsizetype>(chance() % static_cast<unsigned>(words.size()))));
+            if (said == QStringList{u"keep-awake"_qs, u"on"_qs} || said == QStringList{u"keep-awake"_qs, u"off"_qs})
+                continue;
+
+            const ToolEnd end = administrator().carryOut(said);
+
+            ASSERT_TRUE(end.status == 64 || end.status == 1) << verb << ": " << end.status;
+            ASSERT_FALSE(end.message.isEmpty());
+        }
+    }
+    EXPECT_TRUE(state.isRunning);
+    EXPECT_EQ(state.starts, 0);
+    EXPECT_EQ(dropped(), "");
+    EXPECT_FALSE(QFile::exists(applications()));
 }
 
 TEST_F(AdministratorTest, KnowsItsVerbsAndNothingElse)
@@ -118,6 +206,10 @@ TEST_F(AdministratorTest, KnowsItsVerbsAndNothingElse)
                                                        {u"purge"_qs, u"now"_qs},
                                                        {u"purge"_qs, QString()},
                                                        {u"purge "_qs},
+                                                       {u"reset-index"_qs, u"/"_qs},
+                                                       {u"flush-names"_qs, u"mDNSResponder"_qs},
+                                                       {u"install-drivers"_qs, u"ntfs-3g"_qs},
+                                                       {u"install-bundle"_qs},
                                                        {u"keep-awake"_qs},
                                                        {u"keep-awake"_qs, u"ON"_qs},
                                                        {u"keep-awake"_qs, u"on\n"_qs},

@@ -52,6 +52,12 @@ protected:
     ElevationSettings settings;
 };
 
+constexpr const char *driverText
+    = "if [ -f /opt/homebrew/bin/brew ]; then /opt/homebrew/bin/brew install --cask macfuse && /opt/homebrew/bin/brew "
+      "install ntfs-3g-mac; elif [ -f /usr/local/bin/brew ]; then /usr/local/bin/brew install --cask macfuse && "
+      "/usr/local/bin/brew install ntfs-3g-mac; else echo 'Homebrew is required to download/compile NTFS-3G and "
+      "macFUSE'; exit 1; fi";
+
 struct KnownCommand
 {
     const char *name;
@@ -95,7 +101,19 @@ INSTANTIATE_TEST_SUITE_P(Commands, KnownCommandTest,
                                          KnownCommand{"Sleep", "pmset -a disablesleep 0", "<keep-awake><off>"},
                                          KnownCommand{"Purge", "purge", "<purge>"},
                                          KnownCommand{"PurgeByPath", "/usr/sbin/purge", "<purge>"},
-                                         KnownCommand{"PurgeQuoted", "'/usr/sbin/purge'", "<purge>"}),
+                                         KnownCommand{"PurgeQuoted", "'/usr/sbin/purge'", "<purge>"},
+                                         KnownCommand{"Index", "'/usr/bin/mdutil' '-E' '/'", "<reset-index>"},
+                                         KnownCommand{"Names", "'/usr/bin/killall' '-HUP' 'mDNSResponder'",
+                                                      "<flush-names>"},
+                                         KnownCommand{"Bundle",
+                                                      "rm -rf '/Applications/Quillmere.app' && /usr/bin/ditto "
+                                                      "'/home/anna/My Quillmere.app' '/Applications/Quillmere.app'",
+                                                      "<install-bundle></home/anna/My Quillmere.app>"},
+                                         KnownCommand{"BundleInAFolderWithAQuote",
+                                                      "rm -rf '/Applications/Quillmere.app' && /usr/bin/ditto "
+                                                      "'/home/o'\\''brien/Quillmere.app' '/Applications/Quillmere.app'",
+                                                      "<install-bundle></home/o'brien/Quillmere.app>"},
+                                         KnownCommand{"Drivers", driverText, "<install-drivers>"}),
                          [](const auto &info) { return info.param.name; });
 
 TEST_P(UnknownCommandTest, IsRefusedWithNothingStarted)
@@ -114,27 +132,47 @@ TEST_P(UnknownCommandTest, IsRefusedWithNothingStarted)
 
 INSTANTIATE_TEST_SUITE_P(
     Commands, UnknownCommandTest,
-    testing::Values(UnknownCommand{"Nothing", ""}, UnknownCommand{"OtherProgram", "id"},
-                    UnknownCommand{"OtherValue", "pmset -a disablesleep 2"},
-                    UnknownCommand{"EmptyValue", "pmset -a disablesleep ''"},
-                    UnknownCommand{"ValueWithBlank", "pmset -a disablesleep ' 1'"},
-                    UnknownCommand{"MissingValue", "pmset -a disablesleep"},
-                    UnknownCommand{"FurtherWord", "pmset -a disablesleep 1 sleep"},
-                    UnknownCommand{"OtherSetting", "pmset -a sleep 0"},
-                    UnknownCommand{"ElsewhereInThePath", "/tmp/pmset -a disablesleep 1"},
-                    UnknownCommand{"ClimbingPath", "/usr/sbin/../../tmp/purge"},
-                    UnknownCommand{"PurgeWithArgument", "purge --help"},
-                    UnknownCommand{"PurgeWithEmptyArgument", "purge ''"}, UnknownCommand{"OtherCase", "Purge"},
-                    UnknownCommand{"Chained", "purge && purge"}, UnknownCommand{"ChainedWithAnother", "purge && id"},
-                    UnknownCommand{"AnotherBefore", "id && purge"}, UnknownCommand{"Semicolon", "purge; id"},
-                    UnknownCommand{"Line", "purge\nid"}, UnknownCommand{"TrailingLine", "purge\n"},
-                    UnknownCommand{"Substitution", "pmset -a disablesleep $(id)"},
-                    UnknownCommand{"SubstitutionInQuotes", "pmset -a disablesleep '$(id)'"},
-                    UnknownCommand{"Redirection", "purge >/tmp/a"}, UnknownCommand{"QuotedLine", "'purge\n'"},
-                    UnknownCommand{"QuotedWhole", "'pmset -a disablesleep 1'"},
-                    UnknownCommand{"VerbOfTheAdministrator", "keep-awake on"}, UnknownCommand{"OpenQuote", "'purge"},
-                    UnknownCommand{"QuoteThatEndsTheScript", "purge\" with administrator privileges"},
-                    UnknownCommand{"Backslashes", "purge\\\\\\\\"}),
+    testing::Values(
+        UnknownCommand{"Nothing", ""}, UnknownCommand{"OtherProgram", "id"},
+        UnknownCommand{"OtherValue", "pmset -a disablesleep 2"},
+        UnknownCommand{"EmptyValue", "pmset -a disablesleep ''"},
+        UnknownCommand{"ValueWithBlank", "pmset -a disablesleep ' 1'"},
+        UnknownCommand{"MissingValue", "pmset -a disablesleep"},
+        UnknownCommand{"FurtherWord", "pmset -a disablesleep 1 sleep"},
+        UnknownCommand{"OtherSetting", "pmset -a sleep 0"},
+        UnknownCommand{"ElsewhereInThePath", "/tmp/pmset -a disablesleep 1"},
+        UnknownCommand{"ClimbingPath", "/usr/sbin/../../tmp/purge"},
+        UnknownCommand{"PurgeWithArgument", "purge --help"}, UnknownCommand{"PurgeWithEmptyArgument", "purge ''"},
+        UnknownCommand{"OtherCase", "Purge"}, UnknownCommand{"Chained", "purge && purge"},
+        UnknownCommand{"ChainedWithAnother", "purge && id"}, UnknownCommand{"AnotherBefore", "id && purge"},
+        UnknownCommand{"Semicolon", "purge; id"}, UnknownCommand{"Line", "purge\nid"},
+        UnknownCommand{"TrailingLine", "purge\n"}, UnknownCommand{"Substitution", "pmset -a disablesleep $(id)"},
+        UnknownCommand{"SubstitutionInQuotes", "pmset -a disablesleep '$(id)'"},
+        UnknownCommand{"Redirection", "purge >/tmp/a"}, UnknownCommand{"QuotedLine", "'purge\n'"},
+        UnknownCommand{"QuotedWhole", "'pmset -a disablesleep 1'"},
+        UnknownCommand{"IndexOfAnotherDisk", "'/usr/bin/mdutil' '-E' '/Volumes'"},
+        UnknownCommand{"IndexWithoutPath", "mdutil -E /"},
+        UnknownCommand{"AnotherProcess", "'/usr/bin/killall' '-HUP' 'sshd'"},
+        UnknownCommand{"AnotherSignal", "'/usr/bin/killall' '-KILL' 'mDNSResponder'"},
+        UnknownCommand{"BundleElsewhere", "rm -rf '/home/anna' && /usr/bin/ditto '/tmp/Quillmere.app' '/home/anna'"},
+        UnknownCommand{"BundleInTwoPlaces", "rm -rf '/home' && /usr/bin/ditto '/tmp/a' '/Applications/Quillmere.app'"},
+        UnknownCommand{"BundleToAnotherPlace",
+                       "rm -rf '/Applications/Quillmere.app' && /usr/bin/ditto '/tmp/a' '/Applications/b'"},
+        UnknownCommand{"BundleInTheFolderAbove",
+                       "rm -rf '/Applications/Quillmere.app/..' && /usr/bin/ditto '/tmp/a' "
+                       "'/Applications/Quillmere.app/..'"},
+        UnknownCommand{"BundleWithAThird",
+                       "rm -rf '/Applications/Quillmere.app' && /usr/bin/ditto '/tmp/a' '/tmp/b' "
+                       "'/Applications/Quillmere.app'"},
+        UnknownCommand{"BundleAndMore",
+                       "rm -rf '/Applications/Quillmere.app' && /usr/bin/ditto '/tmp/a' "
+                       "'/Applications/Quillmere.app' && id"},
+        UnknownCommand{"RemovalAlone", "rm -rf '/Applications/Quillmere.app'"},
+        UnknownCommand{"CopyAlone", "/usr/bin/ditto '/tmp/a' '/Applications/Quillmere.app'"},
+        UnknownCommand{"DriversAndMore", "if [ -f /opt/homebrew/bin/brew ]; then /opt/homebrew/bin/brew install; fi"},
+        UnknownCommand{"VerbOfTheAdministrator", "keep-awake on"}, UnknownCommand{"OpenQuote", "'purge"},
+        UnknownCommand{"QuoteThatEndsTheScript", "purge\" with administrator privileges"},
+        UnknownCommand{"Backslashes", "purge\\\\\\\\"}),
     [](const auto &info) { return info.param.name; });
 
 TEST_F(OsascriptTest, SaysThatTheUserHasDismissedTheDialog)

@@ -121,3 +121,11 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedText{"QuoteInside", R"(do shell script "a" b" with administrator privileges)"},
         RefusedText{"OtherCase", R"(Do Shell Script "purge" with administrator privileges)"}),
     [](const auto &info) { return info.param.name; });
+
+TEST(ScriptTextTest, LetsABackslashBeforeASingleQuoteStandForItself)
+{
+    const auto shellText = shellTextOfScript(scriptOf(u"ditto 'It'\\''s' '\\\"'"_qs));
+
+    EXPECT_EQ(shellText, u"ditto 'It'\\''s' '\"'"_qs);
+    EXPECT_EQ(parseShellText(*shellText), ShellCommands({{u"ditto"_qs, u"It's"_qs, u"\""_qs}}));
+}

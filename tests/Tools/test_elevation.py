@@ -5,16 +5,11 @@ them end with it.
 """
 
 import os
-import shutil
-import subprocess
-import sys
-import time
 import unittest
 
-SKIPPED = 77
-NOBODY = 65534
-PATIENCE = 20
-ADMINISTRATOR = "/usr/libexec/quillmere/quillmere-admin"
+import elevation_rig as rig
+from elevation_rig import ADMINISTRATOR, NOBODY, ask_bus, osascript, run
+
 LISTED = "('sleep:handle-lid-switch', 'Quillmere', 'Keep Awake Mode', 'block')"
 
 # The one action is allowed, the other refused: what holds for one verb does not for another.
@@ -27,41 +22,6 @@ polkit.addRule(function(action, subject) {
 });
 """
 
-services = []
-
-
-def overlay(folder):
-    name = folder.strip("/").replace("/", "-")
-    for part in ("upper", "work"):
-        os.makedirs(f"/run/overlays/{name}/{part}")
-    shutil.copystat(folder, f"/run/overlays/{name}/upper")
-    owner = os.stat(folder)
-    os.chown(f"/run/overlays/{name}/upper", owner.st_uid, owner.st_gid)
-    options = f"lowerdir={folder},upperdir=/run/overlays/{name}/upper,workdir=/run/overlays/{name}/work"
-    subprocess.run(["mount", "-t", "overlay", "overlay", "-o", options, folder], check=True)
-
-
-def start(*command):
-    services.append(subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
-
-
-def wait_for(condition):
-    deadline = time.monotonic() + PATIENCE
-    while not condition():
-        if time.monotonic() > deadline:
-            raise TimeoutError
-        time.sleep(0.05)
-
-
-def ask_bus(*arguments):
-    return subprocess.run(["gdbus", "call", "--system", *arguments], capture_output=True, text=True, check=False)
-
-
-def has_owner(name):
-    answer = ask_bus("--dest", "org.freedesktop.DBus", "--object-path", "/", "--method",
-                     "org.freedesktop.DBus.NameHasOwner", name)
-    return "true" in answer.stdout
-
 
 def inhibitors():
     answer = ask_bus("--dest", "org.freedesktop.login1", "--object-path", "/org/freedesktop/login1", "--method",
@@ -70,39 +30,13 @@ def inhibitors():
 
 
 def setUpModule():
-    os.environ.pop("DBUS_SYSTEM_BUS_ADDRESS", None)
-    subprocess.run(["mount", "-t", "tmpfs", "-o", "mode=755", "tmpfs", "/run"], check=True)
-    for folder in ("/usr/libexec", "/usr/share/polkit-1", "/etc/polkit-1"):
-        overlay(folder)
-    helpers = os.environ["QUILLMERE_HELPERS"]
-    shutil.copytree(helpers, "/usr/libexec/quillmere")
-    shutil.copy(os.environ["QUILLMERE_POLICY"], "/usr/share/polkit-1/actions/")
-    with open("/etc/polkit-1/rules.d/00-quillmere-test.rules", "w", encoding="utf-8") as rules:
-        rules.write(RULES)
-    subprocess.run(["chmod", "-R", "a+rX", "/usr/libexec/quillmere", "/etc/polkit-1/rules.d",
-                    "/usr/share/polkit-1/actions"], check=True)
-    os.mkdir("/run/dbus")
-    start("dbus-daemon", "--system", "--nofork", "--nosyslog")
-    wait_for(lambda: os.path.exists("/run/dbus/system_bus_socket"))
-    start("/usr/lib/polkit-1/polkitd", "--no-debug")
-    start("/usr/bin/python3", "-m", "dbusmock", "--system", "--template", "logind")
-    wait_for(lambda: has_owner("org.freedesktop.PolicyKit1") and has_owner("org.freedesktop.login1"))
+    rig.set_up(RULES)
+    rig.start("/usr/bin/python3", "-m", "dbusmock", "--system", "--template", "logind")
+    rig.wait_for(lambda: rig.has_owner("org.freedesktop.login1"))
 
 
 def tearDownModule():
-    for service in reversed(services):
-        service.kill()
-        service.wait()
-
-
-def run(*command, user=NOBODY, environment=None):
-    return subprocess.run(command, capture_output=True, text=True, timeout=60, check=False, cwd="/",
-                          stdin=subprocess.DEVNULL, env=environment, user=user, group=user, extra_groups=[])
-
-
-def osascript(shell_text, **options):
-    script = f'do shell script "{shell_text}" with administrator privileges'
-    return run("/usr/libexec/quillmere/osascript", "-e", script, **options)
+    rig.tear_down()
 
 
 def holder():
@@ -208,20 +142,5 @@ class ElevationTest(unittest.TestCase):
         self.assertNotIn("Quillmere", inhibitors())
 
 
-def main():
-    if os.geteuid() != 0:
-        print("Only root can have a system bus and a polkitd of its own.")
-        sys.exit(1 if "CI" in os.environ else SKIPPED)
-    if "QUILLMERE_OWN_NAMESPACES" not in os.environ:
-        os.environ["QUILLMERE_OWN_NAMESPACES"] = "1"
-        own = ["--mount", "--propagation", "private", "--pid", "--fork", "--kill-child", "--mount-proc"]
-        if subprocess.run(["unshare", *own, "true"], check=False).returncode != 0 and "CI" not in os.environ:
-            print("This machine gives no namespaces.")
-            sys.exit(SKIPPED)
-        # The first process of the namespace is a shell: pkexec serves nobody whose parent is process 1.
-        os.execvp("unshare", ["unshare", *own, "sh", "-c", '"$@"; exit $?', "sh", sys.executable, "-B", *sys.argv])
-    unittest.main()
-
-
 if __name__ == "__main__":
-    main()
+    rig.main()

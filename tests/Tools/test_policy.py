@@ -5,6 +5,8 @@ import unittest
 import xml.etree.ElementTree
 
 LANGUAGE = "{http://www.w3.org/XML/1998/namespace}lang"
+VERBS = ("erase-volume", "filter-policy", "flush-names", "install-bundle", "install-drivers", "keep-awake", "mount-ntfs",
+         "purge", "reset-index", "secure-erase")
 ANNOTATION = "org.freedesktop.policykit.exec."
 
 
@@ -17,7 +19,12 @@ class PolicyTest(unittest.TestCase):
     def test_each_verb_has_its_action(self):
         self.assertEqual(
             {name: self.annotation(action, "argv1") for name, action in self.actions.items()},
-            {"com.veltrane.quillmere.keep-awake": "keep-awake", "com.veltrane.quillmere.purge": "purge"})
+            {f"com.veltrane.quillmere.{verb}": verb for verb in VERBS})
+
+    def test_no_two_are_asked_for_in_the_same_words(self):
+        for tag in ("description", "message"):
+            texts = [entry.text for action in self.actions.values() for entry in action.findall(tag)]
+            self.assertEqual(len(set(texts)), 3 * len(VERBS))
 
     def test_each_is_for_the_installed_program_alone(self):
         for action in self.actions.values():

@@ -1,6 +1,5 @@
 #include "Tools/Administrator.h"
 #include "Tools/ProgramStart.h"
-#include "Tools/Purge.h"
 
 #include <QCoreApplication>
 
@@ -10,6 +9,7 @@ int main(int argc, char *argv[])
 {
     startClean();
     const QCoreApplication application(argc, argv);
-    const Administrator administrator(KeepAwake::ofThisMachine(programFolder()), dropCachesFile(), isRoot());
+    const Administrator administrator(AdministratorMeans::ofThisMachine(programFolder()), Caller::ofThisProcess(),
+                                      isRoot());
     return finish(administrator.carryOut(QCoreApplication::arguments().sliced(1)));
 }

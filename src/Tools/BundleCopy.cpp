@@ -1,0 +1,230 @@
+#include "Tools/BundleCopy.h"
+
+#include "Platform/Linux/ErrnoFailure.h"
+#include "Platform/Linux/FileCopy.h"
+#include "Platform/Linux/OpenAt.h"
+#include "Tools/CallerRights.h"
+
+#include <QList>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <memory>
+#include <vector>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace Quillmere {
+
+namespace {
+
+constexpr quint64 stayingInside = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS | RESOLVE_NO_MAGICLINKS | RESOLVE_NO_XDEV;
+constexpr mode_t whileCopying = 0700;
+constexpr int deepest = 64;
+
+/// Everybody gets what the owner may do, but writing: the owner of the copy is somebody else.
+mode_t modeOfCopy(mode_t mode)
+{
+    const mode_t granted = mode & (S_IRUSR | S_IXUSR);
+    return (mode & S_IRWXU) | granted >> 3 | granted >> 6;
+}
+
+/// A text leads inside when it climbs, at its beginning alone, no further than to the top.
+bool leadsInside(const QByteArray &link, int depth)
+{
+    if (link.startsWith('/'))
+        return false;
+    bool climbs = true;
+    for (const QByteArray &part : link.split('/')) {
+        if (part == ".." && (!climbs || --depth < 0))
+            return false;
+        climbs = climbs && (part == ".." || part == "." || part.isEmpty());
+    }
+    return true;
+}
+
+bool isUnchanged(const struct stat &before, const struct stat &after)
+{
+    return before.st_size == after.st_size && before.st_mtim.tv_sec == after.st_mtim.tv_sec
+        && before.st_mtim.tv_nsec == after.st_mtim.tv_nsec;
+}
+
+void setTimes(int target, const struct stat &status)
+{
+    const std::array times = {status.st_atim, status.st_mtim};
+    ::futimens(target, times.data());
+}
+
+class Copying
+{
+public:
+    explicit Copying(const Caller &caller)
+        : m_caller(caller)
+    {
+    }
+
+    Result<void> copyFolder(int source, const FilePath &path, int folder, const QByteArray &name, int depth) const
+    {
+        if (depth > deepest)
+            return Failure{Failure::Kind::NotSupported, path, u"Its folders lie too deep in one another"_qs};
+        struct stat status = {};
+        if (::fstat(source, &status) != 0 || ::mkdirat(folder, name.constData(), whileCopying) != 0)
+            return failureFromErrno(errno, path);
+        const FileDescriptor target = openAt(folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW, stayingInside);
+        if (!target.isOpen())
+            return failureFromErrno(errno, path);
+        const Result<QList<QByteArray>> names = namesIn(source, path);
+        if (!names)
+            return names.failure();
+        for (const QByteArray &child : names.value()) {
+            if (const Result<void> copied = copyEntry(source, path, target.number(), child, depth); !copied)
+                return copied;
+        }
+        // Last of all: rights may forbid what had to be done before, and new entries change the times.
+        return finish(source, status, target.number(), path);
+    }
+
+private:
+    Result<void> copyEntry(int source, const FilePath &above, int target, const QByteArray &name, int depth) const
+    {
+        const FilePath path = above.appending(name);
+        const FileDescriptor item = open(source, name, O_PATH | O_NOFOLLOW);
+        struct stat status = {};
+        if (!item.isOpen() || ::fstat(item.number(), &status) != 0)
+            return failure(path);
+        if (S_ISLNK(status.st_mode))
+            return copyLink(item.number(), status, path, target, name, depth);
+        if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode))
+            return Failure{Failure::Kind::NotSupported, path, u"It is neither a file nor a folder nor a link"_qs};
+        const int kind = S_ISDIR(status.st_mode) ? O_DIRECTORY : 0;
+        const FileDescriptor opened = open(source, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | kind);
+        if (!opened.isOpen())
+            return failure(path);
+        if (S_ISDIR(status.st_mode))
+            return copyFolder(opened.number(), path, target, name, depth + 1);
+        return copyFile(opened.number(), path, target, name);
+    }
+
+    Result<void> copyFile(int source, const FilePath &path, int folder, const QByteArray &name) const
+    {
+        struct stat before = {};
+        if (::fstat(source, &before) != 0)
+            return failureFromErrno(errno, path);
+        if (!S_ISREG(before.st_mode))
+            return failureFromErrno(EBUSY, path);
+        const FileDescriptor target(
+            ::openat(folder, name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, whileCopying));
+        if (!target.isOpen())
+            return failureFromErrno(errno, path);
+        if (const int error = copyContents(source, target.number(), before.st_size))
+            return failureFromErrno(error, path);
+        struct stat after = {};
+        if (::fstat(source, &after) != 0)
+            return failureFromErrno(errno, path);
+        if (!isUnchanged(before, after))
+            return failureFromErrno(EBUSY, path);
+        return finish(source, before, target.number(), path);
+    }
+
+    static Result<void> copyLink(int link, const struct stat &status, const FilePath &path, int folder,
+                                 const QByteArray &name, int depth)
+    {
+        std::array<char, PATH_MAX> text = {};
+        const ssize_t length = ::readlinkat(link, "", text.data(), text.size() - 1);
+        if (length < 0)
+            return failureFromErrno(errno, path);
+        if (!leadsInside(QByteArray(text.data(), length), depth))
+            return Failure{Failure::Kind::LinkInPath, path, u"It leads out of the bundle"_qs};
+        if (::symlinkat(text.data(), folder, name.constData()) != 0)
+            return failureFromErrno(errno, path);
+        const std::array times = {status.st_atim, status.st_mtim};
+        ::utimensat(folder, name.constData(), times.data(), AT_SYMLINK_NOFOLLOW);
+        return {};
+    }
+
+    Result<void> finish(int source, const struct stat &status, int target, const FilePath &path) const
+    {
+        copyAttributes(source, target);
+        if (::fchmod(target, modeOfCopy(status.st_mode)) != 0)
+            return failureFromErrno(errno, path);
+        setTimes(target, status);
+        return {};
+    }
+
+    /// Only those of users: the others would give the copy rights, or give rights to it.
+    void copyAttributes(int source, int target) const
+    {
+        std::vector<char> names(XATTR_LIST_MAX);
+        const ssize_t length = ::flistxattr(source, names.data(), names.size());
+        std::vector<char> value(XATTR_SIZE_MAX);
+        for (ssize_t at = 0; at < length;) {
+            const QByteArray name = names.data() + at;
+            at += name.size() + 1;
+            if (!name.startsWith("user."))
+                continue;
+            const ssize_t size = readAttribute(source, name, value);
+            if (size >= 0)
+                ::fsetxattr(target, name.constData(), value.data(), static_cast<size_t>(size), 0);
+        }
+    }
+
+    ssize_t readAttribute(int source, const QByteArray &name, std::vector<char> &value) const
+    {
+        const CallerRights rights(m_caller);
+        return ::fgetxattr(source, name.constData(), value.data(), value.size());
+    }
+
+    FileDescriptor open(int folder, const QByteArray &name, int flags) const
+    {
+        const CallerRights rights(m_caller);
+        FileDescriptor opened = openAt(folder, name, flags, stayingInside);
+        m_error = errno;
+        return opened;
+    }
+
+    Failure failure(const FilePath &path) const
+    {
+        if (m_error == EXDEV)
+            return {Failure::Kind::NotSupported, path, u"Another file system is mounted here"_qs};
+        return failureFromErrno(m_error, path);
+    }
+
+    static Result<QList<QByteArray>> namesIn(int folder, const FilePath &path)
+    {
+        struct Close
+        {
+            void operator()(DIR *listing) const { ::closedir(listing); }
+        };
+        const std::unique_ptr<DIR, Close> listing(::fdopendir(::fcntl(folder, F_DUPFD_CLOEXEC, 0)));
+        if (!listing)
+            return failureFromErrno(errno, path);
+        QList<QByteArray> names;
+        errno = 0;
+        while (const dirent *entry = ::readdir(listing.get())) {
+            const QByteArray name = entry->d_name;
+            if (name != "." && name != "..")
+                names.append(name);
+        }
+        if (errno != 0)
+            return failureFromErrno(errno, path);
+        return names;
+    }
+
+    const Caller &m_caller;
+    mutable int m_error = 0; ///< Of the last open; giving rights back asks the kernel as well.
+};
+
+} // namespace
+
+Result<void> copyBundle(int source, const FilePath &location, const Caller &caller, int folder, const QByteArray &name)
+{
+    return Copying(caller).copyFolder(source, location, folder, name, 0);
+}
+
+} // namespace Quillmere

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "Tools/ChildProgram.h"
+#include "Tools/ToolStep.h"
+
+namespace Quillmere {
+
+/// What a program that was run for one step has come to: @p done, or @p failed with the reason in the place of %1.
+[[nodiscard]] ToolStep stepOf(const Result<ChildEnd> &end, const QString &done, const QString &failed);
+
+} // namespace Quillmere

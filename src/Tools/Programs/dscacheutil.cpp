@@ -1,0 +1,12 @@
+#include "Tools/NameCache.h"
+#include "Tools/ProgramStart.h"
+
+#include <QCoreApplication>
+
+using namespace Quillmere;
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    return finish(runDscacheutil(QCoreApplication::arguments().sliced(1), NameCache(QDBusConnection::systemBus())));
+}

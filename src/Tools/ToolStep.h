@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Tools/ToolEnd.h"
+
+#include <QList>
+
+namespace Quillmere {
+
+/// One of several things that a command stands for on this machine, of which it may have none.
+struct ToolStep
+{
+    enum class Kind { Done, Nothing, Failed };
+
+    Kind kind = Kind::Nothing;
+    QString text = {}; ///< A sentence. Empty only for Nothing.
+
+    bool operator==(const ToolStep &) const = default;
+};
+
+/// What is said where a machine has nothing of the kind.
+struct NothingToDo
+{
+    QString text;
+    /// 0 where whoever asked reads the text; another where success would be taken for work done.
+    int status = 0;
+};
+
+/// Fails where a step has failed; the sentences of those that were done stand in the report all the same.
+[[nodiscard]] ToolEnd endOf(const QList<ToolStep> &steps, const NothingToDo &nothing);
+
+} // namespace Quillmere

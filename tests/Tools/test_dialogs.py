@@ -1,0 +1,272 @@
+"""What becomes of a command when the system asks for a password: approved, dismissed, refused, not asked at all."""
+
+import os
+import random
+import shutil
+import stat
+import time
+import unittest
+
+import elevation_rig as rig
+from elevation_rig import ADMINISTRATOR, HELPERS, NOBODY, osascript
+from password_dialog import PasswordDialog
+
+# Whom nobody asks, for what is tried many times.
+TRUSTED = 5
+RULES = """
+polkit.addAdminRule(function(action, subject) { return ["unix-user:root"]; });
+polkit.addRule(function(action, subject) {
+    if (action.id.indexOf("com.veltrane.quillmere.") == 0 && subject.user == "games")
+        return polkit.Result.YES;
+});
+"""
+BUNDLE = "/srv/somebody's \"own\"/Quillmere.app"
+APP = "/Applications/Quillmere.app"
+DRIVERS = ("if [ -f /opt/homebrew/bin/brew ]; then /opt/homebrew/bin/brew install --cask macfuse && "
+           "/opt/homebrew/bin/brew install ntfs-3g-mac; elif [ -f /usr/local/bin/brew ]; then /usr/local/bin/brew "
+           "install --cask macfuse && /usr/local/bin/brew install ntfs-3g-mac; else echo 'Homebrew is required to "
+           "download/compile NTFS-3G and macFUSE'; exit 1; fi")
+INDEX = "'/usr/bin/mdutil' '-E' '/'"
+NAMES = "'/usr/bin/killall' '-HUP' 'mDNSResponder'"
+CANCELED = "execution error: User canceled. (-128)\n"
+
+polkit = None
+
+
+def setUpModule():
+    global polkit
+    polkit = rig.set_up(RULES)
+    shutil.rmtree("/Applications", ignore_errors=True)
+
+
+def tearDownModule():
+    rig.tear_down()
+
+
+def installing(bundle):
+    quoted = bundle.replace("'", "'\\''").replace('"', '\\"')
+    return f"rm -rf '{APP}' && /usr/bin/ditto '{quoted}' '{APP}'"
+
+
+def make_bundle(path, text, files=1):
+    os.makedirs(f"{path}/Contents/MacOS", exist_ok=True)
+    for name in ["Info.plist", *(f"MacOS/{number}" for number in range(files))]:
+        with open(f"{path}/Contents/{name}", "w", encoding="utf-8") as file:
+            file.write(text)
+
+
+def installed():
+    try:
+        with open(f"{APP}/Contents/Info.plist", encoding="utf-8") as file:
+            return file.read()
+    except FileNotFoundError:
+        return None
+
+
+class DialogCase(unittest.TestCase):
+    def setUp(self):
+        make_bundle(BUNDLE, "new")
+
+    def tearDown(self):
+        for folder in ("/Applications", "/srv/somebody's \"own\""):
+            shutil.rmtree(folder, ignore_errors=True)
+
+    def assert_ends(self, end, status, text=""):
+        self.assertEqual(end.returncode, status, end.stdout + end.stderr)
+        self.assertIn(text, end.stderr)
+
+
+class AnswerTest(DialogCase):
+    def test_an_approved_command_is_carried_out(self):
+        with PasswordDialog("approve") as dialog:
+            self.assert_ends(dialog.osascript(installing(BUNDLE)), 0)
+        self.assertEqual(dialog.asked, [("com.veltrane.quillmere.install-bundle",
+                                         "Authentication is required to install Quillmere for all users")])
+        self.assertEqual(installed(), "new")
+        for path in ("/Applications", APP, f"{APP}/Contents/Info.plist"):
+            status = os.stat(path)
+            self.assertEqual((status.st_uid, status.st_gid), (0, 0))
+            self.assertEqual(stat.S_IMODE(status.st_mode) & 0o7022, 0)
+
+    def test_each_time_is_asked_for(self):
+        with PasswordDialog("approve") as dialog:
+            for _ in range(3):
+                self.assert_ends(dialog.osascript(installing(BUNDLE)), 0)
+        self.assertEqual(len(dialog.asked), 3)
+
+    def test_the_dialog_speaks_the_users_language(self):
+        for locale, word in (("es_ES.UTF-8", "autenticación"), ("ru_RU.UTF-8", "аутентификация")):
+            with PasswordDialog("dismiss") as dialog:
+                dialog.osascript(INDEX, locale=locale)
+            self.assertIn(word, dialog.asked[0][1])
+
+    def test_each_command_is_asked_for_under_its_own_name(self):
+        commands = {"pmset -a disablesleep 1": "keep-awake", "'/usr/sbin/purge'": "purge", INDEX: "reset-index",
+                    NAMES: "flush-names", installing(BUNDLE): "install-bundle", DRIVERS: "install-drivers"}
+        for shell_text, verb in commands.items():
+            with self.subTest(verb), PasswordDialog("dismiss") as dialog:
+                end = dialog.osascript(shell_text)
+                self.assert_ends(end, 1)
+                self.assertEqual(end.stderr, CANCELED)
+                self.assertEqual([action for action, _ in dialog.asked], [f"com.veltrane.quillmere.{verb}"])
+        self.assertFalse(os.path.exists("/Applications"))
+
+    def test_a_refused_command_is_not_carried_out(self):
+        with PasswordDialog("refuse") as dialog:
+            self.assert_ends(dialog.osascript(installing(BUNDLE)), 1, "execution error: ")
+            end = dialog.osascript(installing(BUNDLE))
+        self.assertIn("Not authorized", end.stderr)
+        self.assertNotIn("-128", end.stderr)
+        self.assertEqual(len(dialog.asked), 2)
+        self.assertFalse(os.path.exists("/Applications"))
+
+    def test_without_a_dialog_nothing_is_carried_out(self):
+        self.assert_ends(osascript(installing(BUNDLE)), 1, "No authentication agent found")
+        self.assertFalse(os.path.exists("/Applications"))
+
+    def test_a_dialog_that_goes_away_is_no_approval(self):
+        with PasswordDialog("vanish") as dialog:
+            self.assert_ends(dialog.osascript(installing(BUNDLE)), 1, "execution error: ")
+        self.assertFalse(os.path.exists("/Applications"))
+
+    def test_root_is_asked_for_nothing(self):
+        with PasswordDialog("refuse") as dialog:
+            self.assert_ends(dialog.osascript(installing(BUNDLE), user=0), 0)
+        self.assertEqual(dialog.asked, [])
+        self.assertEqual(installed(), "new")
+
+    def test_another_command_is_not_asked_for_at_all(self):
+        for shell_text in ("id", "rm -rf '/srv'", f"{installing(BUNDLE)} && id", "'/usr/bin/killall' '-HUP' 'sshd'",
+                           f"rm -rf '/srv' && /usr/bin/ditto '{APP}' '/srv'"):
+            with PasswordDialog("approve") as dialog:
+                self.assert_ends(dialog.osascript(shell_text), 1, "nothing was done")
+            self.assertEqual(dialog.asked, [])
+        self.assertTrue(os.path.exists(BUNDLE))
+
+
+class AbsenceTest(DialogCase):
+    def hide(self, path):
+        os.rename(path, f"{path}.hidden")
+        self.addCleanup(os.rename, f"{path}.hidden", path)
+
+    def restart_polkit(self):
+        global polkit
+        polkit = rig.start_polkit()
+
+    def test_without_polkit_nothing_is_carried_out(self):
+        self.addCleanup(self.restart_polkit)
+        self.hide(rig.POLKITD)
+        polkit.kill()
+        polkit.wait()
+        rig.wait_for(lambda: not rig.has_owner("org.freedesktop.PolicyKit1"))
+        self.assert_ends(osascript(installing(BUNDLE)), 1, "execution error: ")
+        self.assertFalse(os.path.exists("/Applications"))
+        self.assert_ends(osascript(installing(BUNDLE), user=0), 0)
+
+    def test_without_pkexec_nothing_is_carried_out(self):
+        self.hide("/usr/bin/pkexec")
+        self.assert_ends(osascript(installing(BUNDLE)), 1, "execution error: ")
+        self.assertFalse(os.path.exists("/Applications"))
+
+    def test_without_the_administrator_program_nothing_is_carried_out(self):
+        self.hide(ADMINISTRATOR)
+        self.assert_ends(osascript(installing(BUNDLE), user=TRUSTED), 1, "execution error: ")
+        self.assertFalse(os.path.exists("/Applications"))
+
+
+class CallerTest(DialogCase):
+    def test_nobody_installs_what_they_may_not_read(self):
+        os.makedirs("/root/private", exist_ok=True)
+        make_bundle("/root/private/Quillmere.app", "secret")
+        self.assert_ends(osascript(installing("/root/private/Quillmere.app"), user=TRUSTED), 1, "Permission denied")
+        os.chmod(f"{BUNDLE}/Contents/Info.plist", 0o600)
+        self.assert_ends(osascript(installing(BUNDLE), user=TRUSTED), 1, "Permission denied")
+        self.assertIsNone(installed())
+
+    def test_a_link_leads_nobody_to_what_they_may_not_read(self):
+        for target in ("/etc/shadow", "../../../../etc/shadow"):
+            os.symlink(target, f"{BUNDLE}/Contents/link")
+            self.assert_ends(osascript(installing(BUNDLE), user=TRUSTED), 1, "leads out of the bundle")
+            os.unlink(f"{BUNDLE}/Contents/link")
+        os.symlink(BUNDLE, "/srv/link")
+        self.addCleanup(os.unlink, "/srv/link")
+        self.assert_ends(osascript(installing("/srv/link"), user=TRUSTED), 1, "was not installed")
+        self.assertIsNone(installed())
+
+    def test_the_index_of_the_caller_is_reset_with_the_callers_rights(self):
+        for name in ("tracker3", "tracker-miner-fs-3", "updatedb"):
+            with open(f"/usr/bin/{name}", "w", encoding="utf-8") as file:
+                file.write(f'#!/bin/sh\necho "{name} $*: $(id -u) $(id -G) $(grep CapEff /proc/self/status)"\n')
+            os.chmod(f"/usr/bin/{name}", 0o755)
+            self.addCleanup(os.unlink, f"/usr/bin/{name}")
+        end = osascript(INDEX, user=TRUSTED)
+        self.assert_ends(end, 0)
+        self.assertIn("tracker3 reset --filesystem: 5 60 CapEff:\t0000000000000000\n", end.stdout)
+        self.assertIn("updatedb : 0 0 CapEff", end.stdout)
+        self.assertIn("The index of Tracker for games was reset.\nThe index of file names was rebuilt.\n", end.stdout)
+
+    def test_what_is_not_here_is_told_through_the_dialog(self):
+        end = osascript(INDEX, user=TRUSTED)
+        self.assert_ends(end, 0)
+        self.assertEqual(end.stdout, "This machine keeps no index of its files: nothing to do here.\n")
+        end = osascript(NAMES, user=TRUSTED)
+        self.assert_ends(end, 1, "nothing to do here. (69)")
+
+    def test_the_driver_is_not_installed_without_packagekit(self):
+        for path in ("/usr/bin/ntfs-3g", "/usr/share/dbus-1/system-services/org.freedesktop.PackageKit.service"):
+            if os.path.lexists(path):
+                os.unlink(path)
+        end = osascript(DRIVERS, user=TRUSTED)
+        self.assert_ends(end, 1, "PackageKit does not answer on this machine")
+
+    def test_random_calls_end_neither_as_dismissed_nor_as_refused(self):
+        chance = random.Random(20261121)
+        words = ["on", "", "/", "/etc", "..", "-f", "--help", "/root", "/dev/null", "$(id)", "; id", "\n", "a" * 9000,
+                 "\udcff", "/proc/self/fd/0", "disk4s2"]
+        for verb in ("keep-awake", "purge", "reset-index", "flush-names", "install-bundle", "install-drivers",
+                     "erase-volume", "secure-erase", "mount-ntfs", "filter-policy"):
+            for _ in range(12):
+                said = [verb, *chance.choices(words, k=chance.randint(2, 4))]
+                end = rig.run("/usr/bin/pkexec", "--disable-internal-agent", ADMINISTRATOR, *said, user=TRUSTED)
+                self.assertNotIn(end.returncode, (0, 126, 127), f"{said}: {end.stderr}")
+        self.assertIsNone(installed())
+
+    def test_a_caller_that_dies_at_the_dialog_leaves_nothing_behind(self):
+        with PasswordDialog("wait") as dialog:
+            process = dialog.start(f"{HELPERS}/osascript", "-e", rig.script_of(installing(BUNDLE)))
+            self.assertTrue(dialog.open.wait(rig.PATIENCE))
+            process.kill()
+            process.communicate()
+        rig.wait_for(lambda: not processes_of("pkexec") and not processes_of("quillmere-admin"))
+        self.assertFalse(os.path.exists("/Applications"))
+
+    def test_a_caller_that_dies_leaves_the_old_bundle_or_the_new(self):
+        old = "/srv/old/Quillmere.app"
+        make_bundle(old, "old", files=1)
+        self.addCleanup(shutil.rmtree, "/srv/old")
+        make_bundle(BUNDLE, "new", files=400)
+        for turn in range(10):
+            self.assert_ends(osascript(installing(old), user=0), 0)
+            with PasswordDialog("approve") as dialog:
+                process = dialog.start(f"{HELPERS}/osascript", "-e", rig.script_of(installing(BUNDLE)))
+                self.assertTrue(dialog.open.wait(rig.PATIENCE))
+                time.sleep(turn * 0.01)
+                process.kill()
+                process.communicate()
+            rig.wait_for(lambda: not processes_of("pkexec") and not processes_of("quillmere-admin"))
+            count = len(os.listdir(f"{APP}/Contents/MacOS"))
+            self.assertIn((installed(), count), (("old", 1), ("new", 400)))
+
+
+def processes_of(program):
+    found = []
+    for number in filter(str.isdigit, os.listdir("/proc")):
+        try:
+            found += [number] if os.readlink(f"/proc/{number}/exe").endswith(f"/{program}") else []
+        except OSError:
+            pass
+    return found
+
+
+if __name__ == "__main__":
+    rig.main()
