@@ -20,9 +20,10 @@ bool isSaidByElevation(int status)
 
 } // namespace
 
-Administrator::Administrator(KeepAwake keepAwake, FilePath dropCaches, bool isRoot)
+Administrator::Administrator(KeepAwake keepAwake, FilePath dropCaches, DiskAdministrator disks, bool isRoot)
     : m_keepAwake(std::move(keepAwake))
     , m_dropCaches(std::move(dropCaches))
+    , m_disks(std::move(disks))
     , m_isRoot(isRoot)
 {
 }
@@ -47,7 +48,7 @@ ToolEnd Administrator::act(const QString &verb, const QStringList &arguments) co
         return setSleepDisabled(m_keepAwake, false);
     if (verb == u"purge" && arguments.isEmpty())
         return runPurge({}, m_dropCaches);
-    return {ToolEnd::wrongUse, usage};
+    return m_disks.carryOut(verb, arguments).value_or(ToolEnd{ToolEnd::wrongUse, usage});
 }
 
 } // namespace Quillmere

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Tools/Disks/DiskAdministrator.h"
 #include "Tools/KeepAwake.h"
 #include "Tools/ToolEnd.h"
 
@@ -13,7 +14,7 @@ class Administrator final
 {
 public:
     /// @p isRoot whether this process is root's, by its real and its effective user.
-    Administrator(KeepAwake keepAwake, FilePath dropCaches, bool isRoot);
+    Administrator(KeepAwake keepAwake, FilePath dropCaches, DiskAdministrator disks, bool isRoot);
 
     /// @p words the verb and its arguments. Never ends with 126 or 127, which pkexec says for itself.
     [[nodiscard]] ToolEnd carryOut(const QStringList &words) const;
@@ -23,6 +24,7 @@ private:
 
     KeepAwake m_keepAwake;
     FilePath m_dropCaches;
+    DiskAdministrator m_disks;
     bool m_isRoot;
 };
 

@@ -1,5 +1,7 @@
 #include "Tools/AdministratorRequest.h"
 
+#include "Tools/Disks/DiskRequests.h"
+
 #include <algorithm>
 #include <array>
 
@@ -28,7 +30,7 @@ std::optional<AdministratorRequest> exactRequest(const ShellCommands &commands)
 }
 
 // Each looks at the commands alone and knows nothing of the others; the first that knows them answers.
-constexpr std::array recognisers = {&exactRequest};
+constexpr std::array recognisers = {&exactRequest, &diskRequestFor};
 
 } // namespace
 

@@ -116,6 +116,13 @@ std::optional<quint64> BlockDevices::numberOfNode(const FilePath &node) const
                                           : std::nullopt;
 }
 
+std::optional<quint64> BlockDevices::numberOfMount(const QByteArray &device, const FilePath &source) const
+{
+    const std::optional<quint64> number = deviceNumberOf(device);
+    // Some file systems of several parts have a number of their own, which is no device's.
+    return number && major(*number) != 0 ? number : numberOfNode(source);
+}
+
 std::optional<BlockDevice> BlockDevices::wholeDisk(quint64 number) const
 {
     std::optional<BlockDevice> found = device(number);

@@ -40,6 +40,8 @@ public:
     [[nodiscard]] std::optional<quint64> numberOf(const QByteArray &name) const;
     /// Of a location below "/dev", which may be a link to a node.
     [[nodiscard]] std::optional<quint64> numberOfNode(const FilePath &node) const;
+    /// What a mount shows, of which the table of mounts says @p device and @p source. Nothing for what is on no disk.
+    [[nodiscard]] std::optional<quint64> numberOfMount(const QByteArray &device, const FilePath &source) const;
     /// The disk that @p number lies on: below partitions and below what stands on one device alone. What is made out of
     /// several devices is a disk of its own.
     [[nodiscard]] std::optional<BlockDevice> wholeDisk(quint64 number) const;

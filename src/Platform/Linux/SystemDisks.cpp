@@ -6,8 +6,6 @@
 #include <array>
 #include <string_view>
 
-#include <sys/sysmacros.h>
-
 namespace Quillmere {
 
 namespace {
@@ -64,14 +62,11 @@ private:
         if (m_mounts.contains(mount))
             return;
         m_mounts.append(mount);
-        const std::optional<quint64> number = deviceNumberOf(mount.device);
-        if (number && major(*number) != 0)
-            addDevice(*number);
+        if (const auto number = m_devices.numberOfMount(mount.device, FilePath(mount.source)))
+            addMembers(*number);
         else if (mount.type == "overlay")
             addLayers(mount);
-        else if (mount.source.startsWith("/dev/"))
-            addNode(FilePath(mount.source));
-        else if (mount.source.startsWith('/'))
+        else if (mount.source.startsWith('/') && !mount.source.startsWith("/dev/"))
             addPath(FilePath(mount.source));
         else if (!holds(typesOnNoDisk, mount.type))
             fail(mount.location);
@@ -100,12 +95,16 @@ private:
 
     void addNode(const FilePath &node)
     {
-        if (const auto number = m_devices.numberOfNode(node)) {
-            for (const quint64 member : m_devices.btrfsMembers(*number))
-                addDevice(member);
-        } else {
+        if (const auto number = m_devices.numberOfNode(node))
+            addDevice(*number);
+        else
             fail(node);
-        }
+    }
+
+    void addMembers(quint64 number)
+    {
+        for (const quint64 member : m_devices.btrfsMembers(number))
+            addDevice(member);
     }
 
     void addDevice(quint64 number)

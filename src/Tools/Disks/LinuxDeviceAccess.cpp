@@ -3,6 +3,7 @@
 #include "Platform/Linux/ErrnoFailure.h"
 #include "Platform/Linux/FileDescriptor.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -117,14 +118,19 @@ Result<std::unique_ptr<OpenDevice>> LinuxDeviceAccess::open(const QByteArray &no
 {
     // The kernel writes a slash in a name as an exclamation mark.
     const FilePath path = FilePath("/dev").appending(QByteArray(node).replace('!', '/'));
-    // linux/block: O_EXCL without O_CREAT is a claim to the device, which no mount and no other such claim stands beside.
-    const int rights = way == Way::Alone ? O_RDWR | O_EXCL | O_DIRECT : O_RDONLY | O_NONBLOCK;
-    FileDescriptor file(::open(path.bytes().constData(), rights | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY));
+    // Opening is an act for some devices that are no disks, so that the kind is looked at first.
+    const FileDescriptor place(::open(path.bytes().constData(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
     struct stat status = {};
-    if (!file.isOpen() || ::fstat(file.number(), &status) != 0)
+    if (!place.isOpen() || ::fstat(place.number(), &status) != 0)
         return failureFromErrno(errno, path);
     if (!S_ISBLK(status.st_mode))
         return Failure{Failure::Kind::NotSupported, path, u"This is no disk."_qs};
+    // open(2): of a block device, O_EXCL is a claim, beside which the kernel lets nothing be mounted.
+    const int rights = way == Way::Alone ? O_RDWR | O_EXCL | O_DIRECT : O_RDONLY | O_NONBLOCK;
+    const QByteArray same = "/proc/self/fd/" + QByteArray::number(place.number());
+    FileDescriptor file(::open(same.constData(), rights | O_CLOEXEC | O_NOCTTY));
+    if (!file.isOpen())
+        return failureFromErrno(errno, path);
     return std::unique_ptr<OpenDevice>(std::make_unique<LinuxDevice>(std::move(file), path));
 }
 

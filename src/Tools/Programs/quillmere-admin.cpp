@@ -4,12 +4,17 @@
 
 #include <QCoreApplication>
 
+#include <csignal>
+
 using namespace Quillmere;
 
 int main(int argc, char *argv[])
 {
     startClean();
     const QCoreApplication application(argc, argv);
-    const Administrator administrator(KeepAwake::ofThisMachine(programFolder()), dropCachesFile(), isRoot());
+    // Whoever reads what is said may go. What was begun is brought to its end.
+    std::signal(SIGPIPE, SIG_IGN);
+    const Administrator administrator(KeepAwake::ofThisMachine(programFolder()), dropCachesFile(),
+                                      DiskAdministrator(DiskTools::ofThisMachine()), isRoot());
     return finish(administrator.carryOut(QCoreApplication::arguments().sliced(1)));
 }
