@@ -74,18 +74,20 @@ private:
 
     void addLayers(const MountEntry &mount)
     {
+        // Its layers lie in what was mounted before it, and what came later over them is of no account.
+        const QList<MountEntry> earlier = m_places.mounts.first(m_places.mounts.indexOf(mount));
         int layers = 0;
         for (const QByteArray &option : mount.options.split(',')) {
             const qsizetype equals = option.indexOf('=');
             if (!option.startsWith("lowerdir") && !option.startsWith("upperdir"))
                 continue;
             for (const QByteArray &layer : option.mid(equals + 1).split(':')) {
-                const auto holder = mountThatHolds(FilePath(layer), m_places.mounts);
-                // A folder that the overlay itself hides, or that only another namespace sees.
-                if (!layer.startsWith('/') || !holder || *holder == mount)
-                    fail(mount.location);
-                else
+                const auto holder = mountThatHolds(FilePath(layer), earlier);
+                // None for a folder that only another namespace sees.
+                if (layer.startsWith('/') && holder)
                     addMount(*holder);
+                else
+                    fail(mount.location);
                 ++layers;
             }
         }
