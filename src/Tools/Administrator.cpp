@@ -9,12 +9,16 @@ namespace Quillmere {
 
 namespace {
 
-const QString usage = u"usage: quillmere-admin keep-awake on|off\n"
-                      "       quillmere-admin purge\n"
-                      "       quillmere-admin reset-index\n"
-                      "       quillmere-admin flush-names\n"
-                      "       quillmere-admin install-bundle BUNDLE\n"
-                      "       quillmere-admin install-drivers"_qs;
+QString usage()
+{
+    return DiskAdministrator::usage()
+        + u"\n       quillmere-admin keep-awake on|off\n"
+          "       quillmere-admin purge\n"
+          "       quillmere-admin reset-index\n"
+          "       quillmere-admin flush-names\n"
+          "       quillmere-admin install-bundle BUNDLE\n"
+          "       quillmere-admin install-drivers"_qs;
+}
 
 // pkexec(1): 126 the dialog was dismissed, 127 not authorized.
 bool isSaidByElevation(int status)
@@ -32,7 +36,8 @@ AdministratorMeans AdministratorMeans::ofThisMachine(const QString &programs)
             SearchIndex(),
             NameCache(bus),
             BundleInstallation(),
-            DriverInstallation(bus)};
+            DriverInstallation(bus),
+            DiskAdministrator(DiskTools::ofThisMachine())};
 }
 
 Administrator::Administrator(AdministratorMeans means, Result<Caller> caller, bool isRoot)
@@ -47,7 +52,7 @@ ToolEnd Administrator::carryOut(const QStringList &words) const
     if (!m_isRoot)
         return {ToolEnd::needsRoot, u"quillmere-admin: Only root can use this."_qs};
     if (words.isEmpty())
-        return {ToolEnd::wrongUse, usage};
+        return {ToolEnd::wrongUse, usage()};
     ToolEnd end = act(words.first(), words.sliced(1));
     if (isSaidByElevation(end.status))
         end.status = 1;
@@ -62,8 +67,10 @@ ToolEnd Administrator::act(const QString &verb, const QStringList &arguments) co
         return setSleepDisabled(m_means.keepAwake, true);
     if (verb == u"keep-awake" && arguments == QStringList{u"off"_qs})
         return setSleepDisabled(m_means.keepAwake, false);
+    if (const auto end = m_means.disks.carryOut(verb, arguments))
+        return *end;
     if (!arguments.isEmpty())
-        return {ToolEnd::wrongUse, usage};
+        return {ToolEnd::wrongUse, usage()};
     if (verb == u"purge")
         return runPurge({}, m_means.dropCaches);
     if (verb == u"reset-index")
@@ -72,7 +79,7 @@ ToolEnd Administrator::act(const QString &verb, const QStringList &arguments) co
         return m_means.names.restart();
     if (verb == u"install-drivers")
         return m_means.drivers.run();
-    return {ToolEnd::wrongUse, usage};
+    return {ToolEnd::wrongUse, usage()};
 }
 
 } // namespace Quillmere

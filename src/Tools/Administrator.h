@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Tools/BundleInstallation.h"
+#include "Tools/Disks/DiskAdministrator.h"
 #include "Tools/DriverInstallation.h"
 #include "Tools/KeepAwake.h"
 #include "Tools/NameCache.h"
@@ -20,6 +21,7 @@ struct AdministratorMeans
     NameCache names;
     BundleInstallation bundles;
     DriverInstallation drivers;
+    DiskAdministrator disks;
 
     [[nodiscard]] static AdministratorMeans ofThisMachine(const QString &programs);
 };

@@ -1,6 +1,7 @@
 #include "Tools/AdministratorRequest.h"
 
 #include "Tools/BundleInstallation.h"
+#include "Tools/Disks/DiskRequests.h"
 
 #include <algorithm>
 #include <array>
@@ -51,7 +52,7 @@ std::optional<AdministratorRequest> bundleRequest(const ShellCommands &commands)
 }
 
 // Each looks at the commands alone and knows nothing of the others; the first that knows them answers.
-constexpr std::array recognisers = {&exactRequest, &bundleRequest};
+constexpr std::array recognisers = {&exactRequest, &bundleRequest, &diskRequestFor};
 
 std::optional<AdministratorRequest> requestFor(const ShellCommands &commands)
 {

@@ -37,6 +37,8 @@ ToolEnd carryOut(const AdministratorRequest &request, const ElevationSettings &s
         return executionError(end.failure().detail, 1);
     const int status = end.value().status;
     const QString text = QString::fromUtf8(end.value().standardError).trimmed();
+    if (status == 0 && settings.carriedOut)
+        settings.carriedOut(request);
     if (status == 0)
         return {0, text};
     if (status == dismissed && !settings.isRoot)
@@ -55,7 +57,8 @@ ToolEnd runOsascript(const QStringList &arguments, const ElevationSettings &sett
         return executionError(u"This script is none of those that can be carried out here; nothing was done."_qs, 1);
     if (!settings.isRoot && !settings.mayAskUser)
         return executionError(u"There is no system bus to ask for administrator rights on."_qs, 1);
-    return carryOut(*request, settings);
+    const Result<AdministratorRequest> complete = settings.complete ? settings.complete(*request) : *request;
+    return complete ? carryOut(complete.value(), settings) : executionError(complete.failure().detail, 1);
 }
 
 } // namespace Quillmere

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "Tools/AdministratorRequest.h"
 #include "Tools/ToolEnd.h"
+#include "Values/Result.h"
 
 #include <QStringList>
 
-#include <optional>
+#include <functional>
 
 namespace Quillmere {
 
@@ -16,6 +18,11 @@ struct ElevationSettings
     bool isRoot = false; ///< Nobody is asked then.
     /// pkexec asks on the machine's own system bus, whatever the environment says. False where we would be on another.
     bool mayAskUser = true;
+    /// Completes a request with what this user alone knows, before anybody is asked. Fails with a sentence for one that
+    /// is not to be carried out. May be empty.
+    std::function<Result<AdministratorRequest>(const AdministratorRequest &)> complete;
+    /// Called after a request was carried out, with what the user's own rights suffice for. May be empty.
+    std::function<void(const AdministratorRequest &)> carriedOut;
 };
 
 /// Carries out the command `osascript` with @p arguments: of scripts it knows only those that run one of the known

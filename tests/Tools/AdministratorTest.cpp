@@ -64,12 +64,14 @@ protected:
     {
         const QDBusConnection noBus(u"a connection that nobody made"_qs);
         const ProgramFolders programs({folder.filePath(u"programs"_qs)});
-        return {AdministratorMeans{KeepAwake(LidInhibitors(noBus), std::make_unique<PretendHolder>(state)),
-                                   FilePath(QFile::encodeName(dropCaches())), SearchIndex(programs),
-                                   NameCache(noBus, programs, FilePath("/no/socket")),
-                                   BundleInstallation(FilePath(QFile::encodeName(applications()))),
-                                   DriverInstallation(noBus, folder.filePath(u"driver"_qs))},
-                Caller::ofUser(::geteuid()), isRoot};
+        return {
+            AdministratorMeans{KeepAwake(LidInhibitors(noBus), std::make_unique<PretendHolder>(state)),
+                               FilePath(QFile::encodeName(dropCaches())), SearchIndex(programs),
+                               NameCache(noBus, programs, FilePath("/no/socket")),
+                               BundleInstallation(FilePath(QFile::encodeName(applications()))),
+                               DriverInstallation(noBus, folder.filePath(u"driver"_qs)),
+                               DiskAdministrator(DiskTools{DiskService(noBus), BlockDevices(), nullptr, {}, {}, {}})},
+            Caller::ofUser(::geteuid()), isRoot};
     }
     QString applications() const { return folder.filePath(u"Applications"_qs); }
     QString dropCaches() const { return folder.filePath(u"drop_caches"_qs); }

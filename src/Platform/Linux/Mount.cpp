@@ -13,9 +13,6 @@
 
 namespace Quillmere {
 
-namespace {
-
-/// proc(5): blanks, tabs, line ends and backslashes stand there as a backslash and three octal digits.
 QByteArray withoutEscapes(const QByteArray &field)
 {
     QByteArray plain;
@@ -29,8 +26,6 @@ QByteArray withoutEscapes(const QByteArray &field)
     }
     return plain;
 }
-
-} // namespace
 
 bool isMountRoot(int descriptor)
 {
@@ -55,7 +50,9 @@ QList<MountEntry> parseMountTable(const QByteArray &text)
         const QList<QByteArray> fields = line.split(' ');
         const qsizetype hyphen = fields.indexOf("-", 6);
         if (hyphen >= 0 && hyphen + 1 < fields.size())
-            entries.append({FilePath(withoutEscapes(fields.at(4))), fields.at(hyphen + 1), fields.at(2)});
+            entries.append({FilePath(withoutEscapes(fields.at(4))), fields.at(hyphen + 1), fields.at(2),
+                            FilePath(withoutEscapes(fields.at(3))), withoutEscapes(fields.value(hyphen + 2)),
+                            fields.value(hyphen + 3)});
     }
     return entries;
 }

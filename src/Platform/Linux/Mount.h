@@ -19,9 +19,16 @@ struct MountEntry
     FilePath location;
     QByteArray type; ///< As the kernel calls it: "ext4", "nfs4", "fuse.sshfs".
     QByteArray device; ///< "major:minor": one file system has one, however often and in whatever parts it is mounted.
+    FilePath root = {}; ///< The folder of the file system that is seen there; "/" unless only a part of it is mounted.
+    QByteArray source = {}; ///< What was mounted, as whoever mounted it called it: "/dev/sda1", "server:/share".
+    QByteArray options = {}; ///< Those of the file system itself.
 
     bool operator==(const MountEntry &) const = default;
 };
+
+/// A field of one of the kernel's tables as it is. proc(5): blanks, tabs, line ends and backslashes stand there as a
+/// backslash and three octal digits.
+[[nodiscard]] QByteArray withoutEscapes(const QByteArray &field);
 
 /// The mounts in what /proc/self/mountinfo holds, in the order in which they were made.
 [[nodiscard]] QList<MountEntry> parseMountTable(const QByteArray &text);

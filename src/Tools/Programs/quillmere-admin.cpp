@@ -3,12 +3,16 @@
 
 #include <QCoreApplication>
 
+#include <csignal>
+
 using namespace Quillmere;
 
 int main(int argc, char *argv[])
 {
     startClean();
     const QCoreApplication application(argc, argv);
+    // Whoever reads what is said may go. What was begun is brought to its end.
+    std::signal(SIGPIPE, SIG_IGN);
     const Administrator administrator(AdministratorMeans::ofThisMachine(programFolder()), Caller::ofThisProcess(),
                                       isRoot());
     return finish(administrator.carryOut(QCoreApplication::arguments().sliced(1)));

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Platform/Linux/BlockDevices.h"
+#include "Platform/Linux/Mount.h"
+#include "Values/Result.h"
+
+#include <QSet>
+
+namespace Quillmere {
+
+/// What the running system says of where it lives.
+struct SystemPlaces
+{
+    QList<MountEntry> mounts;
+    QByteArray swaps; ///< What /proc/swaps holds.
+    FilePath program; ///< The running program.
+
+    [[nodiscard]] static Result<SystemPlaces> ofThisMachine();
+};
+
+/// The numbers of all devices that the running system needs: those that carry "/", "/boot", the homes and the like,
+/// swap or the running program, and everything these stand on, through partitions, encryption, volume groups, arrays
+/// and images in files. Fails where that cannot be told of one of them, and then no disk may be taken for free.
+[[nodiscard]] Result<QSet<quint64>> systemDevices(const SystemPlaces &places, const BlockDevices &devices);
+
+} // namespace Quillmere

@@ -1,0 +1,144 @@
+#include "Tools/Disks/ChosenDisk.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Quillmere {
+
+namespace {
+
+// Of one volume. Whoever mounts it again and again is not waited for.
+constexpr int mostMounts = 64;
+
+Failure exchanged(const DiskIdentity &identity)
+{
+    return {Failure::Kind::NotFound, {},
+            u"%1 is no longer the disk that was chosen: it was changed or exchanged since then. Nothing was erased."_qs
+                .arg(identity.name.text())};
+}
+
+Failure inUse(const DiskIdentity &identity, const QString &detail)
+{
+    return {Failure::Kind::Busy, {},
+            u"%1 is in use: %2 Nothing was erased."_qs.arg(identity.name.text(), detail)};
+}
+
+Result<void> seeThatTheSystemDoesNotNeed(const DiskTools &tools, const DiskIdentity &identity)
+{
+    const Result<QSet<quint64>> system = tools.systemDevices();
+    if (!system)
+        return Failure{Failure::Kind::Protected, {},
+                       u"It cannot be told which disks the running system needs (%1). Nothing was erased."_qs.arg(
+                           system.failure().path.displayText())};
+    const QList<quint64> foundations = tools.devices.foundations(identity.number);
+    if (std::ranges::any_of(foundations, [&](quint64 number) { return system.value().contains(number); }))
+        return Failure{Failure::Kind::Protected, {},
+                       u"%1 lies on a disk that the running system needs, and is never erased here."_qs.arg(
+                           identity.name.text())};
+    return {};
+}
+
+Result<void> unmountAll(const DiskTools &tools, const DiskIdentity &identity, quint64 number)
+{
+    for (int mount = 0; mount < mostMounts; ++mount) {
+        const Result<DiskObjects> objects = tools.service.objects();
+        if (!objects)
+            return objects.failure();
+        const DiskBlock *block = objects.value().block(number);
+        if (!block || block->mountPoints.isEmpty())
+            return {};
+        const QString place = block->mountPoints.first().displayText();
+        const Result<void> unmounted = tools.service.unmount(block->object);
+        if (!unmounted && unmounted.failure().kind != Failure::Kind::NotFound)
+            return inUse(identity, unmounted.failure().detail);
+        if (unmounted)
+            tools.say(u"Unmounted %1."_qs.arg(place));
+    }
+    return inUse(identity, u"It is mounted again and again."_qs);
+}
+
+Result<void> lockIfUnlocked(const DiskTools &tools, const DiskIdentity &identity, quint64 number)
+{
+    const Result<DiskObjects> objects = tools.service.objects();
+    if (!objects)
+        return objects.failure();
+    const DiskBlock *block = objects.value().block(number);
+    if (!block || !block->isEncrypted || block->unlocked.isEmpty())
+        return {};
+    const Result<void> locked = tools.service.lock(block->object);
+    return locked ? locked : inUse(identity, locked.failure().detail);
+}
+
+} // namespace
+
+ChosenDisk::ChosenDisk(DiskIdentity identity, DiskBlock block, std::unique_ptr<OpenDevice> held)
+    : m_identity(std::move(identity))
+    , m_block(std::move(block))
+    , m_held(std::move(held))
+{
+}
+
+Result<ChosenDisk> ChosenDisk::choose(const DiskTools &tools, const DiskIdentity &identity)
+{
+    Result<std::unique_ptr<OpenDevice>> held = tools.access->open(identity.node, DeviceAccess::Way::Look);
+    if (!held)
+        return exchanged(identity);
+    const Result<DiskObjects> objects = tools.service.objects();
+    if (!objects)
+        return objects.failure();
+    const DiskBlock *block = objects.value().block(identity.number);
+    const DiskCatalogue catalogue(tools.devices, objects.value());
+    const auto now = identity.name.volume ? catalogue.volume(identity.number) : catalogue.wholeDisk(identity.number);
+    if (!block || now != identity)
+        return exchanged(identity);
+    ChosenDisk disk(identity, *block, std::move(held).value());
+    if (const Result<void> same = disk.seeThatItIsStillThis(); !same)
+        return same.failure();
+    if (const Result<void> free = seeThatTheSystemDoesNotNeed(tools, identity); !free)
+        return free.failure();
+    return disk;
+}
+
+Result<void> ChosenDisk::release(const DiskTools &tools) const
+{
+    const QList<quint64> stack = tools.devices.withAllAbove(m_identity.number);
+    for (const quint64 number : stack) {
+        if (const Result<void> unmounted = unmountAll(tools, m_identity, number); !unmounted)
+            return unmounted;
+    }
+    for (const quint64 number : stack) {
+        if (const Result<void> locked = lockIfUnlocked(tools, m_identity, number); !locked)
+            return locked;
+    }
+    return {};
+}
+
+Result<std::unique_ptr<OpenDevice>> ChosenDisk::openAlone(const DiskTools &tools) const
+{
+    Result<std::unique_ptr<OpenDevice>> device = tools.access->open(m_identity.node, DeviceAccess::Way::Alone);
+    if (!device && device.failure().kind == Failure::Kind::Busy)
+        return inUse(m_identity, u"Something that is not mounted by its name holds it."_qs);
+    if (!device)
+        return Failure{device.failure().kind, {},
+                       u"%1 cannot be opened: %2. Nothing was erased."_qs.arg(name(), device.failure().detail)};
+    if (const Result<void> same = seeThatItIsThis(*device.value()); !same)
+        return same.failure();
+    return device;
+}
+
+Result<void> ChosenDisk::seeThatItIsThis(const OpenDevice &device) const
+{
+    const Result<DeviceFacts> facts = device.facts();
+    if (!facts)
+        return exchanged(m_identity);
+    const bool same = facts.value().number == m_identity.number && facts.value().size == m_identity.size
+        && facts.value().sequence == m_identity.sequence && facts.value().sequence != 0;
+    if (!same)
+        return exchanged(m_identity);
+    if (facts.value().isReadOnly)
+        return Failure{Failure::Kind::ReadOnly, {},
+                       u"%1 is protected against writing. Nothing was erased."_qs.arg(name())};
+    return {};
+}
+
+} // namespace Quillmere

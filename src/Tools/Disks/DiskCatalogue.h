@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Platform/Linux/BlockDevices.h"
+#include "Platform/Linux/DiskObjects.h"
+#include "Tools/Disks/DiskIdentity.h"
+
+namespace Quillmere {
+
+/// Which disks there are at this moment, and what they are called.
+class DiskCatalogue
+{
+public:
+    DiskCatalogue(BlockDevices devices, DiskObjects objects);
+
+    [[nodiscard]] const DiskObjects &objects() const { return m_objects; }
+    /// The volume @p number. Nothing when there is none, or the kernel does not number its disk.
+    [[nodiscard]] std::optional<DiskIdentity> volume(quint64 number) const;
+    /// The whole disk that carries @p number.
+    [[nodiscard]] std::optional<DiskIdentity> wholeDisk(quint64 number) const;
+    /// What is called @p name now.
+    [[nodiscard]] std::optional<DiskIdentity> named(const DiskName &name) const;
+
+private:
+    [[nodiscard]] DiskIdentity identityOf(const BlockDevice &device, const DiskName &name) const;
+
+    BlockDevices m_devices;
+    DiskObjects m_objects;
+};
+
+} // namespace Quillmere

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Platform/Linux/BlockDevices.h"
+#include "Platform/Linux/DiskService.h"
+#include "Tools/Disks/DeviceAccess.h"
+
+#include <QSet>
+
+#include <functional>
+
+namespace Quillmere {
+
+/// What it takes to erase a disk of a machine.
+struct DiskTools
+{
+    DiskService service;
+    BlockDevices devices;
+    std::shared_ptr<const DeviceAccess> access;
+    /// The devices that the running system needs.
+    std::function<Result<QSet<quint64>>()> systemDevices;
+    /// Gives a new volume of udisks2's type @p type to the user who asked for it. Empty where nobody is to be given it.
+    std::function<Result<void>(const QByteArray &node, const QString &type)> giveToUser;
+    /// Tells whoever watches what has been done.
+    std::function<void(const QString &line)> say;
+
+    [[nodiscard]] static DiskTools ofThisMachine();
+};
+
+} // namespace Quillmere

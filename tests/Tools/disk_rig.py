@@ -1,0 +1,218 @@
+"""A system bus, udev, polkit and udisks2 of a test's own, and disks that are images in files.
+
+All of it runs as root in namespaces of its own, where nobody else sees the bus and the mounts, and ends with the test.
+Loop devices are the whole machine's: each is found by its image, and is given back at the end.
+"""
+
+import atexit
+import os
+import pwd
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+
+SKIPPED = 77
+NOBODY = pwd.getpwnam("nobody").pw_uid
+PATIENCE = 30
+MEGABYTE = 1 << 20
+HELPERS = "/usr/libexec/quillmere"
+IMAGES = "/run/images"
+PATTERN = b"What nobody is to read again. "
+
+# The disks of the rig count as plugged in, as a stick does, and not as a part of the machine.
+UDEV_RULES = 'SUBSYSTEM=="block", KERNEL=="loop*", ENV{UDISKS_SYSTEM}="0"\n'
+POLKIT_RULES = """
+polkit.addRule(function(action, subject) {
+    return polkit.Result.YES;
+});
+"""
+PROGRAMS = ("dbus-daemon", "udevadm", "losetup", "sfdisk", "dmsetup", "blkid", "mkfs.ext4", "mkfs.vfat", "mkfs.exfat",
+            "mkfs.ntfs", "ntfs-3g")
+DAEMONS = ("/lib/systemd/systemd-udevd", "/usr/lib/polkit-1/polkitd", "/usr/libexec/udisks2/udisksd")
+
+services = {}
+
+
+def run(*command, user=0, environment=None, timeout=120):
+    return subprocess.run(command, capture_output=True, text=True, timeout=timeout, check=False, cwd="/",
+                          stdin=subprocess.DEVNULL, env=environment, user=user, group=user, extra_groups=[])
+
+
+def must(*command):
+    end = run(*command)
+    if end.returncode != 0:
+        raise RuntimeError(f"{command}: {end.stdout}{end.stderr}")
+    return end.stdout.strip()
+
+
+def wait_for(condition):
+    deadline = time.monotonic() + PATIENCE
+    while not condition():
+        if time.monotonic() > deadline:
+            raise TimeoutError
+        time.sleep(0.02)
+
+
+def overlay(folder):
+    name = folder.strip("/").replace("/", "-")
+    for part in ("upper", "work"):
+        os.makedirs(f"/run/overlays/{name}/{part}")
+    owner = os.stat(folder)
+    shutil.copystat(folder, f"/run/overlays/{name}/upper")
+    os.chown(f"/run/overlays/{name}/upper", owner.st_uid, owner.st_gid)
+    must("mount", "-t", "overlay", "overlay", "-o",
+         f"lowerdir={folder},upperdir=/run/overlays/{name}/upper,workdir=/run/overlays/{name}/work", folder)
+
+
+def has_owner(name):
+    answer = run("gdbus", "call", "--system", "--dest", "org.freedesktop.DBus", "--object-path", "/", "--method",
+                 "org.freedesktop.DBus.NameHasOwner", name)
+    return "true" in answer.stdout
+
+
+def start(name, *command):
+    services[name] = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                      stderr=subprocess.DEVNULL)
+
+
+def stop(name):
+    service = services.pop(name)
+    service.kill()
+    service.wait()
+
+
+def start_udisks():
+    start("udisks", DAEMONS[2], "--no-debug")
+    wait_for(lambda: has_owner("org.freedesktop.UDisks2"))
+
+
+def stop_udisks():
+    stop("udisks")
+    wait_for(lambda: not has_owner("org.freedesktop.UDisks2"))
+
+
+def set_up():
+    for variable in ("DBUS_SYSTEM_BUS_ADDRESS", "PKEXEC_UID", "XDG_RUNTIME_DIR"):
+        os.environ.pop(variable, None)
+    must("mount", "-t", "tmpfs", "-o", "mode=755", "tmpfs", "/run")
+    for folder in ("/usr/libexec", "/usr/share/polkit-1", "/etc/polkit-1", "/media", "/usr/share/dbus-1"):
+        overlay(folder)
+    # Nothing starts by itself here, so that a service which was ended stays away.
+    os.unlink("/usr/share/dbus-1/system-services/org.freedesktop.UDisks2.service")
+    shutil.copytree(os.environ["QUILLMERE_HELPERS"], HELPERS)
+    must("chmod", "-R", "a+rX", HELPERS)
+    with open("/etc/polkit-1/rules.d/00-quillmere-test.rules", "w", encoding="utf-8") as rules:
+        rules.write(POLKIT_RULES)
+    must("chmod", "-R", "a+rX", "/etc/polkit-1/rules.d")
+    for folder in ("/run/dbus", "/run/udev/rules.d", IMAGES):
+        os.makedirs(folder)
+    os.makedirs("/run/user/nobody", mode=0o700)
+    os.chown("/run/user/nobody", NOBODY, NOBODY)
+    with open("/run/udev/rules.d/90-quillmere-test.rules", "w", encoding="ascii") as rules:
+        rules.write(UDEV_RULES)
+    atexit.register(tear_down)
+    start("bus", "dbus-daemon", "--system", "--nofork", "--nosyslog")
+    wait_for(lambda: os.path.exists("/run/dbus/system_bus_socket"))
+    start("udev", DAEMONS[0])
+    wait_for(lambda: os.path.exists("/run/udev/control"))
+    must("udevadm", "trigger", "--subsystem-match=block")
+    must("udevadm", "settle", "--timeout=30")
+    start("polkit", DAEMONS[1], "--no-debug")
+    wait_for(lambda: has_owner("org.freedesktop.PolicyKit1"))
+    start_udisks()
+
+
+def tear_down():
+    for image in os.listdir(IMAGES):
+        detach(f"{IMAGES}/{image}")
+    for name in list(services):
+        stop(name)
+
+
+def write_image(name, megabytes, pattern=False):
+    image = f"{IMAGES}/{name}"
+    with open(image, "wb") as file:
+        file.truncate(megabytes * MEGABYTE)
+        if pattern:
+            file.write((PATTERN * (MEGABYTE // len(PATTERN) + 1))[:MEGABYTE] * megabytes)
+    return image
+
+
+def loops_of(image):
+    # An image that was deleted is another file than a new one of its name.
+    return [line.split(":")[0] for line in must("losetup", "-j", image).splitlines()]
+
+
+def attach(image, *options):
+    device = must("losetup", "--find", "--show", "--partscan", *options, image)
+    settle()
+    return device
+
+
+def detach(image):
+    for device in loops_of(image):
+        with open("/proc/self/mountinfo", encoding="utf-8") as table:
+            places = [line.split(" ")[4] for line in table if device in line.split(" - ")[1].split(" ")[1]]
+        for place in places:
+            run("umount", place)
+        must("losetup", "--detach", device)
+    settle()
+
+
+def settle():
+    must("udevadm", "settle", "--timeout=30")
+
+
+def udisks_object(device):
+    return f"/org/freedesktop/UDisks2/block_devices/{os.path.basename(device)}"
+
+
+def mount(device):
+    """By udisks2, as a desktop does it; answers with the place."""
+    answer = must("gdbus", "call", "--system", "--dest", "org.freedesktop.UDisks2", "--object-path",
+                  udisks_object(device), "--method", "org.freedesktop.UDisks2.Filesystem.Mount", "{}")
+    return answer.split("'")[1]
+
+
+def is_mounted(place):
+    with open("/proc/self/mountinfo", encoding="utf-8") as table:
+        return any(line.split(" ")[4] == place for line in table)
+
+
+def probed(device):
+    """What is on it by its own word, and not by udev's: the type and the label."""
+    end = run("blkid", "--probe", "--output", "export", device)
+    values = dict(line.split("=", 1) for line in end.stdout.splitlines() if "=" in line)
+    return values.get("TYPE"), values.get("LABEL", "").replace("\\ ", " ")
+
+
+def contents(image):
+    with open(image, "rb") as file:
+        return file.read()
+
+
+def enter():
+    """Starts the running test anew inside, and comes back there alone."""
+    missing = [name for name in PROGRAMS if not shutil.which(name)]
+    missing += [path for path in DAEMONS if not os.path.exists(path)]
+    reason = "Only root can have disks of its own." if os.geteuid() != 0 else ""
+    reason = reason or ("Missing: " + ", ".join(missing) if missing else "")
+    own = ["--mount", "--propagation", "private", "--pid", "--fork", "--kill-child", "--mount-proc"]
+    if not reason and "QUILLMERE_OWN_NAMESPACES" in os.environ:
+        return
+    if not reason and subprocess.run(["unshare", *own, "true"], check=False).returncode != 0:
+        reason = "This machine gives no namespaces."
+    if not reason and subprocess.run(["losetup", "--find"], capture_output=True, check=False).returncode != 0:
+        reason = "This machine gives no loop devices."
+    if reason:
+        print(reason)
+        sys.exit(1 if "CI" in os.environ else SKIPPED)
+    os.environ["QUILLMERE_OWN_NAMESPACES"] = "1"
+    # The first process of the namespace is a shell: pkexec serves nobody whose parent is process 1.
+    os.execvp("unshare", ["unshare", *own, "sh", "-c", '"$@"; exit $?', "sh", sys.executable, "-B", *sys.argv])
+
+
+def temporary_folder():
+    return tempfile.mkdtemp(dir="/run")
