@@ -348,6 +348,14 @@ bool PretendFileManager::isExecutableFile(const FilePath &path) const
     return node && node->executable;
 }
 
+bool PretendFileManager::isReadableFile(const FilePath &path) const
+{
+    const std::scoped_lock lock(m_mutex);
+    const std::optional<FilePath> resolved = resolve(path);
+    const Node *node = resolved ? find(*resolved) : nullptr;
+    return node && !node->locked;
+}
+
 bool PretendFileManager::isWritableFile(const FilePath &path) const
 {
     const std::scoped_lock lock(m_mutex);
@@ -424,6 +432,35 @@ Result<void> PretendFileManager::removeItem(const FilePath &path) const
         return found.failure();
     detach(path);
     m_removed.append(path);
+    return {};
+}
+
+Result<void> PretendFileManager::copyItem(const FilePath &source, const FilePath &destination) const
+{
+    const std::scoped_lock guard(m_mutex);
+    const FilePath from = placeOf(source);
+    const FilePath to = placeOf(destination);
+    const Node *folder = find(to.deletingLastPathComponent());
+    if (!find(from) || !folder)
+        return failure(Failure::Kind::NotFound, find(from) ? destination : source);
+    if (find(to))
+        return failure(Failure::Kind::AlreadyExists, destination);
+    if (to.isWithin(from))
+        return failure(Failure::Kind::NotSupported, destination);
+    if (folder->refusal)
+        return failure(*folder->refusal, destination);
+    const std::map<QByteArray, Node> nodes = m_nodes;
+    for (const auto &[bytes, node] : nodes) {
+        if (!FilePath(bytes).isWithin(from))
+            continue;
+        if (node.locked) {
+            detach(to);
+            return failure(Failure::Kind::NoPermission, FilePath(bytes));
+        }
+        Node copy = node;
+        copy.children.clear();
+        insert(to.appending(bytes.sliced(from.bytes().size())), copy);
+    }
     return {};
 }
 
