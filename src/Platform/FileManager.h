@@ -69,6 +69,17 @@ struct VolumeCapacity
     bool operator==(const VolumeCapacity &) const = default;
 };
 
+/// What a volume says of itself. Absent is what it, or the machine, does not say.
+struct VolumeValues
+{
+    std::optional<QString> name; ///< How it is called.
+    std::optional<bool> isRemovable;
+    std::optional<bool> isInternal; ///< Part of the machine, and not something that is plugged into it.
+    std::optional<bool> isReadOnly; ///< As it is mounted now.
+
+    bool operator==(const VolumeValues &) const = default;
+};
+
 enum class HiddenFiles { Include, Skip };
 enum class Intermediates { Create, MustExist };
 enum class WriteMode {
@@ -122,6 +133,11 @@ public:
     /// Of the volume that holds @p path. A volume that does not answer, such as one of a server that has gone, is a
     /// failure and never holds the caller up.
     [[nodiscard]] virtual Result<VolumeCapacity> capacityOfVolume(const FilePath &path, CapacityKeys keys) const = 0;
+    /// Where the volumes are mounted that the user knows as such, each once, in the order of the system. Empty also
+    /// where that cannot be learnt.
+    [[nodiscard]] virtual QList<FilePath> mountedVolumes() const = 0;
+    /// Of the volume mounted at @p mountPoint. Fails when none is, or it does not answer.
+    [[nodiscard]] virtual Result<VolumeValues> valuesOfVolume(const FilePath &mountPoint) const = 0;
     /// Whether both lie in one file system, whose room they share. Links are followed. False when either does not
     /// exist.
     [[nodiscard]] virtual bool areOnSameVolume(const FilePath &one, const FilePath &other) const = 0;

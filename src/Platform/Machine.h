@@ -33,7 +33,7 @@ struct Machine
     std::shared_ptr<DesktopAppearance> appearance;
     std::shared_ptr<const HostStatistics> host;
     std::shared_ptr<const ProcessRunner> processes;
-    std::shared_ptr<const Workspace> workspace;
+    std::shared_ptr<Workspace> workspace;
     std::shared_ptr<const InstalledApplications> applications;
     std::shared_ptr<PowerAssertions> assertions;
     std::shared_ptr<const Bundles> bundles;

@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <chrono>
+#include <future>
 #include <optional>
 
 namespace Quillmere {
@@ -38,6 +39,8 @@ public:
     /// Waits until the program has ended and has closed its output. Standard error goes where the program's own goes.
     /// Fails when it cannot be started.
     [[nodiscard]] virtual Result<ProcessOutcome> run(const Command &command) const = 0;
+    /// The same with both outputs in one pipe, in the order in which they are written.
+    [[nodiscard]] virtual Result<ProcessOutcome> runJoined(const Command &command) const = 0;
     /// Waits until the program has ended, whatever it has started, but no longer than @p patience. Both its outputs go
     /// into one pipe and are read only then, so that one that writes more than a pipe holds does not end by itself.
     /// Nothing when it was late: it has then been terminated with all that it started in its own process group, and
@@ -46,6 +49,8 @@ public:
                                                                           const Command &command) const = 0;
     /// Starts the program and leaves it to itself. Fails when it cannot be started.
     [[nodiscard]] virtual Result<void> launch(const Command &command) const = 0;
+    /// The same, and the future brings the status with which it ends. Nobody need wait for it.
+    [[nodiscard]] virtual Result<std::future<int>> start(const Command &command) const = 0;
     /// Carries out the text of a script and waits for its end, which may be as late as the user answers the system's
     /// password dialog. Fails with what the script failed of.
     [[nodiscard]] virtual Result<void> executeScript(const QString &source) const = 0;

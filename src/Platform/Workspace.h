@@ -7,6 +7,7 @@
 #include <QString>
 #include <QUrl>
 
+#include <functional>
 #include <optional>
 
 namespace Quillmere {
@@ -33,7 +34,15 @@ struct InstalledApplication
     bool operator==(const InstalledApplication &) const = default;
 };
 
-/// What the desktop knows of applications. Safe to call from any thread.
+/// A volume has been mounted.
+struct MountNotification
+{
+    std::optional<FilePath> volume; ///< Where. Nothing when that is not known.
+
+    bool operator==(const MountNotification &) const = default;
+};
+
+/// What the desktop knows of applications and of the disks that come. Safe to call from any thread.
 class Workspace
 {
 public:
@@ -59,6 +68,10 @@ public:
     /// Has the desktop know the application in the bundle folder @p location, so that it is found by its name. What the
     /// desktop knew of an application with the same identifier is replaced.
     [[nodiscard]] virtual Result<void> registerApplication(const FilePath &location) const = 0;
+    /// From now on @p mounted is called for each volume that is mounted, and not for those that are mounted already. A
+    /// volume that comes up again only because this program has mounted it anew may be left out. It takes the place of
+    /// the one before; an empty one ends it. To be called on the GUI thread alone, and calls there.
+    virtual void observeMounts(std::function<void(const MountNotification &)> mounted) = 0;
 };
 
 } // namespace Quillmere

@@ -364,12 +364,14 @@ bool PretendFileManager::isWritableFile(const FilePath &path) const
     return node && !node->refusal;
 }
 
-Result<VolumeCapacity> PretendFileManager::capacityOfVolume(const FilePath &, CapacityKeys keys) const
+Result<VolumeCapacity> PretendFileManager::capacityOfVolume(const FilePath &path, CapacityKeys keys) const
 {
     const std::scoped_lock lock(m_mutex);
     m_capacityRequests.append(keys);
     const auto found = m_capacityByKeys.find(keys.toInt());
     Result<VolumeCapacity> answer = found == m_capacityByKeys.end() ? m_capacity : found->second;
+    if (const std::optional<PretendVolume> volume = m_disks->mountedAt(path))
+        answer = volume->capacity;
     if (!answer)
         return answer;
     VolumeCapacity &capacity = answer.value();
@@ -380,6 +382,17 @@ Result<VolumeCapacity> PretendFileManager::capacityOfVolume(const FilePath &, Ca
     if (!keys.testFlag(CapacityKey::Available))
         capacity.available.reset();
     return answer;
+}
+
+QList<FilePath> PretendFileManager::mountedVolumes() const
+{
+    return m_disks->mountPoints();
+}
+
+Result<VolumeValues> PretendFileManager::valuesOfVolume(const FilePath &mountPoint) const
+{
+    const std::optional<PretendVolume> volume = m_disks->mountedAt(mountPoint);
+    return volume ? volume->values : failure(Failure::Kind::NotFound, mountPoint);
 }
 
 bool PretendFileManager::areOnSameVolume(const FilePath &one, const FilePath &other) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Fakes/PretendDisks.h"
 #include "Platform/FileManager.h"
 
 #include <QHash>
@@ -38,6 +39,8 @@ public:
     void setCapacity(const Result<VolumeCapacity> &capacity);
     /// The same as long as @p keys are asked for, all of them and no others.
     void setCapacity(CapacityKeys keys, const Result<VolumeCapacity> &capacity);
+    /// What is plugged into the machine. A volume of it has the capacity of its own.
+    [[nodiscard]] PretendDisks &disks() const { return *m_disks; }
     void vanish(const FilePath &path); ///< Takes it away as another program would.
 
     /// Called before each entry of a measured or searched tree, with its location: the place to cancel from, or to
@@ -66,6 +69,8 @@ public:
     [[nodiscard]] bool isReadableFile(const FilePath &path) const override;
     [[nodiscard]] bool isWritableFile(const FilePath &path) const override;
     [[nodiscard]] Result<VolumeCapacity> capacityOfVolume(const FilePath &path, CapacityKeys keys) const override;
+    [[nodiscard]] QList<FilePath> mountedVolumes() const override;
+    [[nodiscard]] Result<VolumeValues> valuesOfVolume(const FilePath &mountPoint) const override;
     [[nodiscard]] bool areOnSameVolume(const FilePath &one, const FilePath &other) const override;
     [[nodiscard]] FilePath resolvingSymlinks(const FilePath &path) const override;
     [[nodiscard]] Result<FilePath> trashItem(const FilePath &path) const override;
@@ -113,6 +118,7 @@ private:
 
     FilePath m_home;
     FilePath m_temporary = FilePath("/tmp");
+    std::shared_ptr<PretendDisks> m_disks = std::make_shared<PretendDisks>();
     mutable std::recursive_mutex m_mutex;
     mutable std::map<QByteArray, Node> m_nodes;
     QSet<FilePath> m_volumes = {FilePath("/")};

@@ -33,6 +33,24 @@ QList<Command> PretendProcessRunner::runs() const
     return m_runs;
 }
 
+QList<Command> PretendProcessRunner::joinedRuns() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_joinedRuns;
+}
+
+QList<Command> PretendProcessRunner::starts() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_starts;
+}
+
+void PretendProcessRunner::onEnd(std::function<void()> observer)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_onEnd = std::move(observer);
+}
+
 QList<std::chrono::milliseconds> PretendProcessRunner::patiences() const
 {
     const std::scoped_lock lock(m_mutex);
@@ -60,6 +78,15 @@ Result<ProcessOutcome> PretendProcessRunner::run(const Command &command) const
     return answerTo(command);
 }
 
+Result<ProcessOutcome> PretendProcessRunner::runJoined(const Command &command) const
+{
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_joinedRuns.append(command);
+    }
+    return run(command);
+}
+
 Result<std::optional<ProcessOutcome>> PretendProcessRunner::runWithin(std::chrono::milliseconds patience,
                                                                       const Command &command) const
 {
@@ -84,6 +111,24 @@ Result<void> PretendProcessRunner::launch(const Command &command) const
     }
     const Result<ProcessOutcome> outcome = answerTo(command);
     return outcome ? Result<void>() : Result<void>(outcome.failure());
+}
+
+Result<std::future<int>> PretendProcessRunner::start(const Command &command) const
+{
+    std::function<void()> onEnd;
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_starts.append(command);
+        onEnd = m_onEnd;
+    }
+    const Result<ProcessOutcome> outcome = answerTo(command);
+    if (!outcome)
+        return outcome.failure();
+    return std::async(std::launch::deferred, [onEnd, status = outcome.value().exitStatus] {
+        if (onEnd)
+            onEnd();
+        return status;
+    });
 }
 
 Result<void> PretendProcessRunner::executeScript(const QString &source) const

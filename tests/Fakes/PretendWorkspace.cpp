@@ -127,4 +127,15 @@ Result<void> PretendWorkspace::registerApplication(const FilePath &location) con
     return {};
 }
 
+void PretendWorkspace::observeMounts(std::function<void(const MountNotification &)> mounted)
+{
+    m_mounted = std::move(mounted);
+}
+
+void PretendWorkspace::announceMount(const MountNotification &notification) const
+{
+    if (m_mounted)
+        m_mounted(notification);
+}
+
 } // namespace Quillmere

@@ -23,6 +23,9 @@ public:
     /// From now on it stays when it is asked to quit.
     void letStay(qint32 pid);
 
+    /// Tells of a volume as if it had just been mounted. On the GUI thread.
+    void announceMount(const MountNotification &notification) const;
+
     [[nodiscard]] QList<qint32> askedToQuit() const; ///< In their order, also those that stayed.
     [[nodiscard]] QList<qint32> terminated() const; ///< Which were ended by force, in their order.
     [[nodiscard]] QList<FilePath> revealed() const; ///< What was shown in the file manager, in its order.
@@ -38,6 +41,7 @@ public:
     void revealInFileViewer(const QList<FilePath> &files) const override;
     void openURL(const QUrl &url) const override;
     [[nodiscard]] Result<void> registerApplication(const FilePath &location) const override;
+    void observeMounts(std::function<void(const MountNotification &)> mounted) override;
 
 private:
     mutable std::mutex m_mutex;
@@ -51,6 +55,7 @@ private:
     mutable QList<FilePath> m_revealed;
     mutable QList<QUrl> m_opened;
     mutable QList<FilePath> m_registered;
+    std::function<void(const MountNotification &)> m_mounted;
 };
 
 } // namespace Quillmere

@@ -143,6 +143,16 @@ Result<VolumeCapacity> LinuxFileManager::capacityOfVolume(const FilePath &path, 
     return m_capacities.ask(path, keys);
 }
 
+QList<FilePath> LinuxFileManager::mountedVolumes() const
+{
+    return {};
+}
+
+Result<VolumeValues> LinuxFileManager::valuesOfVolume(const FilePath &mountPoint) const
+{
+    return Failure{Failure::Kind::NotSupported, mountPoint, {}};
+}
+
 bool LinuxFileManager::areOnSameVolume(const FilePath &one, const FilePath &other) const
 {
     const auto first = resolveLinks(one);

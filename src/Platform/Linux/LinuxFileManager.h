@@ -28,6 +28,8 @@ public:
     [[nodiscard]] bool isReadableFile(const FilePath &path) const override;
     [[nodiscard]] bool isWritableFile(const FilePath &path) const override;
     [[nodiscard]] Result<VolumeCapacity> capacityOfVolume(const FilePath &path, CapacityKeys keys) const override;
+    [[nodiscard]] QList<FilePath> mountedVolumes() const override;
+    [[nodiscard]] Result<VolumeValues> valuesOfVolume(const FilePath &mountPoint) const override;
     [[nodiscard]] bool areOnSameVolume(const FilePath &one, const FilePath &other) const override;
     [[nodiscard]] FilePath resolvingSymlinks(const FilePath &path) const override;
     [[nodiscard]] Result<FilePath> trashItem(const FilePath &path) const override;

@@ -27,6 +27,15 @@ Result<ProcessOutcome> LinuxProcessRunner::run(const Command &command) const
     return program.value().finishWithOutput();
 }
 
+Result<ProcessOutcome> LinuxProcessRunner::runJoined(const Command &command) const
+{
+    Result<StartedProgram> program
+        = StartedProgram::start(programOf(command.launchPath), command.arguments, Capture::BothOutputs);
+    if (!program)
+        return program.failure();
+    return program.value().finishWithOutput();
+}
+
 Result<std::optional<ProcessOutcome>> LinuxProcessRunner::runWithin(std::chrono::milliseconds patience,
                                                                     const Command &command) const
 {
@@ -39,13 +48,21 @@ Result<std::optional<ProcessOutcome>> LinuxProcessRunner::runWithin(std::chrono:
 
 Result<void> LinuxProcessRunner::launch(const Command &command) const
 {
+    const Result<std::future<int>> end = start(command);
+    return end ? Result<void>() : Result<void>(end.failure());
+}
+
+Result<std::future<int>> LinuxProcessRunner::start(const Command &command) const
+{
     const Result<StartedProgram> program
         = StartedProgram::start(programOf(command.launchPath), command.arguments, Capture::Nothing);
     if (!program)
         return program.failure();
-    // Nobody asks how it ended, but a child that nobody waits for stays in the list of processes as a dead one.
-    std::thread([pid = program.value().processIdentifier()] { std::ignore = exitStatusOf(pid); }).detach();
-    return {};
+    std::packaged_task<int()> waiting([pid = program.value().processIdentifier()] { return exitStatusOf(pid); });
+    std::future<int> end = waiting.get_future();
+    // Even where nobody asks how it ended: a child that is not waited for stays in the list of processes as a dead one.
+    std::thread(std::move(waiting)).detach();
+    return end;
 }
 
 Result<void> LinuxProcessRunner::executeScript(const QString &source) const

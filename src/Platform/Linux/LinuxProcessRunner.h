@@ -17,11 +17,13 @@ public:
 
     /// Waits for everyone who holds the output, a child that the program has left behind as well.
     [[nodiscard]] Result<ProcessOutcome> run(const Command &command) const override;
+    [[nodiscard]] Result<ProcessOutcome> runJoined(const Command &command) const override;
     /// What a process that was left behind goes on writing is not waited for.
     [[nodiscard]] Result<std::optional<ProcessOutcome>> runWithin(std::chrono::milliseconds patience,
                                                                   const Command &command) const override;
     /// The program goes on when this one ends. Its outputs are ours.
     [[nodiscard]] Result<void> launch(const Command &command) const override;
+    [[nodiscard]] Result<std::future<int>> start(const Command &command) const override;
     /// What fails says what the script wrote to its standard error.
     [[nodiscard]] Result<void> executeScript(const QString &source) const override;
 

@@ -141,4 +141,9 @@ Result<void> LinuxWorkspace::registerApplication(const FilePath &location) const
     return Quillmere::registerApplication(location, m_folders.value(0));
 }
 
+void LinuxWorkspace::observeMounts(std::function<void(const MountNotification &)> mounted)
+{
+    std::ignore = mounted;
+}
+
 } // namespace Quillmere
