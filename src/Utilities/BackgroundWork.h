@@ -18,6 +18,9 @@ namespace Quillmere {
 /// Where runs what may raise the system's password dialog: one at a time, in the order of asking.
 [[nodiscard]] QThreadPool &elevationPool();
 
+/// Where runs what waits for other programs, however long these take: as much at once as is asked for.
+[[nodiscard]] QThreadPool &childProcessPool();
+
 /// Runs @p work on a worker thread; await the answer on the GUI thread. Work under way goes on to its end even when
 /// nobody awaits it any more, so it must own what it uses. It must not throw.
 template<typename Work>
@@ -31,6 +34,13 @@ template<typename Work>
 [[nodiscard]] QFuture<std::invoke_result_t<Work>> inElevation(Work work)
 {
     return QtConcurrent::run(&elevationPool(), std::move(work));
+}
+
+/// The same for work that waits for another program. The end of this one does not wait for it.
+template<typename Work>
+[[nodiscard]] QFuture<std::invoke_result_t<Work>> inChildProcess(Work work)
+{
+    return QtConcurrent::run(&childProcessPool(), std::move(work));
 }
 
 /// Has the GUI thread run @p change on @p object, later and in the order of asking, if the object still lives then.
