@@ -72,7 +72,7 @@ Result<void> BundleInstaller::installBundle(const FilePath &from, const FilePath
 bool BundleInstaller::installBundleWithAdministratorPrivileges(const FilePath &from, const FilePath &to) const
 {
     const QByteArray target = quotedForShell(to);
-    const QString script = u"do shell script \"rm -rf %1 && /usr/bin/ditto %1 %2\" with administrator privileges"_qs.arg(
+    const QString script = u"do shell script \"rm -rf %1 && /usr/bin/ditto %2 %1\" with administrator privileges"_qs.arg(
         QString::fromUtf8(target), QString::fromUtf8(quotedForShell(from)));
     const Result<ProcessOutcome> outcome
         = m_parts.processes->run({u"/usr/bin/osascript"_qs, {u"-e"_qs, script}});

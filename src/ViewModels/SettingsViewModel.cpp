@@ -18,7 +18,7 @@ std::optional<Type> choiceAt(int index)
     const auto &cases = RawValues<Type>::cases;
     if (index < 0 || index >= int(cases.size()))
         return std::nullopt;
-    return cases[static_cast<size_t>(index)].value;
+    return cases[static_cast<size_t>(index)].first;
 }
 
 } // namespace
@@ -36,7 +36,7 @@ QStringList SettingsViewModel::languages() const
 {
     QStringList names;
     for (const auto &each : RawValues<Language>::cases)
-        names.append(displayName(each.value));
+        names.append(displayName(each.first));
     return names;
 }
 

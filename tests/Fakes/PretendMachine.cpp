@@ -1,5 +1,7 @@
 #include "Fakes/PretendMachine.h"
 
+#include "Utilities/SetupReceipt.h"
+
 namespace Quillmere {
 
 void PretendDesktopAppearance::set(ColorScheme scheme, bool reducedMotion)
@@ -23,6 +25,11 @@ Machine PretendMachine::machine() const
     return {files,     places,    defaults,       clock,       appearance,   host,
             processes, workspace, applications,   assertions,  bundles,      extensions,
             filter,    statusBar, startupEntries, environment, returnMemory, isAdministrator};
+}
+
+void PretendMachine::completeSetup() const
+{
+    SetupReceipt(defaults, bundles, clock, InstallerTerms(files)).markCompleted();
 }
 
 void PretendMachine::installTrafficFilter()

@@ -28,10 +28,12 @@ Destination {
         bottomMargin: Theme.screenMargin
         contentHeight: sections.height
 
+        Component.onCompleted: contentY = -topMargin
+
         Column {
             id: sections
 
-            readonly property real cardWidth: Math.min(760, scroller.width - 2 * Theme.screenMargin)
+            readonly property real cardWidth: Math.min(900, scroller.width - 2 * Theme.screenMargin)
 
             x: Theme.screenMargin
             width: cardWidth

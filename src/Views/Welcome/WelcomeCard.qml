@@ -32,6 +32,8 @@ Item {
     width: 580
     height: 480
 
+    Keys.forwardTo: [scroller]
+
     onStepChanged: Qt.callLater(takeFocus)
 
     function takeFocus() {

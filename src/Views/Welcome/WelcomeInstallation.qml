@@ -18,7 +18,7 @@ Column {
 
         Ripple {
             anchors.centerIn: parent
-            scale: 0.8
+            dropSize: 56
             symbol: "tray.and.arrow.down"
             working: true
         }
