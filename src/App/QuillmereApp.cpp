@@ -29,7 +29,9 @@ QuillmereApp::QuillmereApp(Machine machine, QObject *parent)
     , m_power(m_machine.assertions, m_machine.processes, m_machine.isAdministrator)
     , m_menuBarStatus(m_trafficMonitor, m_machine.host)
     , m_menuBar(*m_machine.statusBar, m_power, {[this] { showMainWindow(); }, [this] { quit(); }})
-    , m_viewModels(m_machine, {m_history, m_trafficMonitor, m_trafficControl, m_power, m_state})
+    , m_receipt(m_machine.defaults, m_machine.bundles, m_machine.clock, InstallerTerms(m_machine.files))
+    , m_viewModels(m_machine, {m_history, m_trafficMonitor, m_trafficControl, m_power, m_state, m_receipt,
+                               [this] { terminate(); }})
 {
     install();
     // The program lives on in the background with all its windows hidden.
@@ -74,10 +76,8 @@ bool QuillmereApp::start()
     installViews(*m_engine);
     applyAppearance();
 
-    const QVariantMap properties = {
-        {u"appState"_qs, QVariant::fromValue(&m_state)},
-        {u"viewModels"_qs, QVariant::fromValue(&m_viewModels)},
-    };
+    QVariantMap properties = contentProperties();
+    properties.insert(u"showingWelcome"_qs, m_receipt.shouldShowWelcome());
     m_mainWindow = loadWindow(u"MainWindow.qml"_qs, properties);
     if (!m_mainWindow)
         return false;
@@ -122,6 +122,14 @@ void QuillmereApp::contentDidAppear()
     m_menuBar.start(&m_state, &m_menuBarStatus);
 }
 
+QVariantMap QuillmereApp::contentProperties()
+{
+    return {
+        {u"appState"_qs, QVariant::fromValue(&m_state)},
+        {u"viewModels"_qs, QVariant::fromValue(&m_viewModels)},
+    };
+}
+
 QQuickWindow *QuillmereApp::loadWindow(const QString &file, const QVariantMap &properties)
 {
     const qsizetype before = m_engine->rootObjects().size();
@@ -163,7 +171,7 @@ void QuillmereApp::showMainWindow()
 void QuillmereApp::showSettings()
 {
     if (!m_settingsWindow) {
-        m_settingsWindow = loadWindow(u"SettingsWindow.qml"_qs, {});
+        m_settingsWindow = loadWindow(u"SettingsWindow.qml"_qs, contentProperties());
         if (!m_settingsWindow)
             return;
         connect(m_settingsWindow, SIGNAL(quitRequested()), this, SLOT(quit()));
@@ -171,6 +179,13 @@ void QuillmereApp::showSettings()
     m_settingsWindow->show();
     m_settingsWindow->raise();
     m_settingsWindow->requestActivate();
+}
+
+void QuillmereApp::terminate()
+{
+    for (QWindow *window : QGuiApplication::topLevelWindows())
+        window->hide();
+    QCoreApplication::exit(0);
 }
 
 void QuillmereApp::quit()

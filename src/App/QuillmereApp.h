@@ -60,6 +60,10 @@ private:
     void applyAppearance();
     /// Lets go of what only a window in sight needs.
     void rest();
+    /// Ends the program at once, whatever it is doing, and stores nothing any more.
+    void terminate();
+    /// What the content of every window needs.
+    [[nodiscard]] QVariantMap contentProperties();
     [[nodiscard]] QQuickWindow *loadWindow(const QString &file, const QVariantMap &properties);
 
     Machine m_machine;
@@ -75,6 +79,7 @@ private:
     AppDelegate m_delegate;
     Appearance m_appearance{nullptr};
     UnfinishedRuns m_unfinishedRuns;
+    SetupReceipt m_receipt;
     ViewModelFactory m_viewModels;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
     QTranslator m_qtTexts;

@@ -14,6 +14,8 @@ struct Bundle
     FilePath location;
     std::optional<QString> identifier;
     std::optional<FilePath> executable; ///< Where the program should be. It need not exist.
+    std::optional<QString> shortVersion = {}; ///< The version as people read it.
+    std::optional<QString> build = {}; ///< What tells builds of one version apart.
 
     bool operator==(const Bundle &) const = default;
 };

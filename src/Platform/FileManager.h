@@ -126,6 +126,8 @@ public:
     [[nodiscard]] virtual Result<FileAttributes> attributesOfItem(const FilePath &path) const = 0;
     /// Follows links: the file itself may be run by the user.
     [[nodiscard]] virtual bool isExecutableFile(const FilePath &path) const = 0;
+    /// Follows links: there is something, and the user may read it.
+    [[nodiscard]] virtual bool isReadableFile(const FilePath &path) const = 0;
     /// Follows links: there is something, and the user may write into it.
     [[nodiscard]] virtual bool isWritableFile(const FilePath &path) const = 0;
     /// Of the volume that holds @p path. A volume that does not answer, such as one of a server that has gone, is a
@@ -149,6 +151,10 @@ public:
     /// Deletes the item for good, folders with all that is in them: level by level, never through a link, never
     /// into another file system. The first failure is reported; what stood beside it is deleted all the same.
     [[nodiscard]] virtual Result<void> removeItem(const FilePath &path) const = 0;
+    /// Copies the item with all that is in it to @p destination, whose folder must exist: links as links, rights, times
+    /// and extended attributes as far as they can be given. AlreadyExists when anything stands there, NotSupported when
+    /// it lies in the item itself. Stops at the first failure; what stands at @p destination is whole or nothing.
+    [[nodiscard]] virtual Result<void> copyItem(const FilePath &source, const FilePath &destination) const = 0;
     /// Sees the volumes that hold @p paths safely onto disk, each once. For the end of a run.
     virtual void synchronizeVolumes(const QList<FilePath> &paths) const = 0;
 

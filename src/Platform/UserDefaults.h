@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 
@@ -24,11 +25,14 @@ public:
     [[nodiscard]] virtual bool boolean(const QString &key) const = 0;
     /// Nothing when absent or when any element is not a text.
     [[nodiscard]] virtual std::optional<QStringList> stringArray(const QString &key) const = 0;
+    /// Nothing when absent or no date. UTC, to the second.
+    [[nodiscard]] virtual std::optional<QDateTime> date(const QString &key) const = 0;
 
     virtual void setData(const QString &key, const QByteArray &value) = 0;
     virtual void setString(const QString &key, const QString &value) = 0;
     virtual void setBoolean(const QString &key, bool value) = 0;
     virtual void setStringArray(const QString &key, const QStringList &value) = 0;
+    virtual void setDate(const QString &key, const QDateTime &value) = 0;
     virtual void remove(const QString &key) = 0;
 };
 

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "Values/FilePath.h"
+#include "Values/Result.h"
 
 #include <QList>
 #include <QString>
+#include <QUrl>
 
 #include <functional>
 #include <optional>
@@ -60,6 +62,12 @@ public:
     /// Shows @p files in the desktop's file manager, selected in their folders; where it cannot select, it opens these.
     /// May wait for the desktop, so call it where nobody is kept waiting. Says nothing of what became of it.
     virtual void revealInFileViewer(const QList<FilePath> &files) const = 0;
+    /// Hands @p url to the program that the user has chosen for its scheme; nothing happens where there is none. May
+    /// wait for the desktop, so call it where nobody is kept waiting.
+    virtual void openURL(const QUrl &url) const = 0;
+    /// Has the desktop know the application in the bundle folder @p location, so that it is found by its name. What the
+    /// desktop knew of an application with the same identifier is replaced.
+    [[nodiscard]] virtual Result<void> registerApplication(const FilePath &location) const = 0;
     /// From now on @p mounted is called for each volume that is mounted, and not for those that are mounted already. A
     /// volume that comes up again only because this program has mounted it anew may be left out. It takes the place of
     /// the one before; an empty one ends it. To be called on the GUI thread alone, and calls there.

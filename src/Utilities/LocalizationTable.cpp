@@ -39,6 +39,12 @@ const LocalizationTable &LocalizationTable::controls()
     return table;
 }
 
+const LocalizationTable &LocalizationTable::setup()
+{
+    static const LocalizationTable table = builtIn(u":/texts/setup.json"_qs);
+    return table;
+}
+
 Result<LocalizationTable> LocalizationTable::fromJson(const QByteArray &json)
 {
     QJsonParseError error;

@@ -21,6 +21,8 @@ public:
     /// The texts of our own controls: window buttons, names for screen readers, reasons of failures, the promotion that
     /// is always there. Built like strings().
     [[nodiscard]] static const LocalizationTable &controls();
+    /// The texts of the setup wizard, which has a language of its own. Built like strings().
+    [[nodiscard]] static const LocalizationTable &setup();
 
     /// Reads {"key": {"en": "text", ...}, ...}. Fails with Malformed when anything in it is not of that form.
     [[nodiscard]] static Result<LocalizationTable> fromJson(const QByteArray &json);

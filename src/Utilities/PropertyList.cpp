@@ -11,6 +11,12 @@ namespace Quillmere {
 
 namespace {
 
+/// From where the library counts, in seconds of 32 bits.
+QDateTime firstDate()
+{
+    return QDateTime({2001, 1, 1}, {0, 0}, Qt::UTC);
+}
+
 PropertyList::Type typeOf(plist_t node)
 {
     switch (plist_get_node_type(node)) {
@@ -170,6 +176,16 @@ std::optional<QByteArray> PropertyList::data(const QString &key) const
     return QByteArray(bytes, static_cast<qsizetype>(length));
 }
 
+std::optional<QDateTime> PropertyList::date(const QString &key) const
+{
+    void *node = find(key, Type::Date);
+    if (!node)
+        return std::nullopt;
+    int32_t seconds = 0;
+    plist_get_date_val(node, &seconds, nullptr);
+    return firstDate().addSecs(seconds);
+}
+
 std::optional<QStringList> PropertyList::stringArray(const QString &key) const
 {
     void *node = find(key, Type::Array);
@@ -208,6 +224,11 @@ void PropertyList::setReal(const QString &key, double value)
 void PropertyList::setData(const QString &key, const QByteArray &value)
 {
     set(key, plist_new_data(value.constData(), static_cast<uint64_t>(value.size())));
+}
+
+void PropertyList::setDate(const QString &key, const QDateTime &value)
+{
+    set(key, plist_new_date(static_cast<int32_t>(firstDate().secsTo(value)), 0));
 }
 
 void PropertyList::setStringArray(const QString &key, const QStringList &value)

@@ -4,6 +4,7 @@
 #include "Values/Result.h"
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 
@@ -40,6 +41,8 @@ public:
     [[nodiscard]] std::optional<qint64> integer(const QString &key) const;
     [[nodiscard]] std::optional<double> real(const QString &key) const;
     [[nodiscard]] std::optional<QByteArray> data(const QString &key) const;
+    /// UTC; fractions of a second are not kept.
+    [[nodiscard]] std::optional<QDateTime> date(const QString &key) const;
     /// Nothing when any element is not a text.
     [[nodiscard]] std::optional<QStringList> stringArray(const QString &key) const;
 
@@ -48,6 +51,7 @@ public:
     void setInteger(const QString &key, qint64 value);
     void setReal(const QString &key, double value);
     void setData(const QString &key, const QByteArray &value);
+    void setDate(const QString &key, const QDateTime &value);
     void setStringArray(const QString &key, const QStringList &value);
     void remove(const QString &key);
 

@@ -114,4 +114,34 @@ StartupViewModel *ViewModelFactory::makeStartup(QObject *screen) const
     return new StartupViewModel(service, m_machine.workspace, screen);
 }
 
+SettingsViewModel *ViewModelFactory::makeSettings(QObject *screen) const
+{
+    return new SettingsViewModel(
+        {
+            m_machine.files,
+            m_machine.workspace,
+            m_services.power,
+            m_services.state,
+            DiskDriverHelper(m_machine.files, m_machine.places, m_machine.processes),
+            SelfRemoval(m_machine.files, m_machine.places, m_machine.bundles, m_machine.processes),
+            m_services.terminate,
+        },
+        screen);
+}
+
+WelcomeViewModel *ViewModelFactory::makeWelcome(QObject *wizard) const
+{
+    return new WelcomeViewModel(
+        {
+            m_machine.files,
+            m_machine.bundles,
+            m_machine.workspace,
+            m_services.receipt,
+            BundleInstaller({m_machine.files, m_machine.places, m_machine.bundles, m_machine.processes,
+                             m_machine.workspace, m_services.receipt, InstallerTerms(m_machine.files)}),
+            DiskDriverHelper(m_machine.files, m_machine.places, m_machine.processes),
+        },
+        wizard);
+}
+
 } // namespace Quillmere

@@ -9,9 +9,11 @@
 #include "ViewModels/ProfessionalCleanupViewModel.h"
 #include "ViewModels/ResourceMonitorViewModel.h"
 #include "ViewModels/SafeCleanupViewModel.h"
+#include "ViewModels/SettingsViewModel.h"
 #include "ViewModels/SidebarListModel.h"
 #include "ViewModels/StartupViewModel.h"
 #include "ViewModels/SystemDataViewModel.h"
+#include "ViewModels/WelcomeViewModel.h"
 
 namespace Quillmere {
 
@@ -30,6 +32,8 @@ public:
         TrafficControlService &trafficControl;
         PowerManagementService &power;
         AppState &state;
+        SetupReceipt receipt;
+        std::function<void()> terminate; ///< Ends the program, whatever it is doing.
     };
 
     ViewModelFactory(Machine machine, const Services &services, QObject *parent = nullptr);
@@ -48,6 +52,8 @@ public:
     Q_INVOKABLE [[nodiscard]] Quillmere::LargeFilesViewModel *makeLargeFiles(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::SidebarListModel *makeSidebar(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::StartupViewModel *makeStartup(QObject *screen) const;
+    Q_INVOKABLE [[nodiscard]] Quillmere::SettingsViewModel *makeSettings(QObject *screen) const;
+    Q_INVOKABLE [[nodiscard]] Quillmere::WelcomeViewModel *makeWelcome(QObject *wizard) const;
 
 private:
     [[nodiscard]] std::shared_ptr<ScannerService> makeScanner();

@@ -8,10 +8,12 @@ FocusScope {
 
     required property AppState appState
     required property ViewModelFactory viewModels
+    /// The setup wizard lies over everything. Only the wizard itself takes it away.
+    required property bool showingWelcome
 
     readonly property Destination current: screen.item as Destination
     /// Something lies over the screen that has to be answered first.
-    readonly property bool isModal: current !== null && current.isModal
+    readonly property bool isModal: showingWelcome || (current !== null && current.isModal)
 
     /// Has the screen look at the machine anew, where it can.
     function refresh() {
@@ -40,6 +42,8 @@ FocusScope {
             return "Applications/ApplicationsView.qml";
         case SidebarTab.History:
             return "History/HistoryView.qml";
+        case SidebarTab.Settings:
+            return "Settings/SettingsView.qml";
         default:
             return "UpcomingView.qml";
         }
@@ -92,5 +96,20 @@ FocusScope {
         anchors.right: parent.right
         anchors.rightMargin: 10
         y: 12
+    }
+
+    Loader {
+        id: welcome
+
+        sourceComponent: WelcomeView {
+            viewModels: root.viewModels
+            visible: root.showingWelcome
+
+            onFinished: root.showingWelcome = false
+            onClosed: welcome.active = false
+        }
+        active: false
+
+        Component.onCompleted: active = root.showingWelcome
     }
 }

@@ -9,6 +9,7 @@ Window {
 
     required property AppState appState
     required property ViewModelFactory viewModels
+    property bool showingWelcome: false
 
     signal settingsRequested
     signal quitRequested
@@ -27,6 +28,7 @@ Window {
         anchors.fill: parent
         appState: root.appState
         viewModels: root.viewModels
+        showingWelcome: root.showingWelcome
     }
 
     WindowFrame {

@@ -5,6 +5,9 @@ import Quillmere
 Window {
     id: root
 
+    required property AppState appState
+    required property ViewModelFactory viewModels
+
     signal quitRequested
 
     width: 720
@@ -15,26 +18,26 @@ Window {
     color: Theme.canvas
     flags: Qt.Window | Qt.FramelessWindowHint
 
+    // Made anew whenever the window is opened, and looks then at the machine anew.
+    onVisibleChanged: {
+        if (visible)
+            screen.setSource("Settings/SettingsView.qml", {
+                "appState": appState,
+                "viewModels": viewModels
+            });
+        else
+            screen.source = "";
+    }
+
     FocusScope {
         anchors.fill: parent
         focus: true
 
-        ScreenHeader {
-            width: parent.width
-            title: Texts.localized("nav.settings")
-        }
+        Loader {
+            id: screen
 
-        Panel {
-            x: Theme.screenMargin
-            y: Theme.firstCardY
-            width: parent.width - 2 * Theme.screenMargin
-            height: parent.height - y - Theme.screenMargin
-
-            EmptyState {
-                anchors.fill: parent
-                symbol: "gear"
-                sentence: Texts.localized("control.nothingHere")
-            }
+            anchors.fill: parent
+            focus: true
         }
 
         WindowButtons {

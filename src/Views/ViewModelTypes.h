@@ -9,18 +9,21 @@
 #include "ViewModels/CleanupReport.h"
 #include "ViewModels/CleanupViewModel.h"
 #include "ViewModels/DashboardViewModel.h"
+#include "ViewModels/DriversViewModel.h"
 #include "ViewModels/HistoryListModel.h"
 #include "ViewModels/HistoryViewModel.h"
 #include "ViewModels/LargeFilesViewModel.h"
 #include "ViewModels/ProfessionalCleanupViewModel.h"
 #include "ViewModels/ResourceMonitorViewModel.h"
 #include "ViewModels/SafeCleanupViewModel.h"
+#include "ViewModels/SettingsViewModel.h"
 #include "ViewModels/SidebarListModel.h"
 #include "ViewModels/StartupListModel.h"
 #include "ViewModels/StartupViewModel.h"
 #include "ViewModels/SystemCategoryListModel.h"
 #include "ViewModels/SystemDataViewModel.h"
 #include "ViewModels/ViewModelFactory.h"
+#include "ViewModels/WelcomeViewModel.h"
 
 #include <QtQml/qqml.h>
 
@@ -96,6 +99,14 @@ struct DashboardViewModelType
     QML_FOREIGN(Quillmere::DashboardViewModel)
     QML_NAMED_ELEMENT(DashboardViewModel)
     QML_UNCREATABLE("The factory makes it.")
+};
+
+struct DriversViewModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::DriversViewModel)
+    QML_NAMED_ELEMENT(DriversViewModel)
+    QML_UNCREATABLE("A view model makes it.")
 };
 
 namespace FilterModeType {
@@ -174,6 +185,14 @@ struct SafeCleanupViewModelType
     QML_UNCREATABLE("The factory makes it.")
 };
 
+struct SettingsViewModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::SettingsViewModel)
+    QML_NAMED_ELEMENT(SettingsViewModel)
+    QML_UNCREATABLE("The factory makes it.")
+};
+
 struct SidebarListModelType
 {
     Q_GADGET
@@ -232,6 +251,14 @@ struct ViewModelFactoryType
     QML_FOREIGN(Quillmere::ViewModelFactory)
     QML_NAMED_ELEMENT(ViewModelFactory)
     QML_UNCREATABLE("The application makes it.")
+};
+
+struct WelcomeViewModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::WelcomeViewModel)
+    QML_NAMED_ELEMENT(WelcomeViewModel)
+    QML_UNCREATABLE("The factory makes it.")
 };
 
 } // namespace Quillmere::QmlTypes

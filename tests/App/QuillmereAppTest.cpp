@@ -14,6 +14,8 @@ namespace {
 class QuillmereAppTest : public testing::Test
 {
 protected:
+    QuillmereAppTest() { machine.completeSetup(); }
+
     void choose(AppTheme theme)
     {
         AppSettings settings = app.appState().settings();

@@ -22,6 +22,7 @@ ScreensFixture::ScreensFixture()
     qInstallMessageHandler(collectWarnings);
     machine.appearance->set(ColorScheme::Light, true);
     machine.defaults->setString(Localizer::languageKey(), u"en"_qs);
+    machine.completeSetup();
     app = std::make_unique<QuillmereApp>(machine.machine());
 }
 

@@ -35,9 +35,8 @@ QList<FilePath> PretendDisks::mountPoints() const
 std::optional<PretendVolume> PretendDisks::mountedAt(const FilePath &mountPoint) const
 {
     const std::scoped_lock lock(m_mutex);
-    const auto found = std::ranges::find_if(m_volumes, [&](const PretendVolume &volume) {
-        return volume.isMounted && volume.mountPoint == mountPoint;
-    });
+    const auto found = std::ranges::find_if(
+        m_volumes, [&](const PretendVolume &volume) { return volume.isMounted && volume.mountPoint == mountPoint; });
     return found == m_volumes.end() ? std::nullopt : std::optional(*found);
 }
 

@@ -73,6 +73,14 @@ bool PretendFileManager::isExecutableFile(const FilePath &path) const
     return node && node->executable;
 }
 
+bool PretendFileManager::isReadableFile(const FilePath &path) const
+{
+    const std::scoped_lock lock(m_mutex);
+    const std::optional<FilePath> resolved = m_tree.resolve(path);
+    const PretendNode *node = resolved ? m_tree.find(*resolved) : nullptr;
+    return node && !node->locked;
+}
+
 bool PretendFileManager::isWritableFile(const FilePath &path) const
 {
     const std::scoped_lock lock(m_mutex);
@@ -154,6 +162,33 @@ Result<void> PretendFileManager::removeItem(const FilePath &path) const
         return found.failure();
     m_tree.detach(path);
     m_removed.append(path);
+    return {};
+}
+
+Result<void> PretendFileManager::copyItem(const FilePath &source, const FilePath &destination) const
+{
+    const std::scoped_lock guard(m_mutex);
+    const FilePath from = m_tree.placeOf(source);
+    const FilePath to = m_tree.placeOf(destination);
+    const PretendNode *folder = m_tree.find(to.deletingLastPathComponent());
+    if (!m_tree.find(from) || !folder)
+        return pretendedFailure(Failure::Kind::NotFound, m_tree.find(from) ? destination : source);
+    if (m_tree.find(to))
+        return pretendedFailure(Failure::Kind::AlreadyExists, destination);
+    if (to.isWithin(from))
+        return pretendedFailure(Failure::Kind::NotSupported, destination);
+    if (folder->refusal)
+        return pretendedFailure(*folder->refusal, destination);
+    const auto copied = m_tree.within(from);
+    for (const auto &[path, node] : copied) {
+        if (node.locked) {
+            m_tree.detach(to);
+            return pretendedFailure(Failure::Kind::NoPermission, path);
+        }
+        PretendNode copy = node;
+        copy.children.clear();
+        m_tree.insert(to.appending(path.bytes().sliced(from.bytes().size())), copy);
+    }
     return {};
 }
 

@@ -1,6 +1,7 @@
 #include "Fakes/PretendMachine.h"
 
 #include "Utilities/PropertyList.h"
+#include "Utilities/SetupReceipt.h"
 
 namespace Quillmere {
 
@@ -25,6 +26,11 @@ Machine PretendMachine::machine() const
     return {files,     places,    defaults,       clock,       appearance,   host,
             processes, workspace, applications,   assertions,  bundles,      extensions,
             filter,    statusBar, startupEntries, environment, returnMemory, isAdministrator};
+}
+
+void PretendMachine::completeSetup() const
+{
+    SetupReceipt(defaults, bundles, clock, InstallerTerms(files)).markCompleted();
 }
 
 void PretendMachine::installTrafficFilter()

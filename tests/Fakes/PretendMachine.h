@@ -87,6 +87,8 @@ struct PretendMachine
     bool isAdministrator = false;
 
     [[nodiscard]] Machine machine() const;
+    /// From now on the running version has been set up, so that the program starts without its wizard.
+    void completeSetup() const;
     /// Puts the sound extension of the traffic filter into the program's bundle.
     void installTrafficFilter();
     /// A bundle at @p path with one program of @p bytes, whose information names what is not empty.

@@ -42,6 +42,16 @@ void PretendTree::detach(const FilePath &path)
     std::erase_if(m_nodes, [&](const auto &entry) { return FilePath(entry.first).isWithin(place); });
 }
 
+std::vector<std::pair<FilePath, PretendNode>> PretendTree::within(const FilePath &path) const
+{
+    std::vector<std::pair<FilePath, PretendNode>> found;
+    for (const auto &[bytes, node] : m_nodes) {
+        if (const FilePath place(bytes); place.isWithin(path))
+            found.emplace_back(place, node);
+    }
+    return found;
+}
+
 std::optional<FilePath> PretendTree::resolve(const FilePath &path)
 {
     QList<QByteArray> waiting = path.standardized().bytes().split('/');

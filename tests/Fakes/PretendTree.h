@@ -5,6 +5,8 @@
 #include <QSet>
 
 #include <map>
+#include <utility>
+#include <vector>
 
 namespace Quillmere {
 
@@ -35,6 +37,8 @@ public:
     /// Missing parents are made.
     PretendNode &insert(const FilePath &path, PretendNode node);
     void detach(const FilePath &path);
+    /// @p path and all below it, each folder ahead of what it holds.
+    [[nodiscard]] std::vector<std::pair<FilePath, PretendNode>> within(const FilePath &path) const;
     /// Every link followed; nothing when a component is missing or the links go round.
     [[nodiscard]] std::optional<FilePath> resolve(const FilePath &path);
     /// Where @p path leads: links above it followed, as far as there is anything.

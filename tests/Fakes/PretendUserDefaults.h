@@ -18,10 +18,12 @@ public:
     {
         return typed<QStringList>(key);
     }
+    [[nodiscard]] std::optional<QDateTime> date(const QString &key) const override { return typed<QDateTime>(key); }
     void setData(const QString &key, const QByteArray &value) override { store(key, value); }
     void setString(const QString &key, const QString &value) override { store(key, value); }
     void setBoolean(const QString &key, bool value) override { store(key, value); }
     void setStringArray(const QString &key, const QStringList &value) override { store(key, value); }
+    void setDate(const QString &key, const QDateTime &value) override { store(key, value); }
     void remove(const QString &key) override
     {
         m_values.remove(key);

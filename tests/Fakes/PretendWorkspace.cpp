@@ -56,6 +56,18 @@ QList<FilePath> PretendWorkspace::revealed() const
     return m_revealed;
 }
 
+QList<QUrl> PretendWorkspace::opened() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_opened;
+}
+
+QList<FilePath> PretendWorkspace::registered() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_registered;
+}
+
 int PretendWorkspace::listings() const
 {
     const std::scoped_lock lock(m_mutex);
@@ -100,6 +112,19 @@ void PretendWorkspace::revealInFileViewer(const QList<FilePath> &files) const
 {
     const std::scoped_lock lock(m_mutex);
     m_revealed += files;
+}
+
+void PretendWorkspace::openURL(const QUrl &url) const
+{
+    const std::scoped_lock lock(m_mutex);
+    m_opened.append(url);
+}
+
+Result<void> PretendWorkspace::registerApplication(const FilePath &location) const
+{
+    const std::scoped_lock lock(m_mutex);
+    m_registered.append(location);
+    return {};
 }
 
 void PretendWorkspace::observeMounts(std::function<void(const MountNotification &)> mounted)

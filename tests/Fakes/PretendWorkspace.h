@@ -29,6 +29,8 @@ public:
     [[nodiscard]] QList<qint32> askedToQuit() const; ///< In their order, also those that stayed.
     [[nodiscard]] QList<qint32> terminated() const; ///< Which were ended by force, in their order.
     [[nodiscard]] QList<FilePath> revealed() const; ///< What was shown in the file manager, in its order.
+    [[nodiscard]] QList<QUrl> opened() const; ///< What was handed to other programs, in its order.
+    [[nodiscard]] QList<FilePath> registered() const; ///< Which applications the desktop was told of, in its order.
     [[nodiscard]] int listings() const; ///< How often the applications were asked for.
 
     [[nodiscard]] QList<RunningApplication> runningApplications() const override;
@@ -37,6 +39,8 @@ public:
     [[nodiscard]] bool terminate(const RunningApplication &application) const override;
     [[nodiscard]] bool forceTerminate(const RunningApplication &application) const override;
     void revealInFileViewer(const QList<FilePath> &files) const override;
+    void openURL(const QUrl &url) const override;
+    [[nodiscard]] Result<void> registerApplication(const FilePath &location) const override;
     void observeMounts(std::function<void(const MountNotification &)> mounted) override;
 
 private:
@@ -49,6 +53,8 @@ private:
     mutable QList<qint32> m_terminated;
     mutable int m_listings = 0;
     mutable QList<FilePath> m_revealed;
+    mutable QList<QUrl> m_opened;
+    mutable QList<FilePath> m_registered;
     std::function<void(const MountNotification &)> m_mounted;
 };
 

@@ -17,6 +17,9 @@ using namespace Quillmere;
 
 namespace {
 
+constexpr std::chrono::milliseconds untilFiguresStand{6500};
+constexpr std::chrono::milliseconds untilScreenStands{2500};
+
 /// What the program was told on its command line.
 class Wishes
 {
@@ -26,12 +29,22 @@ public:
         m_parser.setApplicationDescription(u"Quillmere on a machine that exists only in memory."_qs);
         m_parser.addHelpOption();
         m_parser.addOptions({m_empty, m_dark, m_language, m_processors, m_memory, m_disk, m_noFilter, m_tab, m_size,
-                             m_hold, m_press, m_picture});
+                             m_hold, m_press, m_picture, m_wizard, m_drivers, m_refused, m_after});
         m_parser.process(*QCoreApplication::instance());
     }
 
     [[nodiscard]] bool hasEmptyHome() const { return m_parser.isSet(m_empty); }
     [[nodiscard]] bool isDark() const { return m_parser.isSet(m_dark); }
+    [[nodiscard]] bool hasWizard() const { return m_parser.isSet(m_wizard); }
+    [[nodiscard]] bool hasDrivers() const { return m_parser.isSet(m_drivers); }
+    [[nodiscard]] bool isRefused() const { return m_parser.isSet(m_refused); }
+    /// How long the program is left alone before it is used: until the screen stands, unless that was told.
+    [[nodiscard]] std::chrono::milliseconds untilUsed() const
+    {
+        if (m_parser.isSet(m_after))
+            return std::chrono::milliseconds(m_parser.value(m_after).toInt());
+        return tab().value_or(SidebarTab::Dashboard) == SidebarTab::Dashboard ? untilFiguresStand : untilScreenStands;
+    }
     [[nodiscard]] bool hasFilter() const { return !m_parser.isSet(m_noFilter); }
     [[nodiscard]] QString language() const { return m_parser.value(m_language); }
     [[nodiscard]] QStringList presses() const { return m_parser.values(m_press); }
@@ -65,12 +78,15 @@ private:
     QCommandLineOption m_size{u"size"_qs, u"Size of the window."_qs, u"WIDTHxHEIGHT"_qs, u"1100x700"_qs};
     QCommandLineOption m_hold{u"hold"_qs, u"Work that comes to that item stands still there."_qs, u"location"_qs};
     QCommandLineOption m_press{u"press"_qs, u"Presses that button or row as soon as the screen stands."_qs, u"name"_qs};
+    QCommandLineOption m_wizard{u"wizard"_qs, u"Starts for the first time."_qs};
+    QCommandLineOption m_drivers{u"drivers"_qs, u"Starts with the drivers for disks."_qs};
+    QCommandLineOption m_refused{u"refused"_qs, u"Every question for the password is dismissed."_qs};
+    QCommandLineOption m_after{u"after"_qs, u"How long the program is left alone before it is used."_qs,
+                               u"milliseconds"_qs};
     QCommandLineOption m_picture{u"picture"_qs, u"Saves a picture of the window after a while, and ends."_qs,
                                  u"file"_qs};
 };
 
-constexpr std::chrono::milliseconds untilFiguresStand{6500};
-constexpr std::chrono::milliseconds untilScreenStands{2500};
 constexpr std::chrono::milliseconds betweenPresses{700};
 
 /// Presses the first visible button of that name in @p item, or row whose spoken text begins with it. False when there
@@ -120,6 +136,12 @@ int main(int argc, char *argv[])
         machine.appearance->set(ColorScheme::Dark, false);
     if (!wishes.language().isEmpty())
         machine.defaults->setString(Localizer::languageKey(), wishes.language());
+    if (!wishes.hasWizard())
+        machine.completeSetup();
+    if (wishes.hasDrivers())
+        machine.files->addFile(FilePath("/usr/local/bin/ntfs-3g"), 150'000);
+    if (wishes.isRefused())
+        machine.processes->answer(u"/usr/bin/osascript"_qs, [](const Command &) { return ProcessOutcome{1, {}}; });
     const PretendLife life(machine, wishes.load());
     const Gate gate;
     const auto hold = [gate, held = wishes.held()](const FilePath &path) {
@@ -128,15 +150,15 @@ int main(int argc, char *argv[])
     };
     machine.files->onMeasure(hold);
     machine.files->onRemoval(hold);
+    machine.processes->onEnd([hold] { hold(FilePath("/usr/bin/osascript")); });
     machine.startupEntries->onListing([hold] { hold(FilePath("/etc/xdg/autostart")); });
 
     QuillmereApp quillmere(machine.machine());
     if (!quillmere.start())
         return 1;
     quillmere.mainWindow()->resize(wishes.size());
-    const SidebarTab tab = wishes.tab().value_or(SidebarTab::Dashboard);
-    quillmere.appState().setSelectedTab(tab);
-    QTimer::singleShot(tab == SidebarTab::Dashboard ? untilFiguresStand : untilScreenStands, &quillmere,
+    quillmere.appState().setSelectedTab(wishes.tab().value_or(SidebarTab::Dashboard));
+    QTimer::singleShot(wishes.untilUsed(), &quillmere,
                        [&] { useAndTakePicture(quillmere, wishes.presses(), wishes.picture()); });
     const int status = QGuiApplication::exec();
     gate.open();

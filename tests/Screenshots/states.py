@@ -1,14 +1,37 @@
 """The states of the screens that can be reached on a machine that exists only in memory.
 
 For each destination and each name of a state: what the program is told of its machine, and what is pressed then, by the
-keys of texts, or by the names of rows where there is no such key.
+keys of texts, or by the names of rows where there is no such key. Keys of the setup's texts begin with "setup:". What no
+screen has, such as WAIT, is not found, and lets the time of a press go by.
 """
 
 SCAN = "cleanup.startScan"
 UNINSTALL = "applications.uninstall"
 CLEAR = "applications.clearData"
 
+WAIT = "nothing"
+TO_COPYING = ["setup:next", "setup:next", "setup:install"]
+
 STATES = {
+    "wizard": {
+        "1-start": (["--wizard"], []),
+        "1-drivers": (["--wizard", "--drivers"], []),
+        "1-installing": (["--wizard", "--hold", "/usr/bin/osascript"], ["setup:drivers.install"]),
+        "1-failed": (["--wizard", "--refused"], ["setup:drivers.install"]),
+        "2-privacy": (["--wizard"], ["setup:next"]),
+        "3-terms": (["--wizard"], ["setup:next", "setup:next"]),
+        "4-copying": (["--wizard"], TO_COPYING),
+        "4-portable": (["--wizard", "--no-filter", "--refused"], [*TO_COPYING, *6 * [WAIT]]),
+        "5-completed": (["--wizard"], [*TO_COPYING, *8 * [WAIT]]),
+    },
+    "settings": {
+        "list": ([], []),
+        "drivers": (["--drivers"], []),
+        "installing": (["--hold", "/usr/bin/osascript"], ["drivers.install"]),
+        "failed": (["--refused"], ["drivers.install"]),
+        "removal": ([], ["settings.uninstall.title"]),
+        "whole": (["--size", "900x1600"], []),
+    },
     "dashboard": {
         "good": ([], []),
         "needs-attention": (["--memory", "84"], []),

@@ -17,6 +17,7 @@ from states import STATES
 ROOT = Path(__file__).resolve().parents[2]
 PROGRAM = ROOT / "build/debug/tests/PretendProgram/quillmere-pretend"
 TEXTS = json.loads((ROOT / "assets/texts/strings.json").read_text())
+TEXTS |= {f"setup:{key}": wording for key, wording in json.loads((ROOT / "assets/texts/setup.json").read_text()).items()}
 LOOKS = list(itertools.product(("light", "dark"), ("en", "es", "ru"), ("1100x700", "900x600")))
 
 
@@ -45,7 +46,8 @@ def take(options, tab: str, state: str, look: tuple[str, str, str]) -> str | Non
     theme, language, size = look
     machine, presses = STATES[tab][state]
     file = options.folder / f"{name_of(tab, state, look)}.png"
-    command = [options.program, "--tab", tab, "--size", size, "--language", language, "--picture", file, *machine]
+    opening = [] if tab == "wizard" else ["--tab", tab]
+    command = [options.program, *opening, "--size", size, "--language", language, "--picture", file, *machine]
     command += ["--dark"] if theme == "dark" else []
     for press in presses:
         wording = TEXTS.get(press)

@@ -65,6 +65,8 @@ std::optional<Bundle> LinuxBundles::open(const FilePath &location) const
     const std::optional<QString> executable = information.value().string(u"CFBundleExecutable"_qs);
     if (executable && isPlainName(*executable))
         bundle.executable = location.appending("Contents/MacOS").appending(executable->toUtf8());
+    bundle.shortVersion = information.value().string(u"CFBundleShortVersionString"_qs);
+    bundle.build = information.value().string(u"CFBundleVersion"_qs);
     return bundle;
 }
 

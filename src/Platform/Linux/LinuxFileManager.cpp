@@ -4,6 +4,7 @@
 #include "Platform/Linux/ErrnoFailure.h"
 #include "Platform/Linux/FileWriting.h"
 #include "Platform/Linux/FolderListing.h"
+#include "Platform/Linux/ItemCopy.h"
 #include "Platform/Linux/ItemPlace.h"
 #include "Platform/Linux/LinkResolution.h"
 #include "Platform/Linux/Mount.h"
@@ -127,6 +128,11 @@ bool LinuxFileManager::isExecutableFile(const FilePath &path) const
         && ::faccessat(AT_FDCWD, path.bytes().constData(), X_OK, AT_EACCESS) == 0;
 }
 
+bool LinuxFileManager::isReadableFile(const FilePath &path) const
+{
+    return ::faccessat(AT_FDCWD, path.bytes().constData(), R_OK, AT_EACCESS) == 0;
+}
+
 bool LinuxFileManager::isWritableFile(const FilePath &path) const
 {
     return ::faccessat(AT_FDCWD, path.bytes().constData(), W_OK, AT_EACCESS) == 0;
@@ -184,6 +190,11 @@ Result<void> LinuxFileManager::removeItem(const FilePath &path) const
     if (const std::optional<Failure> failure = record.failure())
         return *failure;
     return {};
+}
+
+Result<void> LinuxFileManager::copyItem(const FilePath &source, const FilePath &destination) const
+{
+    return Quillmere::copyItem(source, destination);
 }
 
 void LinuxFileManager::synchronizeVolumes(const QList<FilePath> &paths) const

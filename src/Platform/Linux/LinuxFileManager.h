@@ -25,6 +25,7 @@ public:
     [[nodiscard]] bool fileExists(const FilePath &path) const override;
     [[nodiscard]] Result<FileAttributes> attributesOfItem(const FilePath &path) const override;
     [[nodiscard]] bool isExecutableFile(const FilePath &path) const override;
+    [[nodiscard]] bool isReadableFile(const FilePath &path) const override;
     [[nodiscard]] bool isWritableFile(const FilePath &path) const override;
     [[nodiscard]] Result<VolumeCapacity> capacityOfVolume(const FilePath &path, CapacityKeys keys) const override;
     [[nodiscard]] QList<FilePath> mountedVolumes() const override;
@@ -33,6 +34,7 @@ public:
     [[nodiscard]] FilePath resolvingSymlinks(const FilePath &path) const override;
     [[nodiscard]] Result<FilePath> trashItem(const FilePath &path) const override;
     [[nodiscard]] Result<void> removeItem(const FilePath &path) const override;
+    [[nodiscard]] Result<void> copyItem(const FilePath &source, const FilePath &destination) const override;
     void synchronizeVolumes(const QList<FilePath> &paths) const override;
     [[nodiscard]] Result<void> createDirectory(const FilePath &folder, Intermediates intermediates) const override;
     [[nodiscard]] Result<QByteArray> contentsOfFile(const FilePath &path) const override;

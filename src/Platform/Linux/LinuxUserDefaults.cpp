@@ -86,6 +86,11 @@ std::optional<QStringList> LinuxUserDefaults::stringArray(const QString &key) co
     return m_values.stringArray(key);
 }
 
+std::optional<QDateTime> LinuxUserDefaults::date(const QString &key) const
+{
+    return m_values.date(key);
+}
+
 void LinuxUserDefaults::setData(const QString &key, const QByteArray &value)
 {
     m_values.setData(key, value);
@@ -107,6 +112,12 @@ void LinuxUserDefaults::setBoolean(const QString &key, bool value)
 void LinuxUserDefaults::setStringArray(const QString &key, const QStringList &value)
 {
     m_values.setStringArray(key, value);
+    store();
+}
+
+void LinuxUserDefaults::setDate(const QString &key, const QDateTime &value)
+{
+    m_values.setDate(key, value);
     store();
 }
 

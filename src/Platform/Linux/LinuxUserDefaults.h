@@ -21,11 +21,13 @@ public:
     [[nodiscard]] std::optional<QString> string(const QString &key) const override;
     [[nodiscard]] bool boolean(const QString &key) const override;
     [[nodiscard]] std::optional<QStringList> stringArray(const QString &key) const override;
+    [[nodiscard]] std::optional<QDateTime> date(const QString &key) const override;
 
     void setData(const QString &key, const QByteArray &value) override;
     void setString(const QString &key, const QString &value) override;
     void setBoolean(const QString &key, bool value) override;
     void setStringArray(const QString &key, const QStringList &value) override;
+    void setDate(const QString &key, const QDateTime &value) override;
     void remove(const QString &key) override;
 
 private:

@@ -2,7 +2,9 @@
 
 #include "Platform/Linux/ApplicationData.h"
 #include "Platform/Linux/ApplicationInstances.h"
+#include "Platform/Linux/ApplicationRegistration.h"
 #include "Platform/Linux/FileViewer.h"
+#include "Platform/Linux/UrlOpening.h"
 
 #include <algorithm>
 #include <csignal>
@@ -126,6 +128,17 @@ bool LinuxWorkspace::send(int signal, pid_t pid, quint64 startTime) const
 void LinuxWorkspace::revealInFileViewer(const QList<FilePath> &files) const
 {
     Quillmere::revealInFileViewer(files, m_sessionBus);
+}
+
+void LinuxWorkspace::openURL(const QUrl &url) const
+{
+    Quillmere::openURL(url);
+}
+
+Result<void> LinuxWorkspace::registerApplication(const FilePath &location) const
+{
+    // The first folder is the user's own.
+    return Quillmere::registerApplication(location, m_folders.value(0));
 }
 
 void LinuxWorkspace::observeMounts(std::function<void(const MountNotification &)> mounted)

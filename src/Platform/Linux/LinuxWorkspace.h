@@ -29,6 +29,8 @@ public:
     [[nodiscard]] bool terminate(const RunningApplication &application) const override;
     [[nodiscard]] bool forceTerminate(const RunningApplication &application) const override;
     void revealInFileViewer(const QList<FilePath> &files) const override;
+    void openURL(const QUrl &url) const override;
+    [[nodiscard]] Result<void> registerApplication(const FilePath &location) const override;
     void observeMounts(std::function<void(const MountNotification &)> mounted) override;
 
 private:

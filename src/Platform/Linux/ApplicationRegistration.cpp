@@ -1,0 +1,98 @@
+#include "Platform/Linux/ApplicationRegistration.h"
+
+#include "Platform/Linux/BoundedReading.h"
+#include "Platform/Linux/FileReplacement.h"
+#include "Platform/Linux/LinuxBundles.h"
+
+#include <cerrno>
+
+#include <sys/stat.h>
+
+namespace Quillmere {
+
+namespace {
+
+constexpr qsizetype mostBytesOfPicture = 4 * 1024 * 1024;
+constexpr mode_t modeOfFiles = 0644;
+
+void createFolders(const FilePath &folder)
+{
+    if (::mkdir(folder.bytes().constData(), 0755) == 0 || errno != ENOENT
+        || folder.deletingLastPathComponent() == folder)
+        return;
+    createFolders(folder.deletingLastPathComponent());
+    ::mkdir(folder.bytes().constData(), 0755);
+}
+
+/// Shows when the file is written if the folder cannot be made.
+Result<void> write(const FilePath &file, const QByteArray &contents)
+{
+    createFolders(file.deletingLastPathComponent());
+    return replaceFile(file, contents, modeOfFiles);
+}
+
+bool isPlainIdentifier(const QByteArray &identifier)
+{
+    return !identifier.isEmpty() && !identifier.startsWith('.') && !identifier.contains('/')
+        && !identifier.contains('\n');
+}
+
+/// A program as the value of Exec: quoted as an argument, with no field code in it, and then escaped as a value.
+QByteArray quoted(const QByteArray &program)
+{
+    QByteArray argument;
+    for (const char character : program) {
+        if (character == '"' || character == '`' || character == '$' || character == '\\')
+            argument += '\\';
+        argument += character;
+        if (character == '%')
+            argument += '%';
+    }
+    argument.replace('\\', "\\\\").replace('\n', "\\n").replace('\r', "\\r").replace('\t', "\\t");
+    return '"' + argument + '"';
+}
+
+QByteArray entryOf(const QByteArray &identifier, const FilePath &program)
+{
+    return "[Desktop Entry]\n"
+           "Type=Application\n"
+           "Name=Quillmere\n"
+           "GenericName=System Maintenance\n"
+           "GenericName[es]=Mantenimiento del sistema\n"
+           "GenericName[ru]=Обслуживание системы\n"
+           "Comment=Clean up, watch and maintain this computer\n"
+           "Comment[es]=Limpie, vigile y mantenga este equipo\n"
+           "Comment[ru]=Очистка, наблюдение и обслуживание этого компьютера\n"
+           "Exec="
+        + quoted(program.bytes())
+        + "\n"
+          "Icon="
+        + identifier
+        + "\n"
+          "Terminal=false\n"
+          "Categories=System;Utility;\n"
+          "StartupNotify=true\n"
+          "StartupWMClass=quillmere\n";
+}
+
+} // namespace
+
+Result<void> registerApplication(const FilePath &location, const FilePath &entries)
+{
+    const std::optional<Bundle> bundle = LinuxBundles().open(location);
+    const QByteArray identifier = bundle ? bundle->identifier.value_or(QString()).toUtf8() : QByteArray();
+    if (!isPlainIdentifier(identifier) || !bundle->executable || entries.isEmpty())
+        return Failure{Failure::Kind::Malformed, location, u"Not the bundle of an application"_qs};
+
+    const FilePath data = entries.deletingLastPathComponent();
+    const Result<QByteArray> picture
+        = readBounded(location.appending("Contents/Resources/app_logo.png"), mostBytesOfPicture);
+    if (picture) {
+        const FilePath icon = data.appending("icons/hicolor/512x512/apps").appending(identifier + ".png");
+        if (const Result<void> written = write(icon, picture.value()); !written)
+            return written;
+    }
+    return write(entries.appending(identifier + ".desktop"), entryOf(identifier, *bundle->executable));
+}
+
+} // namespace Quillmere

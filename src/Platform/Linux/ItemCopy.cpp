@@ -1,0 +1,117 @@
+#include "Platform/Linux/ItemCopy.h"
+
+#include "Platform/Linux/ErrnoFailure.h"
+#include "Platform/Linux/FileIdentity.h"
+#include "Platform/Linux/ItemPlace.h"
+#include "Platform/Linux/OpenAt.h"
+#include "Platform/Linux/TreeCopy.h"
+#include "Platform/Linux/TreeRemoval.h"
+
+#include <cerrno>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Quillmere {
+
+namespace {
+
+bool isThere(const ItemPlace &place)
+{
+    struct stat status = {};
+    return ::fstatat(place.folder.number(), place.name.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+FileIdentity identityOf(const FileDescriptor &folder)
+{
+    struct stat status = {};
+    return ::fstat(folder.number(), &status) == 0 ? FileIdentity::of(status) : FileIdentity();
+}
+
+/// A copy of @p item into one of its own folders would never come to an end.
+bool liesIn(const FileDescriptor &folder, const FileDescriptor &item)
+{
+    FileDescriptor above = openAt(folder.number(), ".", O_PATH | O_DIRECTORY);
+    FileIdentity below;
+    // The root is its own parent.
+    while (above.isOpen() && identityOf(above) != below) {
+        below = identityOf(above);
+        if (below == identityOf(item))
+            return true;
+        above = openAt(above.number(), "..", O_PATH | O_DIRECTORY);
+    }
+    return false;
+}
+
+/// Where a copy grows. Unless it is moved away, it goes with this.
+class Growing
+{
+public:
+    explicit Growing(const ItemPlace &destination)
+        : m_place{openAt(destination.folder.number(), ".", O_PATH | O_DIRECTORY),
+                  ".quillmere-copy-of-" + destination.name, destination.path}
+    {
+        remove();
+    }
+    ~Growing() { remove(); }
+    Q_DISABLE_COPY_MOVE(Growing)
+
+    [[nodiscard]] const ItemPlace &place() const { return m_place; }
+
+private:
+    void remove() const
+    {
+        const FileDescriptor item = openAt(m_place.folder.number(), m_place.name, O_PATH | O_NOFOLLOW);
+        RemovalRecord record;
+        if (item.isOpen())
+            TreeRemoval().remove(m_place, item, record);
+    }
+
+    ItemPlace m_place;
+};
+
+/// 0, or an error number.
+int moveTo(const ItemPlace &destination, const ItemPlace &from)
+{
+    const int folder = destination.folder.number();
+    if (::renameat2(folder, from.name.constData(), folder, destination.name.constData(), RENAME_NOREPLACE) == 0)
+        return 0;
+    if (errno != EINVAL)
+        return errno;
+    // Not every file system knows how not to replace.
+    if (isThere(destination))
+        return EEXIST;
+    return ::renameat(folder, from.name.constData(), folder, destination.name.constData()) == 0 ? 0 : errno;
+}
+
+} // namespace
+
+Result<void> copyItem(const FilePath &source, const FilePath &destination)
+{
+    const Result<ItemPlace> from = ItemPlace::open(source, LinksAbove::Follow);
+    const Result<ItemPlace> to = ItemPlace::open(destination, LinksAbove::Follow);
+    if (!from || !to)
+        return from ? to.failure() : from.failure();
+    const FileDescriptor item = openAt(from.value().folder.number(), from.value().name, O_PATH | O_NOFOLLOW);
+    if (!item.isOpen())
+        return failureFromErrno(errno, source);
+    if (isThere(to.value()))
+        return failureFromErrno(EEXIST, destination);
+    if (liesIn(to.value().folder, item))
+        return Failure{Failure::Kind::NotSupported, destination, u"The copy would lie in what is copied"_qs};
+
+    const Growing growing(to.value());
+    const Result<CopiedEntries> copied = copyTree(from.value(), to.value().folder.number(), growing.place().name);
+    if (!copied)
+        return copied.failure();
+    const FileDescriptor folder = openAt(to.value().folder.number(), ".", O_RDONLY | O_DIRECTORY);
+    if (folder.isOpen() && ::syncfs(folder.number()) != 0)
+        return failureFromErrno(errno, destination);
+    if (const int error = moveTo(to.value(), growing.place()))
+        return failureFromErrno(error, destination);
+    return {};
+}
+
+} // namespace Quillmere

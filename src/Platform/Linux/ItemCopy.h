@@ -1,0 +1,13 @@
+#pragma once
+
+#include "Values/FilePath.h"
+#include "Values/Result.h"
+
+namespace Quillmere {
+
+/// FileManager::copyItem() on this system: the copy grows under a name of its own beside @p destination and is moved
+/// there once it is whole and on disk. What a copy that was killed has left behind goes with the next one to the same
+/// place.
+[[nodiscard]] Result<void> copyItem(const FilePath &source, const FilePath &destination);
+
+} // namespace Quillmere

@@ -1,0 +1,67 @@
+#include "Services/SelfRemoval.h"
+
+#include "Utilities/Diagnostics.h"
+
+#include <array>
+
+namespace Quillmere {
+
+namespace {
+
+// Below the user's home, in the order in which they go.
+constexpr std::array data = {
+    "Library/Application Support/Quillmere",
+    "Library/Caches/com.veltrane.quillmere",
+    "Library/Caches/Quillmere",
+    "Library/Preferences/com.veltrane.quillmere.plist",
+};
+
+} // namespace
+
+SelfRemoval::SelfRemoval(std::shared_ptr<const FileManager> files, std::shared_ptr<const Places> places,
+                         std::shared_ptr<const Bundles> bundles, std::shared_ptr<const ProcessRunner> processes)
+    : m_files(std::move(files))
+    , m_places(std::move(places))
+    , m_bundles(std::move(bundles))
+    , m_processes(std::move(processes))
+{
+}
+
+void SelfRemoval::run() const
+{
+    const FilePath bundle = m_bundles->mainLocation();
+    removeData();
+    // Outside a bundle the program lies among others in a folder that is not its own.
+    if (bundle.pathExtension() == "app")
+        leaveBundleToScript(bundle);
+}
+
+void SelfRemoval::removeData() const
+{
+    for (const char *item : data)
+        removeItem(m_files->homeDirectory().appending(item));
+    for (const PlaceEntry &entry : m_places->entriesBehind(u"Self Removal"_qs))
+        removeItem(entry.path);
+}
+
+void SelfRemoval::removeItem(const FilePath &item) const
+{
+    // Removal refuses a location below a link, and the home may be one.
+    const FilePath folder = m_files->resolvingSymlinks(item.deletingLastPathComponent());
+    std::ignore = m_files->removeItem(folder.appending(item.lastPathComponent()));
+}
+
+void SelfRemoval::leaveBundleToScript(const FilePath &bundle) const
+{
+    const FilePath script = m_files->temporaryDirectory().appending("uninstall.sh");
+    std::ignore = m_files->writeFile(script, "sleep 1\nrm -rf \"" + bundle.bytes() + "\"", WriteMode::Atomic);
+    // Where several users share the folder, another's file may stand there and have kept ours out.
+    const Result<FileAttributes> written = m_files->attributesOfItem(script);
+    if (written && !written.value().isOwnedByUser)
+        return;
+    const Result<void> launched = m_processes->launch({u"/bin/bash"_qs, {QString::fromUtf8(script.bytes())}});
+    if (!launched)
+        printDiagnostic(u"Failed to run self-uninstall background process: "_qs, launched.failure());
+}
+
+} // namespace Quillmere

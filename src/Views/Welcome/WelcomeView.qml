@@ -1,0 +1,75 @@
+import QtQuick
+import Quillmere
+
+/// The setup wizard over the whole window. Nothing but its own buttons ends it; the window itself can still be moved,
+/// hidden and resized.
+ModalPopup {
+    id: root
+
+    required property ViewModelFactory viewModels
+
+    readonly property WelcomeViewModel viewModel: viewModels.makeWelcome(root)
+
+    signal finished
+
+    width: parent ? parent.width : 0
+    height: parent ? parent.height : 0
+    dim: false
+    accessibleName: viewModel.text("welcome.title")
+    initialFocus: card.defaultButton
+
+    Component.onCompleted: viewModel.appear()
+
+    enter: Transition {
+        NumberAnimation {
+            property: "opacity"
+            from: 0
+            to: 1
+            duration: Theme.wizardDuration
+            easing.type: Easing.OutCubic
+        }
+    }
+
+    exit: Transition {
+        NumberAnimation {
+            property: "opacity"
+            from: 1
+            to: 0
+            duration: Theme.wizardDuration
+            easing.type: Easing.InCubic
+        }
+    }
+
+    background: Rectangle {
+        color: Theme.wizardDim
+
+        Accessible.role: Accessible.Dialog
+        Accessible.name: root.accessibleName
+    }
+
+    Connections {
+        function onFinished() {
+            root.finished();
+        }
+
+        target: root.viewModel
+    }
+
+    WindowDragArea {
+        width: parent.width
+        height: Theme.windowBarHeight
+    }
+
+    WelcomeCard {
+        id: card
+
+        anchors.centerIn: parent
+        viewModel: root.viewModel
+    }
+
+    WindowButtons {
+        anchors.right: parent.right
+        anchors.rightMargin: 10
+        y: 12
+    }
+}

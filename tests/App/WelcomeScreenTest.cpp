@@ -1,0 +1,210 @@
+#include "App/ScreensFixture.h"
+#include "Fakes/Gate.h"
+#include "Utilities/BackgroundWork.h"
+#include "ViewModels/WelcomeViewModel.h"
+
+#include <QTest>
+
+using namespace Quillmere;
+using enum QAccessible::Role;
+
+namespace {
+
+class WelcomeScreenTest : public ScreensFixture
+{
+protected:
+    WelcomeScreenTest() { machine.defaults->setBoolean(u"hasSeenWelcome"_qs, false); }
+    ~WelcomeScreenTest() override { childProcessPool().waitForDone(); }
+
+    /// Lets the clock of the installation run out at once.
+    void finishInstallation() const
+    {
+        auto *wizard = app->mainWindow()->findChild<WelcomeViewModel *>();
+        ASSERT_NE(wizard, nullptr);
+        while (wizard->progressTimer().isActive())
+            wizard->advance();
+    }
+    static void goToInstallation(const Person &person)
+    {
+        ASSERT_TRUE(person.click(Button, u"Next"_qs));
+        ASSERT_TRUE(person.sees(Heading, u"Privacy Policy"_qs));
+        ASSERT_TRUE(person.click(Button, u"Next"_qs));
+        ASSERT_TRUE(person.sees(Heading, u"Conditions, Rules, and Disclaimers"_qs));
+        ASSERT_TRUE(person.click(Button, u"Install"_qs));
+        ASSERT_TRUE(person.sees(Heading, u"Installing Application..."_qs));
+    }
+    [[nodiscard]] bool isCompleted() const { return machine.defaults->boolean(u"hasSeenWelcome"_qs); }
+
+    const QString title = u"Quillmere Setup Wizard"_qs;
+};
+
+} // namespace
+
+TEST_F(WelcomeScreenTest, LiesOverEverythingOnAFirstStart)
+{
+    const Person person = open();
+
+    EXPECT_TRUE(person.sees(Dialog, title));
+    EXPECT_TRUE(person.sees(Heading, title));
+    EXPECT_TRUE(person.reads(u"This wizard will install the application on your computer."_qs));
+    EXPECT_TRUE(person.reads(u"Select language and settings"_qs));
+    EXPECT_TRUE(person.reads(u"Step 1 / 5"_qs));
+    EXPECT_TRUE(person.sees(RadioButton, u"English"_qs));
+    EXPECT_TRUE(person.seesNo(RadioButton, u"System"_qs));
+    EXPECT_TRUE(person.seesNo(Button, u"Back"_qs));
+}
+
+TEST_F(WelcomeScreenTest, DoesNotComeWhereThisVersionIsSetUp)
+{
+    machine.completeSetup();
+    const Person person = open();
+
+    EXPECT_TRUE(person.seesNo(Dialog, title));
+}
+
+TEST_F(WelcomeScreenTest, WalksThroughItsStepsByThePointer)
+{
+    const Person person = open();
+    ASSERT_NO_FATAL_FAILURE(goToInstallation(person));
+    EXPECT_TRUE(person.seesNo(Button, u"Install"_qs));
+    EXPECT_TRUE(person.seesNo(Button, u"Back"_qs));
+    EXPECT_TRUE(person.reads(u"Copying bundle..."_qs));
+    EXPECT_TRUE(person.sees(ProgressBar, u"0%"_qs));
+
+    finishInstallation();
+
+    EXPECT_TRUE(person.sees(Heading, u"Installation Completed!"_qs));
+    EXPECT_TRUE(person.reads(u"Quillmere was installed to: /Applications/Quillmere.app. The conditions, rules, and "
+                             u"disclaimers file was saved in Application Support."_qs));
+    ASSERT_TRUE(person.click(Button, u"Launch"_qs));
+    EXPECT_TRUE(person.seesNo(Dialog, title));
+    EXPECT_TRUE(isCompleted());
+    EXPECT_TRUE(person.click(ListItem, u"History"_qs));
+    EXPECT_EQ(app->appState().selectedTab(), SidebarTab::History);
+}
+
+TEST_F(WelcomeScreenTest, WalksThroughItsStepsByTheKeyboardAlone)
+{
+    const Person person = open();
+    for (const QString &button : {u"Next"_qs, u"Next"_qs, u"Install"_qs}) {
+        ASSERT_TRUE(person.isGivenTheKeyboardAt(button)) << button.toStdString();
+        person.press(Qt::Key_Return);
+        QCoreApplication::processEvents();
+    }
+    ASSERT_TRUE(person.sees(Heading, u"Installing Application..."_qs));
+
+    finishInstallation();
+
+    ASSERT_TRUE(person.isGivenTheKeyboardAt(u"Launch"_qs));
+    person.press(Qt::Key_Space);
+    EXPECT_TRUE(person.seesNo(Dialog, title));
+    EXPECT_TRUE(isCompleted());
+}
+
+TEST_F(WelcomeScreenTest, KeepsTheKeyboardInside)
+{
+    const Person person = open();
+    ASSERT_TRUE(person.isGivenTheKeyboardAt(u"Next"_qs));
+    QStringList stops;
+    for (int i = 0; i < 20; ++i) {
+        person.press(Qt::Key_Tab);
+        stops.append(person.focusedName());
+    }
+
+    EXPECT_TRUE(stops.contains(u"Language:"_qs));
+    EXPECT_TRUE(stops.contains(u"Install FUSE & NTFS Drivers"_qs));
+    EXPECT_TRUE(stops.contains(u"Run without installing (one-time run)"_qs));
+    EXPECT_TRUE(stops.contains(u"Next"_qs));
+    EXPECT_FALSE(stops.contains(u"Dashboard"_qs));
+    EXPECT_FALSE(stops.contains(QString()));
+}
+
+TEST_F(WelcomeScreenTest, EndsByNothingButItsOwnButtons)
+{
+    const Person person = open();
+    ASSERT_TRUE(person.sees(Dialog, title));
+
+    person.press(Qt::Key_Escape);
+    person.press(Qt::Key_5, Qt::ControlModifier);
+    QTest::mouseClick(app->mainWindow(), Qt::LeftButton, Qt::NoModifier, QPoint(60, 300));
+
+    EXPECT_TRUE(person.sees(Dialog, title));
+    EXPECT_EQ(app->appState().selectedTab(), SidebarTab::Dashboard);
+}
+
+TEST_F(WelcomeScreenTest, GoesBackFromStepToStep)
+{
+    const Person person = open();
+    ASSERT_TRUE(person.click(Button, u"Next"_qs));
+    ASSERT_TRUE(person.click(Button, u"Next"_qs));
+
+    ASSERT_TRUE(person.click(Button, u"Back"_qs));
+    EXPECT_TRUE(person.sees(Heading, u"Privacy Policy"_qs));
+    ASSERT_TRUE(person.click(Button, u"Back"_qs));
+    EXPECT_TRUE(person.sees(Heading, title));
+}
+
+TEST_F(WelcomeScreenTest, TurnsItselfAndWhatLiesUnderItToAnotherLanguage)
+{
+    const Person person = open();
+
+    ASSERT_TRUE(person.click(RadioButton, u"Español"_qs));
+
+    EXPECT_TRUE(person.sees(Heading, u"Asistente de instalación de Quillmere"_qs));
+    EXPECT_TRUE(person.sees(Button, u"Siguiente"_qs));
+    EXPECT_TRUE(person.sees(ListItem, Localizer::shared().localized(u"nav.history"_qs)));
+    EXPECT_EQ(app->localizer().language(), Language::Spanish);
+}
+
+TEST_F(WelcomeScreenTest, LeavesTheReceiptAloneWhenTheProgramIsRunOnce)
+{
+    const Person person = open();
+
+    ASSERT_TRUE(person.click(Button, u"Run without installing (one-time run)"_qs));
+
+    EXPECT_TRUE(person.seesNo(Dialog, title));
+    EXPECT_FALSE(isCompleted());
+}
+
+TEST_F(WelcomeScreenTest, GoesOnFromWhereItIsWhenItCannotBeCopied)
+{
+    machine.bundles->main = FilePath("/home/ada/Downloads/Quillmere.app");
+    machine.processes->answer(u"/usr/bin/osascript"_qs, [](const Command &) { return ProcessOutcome{1, {}}; });
+    const Person person = open();
+    ASSERT_NO_FATAL_FAILURE(goToInstallation(person));
+
+    finishInstallation();
+
+    EXPECT_TRUE(person.reads(u"Could not copy the app. Starting in portable mode..."_qs));
+    EXPECT_TRUE(person.sees(Dialog, title));
+    EXPECT_TRUE(person.seesNo(Dialog, title));
+    EXPECT_FALSE(isCompleted());
+}
+
+TEST_F(WelcomeScreenTest, OpensTheTwoPagesFromItsLaterSteps)
+{
+    const Person person = open();
+    ASSERT_TRUE(person.click(Button, u"Next"_qs));
+
+    ASSERT_TRUE(person.click(Link, u"Developer's website"_qs));
+
+    EXPECT_TRUE(QTest::qWaitFor([&] { return machine.workspace->opened().size() == 1; }, 10'000));
+    EXPECT_TRUE(person.sees(Link, u"Farhop website"_qs));
+    EXPECT_TRUE(person.seesNo(Button, u"Run without installing (one-time run)"_qs));
+}
+
+TEST_F(WelcomeScreenTest, InstallsTheDriversWithoutStandingStill)
+{
+    const Gate gate;
+    machine.processes->onEnd([gate] { gate.wait(); });
+    const Person person = open();
+
+    ASSERT_TRUE(person.click(Button, u"Install FUSE & NTFS Drivers"_qs));
+
+    EXPECT_TRUE(person.reads(u"Installing drivers in the background..."_qs));
+    EXPECT_FALSE(person.canUse(Button, u"Install FUSE & NTFS Drivers"_qs));
+    machine.files->addFile(FilePath("/usr/local/bin/ntfs-3g"), 1);
+    gate.open();
+    EXPECT_TRUE(person.reads(u"FUSE & NTFS drivers are installed"_qs));
+    EXPECT_TRUE(person.seesNo(Button, u"Install FUSE & NTFS Drivers"_qs));
+}
