@@ -1,5 +1,7 @@
 #include "Fakes/PretendMachine.h"
 
+#include "Fakes/PretendScript.h"
+
 namespace Quillmere {
 
 void PretendDesktopAppearance::set(ColorScheme scheme, bool reducedMotion)
@@ -23,6 +25,17 @@ Machine PretendMachine::machine() const
     return {files,     places,    defaults,       clock,       appearance,   host,
             processes, workspace, applications,   assertions,  bundles,      extensions,
             filter,    statusBar, startupEntries, environment, returnMemory, isAdministrator};
+}
+
+void PretendMachine::connectDisks() const
+{
+    const QString diskutil = u"/usr/sbin/diskutil"_qs;
+    const auto disks = [files = files]() -> PretendDisks & { return files->disks(); };
+    processes->answer(diskutil, [disks](const Command &command) { return disks().diskutil(command.arguments, false); });
+    processes->answer(u"/usr/bin/osascript"_qs, [disks, diskutil](const Command &command) {
+        const QStringList words = wordsOfScript(command.arguments.value(1));
+        return words.value(0) == diskutil ? disks().diskutil(words.sliced(1), true) : ProcessOutcome{};
+    });
 }
 
 void PretendMachine::installTrafficFilter()

@@ -87,6 +87,9 @@ struct PretendMachine
     bool isAdministrator = false;
 
     [[nodiscard]] Machine machine() const;
+    /// Has the system's disk command, and scripts that run it as the administrator, work on what is plugged in. The
+    /// password dialog is answered at once.
+    void connectDisks() const;
     /// Puts the sound extension of the traffic filter into the program's bundle.
     void installTrafficFilter();
 };
