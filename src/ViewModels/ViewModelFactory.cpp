@@ -114,4 +114,14 @@ StartupViewModel *ViewModelFactory::makeStartup(QObject *screen) const
     return new StartupViewModel(service, m_machine.workspace, screen);
 }
 
+ToolsViewModel *ViewModelFactory::makeTools(QObject *screen) const
+{
+    return new ToolsViewModel(m_machine.processes, m_machine.files, m_services.disks, screen);
+}
+
+DiskUtilityState *ViewModelFactory::makeDiskUtility(ToolsViewModel *tools, QObject *sheet) const
+{
+    return new DiskUtilityState(*tools, sheet);
+}
+
 } // namespace Quillmere

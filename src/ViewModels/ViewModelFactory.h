@@ -4,6 +4,7 @@
 #include "ViewModels/ApplicationsViewModel.h"
 #include "ViewModels/BrowsersViewModel.h"
 #include "ViewModels/DashboardViewModel.h"
+#include "ViewModels/DiskUtilityState.h"
 #include "ViewModels/HistoryViewModel.h"
 #include "ViewModels/LargeFilesViewModel.h"
 #include "ViewModels/ProfessionalCleanupViewModel.h"
@@ -12,6 +13,7 @@
 #include "ViewModels/SidebarListModel.h"
 #include "ViewModels/StartupViewModel.h"
 #include "ViewModels/SystemDataViewModel.h"
+#include "ViewModels/ToolsViewModel.h"
 
 namespace Quillmere {
 
@@ -29,6 +31,7 @@ public:
         TrafficMonitorService &trafficMonitor;
         TrafficControlService &trafficControl;
         PowerManagementService &power;
+        DiskMountService &disks;
         AppState &state;
     };
 
@@ -48,6 +51,10 @@ public:
     Q_INVOKABLE [[nodiscard]] Quillmere::LargeFilesViewModel *makeLargeFiles(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::SidebarListModel *makeSidebar(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::StartupViewModel *makeStartup(QObject *screen) const;
+    Q_INVOKABLE [[nodiscard]] Quillmere::ToolsViewModel *makeTools(QObject *screen) const;
+    /// The sheet of @p tools, which must live longer.
+    Q_INVOKABLE [[nodiscard]] Quillmere::DiskUtilityState *makeDiskUtility(Quillmere::ToolsViewModel *tools,
+                                                                           QObject *sheet) const;
 
 private:
     [[nodiscard]] std::shared_ptr<ScannerService> makeScanner();
