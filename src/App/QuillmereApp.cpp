@@ -27,10 +27,11 @@ QuillmereApp::QuillmereApp(Machine machine, QObject *parent)
     , m_filterExtension(m_machine.bundles, m_machine.files, m_machine.extensions)
     , m_trafficControl(m_machine.defaults, m_machine.filter, m_filterExtension)
     , m_power(m_machine.assertions, m_machine.processes, m_machine.isAdministrator)
+    , m_disks(m_machine.workspace, m_machine.files, m_machine.places, m_machine.processes)
     , m_menuBarStatus(m_trafficMonitor, m_machine.host)
     , m_menuBar(*m_machine.statusBar, m_power, {[this] { showMainWindow(); }, [this] { quit(); }})
     , m_receipt(m_machine.defaults, m_machine.bundles, m_machine.clock, InstallerTerms(m_machine.files))
-    , m_viewModels(m_machine, {m_history, m_trafficMonitor, m_trafficControl, m_power, m_state, m_receipt,
+    , m_viewModels(m_machine, {m_history, m_trafficMonitor, m_trafficControl, m_power, m_disks, m_state, m_receipt,
                                [this] { terminate(); }})
 {
     install();
@@ -48,6 +49,7 @@ QuillmereApp::~QuillmereApp()
     AppState::setShared(nullptr);
     SharedInstance<UnfinishedRuns>::install(nullptr);
     SharedInstance<Appearance>::install(nullptr);
+    SharedInstance<DiskMountService>::install(nullptr);
     SharedInstance<PowerManagementService>::install(nullptr);
     SharedInstance<TrafficControlService>::install(nullptr);
     SharedInstance<TrafficFilterExtensionManager>::install(nullptr);
@@ -64,6 +66,7 @@ void QuillmereApp::install()
     SharedInstance<TrafficFilterExtensionManager>::install(&m_filterExtension);
     SharedInstance<TrafficControlService>::install(&m_trafficControl);
     SharedInstance<PowerManagementService>::install(&m_power);
+    SharedInstance<DiskMountService>::install(&m_disks);
     SharedInstance<Appearance>::install(&m_appearance);
     SharedInstance<UnfinishedRuns>::install(&m_unfinishedRuns);
 }
@@ -120,6 +123,7 @@ void QuillmereApp::contentDidAppear()
     AppState::setShared(&m_state);
     m_menuBarStatus.start();
     m_menuBar.start(&m_state, &m_menuBarStatus);
+    m_disks.start();
 }
 
 QVariantMap QuillmereApp::contentProperties()

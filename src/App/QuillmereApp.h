@@ -3,6 +3,7 @@
 #include "App/AppDelegate.h"
 #include "App/AppState.h"
 #include "Platform/Machine.h"
+#include "Services/DiskMountService.h"
 #include "Services/HistoryService.h"
 #include "Services/MenuBarController.h"
 #include "Services/MenuBarStatusService.h"
@@ -74,6 +75,7 @@ private:
     TrafficFilterExtensionManager m_filterExtension;
     TrafficControlService m_trafficControl;
     PowerManagementService m_power;
+    DiskMountService m_disks;
     MenuBarStatusService m_menuBarStatus;
     MenuBarController m_menuBar;
     AppDelegate m_delegate;

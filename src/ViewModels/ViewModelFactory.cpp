@@ -144,4 +144,14 @@ WelcomeViewModel *ViewModelFactory::makeWelcome(QObject *wizard) const
         wizard);
 }
 
+ToolsViewModel *ViewModelFactory::makeTools(QObject *screen) const
+{
+    return new ToolsViewModel(m_machine.processes, m_machine.files, m_services.disks, screen);
+}
+
+DiskUtilityState *ViewModelFactory::makeDiskUtility(ToolsViewModel *tools, QObject *sheet) const
+{
+    return new DiskUtilityState(*tools, sheet);
+}
+
 } // namespace Quillmere

@@ -4,6 +4,7 @@
 #include "ViewModels/ApplicationsViewModel.h"
 #include "ViewModels/BrowsersViewModel.h"
 #include "ViewModels/DashboardViewModel.h"
+#include "ViewModels/DiskUtilityState.h"
 #include "ViewModels/HistoryViewModel.h"
 #include "ViewModels/LargeFilesViewModel.h"
 #include "ViewModels/ProfessionalCleanupViewModel.h"
@@ -13,6 +14,7 @@
 #include "ViewModels/SidebarListModel.h"
 #include "ViewModels/StartupViewModel.h"
 #include "ViewModels/SystemDataViewModel.h"
+#include "ViewModels/ToolsViewModel.h"
 #include "ViewModels/WelcomeViewModel.h"
 
 namespace Quillmere {
@@ -31,6 +33,7 @@ public:
         TrafficMonitorService &trafficMonitor;
         TrafficControlService &trafficControl;
         PowerManagementService &power;
+        DiskMountService &disks;
         AppState &state;
         SetupReceipt receipt;
         std::function<void()> terminate; ///< Ends the program, whatever it is doing.
@@ -54,6 +57,10 @@ public:
     Q_INVOKABLE [[nodiscard]] Quillmere::StartupViewModel *makeStartup(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::SettingsViewModel *makeSettings(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::WelcomeViewModel *makeWelcome(QObject *wizard) const;
+    Q_INVOKABLE [[nodiscard]] Quillmere::ToolsViewModel *makeTools(QObject *screen) const;
+    /// The sheet of @p tools, which must live longer.
+    Q_INVOKABLE [[nodiscard]] Quillmere::DiskUtilityState *makeDiskUtility(Quillmere::ToolsViewModel *tools,
+                                                                           QObject *sheet) const;
 
 private:
     [[nodiscard]] std::shared_ptr<ScannerService> makeScanner();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/FileManager.h"
+#include "Platform/ProcessRunner.h"
 
 #include <QStringList>
 
@@ -32,7 +33,18 @@ public:
     /// Nothing is mounted there: nothing.
     [[nodiscard]] std::optional<PretendVolume> mountedAt(const FilePath &mountPoint) const;
 
+    /// Carries out the disk command with @p arguments. Erasing needs @p isAdministrator, and
+    /// a disk that is plugged in.
+    [[nodiscard]] ProcessOutcome diskutil(const QStringList &arguments, bool isAdministrator);
+
 private:
+    [[nodiscard]] ProcessOutcome info(const QString &place);
+    [[nodiscard]] ProcessOutcome setMounted(const QString &place, bool isMounted);
+    [[nodiscard]] ProcessOutcome eraseVolume(const QString &format, const QString &name, const QString &device);
+    [[nodiscard]] ProcessOutcome secureErase(const QString &disk);
+    /// By its mount point or its device, with or without /dev/. Null when there is none.
+    [[nodiscard]] PretendVolume *find(const QString &place);
+
     mutable std::mutex m_mutex;
     QList<PretendVolume> m_volumes;
 };

@@ -1,5 +1,6 @@
 #include "Fakes/PretendMachine.h"
 
+#include "Fakes/PretendScript.h"
 #include "Utilities/PropertyList.h"
 #include "Utilities/SetupReceipt.h"
 
@@ -31,6 +32,17 @@ Machine PretendMachine::machine() const
 void PretendMachine::completeSetup() const
 {
     SetupReceipt(defaults, bundles, clock, InstallerTerms(files)).markCompleted();
+}
+
+void PretendMachine::connectDisks() const
+{
+    const QString diskutil = u"/usr/sbin/diskutil"_qs;
+    const auto disks = [files = files]() -> PretendDisks & { return files->disks(); };
+    processes->answer(diskutil, [disks](const Command &command) { return disks().diskutil(command.arguments, false); });
+    processes->answer(u"/usr/bin/osascript"_qs, [disks, diskutil](const Command &command) {
+        const QStringList words = wordsOfScript(command.arguments.value(1));
+        return words.value(0) == diskutil ? disks().diskutil(words.sliced(1), true) : ProcessOutcome{};
+    });
 }
 
 void PretendMachine::installTrafficFilter()

@@ -89,6 +89,9 @@ struct PretendMachine
     [[nodiscard]] Machine machine() const;
     /// From now on the running version has been set up, so that the program starts without its wizard.
     void completeSetup() const;
+    /// Has the system's disk command, and scripts that run it as the administrator, work on what is plugged in. The
+    /// password dialog is answered at once.
+    void connectDisks() const;
     /// Puts the sound extension of the traffic filter into the program's bundle.
     void installTrafficFilter();
     /// A bundle at @p path with one program of @p bytes, whose information names what is not empty.
