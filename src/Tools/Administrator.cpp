@@ -34,7 +34,7 @@ AdministratorMeans AdministratorMeans::ofThisMachine(const QString &programs)
     return {KeepAwake::ofThisMachine(programs),
             dropCachesFile(),
             SearchIndex(),
-            NameCache(bus),
+            NameCache(bus, true),
             BundleInstallation(),
             DriverInstallation(bus),
             DiskAdministrator(DiskTools::ofThisMachine())};

@@ -24,8 +24,9 @@ const NothingToDo noResponder
 
 } // namespace
 
-NameCache::NameCache(const QDBusConnection &systemBus, ProgramFolders programs, FilePath nscdSocket)
+NameCache::NameCache(const QDBusConnection &systemBus, bool isRoot, ProgramFolders programs, FilePath nscdSocket)
     : m_bus(systemBus)
+    , m_isRoot(isRoot)
     , m_programs(std::move(programs))
     , m_nscdSocket(std::move(nscdSocket))
 {
@@ -33,7 +34,10 @@ NameCache::NameCache(const QDBusConnection &systemBus, ProgramFolders programs, 
 
 QList<ToolStep> NameCache::flush() const
 {
-    return {flushResolved(), flushNscd()};
+    const ToolStep step = flushResolved();
+    if (step.kind == ToolStep::Kind::Done && !m_isRoot)
+        return {step};
+    return {step, flushNscd()};
 }
 
 ToolStep NameCache::flushResolved() const
@@ -82,11 +86,11 @@ ToolEnd runDscacheutil(const QStringList &arguments, const NameCache &cache)
     return endOf(cache.flush(), noCache);
 }
 
-ToolEnd runKillall(const QStringList &arguments, const NameCache &cache, bool isRoot)
+ToolEnd runKillall(const QStringList &arguments, const NameCache &cache)
 {
     if (arguments != QStringList{u"-HUP"_qs, u"mDNSResponder"_qs})
         return {ToolEnd::wrongUse, u"usage: killall -HUP mDNSResponder"_qs};
-    if (!isRoot)
+    if (!cache.isRoot())
         return {ToolEnd::needsRoot, u"killall: Only root can use this."_qs};
     return cache.restart();
 }

@@ -15,21 +15,24 @@ class NameCache final
 {
 public:
     /// @p nscdSocket where the cache of the C library listens while it runs.
-    explicit NameCache(const QDBusConnection &systemBus, ProgramFolders programs = ProgramFolders::ofSystem(),
-                       FilePath nscdSocket = FilePath("/run/nscd/socket"));
+    NameCache(const QDBusConnection &systemBus, bool isRoot, ProgramFolders programs = ProgramFolders::ofSystem(),
+              FilePath nscdSocket = FilePath("/run/nscd/socket"));
 
-    /// Empties each cache that runs. That of the C library is root's.
+    /// Empties each cache that runs. That of the C library takes orders of root alone: beside another one it is left to
+    /// restart() when this is not root's process, and alone it is a failure.
     [[nodiscard]] QList<ToolStep> flush() const;
     /// Lets the finder of names in the local network read its settings anew, where it runs. Needs root.
     [[nodiscard]] ToolStep reloadDiscovery() const;
     /// Both, told.
     [[nodiscard]] ToolEnd restart() const;
+    [[nodiscard]] bool isRoot() const { return m_isRoot; }
 
 private:
     [[nodiscard]] ToolStep flushResolved() const;
     [[nodiscard]] ToolStep flushNscd() const;
 
     QDBusConnection m_bus;
+    bool m_isRoot;
     ProgramFolders m_programs;
     FilePath m_nscdSocket;
 };
@@ -39,6 +42,6 @@ private:
 
 /// Carries out the command `killall`, of which there is `-HUP mDNSResponder`: no process of that name is here, and what
 /// stands for it is told.
-[[nodiscard]] ToolEnd runKillall(const QStringList &arguments, const NameCache &cache, bool isRoot);
+[[nodiscard]] ToolEnd runKillall(const QStringList &arguments, const NameCache &cache);
 
 } // namespace Quillmere

@@ -67,7 +67,7 @@ protected:
         return {
             AdministratorMeans{KeepAwake(LidInhibitors(noBus), std::make_unique<PretendHolder>(state)),
                                FilePath(QFile::encodeName(dropCaches())), SearchIndex(programs),
-                               NameCache(noBus, programs, FilePath("/no/socket")),
+                               NameCache(noBus, true, programs, FilePath("/no/socket")),
                                BundleInstallation(FilePath(QFile::encodeName(applications()))),
                                DriverInstallation(noBus, folder.filePath(u"driver"_qs)),
                                DiskAdministrator(DiskTools{DiskService(noBus), BlockDevices(), nullptr, {}, {}, {}})},

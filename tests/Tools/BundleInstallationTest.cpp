@@ -45,6 +45,13 @@ protected:
     {
         return BundleInstallation(home.path("Applications")).install(home.path(name), caller);
     }
+    /// Nothing when it is installed.
+    [[nodiscard]] std::optional<Failure::Kind> refusal(const QByteArray &name = "bundle",
+                                                       const Caller &caller = self()) const
+    {
+        const Result<void> installed = install(name, caller);
+        return installed ? std::nullopt : std::optional(installed.failure().kind);
+    }
     void installOld() const
     {
         addBundle("old", "old");
@@ -162,7 +169,9 @@ TEST_F(BundleInstallationTest, GivesACopyNoCapabilitiesAndNoListOfRights)
 
     ASSERT_TRUE(install());
 
-    EXPECT_LT(::getxattr(home.path(app + "/Contents/MacOS/program").bytes().constData(), "security.capability", nullptr, 0), 0);
+    EXPECT_LT(
+        ::getxattr(home.path(app + "/Contents/MacOS/program").bytes().constData(), "security.capability", nullptr, 0),
+        0);
 }
 
 TEST_F(BundleInstallationTest, MakesItTheOwnersOfThisProcess)
@@ -189,13 +198,13 @@ TEST_F(BundleInstallationTest, ReadsNothingThatTheCallerMayNotRead)
     setMode("", 0755);
 
     setMode("bundle/Contents/MacOS/program", 0600);
-    EXPECT_EQ(install("bundle", stranger()).failure().kind, Failure::Kind::NoPermission);
+    EXPECT_EQ(refusal("bundle", stranger()), Failure::Kind::NoPermission);
     setMode("bundle/Contents/MacOS/program", 0755);
     setMode("bundle/Contents/Resources", 0700);
-    EXPECT_EQ(install("bundle", stranger()).failure().kind, Failure::Kind::NoPermission);
+    EXPECT_EQ(refusal("bundle", stranger()), Failure::Kind::NoPermission);
     setMode("bundle/Contents/Resources", 0755);
     setMode("", 0700);
-    EXPECT_EQ(install("bundle", stranger()).failure().kind, Failure::Kind::NoPermission);
+    EXPECT_EQ(refusal("bundle", stranger()), Failure::Kind::NoPermission);
     expectOldAlone();
 
     setMode("", 0755);
@@ -211,7 +220,7 @@ TEST_F(BundleInstallationTest, RefusesLinksThatLeadOut)
     for (const char *target : {"/etc/passwd", "../../../secret", "../MacOS/../../../secret", "deep/../../.."}) {
         home.addLink("bundle/Contents/Resources/out", target);
 
-        EXPECT_EQ(install().failure().kind, Failure::Kind::LinkInPath) << target;
+        EXPECT_EQ(refusal(), Failure::Kind::LinkInPath) << target;
         expectOldAlone();
         ASSERT_EQ(::unlink(home.path("bundle/Contents/Resources/out").bytes().constData()), 0);
     }
@@ -242,7 +251,7 @@ TEST_F(BundleInstallationTest, RefusesWhatIsNeitherFileNorFolderNorLink)
     installOld();
     ASSERT_EQ(::mkfifo(home.path("bundle/Contents/fifo").bytes().constData(), 0666), 0);
 
-    EXPECT_EQ(install().failure().kind, Failure::Kind::NotSupported);
+    EXPECT_EQ(refusal(), Failure::Kind::NotSupported);
     expectOldAlone();
 }
 
@@ -254,7 +263,7 @@ TEST_F(BundleInstallationTest, RefusesFoldersThatLieEndlesslyDeep)
         deep += "/d";
     home.addFolder(deep);
 
-    EXPECT_EQ(install().failure().kind, Failure::Kind::NotSupported);
+    EXPECT_EQ(refusal(), Failure::Kind::NotSupported);
     expectOldAlone();
 }
 
@@ -265,7 +274,7 @@ TEST_F(BundleInstallationTest, DoesNotEnterAnotherFileSystem)
     inMountNamespace([&] {
         ASSERT_TRUE(mountTmpfs(home.path("bundle/Contents/Resources"), "size=1m"));
 
-        EXPECT_EQ(install().failure().kind, Failure::Kind::NotSupported);
+        EXPECT_EQ(refusal(), Failure::Kind::NotSupported);
         expectOldAlone();
     });
 }
@@ -278,7 +287,7 @@ TEST_F(BundleInstallationTest, KeepsTheOldOneWhereThereIsNoRoomForTheNew)
         ASSERT_TRUE(mountTmpfs(home.addFolder("Applications"), "size=128k,mode=755"));
         installOld();
 
-        EXPECT_EQ(install().failure().kind, Failure::Kind::NoSpace);
+        EXPECT_EQ(refusal(), Failure::Kind::NoSpace);
         expectOldAlone();
     });
 }
@@ -287,7 +296,7 @@ TEST_F(BundleInstallationTest, RefusesAFolderForApplicationsThatOthersMayChange)
 {
     home.addFolder("Applications");
     setMode("Applications", 0777);
-    EXPECT_EQ(install().failure().kind, Failure::Kind::Protected);
+    EXPECT_EQ(refusal(), Failure::Kind::Protected);
     setMode("Applications", 0755);
     ASSERT_TRUE(install());
 
@@ -314,7 +323,7 @@ TEST_F(BundleInstallationTest, DoesNotTouchAStagingFolderThatIsSomebodyElses)
     home.addFile("Applications/.quillmere-installing/kept");
     setMode("Applications/.quillmere-installing", 0755);
 
-    EXPECT_EQ(install().failure().kind, Failure::Kind::Protected);
+    EXPECT_EQ(refusal(), Failure::Kind::Protected);
 
     EXPECT_TRUE(home.exists("Applications/.quillmere-installing/kept"));
     EXPECT_EQ(installed(), "old");
@@ -347,7 +356,8 @@ TEST_F(BundleInstallationTest, LetsOneAfterTheOtherInstall)
     home.addFile("other/Contents/extra");
     QList<pid_t> children;
     for (int index = 0; index < 6; ++index) {
-        children.append(startChild([&, index] { ::_exit(install(index % 2 == 0 ? "bundle" : "other").isOk() ? 0 : 1); }));
+        children.append(
+            startChild([&, index] { ::_exit(install(index % 2 == 0 ? "bundle" : "other").isOk() ? 0 : 1); }));
     }
     for (const pid_t child : children) {
         int status = 0;

@@ -14,13 +14,13 @@ class NameCacheTest : public testing::Test
 protected:
     void SetUp() override { ASSERT_TRUE(bus.isRunning()); }
 
-    [[nodiscard]] NameCache cache() const
+    [[nodiscard]] NameCache cache(bool isRoot = true) const
     {
-        return NameCache(bus.connection(), programs.folders(),
+        return NameCache(bus.connection(), isRoot, programs.folders(),
                          FilePath(QFile::encodeName(programs.path(u"socket"_qs))));
     }
-    [[nodiscard]] ToolEnd flush() const { return runDscacheutil({u"-flushcache"_qs}, cache()); }
-    [[nodiscard]] ToolEnd restart() const { return runKillall({u"-HUP"_qs, u"mDNSResponder"_qs}, cache(), true); }
+    [[nodiscard]] ToolEnd flush(bool isRoot = true) const { return runDscacheutil({u"-flushcache"_qs}, cache(isRoot)); }
+    [[nodiscard]] ToolEnd restart() const { return runKillall({u"-HUP"_qs, u"mDNSResponder"_qs}, cache()); }
 
     void startResolved(const QString &python)
     {
@@ -81,6 +81,18 @@ TEST_F(NameCacheTest, FlushesTheHostsOfNscdOnlyWhileItRuns)
     EXPECT_EQ(flush(), (ToolEnd{1, u"The host cache of nscd was not flushed: Only root is allowed"_qs}));
 }
 
+TEST_F(NameCacheTest, LeavesNscdBesideResolvedToRoot)
+{
+    startNscd(u"echo 'Only root is allowed' >&2; exit 4"_qs);
+    EXPECT_EQ(flush(false), (ToolEnd{1, u"The host cache of nscd was not flushed: Only root is allowed"_qs}));
+
+    startNscd();
+    startResolved(u""_qs);
+    EXPECT_EQ(flush(false), (ToolEnd{0, {}, flushed}));
+    EXPECT_EQ(programs.calls(), "nscd -i hosts\n");
+    EXPECT_EQ(restart(), (ToolEnd{0, {}, flushed + u"\nThe host cache of nscd was flushed."_qs}));
+}
+
 TEST_F(NameCacheTest, ReloadsAvahiOnlyWhileItRunsAndOnlyForARestart)
 {
     programs.add(u"avahi-daemon"_qs);
@@ -107,7 +119,7 @@ TEST_F(NameCacheTest, TakesTheseWordsAloneAndHangsUpForRootAlone)
                                                        {u"-HUP"_qs, u"sshd"_qs},
                                                        {u"-KILL"_qs, u"mDNSResponder"_qs},
                                                        {u"-HUP"_qs, u"mDNSResponder"_qs, u"sshd"_qs}})
-        EXPECT_EQ(runKillall(words, cache(), true).status, 64);
-    EXPECT_EQ(runKillall({u"-HUP"_qs, u"mDNSResponder"_qs}, cache(), false).status, 77);
+        EXPECT_EQ(runKillall(words, cache()).status, 64);
+    EXPECT_EQ(runKillall({u"-HUP"_qs, u"mDNSResponder"_qs}, cache(false)).status, 77);
     EXPECT_EQ(resolved->calls(), QStringList());
 }

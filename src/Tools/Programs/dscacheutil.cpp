@@ -8,5 +8,6 @@ using namespace Quillmere;
 int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
-    return finish(runDscacheutil(QCoreApplication::arguments().sliced(1), NameCache(QDBusConnection::systemBus())));
+    return finish(
+        runDscacheutil(QCoreApplication::arguments().sliced(1), NameCache(QDBusConnection::systemBus(), isRoot())));
 }

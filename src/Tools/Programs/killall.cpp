@@ -10,5 +10,5 @@ int main(int argc, char *argv[])
     startClean();
     const QCoreApplication application(argc, argv);
     return finish(
-        runKillall(QCoreApplication::arguments().sliced(1), NameCache(QDBusConnection::systemBus()), isRoot()));
+        runKillall(QCoreApplication::arguments().sliced(1), NameCache(QDBusConnection::systemBus(), isRoot())));
 }

@@ -71,6 +71,40 @@ TEST_F(LinuxProcessRunnerTest, WaitsForAChildThatHoldsTheOutput)
     EXPECT_EQ(outcomeOf("(sleep 0.3; echo late) & echo early").standardOutput, "early\nlate\n");
 }
 
+TEST_F(LinuxProcessRunnerTest, WaitsForAProgramThatHasClosedItsOutputLongBeforeItsEnd)
+{
+    const QString fifo = m_folder.filePath(u"fifo"_qs);
+    ASSERT_EQ(::mkfifo(qPrintable(fifo), 0600), 0);
+    const QString path = program(u"program"_qs, "echo early; exec >&-; read line < \"$1\"; exit 5");
+
+    auto run = std::async(std::launch::async, [&] { return m_runner.run({path, {fifo}}).valueOr({}); });
+
+    QFile line(fifo);
+    ASSERT_TRUE(line.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    line.write("go\n");
+    EXPECT_EQ(run.get(), (ProcessOutcome{5, "early\n"}));
+}
+
+TEST_F(LinuxProcessRunnerTest, FailsForAHelperThatIsMissingOrCannotBeExecuted)
+{
+    const Command command{u"/usr/bin/mdutil"_qs, {u"-E"_qs, u"/"_qs}};
+
+    EXPECT_EQ(m_runner.run(command).failure().kind, Failure::Kind::NotFound);
+    QFile::setPermissions(program(u"mdutil"_qs, "exit 0"), QFile::ReadOwner);
+    EXPECT_EQ(m_runner.run(command).failure().kind, Failure::Kind::NoPermission);
+    EXPECT_EQ(m_runner.runWithin(std::chrono::seconds(60), command).failure().kind, Failure::Kind::NoPermission);
+    EXPECT_EQ(m_runner.launch(command).failure().kind, Failure::Kind::NoPermission);
+    QFile::setPermissions(program(u"osascript"_qs, "exit 0"), QFile::ReadOwner);
+    EXPECT_EQ(m_runner.executeScript(u"do"_qs).failure().kind, Failure::Kind::NoPermission);
+}
+
+TEST_F(LinuxProcessRunnerTest, TakesBytesThatAreNoTextForTheReasonOfAScript)
+{
+    program(u"osascript"_qs, "printf 'a\\000\\377b' >&2; exit 1");
+
+    EXPECT_EQ(m_runner.executeScript(u"do"_qs).failure().detail, u"a\0\ufffdb"_qs);
+}
+
 TEST_F(LinuxProcessRunnerTest, FailsForAProgramThatIsMissingOrCannotBeExecuted)
 {
     const QString plain = program(u"plain"_qs, "exit 0");

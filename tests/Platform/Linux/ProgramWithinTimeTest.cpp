@@ -96,6 +96,12 @@ TEST_F(ProgramWithinTimeTest, EndsAProgramThatHangsAndLeavesNoDeadProcess)
     EXPECT_FALSE(isThere(u"pid"_qs));
 }
 
+TEST_F(ProgramWithinTimeTest, EndsAProgramThatHasClosedItsOutputsAndHangs)
+{
+    EXPECT_EQ(outcomeOf("echo $$ > pid; echo early; exec sleep 1000 >&- 2>&-", 500ms), std::nullopt);
+    EXPECT_FALSE(isThere(u"pid"_qs));
+}
+
 TEST_F(ProgramWithinTimeTest, KillsAProgramThatTakesNoNoticeOfItsTermination)
 {
     EXPECT_EQ(outcomeOf("trap 'echo told > told' TERM; echo $$ > pid; while :; do sleep 0.05; done", 500ms),
