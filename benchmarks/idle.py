@@ -17,6 +17,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 sys.path[:0] = [str(ROOT / "tests/EndToEnd")]
+from harness import settings  # noqa: E402
 from harness.desktop import Desktop, wait_until  # noqa: E402
 
 WARM_UP = 8  # Seconds until a program that has started has come to rest.
@@ -70,6 +71,7 @@ class Program:
 
 def measure(name: str, command: list[str], seconds: float, hidden: bool = False) -> tuple[float, float, float]:
     with tempfile.TemporaryDirectory(prefix="quillmere-idle-") as home:
+        settings.complete_setup(Path(home), Path(command[0]))
         program = Program(command, Path(home))
         try:
             if hidden:

@@ -8,6 +8,7 @@ import unittest
 from pathlib import Path
 
 import roads
+from harness import settings
 from harness.case import EndToEndTest
 from harness.hands import ByPointer
 
@@ -69,6 +70,7 @@ class HomesTest(EndToEndTest):
     def test_takes_the_home_of_the_user_database_where_the_environment_names_none(self):
         self.need_own_users()
         users = self.users_with(self.home)
+        settings.complete_setup(self.home, Path(PROGRAM))
         beside = {place: sorted(os.listdir(place)) for place in ("/", Path.home())}
         for setting in ("--unset=HOME", "HOME=", "HOME=relative/home"):
             with self.subTest(setting=setting):

@@ -63,7 +63,7 @@ def shoot(desktop: Desktop, options, folder: Path, words: dict[str, str], theme:
         made = Path(parent, "made")
         world.make(made, earlier_runs=True)
         try:
-            settings.write(made / "home", language, theme=theme)
+            settings.write(made / "home", language, options.program, theme=theme)
             program = RunningProgram(desktop, [str(options.program)], world.environment(made), folder=made / "home")
             program.resize(*map(int, size.split("x")))
             tour = Tour(program, words, lambda name: program.picture(folder / f"{name}.png"))

@@ -6,6 +6,7 @@ import os
 import unittest
 from pathlib import Path
 
+from . import settings
 from .desktop import Desktop
 from .running import RunningProgram
 
@@ -30,7 +31,11 @@ class EndToEndTest(unittest.TestCase):
         cls.desktop = _the_desktop()
 
     def start(self, command: list[str], variables: dict[str, str] | None = None,
-              folder: Path | None = None) -> RunningProgram:
+              folder: Path | None = None, is_first_start: bool = False) -> RunningProgram:
+        """A program of ours starts without its setup wizard, unless it is its first start."""
+        home = (variables or {}).get("HOME")
+        if home and not is_first_start:
+            settings.complete_setup(Path(home), Path(command[0]))
         program = RunningProgram(self.desktop, command, variables or {}, self._testMethodName, folder)
         self.addCleanup(self._finish, program)
         return program

@@ -89,6 +89,31 @@ TEST_F(LinuxBundlesTest, ReadsIdentifierAndExecutable)
     EXPECT_EQ(opened, (Bundle{bundle, u"com.example.sample"_qs, bundle.appending("Contents/MacOS/s\xC3\xA4mple")}));
 }
 
+TEST_F(LinuxBundlesTest, ReadsVersionAndBuild)
+{
+    writeInformation(head + text("CFBundleShortVersionString", "1.3.4") + text("CFBundleVersion", "7") + tail);
+
+    const std::optional<Bundle> opened = bundles.open(bundle);
+
+    ASSERT_TRUE(opened);
+    EXPECT_EQ(opened->shortVersion, u"1.3.4"_qs);
+    EXPECT_EQ(opened->build, u"7"_qs);
+}
+
+TEST_F(LinuxBundlesTest, TakesAVersionThatIsNoTextForNone)
+{
+    writeInformation(head
+                     + "<key>CFBundleShortVersionString</key><real>1.3</real>"
+                       "<key>CFBundleVersion</key><integer>7</integer>"
+                     + tail);
+
+    const std::optional<Bundle> opened = bundles.open(bundle);
+
+    ASSERT_TRUE(opened);
+    EXPECT_EQ(opened->shortVersion, std::nullopt);
+    EXPECT_EQ(opened->build, std::nullopt);
+}
+
 TEST_F(LinuxBundlesTest, OpensAFolderThatSaysNothing)
 {
     EXPECT_EQ(bundles.open(bundle), silent());

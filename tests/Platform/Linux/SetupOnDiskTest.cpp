@@ -1,0 +1,164 @@
+#include "Fakes/InstalledLocalizer.h"
+#include "Fakes/PretendMachine.h"
+#include "Platform/Linux/ChildProcess.h"
+#include "Platform/Linux/LinuxBundles.h"
+#include "Platform/Linux/LinuxFileManager.h"
+#include "Platform/Linux/LinuxPlaces.h"
+#include "Platform/Linux/LinuxProcessRunner.h"
+#include "Platform/Linux/LinuxUserDefaults.h"
+#include "Platform/Linux/TemporaryHome.h"
+#include "Services/BundleInstaller.h"
+#include "Services/SelfRemoval.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <thread>
+
+#include <sys/stat.h>
+
+using namespace Quillmere;
+using testing::IsEmpty;
+
+namespace {
+
+/// The program's own bundle on the real disk, set up and removed there. All of it lies in a folder of the test's own.
+class SetupOnDiskTest : public testing::Test
+{
+protected:
+    SetupOnDiskTest()
+    {
+        home.addFolder("tmp");
+        UserEnvironment environment = home.environment();
+        environment.temporary = home.path("tmp");
+        files = std::make_shared<LinuxFileManager>(environment);
+        places = std::make_shared<LinuxPlaces>(
+            files, [](const char *) { return QByteArray(); }, PlacesData::builtIn());
+    }
+
+    /// A bundle whose program lies in @p folder.
+    FilePath addBundle(const QByteArray &folder)
+    {
+        const QByteArray bundle = folder + "/Quillmere.app";
+        home.addFile(bundle + "/Contents/Info.plist",
+                     "<plist version=\"1.0\"><dict><key>CFBundleShortVersionString</key><string>1.3.4</string>"
+                     "<key>CFBundleVersion</key><string>1</string></dict></plist>");
+        const FilePath program = home.addFile(bundle + "/Contents/MacOS/quillmere", "program");
+        ::chmod(program.bytes().constData(), 0755);
+        return home.path(bundle);
+    }
+    void addData() const
+    {
+        for (const char *file :
+             {"home/Library/Application Support/Quillmere/history.json",
+              "home/Library/Caches/com.veltrane.quillmere/data", "home/Library/Caches/Quillmere/data",
+              "home/Library/Preferences/com.veltrane.quillmere.plist",
+              "home/.local/share/applications/com.veltrane.quillmere.desktop",
+              "home/.local/share/icons/hicolor/512x512/apps/com.veltrane.quillmere.png",
+              "home/.cache/Quillmere/compiled"})
+            home.addFile(file);
+        home.addFile("home/Library/Preferences/org.example.other.plist");
+        home.addFile("home/.local/share/applications/other.desktop");
+    }
+    void remove(const FilePath &bundle) const
+    {
+        SelfRemoval(files, places, std::make_shared<LinuxBundles>(bundle.appending("Contents/MacOS/quillmere")),
+                    processes)
+            .run();
+    }
+    static bool goes(const FilePath &item)
+    {
+        for (int i = 0; i < 300 && itemExists(item); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        return !itemExists(item);
+    }
+
+    InstalledLocalizer localizer;
+    TemporaryHome home;
+    std::shared_ptr<LinuxFileManager> files;
+    std::shared_ptr<LinuxPlaces> places;
+    std::shared_ptr<LinuxProcessRunner> processes
+        = std::make_shared<LinuxProcessRunner>(home.path("no helpers"));
+};
+
+} // namespace
+
+TEST_F(SetupOnDiskTest, RemovesAllThatIsTheProgramsAndNothingElse)
+{
+    addData();
+    const FilePath bundle = addBundle("home/Applications");
+    home.addFile("home/Applications/Other.app/Contents/Info.plist");
+
+    remove(bundle);
+
+    EXPECT_TRUE(goes(bundle));
+    EXPECT_THAT(home.names("home/Library/Application Support"), IsEmpty());
+    EXPECT_THAT(home.names("home/Library/Caches"), IsEmpty());
+    EXPECT_EQ(home.names("home/Library/Preferences"), QList<QByteArray>{"org.example.other.plist"});
+    EXPECT_EQ(home.names("home/.local/share/applications"), QList<QByteArray>{"other.desktop"});
+    EXPECT_THAT(home.names("home/.local/share/icons/hicolor/512x512/apps"), IsEmpty());
+    EXPECT_FALSE(home.exists("home/.cache/Quillmere"));
+    EXPECT_EQ(home.names("home/Applications"), QList<QByteArray>{"Other.app"});
+    EXPECT_EQ(home.contents("tmp/uninstall.sh"), "sleep 1\nrm -rf \"" + bundle.bytes() + "\"");
+}
+
+TEST_F(SetupOnDiskTest, RemovesABundleWhosePathHoldsBlanksAndSingleQuotes)
+{
+    const FilePath bundle = addBundle("home/Ada's own programs");
+
+    remove(bundle);
+
+    EXPECT_TRUE(goes(bundle));
+    EXPECT_TRUE(home.exists("home/Ada's own programs"));
+}
+
+TEST_F(SetupOnDiskTest, LeavesABundleBehindWhosePathHoldsADoubleQuote)
+{
+    const FilePath bundle = addBundle("home/a\"b");
+    const FilePath other = addBundle("home/other");
+
+    remove(bundle);
+    // Written later and gone: the first script has had its time as well.
+    remove(other);
+
+    EXPECT_TRUE(goes(other));
+    EXPECT_TRUE(itemExists(bundle));
+}
+
+TEST_F(SetupOnDiskTest, CopiesTheBundleForTheUserAndReplacesAnEarlierOne)
+{
+    const FilePath bundle = addBundle("home/Downloads");
+    home.addFile("home/Applications/Quillmere.app/Contents/MacOS/old");
+    const FilePath destination = home.path("home/Applications/Quillmere.app");
+
+    const auto bundles = std::make_shared<LinuxBundles>(bundle.appending("Contents/MacOS/quillmere"));
+
+    // Root could write into the folder of all users.
+    inUnprivilegedChild(home.path(), [&] {
+        const auto defaults = std::make_shared<LinuxUserDefaults>(LinuxUserDefaults::fileOf(home.path("home")));
+        const SetupReceipt receipt(defaults, bundles, std::make_shared<PretendClock>(), InstallerTerms(files));
+        const BundleInstaller installer({files, places, bundles, processes, std::make_shared<PretendWorkspace>(),
+                                         receipt, InstallerTerms(files)});
+        EXPECT_EQ(installer.copyToApplications(), destination);
+        EXPECT_FALSE(receipt.shouldShowWelcome());
+    });
+
+    EXPECT_EQ(home.contents("home/Applications/Quillmere.app/Contents/MacOS/quillmere"), "program");
+    EXPECT_FALSE(home.exists("home/Applications/Quillmere.app/Contents/MacOS/old"));
+    EXPECT_EQ(home.mode("home/Applications/Quillmere.app/Contents/MacOS/quillmere"), 0755u);
+    EXPECT_TRUE(home.exists("home/Library/Application Support/Quillmere/"
+                            "FINAL_INSTALLATION_CONDITIONS_RULES_DISCLAIMER.md"));
+}
+
+TEST_F(SetupOnDiskTest, KeepsTheDateOfTheSetupInTheSettingsFile)
+{
+    const FilePath file = LinuxUserDefaults::fileOf(home.path("home"));
+    const QDateTime date({2026, 11, 21}, {9, 12, 30}, Qt::UTC);
+    LinuxUserDefaults(file).setDate(u"setup.completedDate"_qs, date);
+
+    const LinuxUserDefaults read(file);
+
+    EXPECT_EQ(read.date(u"setup.completedDate"_qs), date);
+    EXPECT_EQ(read.date(u"setup.other"_qs), std::nullopt);
+    EXPECT_EQ(read.string(u"setup.completedDate"_qs), std::nullopt);
+}
