@@ -130,7 +130,10 @@ void LinuxWorkspace::revealInFileViewer(const QList<FilePath> &files) const
 
 void LinuxWorkspace::observeMounts(std::function<void(const MountNotification &)> mounted)
 {
-    std::ignore = mounted;
+    m_mountNotices.reset();
+    if (mounted)
+        m_mountNotices = std::make_unique<MountNotices>(
+            [mounted = std::move(mounted)](const FilePath &volume) { mounted(MountNotification{volume}); });
 }
 
 } // namespace Quillmere
