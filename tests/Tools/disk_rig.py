@@ -28,7 +28,7 @@ polkit.addRule(function(action, subject) {
     return polkit.Result.YES;
 });
 """
-PROGRAMS = ("dbus-daemon", "udevadm", "losetup", "sfdisk", "dmsetup", "blkid", "mkfs.ext4", "mkfs.vfat", "mkfs.exfat",
+PROGRAMS = ("dbus-daemon", "udevadm", "losetup", "partx", "sfdisk", "blkid", "mkfs.ext4", "mkfs.vfat", "mkfs.exfat",
             "mkfs.ntfs", "ntfs-3g")
 DAEMONS = ("/lib/systemd/systemd-udevd", "/usr/lib/polkit-1/polkitd", "/usr/libexec/udisks2/udisksd")
 
@@ -147,6 +147,9 @@ def loops_of(image):
 
 def attach(image, *options):
     device = must("losetup", "--find", "--show", "--partscan", *options, image)
+    # A kernel need not know the usual tables of partitions.
+    if not os.path.exists(f"/sys/class/block/{os.path.basename(device)}p1"):
+        run("partx", "--add", device)
     settle()
     return device
 
@@ -157,6 +160,7 @@ def detach(image):
             places = [line.split(" ")[4] for line in table if device in line.split(" - ")[1].split(" ")[1]]
         for place in places:
             run("umount", place)
+        run("partx", "--delete", device)
         must("losetup", "--detach", device)
     settle()
 
@@ -167,6 +171,14 @@ def settle():
 
 def udisks_object(device):
     return f"/org/freedesktop/UDisks2/block_devices/{os.path.basename(device)}"
+
+
+def knows(device):
+    """udisks2 has seen that there is a file system on it."""
+    settle()
+    answer = run("gdbus", "introspect", "--system", "--dest", "org.freedesktop.UDisks2", "--object-path",
+                 udisks_object(device))
+    return "org.freedesktop.UDisks2.Filesystem" in answer.stdout
 
 
 def mount(device):
@@ -183,9 +195,9 @@ def is_mounted(place):
 
 def probed(device):
     """What is on it by its own word, and not by udev's: the type and the label."""
-    end = run("blkid", "--probe", "--output", "export", device)
-    values = dict(line.split("=", 1) for line in end.stdout.splitlines() if "=" in line)
-    return values.get("TYPE"), values.get("LABEL", "").replace("\\ ", " ")
+    values = [run("blkid", "--probe", "--output", "value", "--match-tag", tag, device).stdout.strip()
+              for tag in ("TYPE", "LABEL")]
+    return tuple(values)
 
 
 def contents(image):
@@ -212,6 +224,12 @@ def enter():
     os.environ["QUILLMERE_OWN_NAMESPACES"] = "1"
     # The first process of the namespace is a shell: pkexec serves nobody whose parent is process 1.
     os.execvp("unshare", ["unshare", *own, "sh", "-c", '"$@"; exit $?', "sh", sys.executable, "-B", *sys.argv])
+
+
+def sequence_of(device):
+    """The number that the kernel gives to each disk once."""
+    with open(f"/sys/class/block/{os.path.basename(device)}/diskseq", encoding="ascii") as file:
+        return int(file.read())
 
 
 def temporary_folder():

@@ -26,6 +26,8 @@ namespace {
 
 constexpr qint64 bytesPerBlock = 512;
 constexpr mode_t allRights = 0777;
+// Milliseconds. Whoever asks for volumes is kept waiting meanwhile.
+constexpr int patienceWithDisks = 3000;
 
 EntryKind typeOf(mode_t mode)
 {
@@ -145,12 +147,12 @@ Result<VolumeCapacity> LinuxFileManager::capacityOfVolume(const FilePath &path, 
 
 QList<FilePath> LinuxFileManager::mountedVolumes() const
 {
-    return {};
+    return m_volumes.places(DiskService(QDBusConnection::systemBus(), patienceWithDisks));
 }
 
 Result<VolumeValues> LinuxFileManager::valuesOfVolume(const FilePath &mountPoint) const
 {
-    return Failure{Failure::Kind::NotSupported, mountPoint, {}};
+    return m_volumes.values(mountPoint, DiskService(QDBusConnection::systemBus(), patienceWithDisks));
 }
 
 bool LinuxFileManager::areOnSameVolume(const FilePath &one, const FilePath &other) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/FileManager.h"
+#include "Platform/Linux/MountedVolumes.h"
 #include "Platform/Linux/RemovalGuard.h"
 #include "Platform/Linux/TrashCan.h"
 #include "Platform/Linux/UserEnvironment.h"
@@ -47,6 +48,7 @@ private:
     RemovalGuard m_guard;
     TrashCan m_trashCan;
     VolumeCapacities m_capacities;
+    MountedVolumes m_volumes;
 };
 
 } // namespace Quillmere

@@ -143,7 +143,10 @@ Result<void> LinuxWorkspace::registerApplication(const FilePath &location) const
 
 void LinuxWorkspace::observeMounts(std::function<void(const MountNotification &)> mounted)
 {
-    std::ignore = mounted;
+    m_mountNotices.reset();
+    if (mounted)
+        m_mountNotices = std::make_unique<MountNotices>(
+            [mounted = std::move(mounted)](const FilePath &volume) { mounted(MountNotification{volume}); });
 }
 
 } // namespace Quillmere

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Linux/ApplicationIndex.h"
+#include "Platform/Linux/MountNotices.h"
 #include "Platform/Linux/ProcessTable.h"
 #include "Platform/Workspace.h"
 
@@ -42,6 +43,7 @@ private:
     QList<FilePath> m_folders;
     ProcessTable m_processes;
     const QDBusConnection m_sessionBus;
+    std::unique_ptr<MountNotices> m_mountNotices; ///< Only while somebody observes.
     mutable std::mutex m_lock; ///< Around the two below.
     mutable QByteArray m_state; ///< Of the folders, when the entries were read. Empty: to be read anew.
     mutable std::shared_ptr<const ApplicationIndex> m_index;

@@ -49,10 +49,13 @@ QList<MountEntry> parseMountTable(const QByteArray &text)
         // proc(5): optional fields of any number end with a hyphen, behind which the type stands.
         const QList<QByteArray> fields = line.split(' ');
         const qsizetype hyphen = fields.indexOf("-", 6);
-        if (hyphen >= 0 && hyphen + 1 < fields.size())
-            entries.append({FilePath(withoutEscapes(fields.at(4))), fields.at(hyphen + 1), fields.at(2),
-                            FilePath(withoutEscapes(fields.at(3))), withoutEscapes(fields.value(hyphen + 2)),
-                            fields.value(hyphen + 3)});
+        if (hyphen < 0 || hyphen + 1 >= fields.size())
+            continue;
+        const QByteArray options = fields.value(hyphen + 3);
+        const bool isReadOnly = fields.at(5).split(',').contains("ro") || options.split(',').contains("ro");
+        entries.append({FilePath(withoutEscapes(fields.at(4))), fields.at(hyphen + 1), fields.at(2),
+                        FilePath(withoutEscapes(fields.at(3))), withoutEscapes(fields.value(hyphen + 2)), options,
+                        isReadOnly});
     }
     return entries;
 }

@@ -22,6 +22,7 @@ struct MountEntry
     FilePath root = {}; ///< The folder of the file system that is seen there; "/" unless only a part of it is mounted.
     QByteArray source = {}; ///< What was mounted, as whoever mounted it called it: "/dev/sda1", "server:/share".
     QByteArray options = {}; ///< Those of the file system itself.
+    bool isReadOnly = false; ///< There, or everywhere.
 
     bool operator==(const MountEntry &) const = default;
 };

@@ -126,7 +126,7 @@ TEST(MountTableTest, ReadsWhatIsMountedWhereAmongAnyNumberOfOptionalFields)
         parseMountTable(text),
         ElementsAre(MountEntry{FilePath("/"), "ext4", "8:1", FilePath("/"), "/dev/sda1", "rw"},
                     MountEntry{FilePath("/mnt/a share"), "nfs4", "0:26", FilePath("/a part"), "server:/export",
-                               "ro,vers=4"}));
+                               "ro,vers=4", true}));
 }
 
 TEST(MountTableTest, FindsTheInnermostMountAndOfTwoOnOnePlaceTheLater)

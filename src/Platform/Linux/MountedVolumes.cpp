@@ -1,0 +1,93 @@
+#include "Platform/Linux/MountedVolumes.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+namespace Quillmere {
+
+namespace {
+
+// What programs are packed in, and is mounted to run them.
+constexpr std::array<std::string_view, 3> packedTypes = {"cramfs", "erofs", "squashfs"};
+
+bool isForTheUser(const MountEntry &mount)
+{
+    const bool isPacked = std::ranges::find(packedTypes, std::string_view(mount.type.constData())) != packedTypes.end();
+    return !isPacked && !mount.location.isWithin(FilePath("/boot")) && !mount.location.isWithin(FilePath("/efi"));
+}
+
+} // namespace
+
+QList<MountedVolume> volumesIn(const QList<MountEntry> &table, const BlockDevices &devices)
+{
+    QList<MountedVolume> volumes;
+    QList<quint64> seen;
+    for (const MountEntry &mount : table) {
+        const auto number = devices.numberOfMount(mount.device, FilePath(mount.source));
+        const auto device = number ? devices.device(*number) : std::nullopt;
+        if (!device || !isForTheUser(mount))
+            continue;
+        const qsizetype known = seen.indexOf(*number);
+        const MountedVolume volume{mount.location, *number, device->sequence, mount.isReadOnly};
+        if (known < 0) {
+            seen.append(*number);
+            volumes.append(volume);
+        }
+    }
+    return volumes;
+}
+
+MountedVolumes::MountedVolumes(Places places, BlockDevices devices)
+    : m_places(std::move(places))
+    , m_devices(std::move(devices))
+{
+}
+
+QList<FilePath> MountedVolumes::places(const DiskService &service) const
+{
+    const Result<SystemPlaces> places = m_places();
+    const DiskObjects objects = service.objects().valueOr({});
+    QList<FilePath> list;
+    for (const MountedVolume &volume : places ? volumesIn(places.value().mounts, m_devices) : QList<MountedVolume>()) {
+        const DiskBlock *block = objects.block(volume.number);
+        if (!block || !block->isIgnored)
+            list.append(volume.place);
+    }
+    return list;
+}
+
+Result<VolumeValues> MountedVolumes::values(const FilePath &place, const DiskService &service) const
+{
+    const Result<SystemPlaces> places = m_places();
+    if (!places)
+        return places.failure();
+    const QList<MountedVolume> volumes = volumesIn(places.value().mounts, m_devices);
+    const auto volume = std::ranges::find(volumes, place.standardized(), &MountedVolume::place);
+    const auto disk = volume == volumes.end() ? std::nullopt : m_devices.wholeDisk(volume->number);
+    if (!disk)
+        return Failure{Failure::Kind::NotFound, place, u"No volume is mounted there."_qs};
+    const DiskObjects objects = service.objects().valueOr({});
+    const DiskBlock *block = objects.block(volume->number);
+    const DiskBlock *diskBlock = objects.block(disk->number);
+    VolumeValues values;
+    if (block && !block->label.isEmpty())
+        values.name = block->label;
+    values.isRemovable = disk->isPluggable;
+    const bool isPluggedIn = diskBlock ? objects.isExternal(*diskBlock) : disk->isPluggable;
+    values.isInternal = !isPluggedIn || isOfSystem(volume->number, places.value());
+    values.isReadOnly = volume->isReadOnly;
+    return values;
+}
+
+// A system that runs from a stick has that stick for its disk. Where it cannot be told, every disk may be it.
+bool MountedVolumes::isOfSystem(quint64 number, const SystemPlaces &places) const
+{
+    const Result<QSet<quint64>> system = systemDevices(places, m_devices);
+    const QList<quint64> foundations = m_devices.foundations(number);
+    return !system
+        || std::ranges::any_of(foundations, [&](quint64 device) { return system.value().contains(device); });
+}
+
+} // namespace Quillmere
