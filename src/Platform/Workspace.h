@@ -4,6 +4,7 @@
 #include "Values/Result.h"
 
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QUrl>
 
@@ -50,6 +51,9 @@ public:
 
     /// The user's own, in the order in which they were started.
     [[nodiscard]] virtual QList<RunningApplication> runningApplications() const = 0;
+    /// The files that the user's processes execute, free of links; where one is an interpreter, also the text that it
+    /// runs. So it shows whether a program runs that the desktop does not know.
+    [[nodiscard]] virtual QSet<FilePath> runningPrograms() const = 0;
     /// The one that the program knows by @p bundleIdentifier. Nothing when it is not installed.
     [[nodiscard]] virtual std::optional<InstalledApplication>
     applicationWithIdentifier(const QString &bundleIdentifier) const = 0;

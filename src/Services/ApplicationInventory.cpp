@@ -3,6 +3,7 @@
 #include "Utilities/PropertyList.h"
 #include "Utilities/PropertyListLimits.h"
 #include "Values/CancellationError.h"
+#include "Values/FileName.h"
 
 #include <algorithm>
 #include <array>
@@ -29,25 +30,12 @@ constexpr std::array<LeftoverRow, 4> leftoverRows = {{
     {"Library/Containers", SearchName::BundleId, true},
 }};
 
-/// Whether @p name stays within the folder that it is appended to. Information of a bundle may say anything.
-bool isPlainName(const QByteArray &name)
-{
-    return !name.isEmpty() && name != "." && name != ".." && !name.contains('/') && !name.contains('\0');
-}
-
 bool isGone(const Result<void> &removal)
 {
     return !removal && removal.failure().kind == Failure::Kind::NotFound;
 }
 
 } // namespace
-
-QByteArray bundleNameOf(const FilePath &bundle)
-{
-    const QByteArray name = bundle.lastPathComponent();
-    const QByteArray extension = bundle.pathExtension();
-    return extension.isEmpty() ? name : name.chopped(extension.size() + 1);
-}
 
 ApplicationInventory::ApplicationInventory(std::shared_ptr<const FileManager> files,
                                            std::shared_ptr<const Places> places,
@@ -60,7 +48,8 @@ ApplicationInventory::ApplicationInventory(std::shared_ptr<const FileManager> fi
 
 QList<FilePath> ApplicationInventory::roots() const
 {
-    // Removal refuses a location below a link, so items are named below the true place of their root.
+    // Removal refuses a location below a link, so items are named below the true place of their root. Where one root
+    // is a link to the other, each bundle has one name then, and is not offered twice for the one removal.
     return {m_files->resolvingSymlinks(FilePath("/Applications")),
             m_files->resolvingSymlinks(m_files->homeDirectory().appending("Applications"))};
 }
@@ -83,7 +72,7 @@ QList<ListedApplication> ApplicationInventory::listedApplications() const
 AppItem ApplicationInventory::itemOf(const FilePath &bundle) const
 {
     AppItem item;
-    item.name = FilePath::displayText(bundleNameOf(bundle));
+    item.name = FilePath::displayText(nameWithoutExtension(bundle));
     item.path = bundle;
     item.version = QString();
     const Result<QByteArray> contents
@@ -112,7 +101,7 @@ AppItem ApplicationInventory::itemOf(const ListedApplication &application) const
 QString ApplicationInventory::iconOf(const FilePath &bundle, const PropertyList &information) const
 {
     QByteArray name = information.string(u"CFBundleIconFile"_qs).value_or(QString()).toUtf8();
-    if (!isPlainName(name))
+    if (!isPlainFileName(name))
         return {};
     if (!name.endsWith(".png"))
         name += ".png";
@@ -126,7 +115,7 @@ QList<FilePath> ApplicationInventory::findLeftovers(const QString &bundleId, con
     QList<FilePath> leftovers;
     for (const LeftoverRow &row : leftoverRows) {
         const QByteArray name = row.name == SearchName::AppName ? appName : bundleId.toUtf8();
-        if (!isPlainName(name))
+        if (!isPlainFileName(name))
             continue;
         const FilePath folder = m_files->resolvingSymlinks(m_files->homeDirectory().appending(row.folder));
         const FilePath own = folder.appending(name);
@@ -228,7 +217,7 @@ std::unique_ptr<ScannerService> ApplicationInventory::makeScanner() const
 
 bool ApplicationInventory::exists(const FilePath &path) const
 {
-    return m_files->attributesOfItem(path).isOk();
+    return m_files->fileExists(path);
 }
 
 } // namespace Quillmere

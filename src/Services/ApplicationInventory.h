@@ -69,7 +69,4 @@ private:
     std::shared_ptr<const InstalledApplications> m_applications;
 };
 
-/// The name of a bundle without its extension, as it stands on disk.
-[[nodiscard]] QByteArray bundleNameOf(const FilePath &bundle);
-
 } // namespace Quillmere

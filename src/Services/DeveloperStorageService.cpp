@@ -74,6 +74,45 @@ struct DeveloperStorageService::Inventory
     }
 };
 
+namespace {
+
+/// Locations that nothing else is to lie in or around.
+class TakenPlaces
+{
+public:
+    void take(const FilePath &place)
+    {
+        m_places.insert(place);
+        forEachAbove(place, [this](const FilePath &above) {
+            m_above.insert(above);
+            return false;
+        });
+    }
+    [[nodiscard]] bool overlap(const FilePath &place) const
+    {
+        return m_above.contains(place) || m_places.contains(place)
+            || forEachAbove(place, [this](const FilePath &above) { return m_places.contains(above); });
+    }
+
+private:
+    /// Goes up from @p place until @p see is satisfied, and says whether it was.
+    template<typename See>
+    static bool forEachAbove(FilePath place, const See &see)
+    {
+        while (place != FilePath("/") && !place.isEmpty()) {
+            place = place.deletingLastPathComponent();
+            if (see(place))
+                return true;
+        }
+        return false;
+    }
+
+    QSet<FilePath> m_places;
+    QSet<FilePath> m_above;
+};
+
+} // namespace
+
 DeveloperStorageService::DeveloperStorageService(std::shared_ptr<const FileManager> files,
                                                  std::shared_ptr<const Places> places,
                                                  std::shared_ptr<const ProcessRunner> processes,
@@ -110,24 +149,28 @@ QList<CleanupCategory> DeveloperStorageService::scanCleanupCategories(ScannerSer
     return categories;
 }
 
-QList<PlaceEntry> DeveloperStorageService::offeredPlaces(const CleanupGroup &group) const
+QList<PlaceEntry> DeveloperStorageService::offeredPlaces(const CleanupGroup &group, const ScannerService &scanner) const
 {
     QList<PlaceEntry> places;
+    TakenPlaces taken;
     for (const FilePath &path : m_lookup.existingUnique(group.paths)) {
-        if (mayBeOffered(path))
-            places.append({FilePath::displayText(path.lastPathComponent()), path});
+        if (scanner.isCancelled())
+            return {};
+        if (!mayBeOffered(path))
+            continue;
+        places.append({FilePath::displayText(path.lastPathComponent()), path});
+        taken.take(m_lookup.keyOf(path));
     }
     for (const PlaceEntry &entry : m_places->entriesBehind(group.name)) {
+        if (scanner.isCancelled())
+            return {};
         // A variable may lead a row of this platform into a place that is there already, or around one.
         const FilePath key = m_lookup.keyOf(entry.path);
-        const bool isThere = std::ranges::any_of(places, [&](const PlaceEntry &place) {
-            const FilePath other = m_lookup.keyOf(place.path);
-            return key.isWithin(other) || other.isWithin(key);
-        });
-        if (isThere || !mayBeOffered(entry.path))
+        if (taken.overlap(key) || !mayBeOffered(entry.path))
             continue;
         const QString name = FilePath::displayText(entry.path.lastPathComponent());
         places.append({entry.name.isEmpty() ? name : entry.name, entry.path});
+        taken.take(key);
     }
     return places;
 }
@@ -137,7 +180,7 @@ std::optional<QList<CleanupItem>> DeveloperStorageService::itemsOf(const Cleanup
 {
     const QString explanation = Localizer::shared().localized(group.descriptionKey);
     QList<CleanupItem> items;
-    for (const PlaceEntry &place : offeredPlaces(group)) {
+    for (const PlaceEntry &place : offeredPlaces(group, scanner)) {
         if (scanner.isCancelled())
             return std::nullopt;
         const FilePath location = removableLocation(place.path);

@@ -32,8 +32,9 @@ private:
     struct Inventory;
 
     /// The places of a group that exist and may be offered, by the names that they are shown with: the program's own,
-    /// and behind them those of this platform that none of the others holds or lies in.
-    [[nodiscard]] QList<PlaceEntry> offeredPlaces(const CleanupGroup &group) const;
+    /// and behind them those of this platform that none of the others holds or lies in. None once @p scanner is
+    /// cancelled.
+    [[nodiscard]] QList<PlaceEntry> offeredPlaces(const CleanupGroup &group, const ScannerService &scanner) const;
     /// Nothing once the scanner is cancelled: a group is whole or not there.
     [[nodiscard]] std::optional<QList<CleanupItem>> itemsOf(const CleanupGroup &group, ScannerService &scanner) const;
     [[nodiscard]] FilePath removableLocation(const FilePath &path) const;

@@ -2,6 +2,7 @@
 
 #include "Utilities/PropertyList.h"
 #include "Utilities/PropertyListLimits.h"
+#include "Values/FileName.h"
 
 namespace Quillmere {
 
@@ -11,11 +12,6 @@ const QString label = u"Label"_qs;
 const QString disabled = u"Disabled"_qs;
 const QString runAtLoad = u"RunAtLoad"_qs;
 const QString systemPrefix = u"com.apple."_qs;
-
-QString nameOfFile(const FilePath &path)
-{
-    return FilePath::displayText(path.lastPathComponent().chopped(path.pathExtension().size() + 1));
-}
 
 StartupError cannotWrite(const FilePath &path)
 {
@@ -72,7 +68,8 @@ QList<StartupItem> StartupService::loadStartupItems() const
                 = entry.path.pathExtension() == "plist" ? read(entry.path) : std::nullopt;
             if (!list)
                 continue;
-            StartupItem item = folder.item(list->string(label).value_or(nameOfFile(entry.path)), entry.path);
+            StartupItem item = folder.item(
+                list->string(label).value_or(FilePath::displayText(nameWithoutExtension(entry.path))), entry.path);
             item.isEnabled = !list->boolean(disabled).value_or(false);
             item.runsAtLogin = list->boolean(runAtLoad).value_or(false);
             items.append(item);

@@ -5,6 +5,8 @@
 #include "Utilities/PropertyListNode.h"
 #include "Utilities/PropertyListOldStyle.h"
 
+#include <QStringDecoder>
+
 #include <plist/plist.h>
 
 namespace Quillmere {
@@ -72,9 +74,16 @@ bool isOldStyle(const QByteArray &text)
     return !start.startsWith('<') && !start.startsWith("bplist0");
 }
 
-QByteArray withoutMark(const QByteArray &bytes)
+/// Without its mark, and of text in UTF-16, which the mark shows, as UTF-8.
+QByteArray inUtf8(const QByteArray &bytes)
 {
-    return bytes.startsWith("\xEF\xBB\xBF") ? bytes.sliced(3) : bytes;
+    if (bytes.startsWith("\xEF\xBB\xBF"))
+        return bytes.sliced(3);
+    if (!bytes.startsWith("\xFF\xFE") && !bytes.startsWith("\xFE\xFF"))
+        return bytes;
+    QStringDecoder decoder(QStringDecoder::Utf16, QStringDecoder::Flag::Stateless);
+    const QString text = decoder(bytes);
+    return decoder.hasError() ? bytes : text.toUtf8();
 }
 
 } // namespace
@@ -93,7 +102,7 @@ Result<PropertyList> PropertyList::read(const QByteArray &bytes)
 {
     if (bytes.size() > PropertyListLimits::mostBytes)
         return malformed(u"The property list is too large."_qs);
-    const QByteArray text = withoutMark(bytes);
+    const QByteArray text = inUtf8(bytes);
     Result<PropertyListNode> root = isOldStyle(text) ? readOldStylePropertyList(text) : parsed(text);
     if (!root)
         return root.failure();

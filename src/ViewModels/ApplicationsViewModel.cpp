@@ -4,6 +4,7 @@
 #include "Utilities/ByteCountFormatter.h"
 #include "Utilities/Diagnostics.h"
 #include "Utilities/LocalizationManager.h"
+#include "Values/FileName.h"
 #include "ViewModels/UnfinishedRuns.h"
 
 #include <algorithm>
@@ -19,7 +20,10 @@ struct Found
     FilePath path;
     std::optional<ListedApplication> listed;
 
-    [[nodiscard]] QString name() const { return listed ? listed->name : FilePath::displayText(bundleNameOf(path)); }
+    [[nodiscard]] QString name() const
+    {
+        return listed ? listed->name : FilePath::displayText(nameWithoutExtension(path));
+    }
 };
 
 AppItem measured(const ApplicationInventory &inventory, const Found &found, ScannerService &scanner,
@@ -34,15 +38,28 @@ AppItem measured(const ApplicationInventory &inventory, const Found &found, Scan
 QList<FilePath> leftoversOf(const ApplicationInventory &inventory, const Found &found, const AppItem &item)
 {
     return found.listed ? inventory.findLeftovers(*found.listed)
-                        : inventory.findLeftovers(item.bundleIdentifier, bundleNameOf(found.path));
+                        : inventory.findLeftovers(item.bundleIdentifier, nameWithoutExtension(found.path));
 }
 
-bool isOf(const RunningApplication &running, const AppItem &app)
+/// What the desktop and the system know to run.
+struct Running
 {
-    if (!app.bundleIdentifier.isEmpty() && running.bundleIdentifier == app.bundleIdentifier)
-        return true;
-    return running.bundleLocation && running.bundleLocation->isWithin(app.path);
-}
+    QList<RunningApplication> applications;
+    QSet<FilePath> programs;
+
+    [[nodiscard]] bool isAnyOf(const AppItem &app, const QList<FilePath> &parts) const
+    {
+        const auto isApp = [&](const RunningApplication &each) {
+            return (!app.bundleIdentifier.isEmpty() && each.bundleIdentifier == app.bundleIdentifier)
+                || (each.bundleLocation && each.bundleLocation->isWithin(app.path));
+        };
+        const auto isIn = [&](const FilePath &program) {
+            return program.isWithin(app.path)
+                || std::ranges::any_of(parts, [&](const FilePath &part) { return program.isWithin(part); });
+        };
+        return std::ranges::any_of(applications, isApp) || std::ranges::any_of(programs, isIn);
+    }
+};
 
 OperationLog logOf(qint64 size, qint64 count, const Clock &clock)
 {
@@ -171,6 +188,7 @@ void ApplicationsViewModel::publish(QList<AppItem> apps, QHash<QUuid, ListedAppl
     std::ranges::stable_sort(apps, std::ranges::greater(), &AppItem::size);
     m_apps.setApps(apps);
     // What is on the right goes on being the same application, by what is known of it now.
+    // Nothing says what becomes of it at a scan, and people expect it to stay.
     std::optional<AppItem> selected = m_selectedApp;
     if (selected) {
         const auto same = std::ranges::find(apps, selected->path, &AppItem::path);
@@ -189,18 +207,24 @@ void ApplicationsViewModel::cancelScan()
 {
     m_scanCancelled = true;
     m_parts.scanner->cancelScan();
+    // The scan itself comes to its next test only when whoever it asks has answered.
+    if (m_isScanning)
+        leaveScan(m_scanTask);
 }
 
 QCoro::Task<> ApplicationsViewModel::refreshRunning()
 {
     const QPointer self(this);
-    auto asking = inBackground([workspace = m_parts.workspace] { return workspace->runningApplications(); });
-    const QList<RunningApplication> running = co_await asking;
-    if (!self)
+    const int look = ++m_looks;
+    auto asking = inBackground([workspace = m_parts.workspace] {
+        return Running{workspace->runningApplications(), workspace->runningPrograms()};
+    });
+    const Running running = co_await asking;
+    if (!self || look != m_looks)
         co_return;
     QSet<QUuid> ids;
     for (const AppItem &app : m_apps.apps()) {
-        if (std::ranges::any_of(running, [&](const RunningApplication &each) { return isOf(each, app); }))
+        if (running.isAnyOf(app, m_listed.value(app.id).parts))
             ids.insert(app.id);
     }
     m_apps.setRunning(ids);

@@ -96,7 +96,7 @@ public:
     /// What the screen does when it comes up: a list that is there is kept.
     Q_INVOKABLE void scanIfEmpty();
     Q_INVOKABLE void startScan() { scanApplications(); }
-    /// The scan ends at its next test, and leaves the list empty.
+    /// The scan is over at once, and leaves the list empty.
     Q_INVOKABLE void cancelScan();
     Q_INVOKABLE void select(int row);
     Q_INVOKABLE void lookForRunning() { refreshRunning(); }
@@ -131,6 +131,7 @@ private:
     std::optional<AppItem> m_selectedApp;
     std::optional<QString> m_trafficErrorMessage;
     std::stop_source m_scanTask; ///< Of the latest scan: an earlier one that ends late changes nothing.
+    int m_looks = 0; ///< Counts those for what runs: an earlier one that ends late changes nothing.
     bool m_scanCancelled = false;
     bool m_isScanning = false;
     bool m_isUninstalling = false;

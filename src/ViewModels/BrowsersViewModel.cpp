@@ -127,14 +127,26 @@ QList<CleanupItem> BrowsersViewModel::collectedItems(const BrowserService &servi
     return items;
 }
 
-void BrowsersViewModel::quitBrowser(const BrowserProfile &profile)
+QCoro::Task<> BrowsersViewModel::quitBrowser(BrowserProfile profile)
 {
-    if (m_service.quitBrowser(profile.bundleIdentifier))
+    const QPointer self(this);
+    auto asking
+        = inBackground([service = m_service, profile] { return service.quitBrowser(profile.bundleIdentifier); });
+    const bool isAsked = co_await asking;
+    if (self && isAsked)
         m_profiles.setNotRunning(profile.id);
+}
+
+void BrowsersViewModel::quit(int row)
+{
+    if (hasRow(row))
+        quitBrowser(m_profiles.profiles().at(row));
 }
 
 void BrowsersViewModel::clean(int row)
 {
+    if (!hasRow(row))
+        return;
     const BrowserProfile profile = m_profiles.profiles().at(row);
     if (needsWarning()) {
         m_profileToClean = profile;

@@ -62,10 +62,10 @@ public:
     // Started and left to themselves; whoever wants to know when they end awaits them.
     QCoro::Task<> detectBrowsers();
     QCoro::Task<> cleanBrowserData(BrowserProfile profile);
-    void quitBrowser(const BrowserProfile &profile);
+    QCoro::Task<> quitBrowser(BrowserProfile profile);
 
     Q_INVOKABLE void startDetection() { detectBrowsers(); }
-    Q_INVOKABLE void quit(int row) { quitBrowser(m_profiles.profiles().at(row)); }
+    Q_INVOKABLE void quit(int row);
     /// Cleans the browser of that row, or asks first where more than its caches is to go.
     Q_INVOKABLE void clean(int row);
     Q_INVOKABLE void confirmCleaning();
@@ -88,6 +88,7 @@ private:
 
     [[nodiscard]] static QList<CleanupItem> collectedItems(const BrowserService &service, const BrowserProfile &profile,
                                                            const Scope &scope);
+    [[nodiscard]] bool hasRow(int row) const { return row >= 0 && row < m_profiles.profiles().size(); }
     void setPart(bool &part, bool clean);
     void setScanning(bool isScanning, double progress);
     void setCleaning(bool isCleaning, double progress);

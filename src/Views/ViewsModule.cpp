@@ -1,6 +1,7 @@
 #include "Views/ViewsModule.h"
 
 #include "Views/Support/ApplicationIconProvider.h"
+#include "Views/Support/ApplicationPictureProvider.h"
 #include "Views/Support/SymbolImageProvider.h"
 
 #include <QQmlEngine>
@@ -18,6 +19,7 @@ void installViews(QQmlEngine &engine)
     engine.addImportPath(u":/qt/qml"_qs);
     engine.addImageProvider(u"symbol"_qs, new SymbolImageProvider);
     engine.addImageProvider(u"application"_qs, new ApplicationIconProvider);
+    engine.addImageProvider(u"application-picture"_qs, new ApplicationPictureProvider);
 }
 
 } // namespace Quillmere

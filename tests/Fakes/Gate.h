@@ -11,6 +11,7 @@ class Gate
 public:
     void wait() const { m_latch->wait(); }
     void open() const { m_latch->count_down(); }
+    [[nodiscard]] bool isOpen() const { return m_latch->try_wait(); }
 
 private:
     std::shared_ptr<std::latch> m_latch = std::make_shared<std::latch>(1);

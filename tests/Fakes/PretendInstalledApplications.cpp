@@ -15,6 +15,12 @@ void PretendInstalledApplications::refuse(const QByteArray &id, const Failure &f
     m_refusals.insert(id, failure);
 }
 
+void PretendInstalledApplications::onListing(std::function<void()> hook)
+{
+    const std::scoped_lock guard(m_mutex);
+    m_onListing = std::move(hook);
+}
+
 QList<QByteArray> PretendInstalledApplications::uninstalled() const
 {
     const std::scoped_lock guard(m_mutex);
@@ -23,7 +29,12 @@ QList<QByteArray> PretendInstalledApplications::uninstalled() const
 
 QList<ListedApplication> PretendInstalledApplications::applications() const
 {
-    const std::scoped_lock guard(m_mutex);
+    std::unique_lock guard(m_mutex);
+    if (const std::function<void()> hook = m_onListing) {
+        guard.unlock();
+        hook();
+        guard.lock();
+    }
     return m_applications;
 }
 

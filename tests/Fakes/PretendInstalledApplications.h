@@ -4,6 +4,7 @@
 
 #include <QHash>
 
+#include <functional>
 #include <mutex>
 
 namespace Quillmere {
@@ -16,6 +17,9 @@ public:
     /// From now on it cannot be uninstalled.
     void refuse(const QByteArray &id, const Failure &failure);
 
+    /// From now on this is called, on the worker, before the applications are told.
+    void onListing(std::function<void()> hook);
+
     [[nodiscard]] QList<QByteArray> uninstalled() const; ///< In their order.
 
     [[nodiscard]] QList<ListedApplication> applications() const override;
@@ -24,6 +28,7 @@ public:
 
 private:
     mutable std::mutex m_mutex;
+    std::function<void()> m_onListing;
     mutable QList<ListedApplication> m_applications;
     QHash<QByteArray, QList<FilePath>> m_leftovers;
     QHash<QByteArray, Failure> m_refusals;

@@ -8,6 +8,12 @@ void PretendWorkspace::start(const RunningApplication &application)
     m_running.append(application);
 }
 
+void PretendWorkspace::startProgram(const FilePath &program)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_programs.insert(program);
+}
+
 void PretendWorkspace::install(const QString &bundleIdentifier, const InstalledApplication &application)
 {
     const std::scoped_lock lock(m_mutex);
@@ -18,6 +24,12 @@ void PretendWorkspace::uninstall(const QString &bundleIdentifier)
 {
     const std::scoped_lock lock(m_mutex);
     m_installed.remove(bundleIdentifier);
+}
+
+void PretendWorkspace::onListing(std::function<void(int)> hook)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_onListing = std::move(hook);
 }
 
 void PretendWorkspace::letStay(qint32 pid)
@@ -76,9 +88,20 @@ int PretendWorkspace::listings() const
 
 QList<RunningApplication> PretendWorkspace::runningApplications() const
 {
+    std::unique_lock lock(m_mutex);
+    const int listing = ++m_listings;
+    const QList<RunningApplication> running = m_running;
+    const std::function<void(int)> hook = m_onListing;
+    lock.unlock();
+    if (hook)
+        hook(listing);
+    return running;
+}
+
+QSet<FilePath> PretendWorkspace::runningPrograms() const
+{
     const std::scoped_lock lock(m_mutex);
-    ++m_listings;
-    return m_running;
+    return m_programs;
 }
 
 std::optional<InstalledApplication> PretendWorkspace::applicationWithIdentifier(const QString &bundleIdentifier) const

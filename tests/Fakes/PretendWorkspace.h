@@ -4,6 +4,7 @@
 
 #include <QHash>
 
+#include <functional>
 #include <mutex>
 
 namespace Quillmere {
@@ -13,6 +14,8 @@ class PretendWorkspace final : public Workspace
 {
 public:
     void start(const RunningApplication &application);
+    /// A program that the desktop knows nothing of.
+    void startProgram(const FilePath &program);
     void install(const QString &bundleIdentifier, const InstalledApplication &application = {});
     void uninstall(const QString &bundleIdentifier);
     /// Takes it away as if it had ended of its own accord.
@@ -20,6 +23,8 @@ public:
     /// From now on it may be neither asked nor forced to end.
     void protect(qint32 pid);
 
+    /// From now on this is called, on the worker, with the number of the listing, before that is handed over.
+    void onListing(std::function<void(int listing)> hook);
     /// From now on it stays when it is asked to quit.
     void letStay(qint32 pid);
 
@@ -34,6 +39,7 @@ public:
     [[nodiscard]] int listings() const; ///< How often the applications were asked for.
 
     [[nodiscard]] QList<RunningApplication> runningApplications() const override;
+    [[nodiscard]] QSet<FilePath> runningPrograms() const override;
     [[nodiscard]] std::optional<InstalledApplication>
     applicationWithIdentifier(const QString &bundleIdentifier) const override;
     [[nodiscard]] bool terminate(const RunningApplication &application) const override;
@@ -46,11 +52,13 @@ public:
 private:
     mutable std::mutex m_mutex;
     mutable QList<RunningApplication> m_running;
+    QSet<FilePath> m_programs;
     QHash<QString, InstalledApplication> m_installed;
     QList<qint32> m_protected;
     QList<qint32> m_staying;
     mutable QList<qint32> m_askedToQuit;
     mutable QList<qint32> m_terminated;
+    std::function<void(int)> m_onListing;
     mutable int m_listings = 0;
     mutable QList<FilePath> m_revealed;
     mutable QList<QUrl> m_opened;

@@ -1,5 +1,7 @@
 #include "Utilities/PropertyList.h"
 
+#include <QStringEncoder>
+
 #include <gtest/gtest.h>
 
 #include <limits>
@@ -414,4 +416,20 @@ TEST(PropertyListTest, RefusesAListThatDoublesItselfAtEveryLevel)
     levels.append("\xA0");
 
     EXPECT_FALSE(isAccepted(binaryWithValue(levels)));
+}
+
+TEST(PropertyListTest, ReadsTextInUtf16)
+{
+    const QString text = u"<?xml version=\"1.0\" encoding=\"UTF-16\"?><plist version=\"1.0\"><dict><key>Name</key>"
+                         u"<string>\u00dcbung</string></dict></plist>"_qs;
+    for (const auto encoding : {QStringEncoder::Utf16LE, QStringEncoder::Utf16BE}) {
+        QStringEncoder encoder(encoding, QStringEncoder::Flag::WriteBom);
+        const QByteArray bytes = encoder(text);
+
+        const Result<PropertyList> list = PropertyList::read(bytes);
+
+        ASSERT_TRUE(list.isOk());
+        EXPECT_EQ(list.value().string(u"Name"_qs), u"\u00dcbung"_qs);
+        EXPECT_FALSE(PropertyList::read(bytes.chopped(1)).isOk());
+    }
 }

@@ -65,6 +65,25 @@ protected:
         addLeftover("Containers/com.example.painter", 40);
     }
 
+    void uninstall(const AppItem &item) { QCoro::waitFor(model->uninstallApp(item)); }
+    void clear(const AppItem &item) { QCoro::waitFor(model->clearAppData(item)); }
+
+    /// The one record there is.
+    [[nodiscard]] OperationLog record() const
+    {
+        const QList<OperationLog> logs = history.loadHistory();
+        EXPECT_EQ(logs.size(), 1);
+        return logs.value(0);
+    }
+    void expectNoRecord() const { EXPECT_EQ(history.loadHistory().size(), 0); }
+
+    /// Chooses Painter of a list in which it is alone.
+    void scanPainter()
+    {
+        addPainter();
+        scan();
+        model->select(0);
+    }
     void scan() { QCoro::waitFor(model->scanApplications()); }
     [[nodiscard]] const QList<AppItem> &apps() const { return model->apps()->apps(); }
     [[nodiscard]] AppItem app(qsizetype row = 0) const { return apps().value(row); }

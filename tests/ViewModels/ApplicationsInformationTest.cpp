@@ -80,3 +80,24 @@ TEST_F(ApplicationsInformationTest, TakesThePictureOfABundleFromItsResourcesAndN
     EXPECT_EQ(app(1).icon, QString());
     EXPECT_EQ(app(2).icon, QString());
 }
+
+TEST_F(ApplicationsInformationTest, ShowsAnEmptyTextForAVersionThatIsNotTold)
+{
+    addBundle("/Applications/A.app", 1);
+    scan();
+    model->select(0);
+
+    EXPECT_EQ(model->selectedVersionText(), u"Version: "_qs);
+    localizer->setLanguage(Language::Russian);
+    EXPECT_EQ(model->selectedVersionText(), u"Версия: "_qs);
+}
+
+TEST_F(ApplicationsInformationTest, SaysUnknownForNoVersionAtAll)
+{
+    AppItem without;
+    without.name = u"A"_qs;
+    model->apps()->setApps({without});
+    model->select(0);
+
+    EXPECT_EQ(model->selectedVersionText(), u"Version: Unknown"_qs);
+}

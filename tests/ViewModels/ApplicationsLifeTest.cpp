@@ -1,7 +1,11 @@
 #include "Fakes/Gate.h"
 #include "ViewModels/ApplicationsFixture.h"
 
+#include <QTest>
+
 #include <gmock/gmock.h>
+
+#include <atomic>
 
 using namespace Quillmere;
 using testing::ElementsAre;
@@ -30,8 +34,9 @@ TEST_P(ApplicationsCancelTest, LeavesTheListEmptyAndInvitesAgain)
     addPainter();
     addBundle("/Applications/Other.app", 10);
     machine.files->onMeasure([this](const FilePath &path) {
+        const auto cancel = [this] { model->cancelScan(); };
         if (path == FilePath(GetParam().at))
-            model->cancelScan();
+            QMetaObject::invokeMethod(model.get(), cancel, Qt::BlockingQueuedConnection);
     });
 
     scan();
@@ -62,6 +67,27 @@ TEST_F(ApplicationsLifeTest, IsCancelledWhileItLists)
 
     EXPECT_THAT(apps(), IsEmpty());
     EXPECT_FALSE(model->isScanning());
+}
+
+TEST_F(ApplicationsLifeTest, IsOverAsSoonAsItIsCancelledHoweverLongThePlatformGoesOnListing)
+{
+    const Gate gate;
+    const Gate reached;
+    machine.applications->onListing([gate, reached] {
+        reached.open();
+        gate.wait();
+    });
+    const auto scanning = model->scanApplications();
+    while (!reached.isOpen())
+        QTest::qWait(1);
+
+    model->cancelScan();
+
+    EXPECT_FALSE(model->isScanning());
+    gate.open();
+    QCoro::waitFor(scanning);
+    EXPECT_FALSE(model->isScanning());
+    EXPECT_THAT(apps(), IsEmpty());
 }
 
 TEST_F(ApplicationsLifeTest, IsCancelledThroughItsScannerAlone)
@@ -106,14 +132,27 @@ TEST_F(ApplicationsLifeTest, LetsALaterScanTakeThePlaceOfAnEarlierOne)
 TEST_F(ApplicationsLifeTest, OutlivesNoScreen)
 {
     addPainter();
+    addBundle("/Applications/Zoo.app", 10);
     const Gate gate;
-    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
+    const Gate reached;
+    std::atomic_bool goesOn = false;
+    machine.files->onMeasure([gate, reached, &goesOn](const FilePath &path) {
+        if (path.isWithin(FilePath("/Applications/Zoo.app")))
+            goesOn = true;
+        if (!reached.isOpen())
+            reached.open();
+        gate.wait();
+    });
     const auto scanning = model->scanApplications();
+    while (!reached.isOpen())
+        QTest::qWait(1);
 
     model.reset();
     gate.open();
 
     QCoro::waitFor(scanning);
+    EXPECT_FALSE(goesOn);
+    // It ended by itself: whoever else uses the scanner is not stopped.
     EXPECT_FALSE(scanner->isCancelled());
 }
 

@@ -135,14 +135,39 @@ TEST_F(ApplicationsScanTest, CountsABundleThatVanishesWhileItIsMeasuredAsNothing
     addBundle("/Applications/Gone.app", 100, u"org.example.gone"_qs);
     addBundle("/Applications/Stays.app", 5);
     machine.files->onMeasure([this](const FilePath &path) {
-        if (path.isWithin(FilePath("/Applications/Stays.app")))
-            return;
-        machine.files->vanish(FilePath("/Applications/Gone.app/Contents/MacOS/program"));
+        if (path.isWithin(FilePath("/Applications/Gone.app")))
+            machine.files->vanish(FilePath("/Applications/Gone.app/Contents/MacOS/program"));
     });
 
     scan();
 
-    EXPECT_EQ(apps().size(), 2);
+    ASSERT_THAT(names(), ElementsAre(u"Stays"_qs, u"Gone"_qs));
+    // Of what has gone, the information alone was there to be measured.
+    EXPECT_LT(app(1).size, app(0).size);
+    EXPECT_EQ(app(1).bundleIdentifier, u"org.example.gone"_qs);
+}
+
+TEST_F(ApplicationsScanTest, KeepsTheRowOfABundleThatVanishesBehindTheListing)
+{
+    addBundle("/Applications/Gone.app", 100, u"org.example.gone"_qs, u"1"_qs);
+    machine.applications->onListing([this] { machine.files->vanish(FilePath("/Applications/Gone.app")); });
+
+    scan();
+
+    ASSERT_THAT(names(), ElementsAre(u"Gone"_qs));
+    EXPECT_EQ(app().size, 0);
+    EXPECT_EQ(app().bundleIdentifier, QString());
+    EXPECT_EQ(app().version, QString());
+}
+
+TEST_F(ApplicationsScanTest, NamesABundleOnceWhereOneRootIsALinkToTheOther)
+{
+    addBundle("/Applications/Painter.app", 10);
+    machine.files->addLink(FilePath("/home/ada/Applications"), FilePath("/Applications"));
+
+    scan();
+
+    EXPECT_THAT(names(), ElementsAre(u"Painter"_qs));
 }
 
 TEST_F(ApplicationsScanTest, ListsWhatThePlatformAddsBehindTheBundles)

@@ -1,6 +1,7 @@
 #include "ViewModels/ApplicationsFixture.h"
 
 #include <QSignalSpy>
+#include <QTest>
 
 #include <gmock/gmock.h>
 
@@ -110,4 +111,26 @@ TEST_F(ApplicationsTrafficTest, FollowsRulesThatAreSetElsewhere)
 
     EXPECT_FALSE(changes.isEmpty());
     EXPECT_TRUE(model->isSelectedTrafficBlocked());
+}
+
+TEST_F(ApplicationsTrafficTest, SaysThatItCouldNotBeChangedWhereTheServiceGivesNoReason)
+{
+    machine.filter->saveError = u"no"_qs;
+    machine.filter->hold();
+    // The next change clears the last error, in the same turn as it is set.
+    std::optional<QCoro::Task<bool>> next;
+    QObject::connect(&traffic, &TrafficControlService::lastErrorChanged, &traffic, [this, &next] {
+        if (!next && traffic.lastError())
+            next.emplace(traffic.setEcoTrafficEnabled(false));
+    });
+    const auto toggling = model->toggleTrafficBlock(item);
+    QTRY_VERIFY(extension.hasCompletedRequest());
+    QCoreApplication::processEvents();
+    machine.filter->releaseAll();
+
+    QCoro::waitFor(toggling);
+
+    EXPECT_EQ(model->trafficErrorMessage(), u"Unable to change the application outbound traffic policy."_qs);
+    machine.filter->releaseAll();
+    QCoro::waitFor(std::move(*next));
 }

@@ -40,6 +40,8 @@ protected:
     /// Cleans the second row, Google Chrome, and waits until that has ended.
     void cleanChrome() { QCoro::waitFor(model->cleanBrowserData(profile(1))); }
 
+    void quit(int row) { QCoro::waitFor(model->quitBrowser(profile(row))); }
+
     BrowserProfile profile(int row) { return model->profiles()->profiles().value(row); }
 
     void runChrome(qint32 pid = 7)
@@ -175,7 +177,7 @@ TEST_F(BrowsersViewModelTest, ShowsABrowserAsNotRunningOnceItWasAskedToQuitEvenI
     ASSERT_TRUE(profile(1).isBrowserRunning);
     const QSignalSpy changed(model->profiles(), &QAbstractItemModel::dataChanged);
 
-    model->quit(1);
+    quit(1);
 
     EXPECT_THAT(machine.workspace->askedToQuit(), ElementsAre(7));
     EXPECT_THAT(machine.workspace->terminated(), IsEmpty());
@@ -186,13 +188,41 @@ TEST_F(BrowsersViewModelTest, ShowsABrowserAsNotRunningOnceItWasAskedToQuitEvenI
     EXPECT_TRUE(profile(1).isBrowserRunning);
 }
 
+TEST_F(BrowsersViewModelTest, KeepsNobodyWaitingWhileABrowserIsAskedToQuit)
+{
+    runChrome();
+    detect();
+    const Gate gate;
+    machine.workspace->onListing([gate](int) { gate.wait(); });
+
+    const auto quitting = model->quitBrowser(profile(1));
+
+    EXPECT_TRUE(profile(1).isBrowserRunning);
+    gate.open();
+    QCoro::waitFor(quitting);
+    EXPECT_FALSE(profile(1).isBrowserRunning);
+}
+
+TEST_F(BrowsersViewModelTest, DoesNothingForARowThatIsNotThere)
+{
+    runChrome();
+    detect();
+    for (const int row : {-1, int(model->profiles()->profiles().size())}) {
+        model->quit(row);
+        model->clean(row);
+    }
+
+    EXPECT_THAT(machine.workspace->askedToQuit(), IsEmpty());
+    EXPECT_FALSE(model->isCleaning());
+}
+
 TEST_F(BrowsersViewModelTest, KeepsABrowserShownAsRunningThatCannotBeAskedToQuit)
 {
     runChrome();
     machine.workspace->protect(7);
     detect();
 
-    model->quit(1);
+    quit(1);
 
     EXPECT_TRUE(profile(1).isBrowserRunning);
 }

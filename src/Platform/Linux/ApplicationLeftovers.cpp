@@ -2,32 +2,31 @@
 
 #include "Platform/Linux/ApplicationData.h"
 #include "Platform/Linux/UserFolders.h"
+#include "Values/FileName.h"
 
 #include <algorithm>
 
 namespace Quillmere {
 
-bool isPlainFileName(const QByteArray &name)
-{
-    return !name.isEmpty() && name != "." && name != ".." && !name.contains('/') && !name.contains('\0');
-}
-
 ApplicationLeftovers::ApplicationLeftovers(std::shared_ptr<const FileManager> files,
-                                           std::shared_ptr<const Places> places,
+                                           std::shared_ptr<const Places> places, const QList<FilePath> &systemEntries,
                                            const BaseDirectories::Environment &environment)
     : m_files(std::move(files))
     , m_places(std::move(places))
 {
     const FilePath home = m_files->homeDirectory();
     const BaseDirectories base = BaseDirectories::of(home, environment);
+    QList<FilePath> systemAutostart;
+    for (const FilePath &folder : BaseDirectories::systemConfig(environment))
+        systemAutostart.append(folder.appending("autostart"));
     m_rows = {
-        {base.config, {}, true},
-        {base.data, {}, true},
-        {base.state, {}, false},
-        {base.cache, {}, false},
-        {home.appending(".var/app"), {}, false},
-        {base.config.appending("autostart"), ".desktop", true},
-        {base.data.appending("applications"), ".desktop", true},
+        {base.config, {}, true, {}},
+        {base.data, {}, true, {}},
+        {base.state, {}, false, {}},
+        {base.cache, {}, false, {}},
+        {home.appending(".var/app"), {}, false, {}},
+        {base.config.appending("autostart"), ".desktop", true, systemAutostart},
+        {base.data.appending("applications"), ".desktop", true, systemEntries},
     };
     m_shared = {home, m_files->temporaryDirectory()};
     for (Row &row : m_rows) {
@@ -57,7 +56,11 @@ bool ApplicationLeftovers::mayGo(const FilePath &candidate, const Row &row) cons
 {
     const bool holdsShared
         = std::ranges::any_of(m_shared, [&](const FilePath &shared) { return shared.isWithin(candidate); });
-    return !holdsShared && (row.isSettings || !m_places->reasonToKeep(candidate));
+    // What the user changed of it, such as that it does not start at login, is no file of the application's.
+    const bool isInTheSystemsPlace = std::ranges::any_of(row.systems, [&](const FilePath &folder) {
+        return m_files->fileExists(folder.appending(candidate.lastPathComponent()));
+    });
+    return !holdsShared && !isInTheSystemsPlace && (row.isSettings || !m_places->reasonToKeep(candidate));
 }
 
 } // namespace Quillmere

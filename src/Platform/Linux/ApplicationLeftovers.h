@@ -8,15 +8,13 @@
 
 namespace Quillmere {
 
-/// Whether @p name stays within any folder that it is appended to.
-[[nodiscard]] bool isPlainFileName(const QByteArray &name);
-
 /// Finds the user's files that are named exactly after an application, in the folders where XDG desktops keep such.
 class ApplicationLeftovers
 {
 public:
+    /// @p systemEntries are the system's folders of desktop entries.
     ApplicationLeftovers(std::shared_ptr<const FileManager> files, std::shared_ptr<const Places> places,
-                         const BaseDirectories::Environment &environment);
+                         const QList<FilePath> &systemEntries, const BaseDirectories::Environment &environment);
 
     /// In the order of the folders, and only what exists. Nothing for a name that leads elsewhere, and nothing that
     /// belongs to many applications, such as a folder of all entries.
@@ -28,6 +26,7 @@ private:
         FilePath folder;
         QByteArray suffix;
         bool isSettings = false; ///< Settings and data are kept from cleaning, and go with their application alone.
+        QList<FilePath> systems; ///< Where the system keeps what one here would take the place of.
     };
 
     [[nodiscard]] bool mayGo(const FilePath &candidate, const Row &row) const;

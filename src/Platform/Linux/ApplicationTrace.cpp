@@ -24,9 +24,10 @@ bool findByCgroup(ApplicationTrace &trace, pid_t pid, const ProcessTable &proces
 {
     const CgroupApplication group = parseCgroup(processes.file(pid, "cgroup").value_or(QByteArray()));
     trace.entry = group.desktopId.isEmpty() ? nullptr : index.byId(group.desktopId);
-    if (trace.entry)
-        trace.unit = group.unit;
-    return trace.entry;
+    if (!trace.entry)
+        return false;
+    trace.unit = group.unit;
+    return true;
 }
 
 bool findBySandbox(ApplicationTrace &trace, pid_t pid, const ProcessTable &processes, const ApplicationIndex &index)
@@ -58,17 +59,6 @@ bool findByLaunch(ApplicationTrace &trace, pid_t pid, const ProcessTable &proces
     return trace.entry;
 }
 
-/// The text that an interpreter runs: its first argument that is no option.
-FilePath scriptOf(pid_t pid, const ProcessTable &processes)
-{
-    const QList<QByteArray> words = processes.file(pid, "cmdline").value_or(QByteArray()).split('\0');
-    for (qsizetype place = 1; place < words.size(); ++place) {
-        if (!words.at(place).startsWith('-'))
-            return FilePath(words.at(place).startsWith('/') ? words.at(place) : QByteArray());
-    }
-    return {};
-}
-
 void findByProgram(ApplicationTrace &trace, pid_t pid, const ProcessTable &processes, const ApplicationIndex &index)
 {
     trace.program = programOf(pid, processes);
@@ -82,7 +72,32 @@ void findByProgram(ApplicationTrace &trace, pid_t pid, const ProcessTable &proce
         trace.entry = index.byScript(script);
 }
 
+/// A browser that another application opened a page in stays in the control group of that.
+void correctByIdentity(ApplicationTrace &trace, pid_t pid, const ProcessTable &processes, const ApplicationIndex &index)
+{
+    const FilePath program = programOf(pid, processes);
+    const ApplicationData::Identity *identity = ApplicationData::builtIn().identityOfExecutable(program);
+    if (!identity || identity->desktopIds.contains(trace.entry->id))
+        return;
+    const DesktopEntry *entry = index.byProgram(program);
+    if (!entry || entry == trace.entry)
+        return;
+    trace.entry = entry;
+    trace.program = program;
+    trace.unit.clear();
+}
+
 } // namespace
+
+FilePath scriptOf(pid_t pid, const ProcessTable &processes)
+{
+    const QList<QByteArray> words = processes.file(pid, "cmdline").value_or(QByteArray()).split('\0');
+    for (qsizetype place = 1; place < words.size(); ++place) {
+        if (!words.at(place).startsWith('-'))
+            return FilePath(words.at(place).startsWith('/') ? words.at(place) : QByteArray());
+    }
+    return {};
+}
 
 FilePath programOf(pid_t pid, const ProcessTable &processes)
 {
@@ -96,8 +111,9 @@ FilePath programOf(pid_t pid, const ProcessTable &processes)
 ApplicationTrace ApplicationTrace::of(pid_t pid, const ProcessTable &processes, const ApplicationIndex &index)
 {
     ApplicationTrace trace;
-    if (!findByCgroup(trace, pid, processes, index) && !findBySandbox(trace, pid, processes, index)
-        && !findByLaunch(trace, pid, processes, index))
+    if (findByCgroup(trace, pid, processes, index))
+        correctByIdentity(trace, pid, processes, index);
+    else if (!findBySandbox(trace, pid, processes, index) && !findByLaunch(trace, pid, processes, index))
         findByProgram(trace, pid, processes, index);
     return trace;
 }

@@ -20,4 +20,7 @@ struct ApplicationTrace
 /// The program that a process executes, also when its file has been replaced since. Empty when it cannot be told.
 [[nodiscard]] FilePath programOf(pid_t pid, const ProcessTable &processes);
 
+/// The text that an interpreter runs: its first argument that is no option. Empty unless that is an absolute location.
+[[nodiscard]] FilePath scriptOf(pid_t pid, const ProcessTable &processes);
+
 } // namespace Quillmere

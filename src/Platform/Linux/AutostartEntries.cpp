@@ -1,6 +1,7 @@
 #include "Platform/Linux/AutostartEntries.h"
 
 #include "Platform/Linux/DesktopEntryText.h"
+#include "Values/FileName.h"
 
 #include <algorithm>
 
@@ -11,6 +12,8 @@ namespace {
 constexpr qsizetype mostBytes = 1024 * 1024;
 const QByteArray hidden = "Hidden";
 const QByteArray enabledKey = "X-GNOME-Autostart-enabled";
+// Stands in copies of the system's entries that were made here, which alone are ours to take away again.
+const QByteArray copyKey = "X-Quillmere-Copy";
 
 bool isOn(const DesktopEntryText &entry)
 {
@@ -35,6 +38,13 @@ DesktopEntryText switched(DesktopEntryText entry, bool enabled)
     return entry;
 }
 
+DesktopEntryText copyOf(const DesktopEntryText &system, bool enabled)
+{
+    DesktopEntryText copy = switched(system, enabled);
+    copy.setBoolean(copyKey, true);
+    return copy;
+}
+
 } // namespace
 
 AutostartEntries::AutostartEntries(std::shared_ptr<const FileManager> files, BaseDirectories::Environment environment,
@@ -44,11 +54,9 @@ AutostartEntries::AutostartEntries(std::shared_ptr<const FileManager> files, Bas
     , m_languages(std::move(languages))
     , m_ownFolder(BaseDirectories::of(m_files->homeDirectory(), m_environment).config.appending("autostart"))
 {
-    const QByteArray system = m_environment("XDG_CONFIG_DIRS");
-    for (const QByteArray &each : (system.isEmpty() ? "/etc/xdg" : system).split(':')) {
-        const FilePath folder = FilePath(each).appending("autostart").standardized();
-        if (each.startsWith('/') && folder != m_ownFolder && !m_systemFolders.contains(folder))
-            m_systemFolders.append(folder);
+    for (const FilePath &config : BaseDirectories::systemConfig(m_environment)) {
+        if (config.appending("autostart") != m_ownFolder)
+            m_systemFolders.append(config.appending("autostart"));
     }
 }
 
@@ -84,20 +92,33 @@ Result<void> AutostartEntries::setEnabled(const FilePath &path, bool enabled) co
 {
     const QByteArray name = path.lastPathComponent();
     const FilePath own = m_ownFolder.appending(name);
-    const FilePath system = systemFile(name);
-    const DesktopEntryText ownEntry = read(own);
-    const DesktopEntryText systemEntry = read(system);
-    // A mere "Hidden=true" in the place of the system's entry could not start anything by being turned around.
-    const DesktopEntryText &base = isComplete(ownEntry) ? ownEntry : systemEntry.isSound() ? systemEntry : ownEntry;
-    if (!base.isSound())
+    const DesktopEntryText system = read(systemFile(name));
+    if (m_files->attributesOfItem(own))
+        return setOwnEnabled(own, system, enabled);
+    if (!system.isSound())
         return Failure{Failure::Kind::NotFound, path, u"No desktop entry"_qs};
+    return isOn(system) == enabled ? Result<void>() : write(own, copyOf(system, enabled).text());
+}
 
-    const QByteArray text = switched(base, enabled).text();
-    const bool saysNothingOfItsOwn = systemEntry.isSound() && isOn(systemEntry) == enabled
-        && (text == systemEntry.text() || text == switched(switched(systemEntry, !enabled), enabled).text());
-    if (saysNothingOfItsOwn && (!m_files->attributesOfItem(own) || m_files->removeItem(own)))
-        return {};
-    return write(own, text);
+Result<void> AutostartEntries::setOwnEnabled(const FilePath &own, const DesktopEntryText &system, bool enabled) const
+{
+    const Result<QByteArray> contents = m_files->contentsOfFile(own, mostBytes);
+    if (!contents)
+        return contents.failure();
+    DesktopEntryText entry(contents.value());
+    if (!entry.isSound())
+        return Failure{Failure::Kind::Malformed, own, u"No desktop entry"_qs};
+    const bool isOurs = system.isSound() && entry.text() == copyOf(system, !enabled).text();
+    if (system.isSound() && isOn(system) == enabled && (isOurs || !entry.saysMoreThan(hidden))) {
+        // Removal refuses a location below a link.
+        const FilePath folder = m_files->resolvingSymlinks(m_ownFolder);
+        if (m_files->removeItem(folder.appending(own.lastPathComponent())))
+            return {};
+    }
+    // What says only that the system's is not to start could not start anything by being turned around.
+    if (enabled && !isComplete(entry))
+        entry.addMissing(system);
+    return write(own, switched(entry, enabled).text());
 }
 
 QList<QByteArray> AutostartEntries::namesIn(const FilePath &folder) const
@@ -181,7 +202,7 @@ bool AutostartEntries::hasProgram(const QByteArray &tried) const
 QString AutostartEntries::nameOf(const DesktopEntryText &entry, const FilePath &file) const
 {
     const QByteArray name = entry.value("Name", m_languages).value_or(QByteArray());
-    return FilePath::displayText(name.isEmpty() ? file.lastPathComponent().chopped(qstrlen(".desktop")) : name);
+    return FilePath::displayText(name.isEmpty() ? nameWithoutExtension(file) : name);
 }
 
 Result<void> AutostartEntries::write(const FilePath &file, const QByteArray &text) const

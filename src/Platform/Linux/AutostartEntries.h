@@ -12,8 +12,8 @@ class DesktopEntryText;
 
 /// What the desktop starts at login: the desktop entries in `autostart` of the user's folder for settings and of the
 /// system's. An entry of the user's stands in the place of the system's of the same name, and that is how one of the
-/// system's is switched: by a copy in the user's folder, which goes again when it says nothing of its own any more. The
-/// system's files are never written. Any thread.
+/// system's is switched: by a copy in the user's folder, which goes again when it says nothing of its own any more.
+/// What the user wrote is kept, and the system's files are never written. Any thread.
 class AutostartEntries
 {
 public:
@@ -28,6 +28,8 @@ public:
     [[nodiscard]] Result<void> setEnabled(const FilePath &path, bool enabled) const;
 
 private:
+    /// The same where the user has an entry of their own at @p own, whose lines stay.
+    [[nodiscard]] Result<void> setOwnEnabled(const FilePath &own, const DesktopEntryText &system, bool enabled) const;
     [[nodiscard]] QList<QByteArray> namesIn(const FilePath &folder) const;
     /// The most important of the system's files of that name; empty when there is none.
     [[nodiscard]] FilePath systemFile(const QByteArray &name) const;

@@ -15,6 +15,18 @@ BaseDirectories BaseDirectories::of(const FilePath &home, const Environment &env
     };
 }
 
+QList<FilePath> BaseDirectories::systemConfig(const Environment &environment)
+{
+    const QByteArray variable = environment("XDG_CONFIG_DIRS");
+    QList<FilePath> folders;
+    for (const QByteArray &each : (variable.isEmpty() ? "/etc/xdg" : variable).split(':')) {
+        const FilePath folder = FilePath(each).standardized();
+        if (each.startsWith('/') && !folders.contains(folder))
+            folders.append(folder);
+    }
+    return folders;
+}
+
 FilePath BaseDirectories::location(const Environment &environment, const char *name, const FilePath &usual)
 {
     const QByteArray value = environment(name);

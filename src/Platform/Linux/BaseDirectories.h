@@ -2,6 +2,8 @@
 
 #include "Values/FilePath.h"
 
+#include <QList>
+
 #include <functional>
 
 namespace Quillmere {
@@ -16,6 +18,9 @@ struct BaseDirectories
     FilePath config;
     FilePath data;
     FilePath state;
+
+    /// The system's folders for settings, the most important first.
+    [[nodiscard]] static QList<FilePath> systemConfig(const Environment &environment);
 
     [[nodiscard]] static BaseDirectories of(const FilePath &home, const Environment &environment = qgetenv);
     /// What a variable says, tidied. One that is empty or names no absolute location counts as not set: @p usual.

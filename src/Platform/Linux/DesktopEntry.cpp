@@ -5,7 +5,6 @@
 
 #include <QDirIterator>
 #include <QFile>
-#include <QSet>
 
 #include <algorithm>
 #include <cstdlib>
@@ -95,10 +94,9 @@ std::optional<DesktopEntry> readEntry(const QByteArray &id, const QByteArray &fi
 
 } // namespace
 
-QList<DesktopEntry> readDesktopEntries(const QList<FilePath> &folders)
+QHash<QByteArray, FilePath> desktopEntryFiles(const QList<FilePath> &folders)
 {
-    QList<DesktopEntry> entries;
-    QSet<QByteArray> known;
+    QHash<QByteArray, FilePath> found;
     for (const FilePath &folder : folders) {
         const QString top = QFile::decodeName(folder.bytes());
         QDirIterator files(top, {u"*.desktop"_qs}, QDir::Files, QDirIterator::Subdirectories);
@@ -106,12 +104,20 @@ QList<DesktopEntry> readDesktopEntries(const QList<FilePath> &folders)
             const QByteArray file = QFile::encodeName(files.next());
             // Folders below the top become part of the id: desktops know the entry by it.
             const QByteArray id = file.sliced(folder.bytes().size() + 1).chopped(8).replace('/', '-');
-            if (known.contains(id))
-                continue;
-            known.insert(id);
-            if (std::optional<DesktopEntry> entry = readEntry(id, file))
-                entries.append(*std::move(entry));
+            if (!found.contains(id))
+                found.insert(id, FilePath(file));
         }
+    }
+    return found;
+}
+
+QList<DesktopEntry> readDesktopEntries(const QList<FilePath> &folders)
+{
+    QList<DesktopEntry> entries;
+    const QHash<QByteArray, FilePath> files = desktopEntryFiles(folders);
+    for (auto file = files.cbegin(); file != files.cend(); ++file) {
+        if (std::optional<DesktopEntry> entry = readEntry(file.key(), file.value().bytes()))
+            entries.append(*std::move(entry));
     }
     std::ranges::sort(entries, {}, &DesktopEntry::id);
     return entries;

@@ -2,6 +2,7 @@
 
 #include "Values/FilePath.h"
 
+#include <QHash>
 #include <QList>
 
 namespace Quillmere {
@@ -23,6 +24,10 @@ struct DesktopEntry
 /// What the desktop shows of the applications in @p folders, by the order of their ids. An entry of an earlier folder
 /// hides those of its id in later ones, also when it is itself not shown.
 [[nodiscard]] QList<DesktopEntry> readDesktopEntries(const QList<FilePath> &folders);
+
+/// The files of all entries in @p folders by their ids, also of those that are not shown; of several of one id that of
+/// the earliest folder.
+[[nodiscard]] QHash<QByteArray, FilePath> desktopEntryFiles(const QList<FilePath> &folders);
 
 /// The folders of desktop entries of this user, where XDG desktops keep them, the most important first.
 [[nodiscard]] QList<FilePath> desktopEntryFolders(const FilePath &home);

@@ -94,7 +94,6 @@ std::optional<bool> DesktopEntryText::boolean(const QByteArray &key) const
 void DesktopEntryText::setBoolean(const QByteArray &key, bool value)
 {
     const QByteArray text = value ? "true" : "false";
-    const QByteArray ending = m_lines.at(m_header).endsWith('\r') ? "\r" : "";
     const QList<qsizetype> places = linesOf(key);
     for (const qsizetype line : places) {
         const QByteArray old = m_lines.at(line);
@@ -104,10 +103,35 @@ void DesktopEntryText::setBoolean(const QByteArray &key, bool value)
     }
     if (!places.isEmpty())
         return;
+    append(key + '=' + text);
+}
+
+void DesktopEntryText::addMissing(const DesktopEntryText &other)
+{
+    for (qsizetype place = other.m_header + 1; other.m_header >= 0 && place < other.m_end; ++place) {
+        const QByteArray line = other.m_lines.at(place).trimmed();
+        if (isValue(line) && linesOf(keyOf(line)).isEmpty())
+            append(line);
+    }
+}
+
+bool DesktopEntryText::saysMoreThan(const QByteArray &key) const
+{
+    for (qsizetype place = 0; place < m_lines.size(); ++place) {
+        const QByteArray line = m_lines.at(place).trimmed();
+        const bool isOfKey = place > m_header && place < m_end && isValue(line) && keyOf(line) == key;
+        if (place != m_header && !line.isEmpty() && !isOfKey)
+            return true;
+    }
+    return false;
+}
+
+void DesktopEntryText::append(const QByteArray &line)
+{
     qsizetype last = m_end - 1;
     while (last > m_header && !isValue(m_lines.at(last)))
         --last;
-    m_lines.insert(last + 1, key + '=' + text + ending);
+    m_lines.insert(last + 1, line + (m_lines.at(m_header).endsWith('\r') ? "\r" : ""));
     ++m_end;
     // A text that ended without a newline shall not begin a line of its own with it.
     if (last + 2 == m_lines.size())

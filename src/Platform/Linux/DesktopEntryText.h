@@ -29,8 +29,14 @@ public:
 
     /// In the place of the value that stands there, or else behind the last line of the group. Only when isSound().
     void setBoolean(const QByteArray &key, bool value);
+    /// Adds the values of @p other whose keys do not stand here. Only when isSound().
+    void addMissing(const DesktopEntryText &other);
+    /// The group holds a line that is neither empty nor a value of @p key, or there is something outside of the group.
+    [[nodiscard]] bool saysMoreThan(const QByteArray &key) const;
 
 private:
+    /// Behind the last value of the group.
+    void append(const QByteArray &line);
     /// Lines of the group that hold a value of @p key.
     [[nodiscard]] QList<qsizetype> linesOf(const QByteArray &key) const;
     [[nodiscard]] std::optional<QByteArray> rawValue(const QByteArray &key) const;

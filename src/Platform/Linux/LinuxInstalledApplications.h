@@ -11,7 +11,8 @@
 namespace Quillmere {
 
 /// What is installed beside bundles, in this order: AppImages in the folders where they are usually put, the user's own
-/// Flatpaks, applications of the user's own desktop entries, and those that the system's packages bring.
+/// Flatpaks, applications of the user's own desktop entries, and those that the system's packages bring. What a package
+/// brings stays the system's where the user has an entry of their own for it.
 class LinuxInstalledApplications final : public InstalledApplications
 {
 public:
@@ -25,11 +26,9 @@ public:
     [[nodiscard]] Result<void> uninstall(const ListedApplication &application) const override;
 
 private:
-    [[nodiscard]] QList<ListedApplication> appImages(const QList<DesktopEntry> &own) const;
-    [[nodiscard]] QList<ListedApplication> ownEntries(const QList<DesktopEntry> &own) const;
-    /// The folder in which @p entry alone is installed, below the home. Empty when it is not sure.
-    [[nodiscard]] FilePath ownFolderOf(const DesktopEntry &entry, const QList<DesktopEntry> &own) const;
-    [[nodiscard]] bool isOwnProgram(const FilePath &program) const;
+    struct Entries;
+
+    [[nodiscard]] Entries readEntries() const;
     [[nodiscard]] Result<void> trash(const FilePath &part) const;
 
     std::shared_ptr<const FileManager> m_files;

@@ -123,7 +123,8 @@ void LinuxPlaces::takeUserFolders(const FilePath &home, const FilePath &config)
 void LinuxPlaces::takeVariables(const BaseDirectories::Environment &environment, const PlacesData &data)
 {
     for (const PlacesData::Variable &variable : data.variables) {
-        const QByteArray value = environment(variable.name.constData() + 1);
+        const QByteArray text = environment(variable.name.constData() + 1);
+        const QByteArray value = variable.isList ? text.split(':').first() : text;
         const FilePath told(value);
         // One that names the home, the documents or the like is a mistake, whatever links it goes through.
         if (value.startsWith('/') && mayBeRoot(m_files->resolvingSymlinks(told.standardized())))

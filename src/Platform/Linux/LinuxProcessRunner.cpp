@@ -1,14 +1,14 @@
 #include "Platform/Linux/LinuxProcessRunner.h"
 
 #include "Platform/Linux/HelperPrograms.h"
-#include "Platform/Linux/StartedProgram.h"
 
 #include <thread>
 
 namespace Quillmere {
 
-LinuxProcessRunner::LinuxProcessRunner(FilePath helpers)
+LinuxProcessRunner::LinuxProcessRunner(FilePath helpers, QList<QByteArray> environment)
     : m_helpers(std::move(helpers))
+    , m_environment(std::move(environment))
 {
 }
 
@@ -20,8 +20,8 @@ FilePath LinuxProcessRunner::programOf(const QString &launchPath) const
 
 Result<ProcessOutcome> LinuxProcessRunner::run(const Command &command) const
 {
-    Result<StartedProgram> program
-        = StartedProgram::start(programOf(command.launchPath), command.arguments, Capture::StandardOutput);
+    Result<StartedProgram> program = StartedProgram::start(programOf(command.launchPath), command.arguments,
+                                                           Capture::StandardOutput, m_environment);
     if (!program)
         return program.failure();
     return program.value().finishWithOutput();
@@ -40,7 +40,7 @@ Result<std::optional<ProcessOutcome>> LinuxProcessRunner::runWithin(std::chrono:
                                                                     const Command &command) const
 {
     Result<StartedProgram> program
-        = StartedProgram::start(programOf(command.launchPath), command.arguments, Capture::BothOutputs);
+        = StartedProgram::start(programOf(command.launchPath), command.arguments, Capture::BothOutputs, m_environment);
     if (!program)
         return program.failure();
     return program.value().finishWithin(patience);
@@ -55,7 +55,7 @@ Result<void> LinuxProcessRunner::launch(const Command &command) const
 Result<std::future<int>> LinuxProcessRunner::start(const Command &command) const
 {
     const Result<StartedProgram> program
-        = StartedProgram::start(programOf(command.launchPath), command.arguments, Capture::Nothing);
+        = StartedProgram::start(programOf(command.launchPath), command.arguments, Capture::Nothing, m_environment);
     if (!program)
         return program.failure();
     std::packaged_task<int()> waiting([pid = program.value().processIdentifier()] { return exitStatusOf(pid); });
@@ -68,7 +68,8 @@ Result<std::future<int>> LinuxProcessRunner::start(const Command &command) const
 Result<void> LinuxProcessRunner::executeScript(const QString &source) const
 {
     const FilePath program = m_helpers.appending("osascript");
-    Result<StartedProgram> script = StartedProgram::start(program, {u"-e"_qs, source}, Capture::StandardError);
+    Result<StartedProgram> script
+        = StartedProgram::start(program, {u"-e"_qs, source}, Capture::StandardError, m_environment);
     if (!script)
         return script.failure();
     const ProcessOutcome outcome = script.value().finish();

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "Platform/ProcessRunner.h"
-#include "Values/FilePath.h"
+#include "Platform/Linux/StartedProgram.h"
 
 namespace Quillmere {
 
@@ -12,8 +11,9 @@ namespace Quillmere {
 class LinuxProcessRunner final : public ProcessRunner
 {
 public:
-    /// @p helpers is the folder of our own programs.
-    explicit LinuxProcessRunner(FilePath helpers);
+    /// @p helpers is the folder of our own programs. What is started has @p environment, whatever becomes of this
+    /// process's own.
+    explicit LinuxProcessRunner(FilePath helpers, QList<QByteArray> environment = currentEnvironment());
 
     /// Waits for everyone who holds the output, a child that the program has left behind as well.
     [[nodiscard]] Result<ProcessOutcome> run(const Command &command) const override;
@@ -31,6 +31,7 @@ private:
     [[nodiscard]] FilePath programOf(const QString &launchPath) const;
 
     FilePath m_helpers;
+    QList<QByteArray> m_environment;
 };
 
 } // namespace Quillmere

@@ -6,9 +6,12 @@ namespace Quillmere {
 
 LinuxStartupEntries::LinuxStartupEntries(const std::shared_ptr<const FileManager> &files,
                                          const BaseDirectories::Environment &environment,
-                                         const QDBusConnection &sessionBus, const QList<QByteArray> &languages)
+                                         const QDBusConnection &sessionBus, const QList<QByteArray> &languages,
+                                         const QList<FilePath> &unitFolders)
     : m_autostart(files, environment, languages)
-    , m_units(files->homeDirectory(), BaseDirectories::of(files->homeDirectory(), environment).config, sessionBus)
+    , m_units({files, BaseDirectories::of(files->homeDirectory(), environment).config.appending("systemd/user"),
+               unitFolders},
+              files->homeDirectory(), sessionBus)
 {
 }
 
@@ -33,6 +36,11 @@ QList<QByteArray> LinuxStartupEntries::languagesOfDesktop()
     for (const char *const *name = g_get_language_names(); *name; ++name)
         languages.append(*name);
     return languages;
+}
+
+QList<FilePath> LinuxStartupEntries::systemUnitFolders()
+{
+    return {FilePath("/etc/systemd/user"), FilePath("/usr/local/lib/systemd/user"), FilePath("/usr/lib/systemd/user")};
 }
 
 } // namespace Quillmere

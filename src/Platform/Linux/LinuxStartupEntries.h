@@ -12,7 +12,8 @@ public:
     explicit LinuxStartupEntries(const std::shared_ptr<const FileManager> &files,
                                  const BaseDirectories::Environment &environment = qgetenv,
                                  const QDBusConnection &sessionBus = QDBusConnection::sessionBus(),
-                                 const QList<QByteArray> &languages = languagesOfDesktop());
+                                 const QList<QByteArray> &languages = languagesOfDesktop(),
+                                 const QList<FilePath> &unitFolders = systemUnitFolders());
 
     [[nodiscard]] QList<StartupEntry> entries() const override;
     [[nodiscard]] bool owns(const FilePath &path) const override;
@@ -20,6 +21,8 @@ public:
 
     /// As desktop entries call them, the dearest first.
     [[nodiscard]] static QList<QByteArray> languagesOfDesktop();
+    /// Where the system keeps the units of all users, the most important first.
+    [[nodiscard]] static QList<FilePath> systemUnitFolders();
 
 private:
     AutostartEntries m_autostart;

@@ -6,6 +6,9 @@
 #include "Platform/Linux/FileViewer.h"
 #include "Platform/Linux/UrlOpening.h"
 
+#include <QFile>
+#include <QFileInfo>
+
 #include <algorithm>
 #include <csignal>
 
@@ -77,6 +80,24 @@ QList<RunningApplication> LinuxWorkspace::runningApplications() const
                              locationOf(process, m_processes, *entries), entry.icon});
     }
     return applications;
+}
+
+QSet<FilePath> LinuxWorkspace::runningPrograms() const
+{
+    QSet<FilePath> programs;
+    const uid_t user = ::geteuid();
+    for (const pid_t pid : m_processes.processes()) {
+        const FilePath program = m_processes.user(pid) == user ? programOf(pid, m_processes) : FilePath();
+        if (program.isEmpty())
+            continue;
+        programs.insert(program);
+        const FilePath script
+            = ApplicationData::builtIn().isSharedProgram(program) ? scriptOf(pid, m_processes) : FilePath();
+        const QString text = QFileInfo(QFile::decodeName(script.bytes())).canonicalFilePath();
+        if (!text.isEmpty())
+            programs.insert(FilePath(QFile::encodeName(text)));
+    }
+    return programs;
 }
 
 std::optional<InstalledApplication> LinuxWorkspace::applicationWithIdentifier(const QString &bundleIdentifier) const

@@ -24,6 +24,7 @@ public:
                    const QDBusConnection &sessionBus = QDBusConnection::sessionBus());
 
     [[nodiscard]] QList<RunningApplication> runningApplications() const override;
+    [[nodiscard]] QSet<FilePath> runningPrograms() const override;
     [[nodiscard]] std::optional<InstalledApplication>
     applicationWithIdentifier(const QString &bundleIdentifier) const override;
     /// By SIGTERM to the application itself, also where its first process is the sandbox around it.

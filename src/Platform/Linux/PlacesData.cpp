@@ -43,7 +43,8 @@ QList<PlacesData::Variable> variables(const QJsonArray &entries)
     for (const QJsonValue &entry : entries) {
         const QByteArray usual = entry[u"usual"].toString().toUtf8();
         variables.append({entry[u"name"].toString().toUtf8(),
-                          usual.isEmpty() ? std::nullopt : std::optional(PlacesData::Place::parse(usual))});
+                          usual.isEmpty() ? std::nullopt : std::optional(PlacesData::Place::parse(usual)),
+                          entry[u"isList"].toBool()});
     }
     return variables;
 }

@@ -43,6 +43,7 @@ struct PlacesData
     {
         QByteArray name; ///< As a base, with the `$`.
         std::optional<Place> usual; ///< Where it is when the variable is not set. None: nowhere.
+        bool isList = false; ///< Of several folders with colons between, of which the tool writes to the first.
     };
 
     struct ReasonedPlace

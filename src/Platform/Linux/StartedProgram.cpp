@@ -4,6 +4,7 @@
 
 #include <QDeadlineTimer>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -25,6 +26,8 @@ constexpr int signalBase = 128;
 // pipe(7): the capacity of a pipe is 16 pages.
 constexpr qsizetype pipeCapacity = 64 * 1024;
 constexpr std::chrono::milliseconds graceToEnd{500};
+// Kernels before 5.3, and some sandboxes, give no descriptor of a process, which then is looked after this often.
+constexpr std::chrono::milliseconds stepWithoutDescriptor{20};
 
 /// What posix_spawn(3) is to do in the new process.
 class Preparation
@@ -62,14 +65,16 @@ public:
     }
 
     /// 0 or an error number, that of execve(2) included.
-    [[nodiscard]] int start(const FilePath &program, std::vector<char *> &arguments, pid_t &pid)
+    [[nodiscard]] int start(const FilePath &program, std::vector<char *> &arguments, std::vector<char *> &environment,
+                            pid_t &pid)
     {
         // Only now: where our own standard input is closed, a pipe may have come to its number.
         ::posix_spawn_file_actions_addopen(&m_files, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         ::posix_spawnattr_setflags(&m_attributes, m_flags);
         // Libraries open files too, and not all of them so that they close by themselves.
         ::posix_spawn_file_actions_addclosefrom_np(&m_files, STDERR_FILENO + 1);
-        return ::posix_spawn(&pid, program.bytes().constData(), &m_files, &m_attributes, arguments.data(), environ);
+        return ::posix_spawn(&pid, program.bytes().constData(), &m_files, &m_attributes, arguments.data(),
+                             environment.data());
     }
 
 private:
@@ -88,19 +93,25 @@ bool readBlock(int pipe, QByteArray &output)
     return got > 0 || (got < 0 && errno == EINTR);
 }
 
-/// Whether @p process, a descriptor of one, ends within @p patience.
-bool endsWithin(std::chrono::milliseconds patience, const FileDescriptor &process)
+/// A list as execve(2) wants it, of texts that outlive it.
+std::vector<char *> pointersTo(QList<QByteArray> &texts)
 {
-    const QDeadlineTimer deadline(patience);
-    pollfd end = {process.number(), POLLIN, 0};
-    do {
-        if (::poll(&end, 1, static_cast<int>(deadline.remainingTime())) > 0)
-            return true;
-    } while (!deadline.hasExpired());
-    return false;
+    std::vector<char *> pointers;
+    for (QByteArray &text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
 }
 
 } // namespace
+
+QList<QByteArray> currentEnvironment()
+{
+    QList<QByteArray> variables;
+    for (char **variable = environ; variable && *variable; ++variable)
+        variables.append(*variable);
+    return variables;
+}
 
 int exitStatusOf(pid_t child)
 {
@@ -109,18 +120,17 @@ int exitStatusOf(pid_t child)
     return WIFSIGNALED(status) ? signalBase + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-Result<StartedProgram> StartedProgram::start(const FilePath &program, const QStringList &arguments, Capture capture)
+Result<StartedProgram> StartedProgram::start(const FilePath &program, const QStringList &arguments, Capture capture,
+                                             const QList<QByteArray> &environment)
 {
     QList<QByteArray> texts = {program.bytes()};
     for (const QString &argument : arguments)
         texts.append(argument.toUtf8());
-    std::vector<char *> pointers;
-    for (QByteArray &text : texts) {
-        if (text.contains('\0'))
-            return Failure{Failure::Kind::Malformed, program, u"An argument holds U+0000"_qs};
-        pointers.push_back(text.data());
-    }
-    pointers.push_back(nullptr);
+    if (std::ranges::any_of(texts, [](const QByteArray &text) { return text.contains('\0'); }))
+        return Failure{Failure::Kind::Malformed, program, u"An argument holds U+0000"_qs};
+    QList<QByteArray> variables = environment;
+    std::vector<char *> words = pointersTo(texts);
+    std::vector<char *> settings = pointersTo(variables);
 
     Preparation preparation;
     std::array<int, 2> ends = {-1, -1};
@@ -142,7 +152,7 @@ Result<StartedProgram> StartedProgram::start(const FilePath &program, const QStr
         preparation.send(STDOUT_FILENO, writingEnd.number());
         preparation.send(STDERR_FILENO, writingEnd.number());
     }
-    const int error = preparation.start(program, pointers, started.m_pid);
+    const int error = preparation.start(program, words, settings, started.m_pid);
     if (error != 0)
         return failureFromErrno(error, program);
     return started;
@@ -162,8 +172,12 @@ ProcessOutcome StartedProgram::finish()
     const FileDescriptor process(static_cast<int>(::syscall(SYS_pidfd_open, m_pid, 0)));
     std::array<pollfd, 2> events = {{{m_output.number(), POLLIN, 0}, {process.number(), POLLIN, 0}}};
     bool isOpen = true;
+    const int patience = process.isOpen() ? -1 : int(stepWithoutDescriptor.count());
     while (isOpen && events[1].revents == 0) {
-        if (::poll(events.data(), events.size(), -1) < 0)
+        const int ready = ::poll(events.data(), events.size(), patience);
+        if (ready == 0 && hasEnded())
+            break;
+        if (ready <= 0)
             continue;
         if (events[0].revents != 0)
             isOpen = readBlock(m_output.number(), outcome.standardOutput);
@@ -186,6 +200,25 @@ std::optional<ProcessOutcome> StartedProgram::finishWithin(std::chrono::millisec
     outcome.exitStatus = exitStatusOf(m_pid);
     outcome.standardOutput = whatHasCome();
     return outcome;
+}
+
+bool StartedProgram::hasEnded() const
+{
+    siginfo_t end = {};
+    return ::waitid(P_PID, static_cast<id_t>(m_pid), &end, WEXITED | WNOHANG | WNOWAIT) == 0 && end.si_pid == m_pid;
+}
+
+bool StartedProgram::endsWithin(std::chrono::milliseconds patience, const FileDescriptor &process) const
+{
+    const QDeadlineTimer deadline(patience);
+    pollfd end = {process.number(), POLLIN, 0};
+    do {
+        const auto left = static_cast<int>(deadline.remainingTime());
+        const int step = process.isOpen() ? left : std::min(left, int(stepWithoutDescriptor.count()));
+        if (::poll(&end, 1, step) > 0 || (!process.isOpen() && hasEnded()))
+            return true;
+    } while (!deadline.hasExpired());
+    return false;
 }
 
 QByteArray StartedProgram::whatHasCome() const

@@ -10,19 +10,23 @@
 
 namespace Quillmere {
 
+/// The variables of this process, each as "name=value". Only while no other thread changes any.
+[[nodiscard]] QList<QByteArray> currentEnvironment();
+
 /// Which of the program's outputs come back to us. A program of which nothing does has a session of its own, and one of
 /// which both do has a process group of its own.
 enum class Capture { Nothing, StandardOutput, StandardError, BothOutputs };
 
 /// A program that has been started and is to be waited for, once, by one of the three ways.
-/// It reads nothing, inherits the environment and of our open files none but the outputs that are not captured, and is
-/// told of signals as a program expects: none is blocked or ignored.
+/// It reads nothing, has the environment that it is given and of our open files none but the outputs that are not
+/// captured, and is told of signals as a program expects: none is blocked or ignored.
 class StartedProgram
 {
 public:
     /// Fails when the program cannot be executed, and for an argument that holds U+0000, which none can be handed.
     [[nodiscard]] static Result<StartedProgram> start(const FilePath &program, const QStringList &arguments,
-                                                      Capture capture);
+                                                      Capture capture,
+                                                      const QList<QByteArray> &environment = currentEnvironment());
 
     /// Reads until nobody holds the captured output any more, then waits for the end.
     [[nodiscard]] ProcessOutcome finishWithOutput();
@@ -37,6 +41,9 @@ public:
 private:
     [[nodiscard]] QByteArray whatHasCome() const;
     void endGroup(const FileDescriptor &process) const;
+    /// Whether it ends within @p patience. @p process is its descriptor, where the kernel gives one.
+    [[nodiscard]] bool endsWithin(std::chrono::milliseconds patience, const FileDescriptor &process) const;
+    [[nodiscard]] bool hasEnded() const;
 
     pid_t m_pid = -1;
     FileDescriptor m_output;

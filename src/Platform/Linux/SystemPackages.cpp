@@ -1,10 +1,11 @@
 #include "Platform/Linux/SystemPackages.h"
 
-#include "Platform/Linux/ApplicationData.h"
+#include "Platform/Linux/OwnApplications.h"
 
 #include <QSet>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 
 namespace Quillmere {
@@ -30,6 +31,25 @@ QByteArray answersOf(const QStringList &all, Ask ask)
     for (qsizetype from = 0; from < all.size(); from += mostAtOnce)
         answers += ask(all.mid(from, mostAtOnce));
     return answers;
+}
+
+/// The names that a package may know @p file by. Packages older than the merge of the folders of programs still name
+/// those that are links to them now.
+QList<FilePath> namesOf(const FilePath &file)
+{
+    constexpr std::array merged = {"/usr/bin", "/usr/sbin", "/usr/lib"};
+    const bool isMerged
+        = std::ranges::any_of(merged, [&](const char *folder) { return file.isWithin(FilePath(folder)); });
+    return isMerged ? QList<FilePath>{file, FilePath(file.bytes().sliced(qstrlen("/usr")))} : QList<FilePath>{file};
+}
+
+QString ownerOf(const FilePath &file, const QHash<FilePath, QString> &owners)
+{
+    for (const FilePath &name : namesOf(file)) {
+        if (owners.contains(name))
+            return owners.value(name);
+    }
+    return {};
 }
 
 /// It takes what it searches for as a pattern.
@@ -71,12 +91,14 @@ QHash<QString, SystemPackage> parsePackages(const QByteArray &text)
     return packages;
 }
 
-QList<ListedApplication> systemApplications(const ProcessRunner &processes, const QList<DesktopEntry> &entries)
+QList<ListedApplication> systemApplications(const ProcessRunner &processes, const QList<PackagedEntry> &entries)
 {
     QStringList files;
-    for (const DesktopEntry &entry : entries) {
-        if (isPlainText(entry.file))
-            files.append(QString::fromUtf8(entry.file.bytes()));
+    for (const PackagedEntry &each : entries) {
+        for (const FilePath &name : namesOf(each.owned)) {
+            if (isPlainText(name))
+                files.append(QString::fromUtf8(name.bytes()));
+        }
     }
     const QHash<FilePath, QString> owners = parseOwners(answersOf(
         files, [&](const QStringList &some) { return answerOf(processes, QStringList{u"--search"_qs} + some); }));
@@ -88,17 +110,13 @@ QList<ListedApplication> systemApplications(const ProcessRunner &processes, cons
           }));
 
     QList<ListedApplication> applications;
-    for (const DesktopEntry &entry : entries) {
-        const auto package = packages.constFind(owners.value(entry.file));
+    for (const PackagedEntry &each : entries) {
+        const auto package = packages.constFind(ownerOf(each.owned, owners));
         if (package == packages.constEnd())
             continue;
-        ListedApplication application;
-        application.id = entry.id;
-        application.name = entry.name;
-        application.identifier = QString::fromUtf8(ApplicationData::builtIn().identifierOf(entry.id));
+        ListedApplication application = applicationOf(each.entry);
         application.version = package->version;
-        application.icon = entry.icon;
-        application.location = entry.file;
+        application.location = each.entry.file;
         application.size = package->size;
         application.removal = ApplicationRemoval::System;
         applications.append(application);

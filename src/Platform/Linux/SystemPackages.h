@@ -17,10 +17,17 @@ struct SystemPackage
     bool operator==(const SystemPackage &) const = default;
 };
 
+/// An application that a package may own, and the file by which that shows.
+struct PackagedEntry
+{
+    DesktopEntry entry;
+    FilePath owned;
+};
+
 /// The applications of @p entries that packages of the system own. Only asks, and changes nothing. Empty where there is
 /// no such manager.
 [[nodiscard]] QList<ListedApplication> systemApplications(const ProcessRunner &processes,
-                                                          const QList<DesktopEntry> &entries);
+                                                          const QList<PackagedEntry> &entries);
 
 /// Which package owns a file, of lines `package[:architecture][, ...]: file`. Of several owners the first.
 [[nodiscard]] QHash<FilePath, QString> parseOwners(const QByteArray &text);

@@ -11,10 +11,25 @@ namespace Quillmere {
 namespace {
 
 constexpr std::chrono::seconds patienceForList{15};
+// It may have much to delete.
+constexpr std::chrono::minutes patienceForRemoval{10};
 
 QString tool()
 {
     return u"/usr/bin/flatpak"_qs;
+}
+
+QString columns(const QString &names)
+{
+    return u"--columns="_qs + names;
+}
+
+/// Nothing where the tool is missing, fails or is late.
+std::optional<QByteArray> answerOf(const ProcessRunner &processes, const QStringList &arguments)
+{
+    const auto outcome = processes.runWithin(patienceForList, {tool(), arguments});
+    const bool isAnswer = outcome && outcome.value() && outcome.value()->exitStatus == 0;
+    return isAnswer ? std::optional(outcome.value()->standardOutput) : std::nullopt;
 }
 
 /// As flatpak(1) has them: parts of letters, digits, `-` and `_`, at least three, none beginning with a digit. So none
@@ -29,11 +44,27 @@ bool isIdentifier(const QString &text)
 
 QList<ListedApplication> userFlatpaks(const ProcessRunner &processes, const FilePath &dataHome)
 {
-    const auto outcome = processes.runWithin(
-        patienceForList, {tool(), {u"list"_qs, u"--user"_qs, u"--app"_qs, u"--columns=application,name,version"_qs}});
-    if (!outcome || !outcome.value() || outcome.value()->exitStatus != 0)
-        return {};
-    return parseFlatpaks(outcome.value()->standardOutput, dataHome);
+    const auto listed
+        = answerOf(processes, {u"list"_qs, u"--user"_qs, u"--app"_qs, columns(u"application,name,version"_qs)});
+    QList<ListedApplication> applications = parseFlatpaks(listed.value_or(QByteArray()), dataHome);
+    if (applications.isEmpty())
+        return applications;
+    const auto everywhere = answerOf(processes, {u"list"_qs, u"--app"_qs, columns(u"application,installation"_qs)});
+    const QSet<QByteArray> elsewhere = parseInstalledElsewhere(everywhere.value_or(QByteArray()));
+    for (ListedApplication &application : applications)
+        application.sharesData = !everywhere || elsewhere.contains(application.id);
+    return applications;
+}
+
+QSet<QByteArray> parseInstalledElsewhere(const QByteArray &text)
+{
+    QSet<QByteArray> identifiers;
+    for (const QByteArray &line : text.split('\n')) {
+        const QList<QByteArray> fields = line.split('\t');
+        if (fields.size() >= 2 && fields.at(1).trimmed() != "user")
+            identifiers.insert(fields.first());
+    }
+    return identifiers;
 }
 
 QList<ListedApplication> parseFlatpaks(const QByteArray &text, const FilePath &dataHome)
@@ -65,15 +96,19 @@ Result<void> uninstallFlatpak(const ProcessRunner &processes, const ListedApplic
     const QString identifier = QString::fromUtf8(application.id);
     if (!isIdentifier(identifier))
         return Failure{Failure::Kind::Malformed, application.location, {}};
-    const Result<ProcessOutcome> outcome = processes.run(
+    // What it has to say of a failure goes to standard error, which comes back in this way alone.
+    const auto outcome = processes.runWithin(
+        patienceForRemoval,
         {tool(), {u"uninstall"_qs, u"--user"_qs, u"--app"_qs, u"--assumeyes"_qs, u"--noninteractive"_qs, identifier}});
     if (!outcome)
         return outcome.failure();
-    if (outcome.value().exitStatus == 0)
+    if (!outcome.value())
+        return Failure{Failure::Kind::Other, application.location, u"flatpak did not come to an end"_qs};
+    if (outcome.value()->exitStatus == 0)
         return {};
-    const QString said = QString::fromUtf8(outcome.value().standardOutput).trimmed();
+    const QString said = QString::fromUtf8(outcome.value()->standardOutput).trimmed();
     return Failure{Failure::Kind::Other, application.location,
-                   said.isEmpty() ? u"flatpak ended with status %1"_qs.arg(outcome.value().exitStatus) : said};
+                   said.isEmpty() ? u"flatpak ended with status %1"_qs.arg(outcome.value()->exitStatus) : said};
 }
 
 } // namespace Quillmere

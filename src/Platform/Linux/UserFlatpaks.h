@@ -1,20 +1,25 @@
 #pragma once
 
-#include "Platform/FileManager.h"
 #include "Platform/InstalledApplications.h"
-#include "Platform/Linux/BaseDirectories.h"
 #include "Platform/ProcessRunner.h"
+
+#include <QSet>
 
 namespace Quillmere {
 
 /// The user's own Flatpaks, which only their tool knows and removes. Empty where the tool is missing or fails.
+/// One that is installed for all users too, or where that cannot be told, shares its data.
 [[nodiscard]] QList<ListedApplication> userFlatpaks(const ProcessRunner &processes, const FilePath &dataHome);
 
 /// Lines of identifier, name and version, with tabs between. A line of another shape, and an identifier that is none,
 /// says nothing.
 [[nodiscard]] QList<ListedApplication> parseFlatpaks(const QByteArray &text, const FilePath &dataHome);
 
-/// Has the tool remove the application @p id, and nothing else of the user's.
+/// The identifiers of what is not, or not only, in the user's own installation, of lines of identifier and
+/// installation.
+[[nodiscard]] QSet<QByteArray> parseInstalledElsewhere(const QByteArray &text);
+
+/// Has the tool remove @p application, and nothing else of the user's.
 [[nodiscard]] Result<void> uninstallFlatpak(const ProcessRunner &processes, const ListedApplication &application);
 
 } // namespace Quillmere

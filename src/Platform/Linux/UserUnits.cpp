@@ -4,8 +4,6 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 
-#include <algorithm>
-
 namespace Quillmere {
 
 namespace {
@@ -16,14 +14,10 @@ const QString managerInterface = u"org.freedesktop.systemd1.Manager"_qs;
 const QString accessDenied = u"org.freedesktop.DBus.Error.AccessDenied"_qs;
 const QString enabledState = u"enabled"_qs;
 const QString disabledState = u"disabled"_qs;
+const QString maskedState = u"masked"_qs;
 
 /// Of this and no other shape the answer is read: a list of pairs of texts.
 const QString listOfPairs = u"a(ss)"_qs;
-
-bool isTemplate(const QByteArray &unit)
-{
-    return unit.contains("@.");
-}
 
 Failure failureOf(const QDBusMessage &answer, const FilePath &path)
 {
@@ -33,10 +27,10 @@ Failure failureOf(const QDBusMessage &answer, const FilePath &path)
 
 } // namespace
 
-UserUnits::UserUnits(FilePath home, const FilePath &config, const QDBusConnection &sessionBus,
+UserUnits::UserUnits(UnitFiles files, FilePath home, const QDBusConnection &sessionBus,
                      std::chrono::milliseconds patience)
-    : m_home(std::move(home))
-    , m_ownFolder(config.appending("systemd/user"))
+    : m_files(std::move(files))
+    , m_home(std::move(home))
     , m_sessionBus(sessionBus)
     , m_patience(patience)
 {
@@ -46,7 +40,7 @@ QList<StartupEntry> UserUnits::entries() const
 {
     QList<StartupEntry> found;
     if (!hasManager())
-        return found;
+        return m_files.entries();
     const QDBusMessage answer = ask(managerInterface, u"ListUnitFiles"_qs, {});
     if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != listOfPairs)
         return found;
@@ -58,37 +52,80 @@ QList<StartupEntry> UserUnits::entries() const
         list.beginStructure();
         list >> file >> state;
         list.endStructure();
-        const FilePath path(file.toUtf8());
-        const bool isSwitched = state == enabledState || state == disabledState;
-        if (!isSwitched || !owns(path) || isTemplate(path.lastPathComponent()))
-            continue;
-        const auto scope = path.isWithin(m_home) ? StartupEntry::Scope::User : StartupEntry::Scope::AllUsers;
-        found.append({path, FilePath::displayText(path.lastPathComponent()), scope, state == enabledState});
+        if (const std::optional<StartupEntry> entry = entryOf(FilePath(file.toUtf8()), state))
+            found.append(*entry);
     }
     list.endArray();
-    std::ranges::sort(found, {},
-                      [](const StartupEntry &entry) { return std::pair(entry.scope, entry.path.lastPathComponent()); });
+    sortUnits(found);
     return found;
+}
+
+std::optional<StartupEntry> UserUnits::entryOf(const FilePath &path, const QString &state) const
+{
+    const QByteArray name = path.lastPathComponent();
+    const QString shown = FilePath::displayText(name);
+    if (!owns(path) || isTemplate(name))
+        return std::nullopt;
+    if (state == enabledState || state == disabledState) {
+        const auto scope = path.isWithin(m_home) ? StartupEntry::Scope::User : StartupEntry::Scope::AllUsers;
+        return StartupEntry{path, shown, scope, state == enabledState};
+    }
+    // Masked by the user, which is how one that is enabled for all users is switched off for one.
+    const FilePath system
+        = state == maskedState && path.isWithin(m_files.ownFolder()) ? m_files.systemFile(name) : FilePath();
+    if (system.isEmpty())
+        return std::nullopt;
+    return StartupEntry{system, shown, StartupEntry::Scope::AllUsers, false};
 }
 
 bool UserUnits::owns(const FilePath &path)
 {
-    static const QList<QByteArray> types = {"service", "socket", "timer", "path", "target", "mount", "automount"};
-    return types.contains(path.pathExtension());
+    return isUnit(path);
 }
 
 Result<void> UserUnits::setEnabled(const FilePath &path, bool enabled) const
 {
     if (!hasManager())
         return Failure{Failure::Kind::NotSupported, path, u"No manager of units looks after this home"_qs};
-    const QStringList units = {QString::fromUtf8(path.lastPathComponent())};
-    // For good, and nothing is taken by force from another unit.
-    const QVariantList forGood = {units, false};
-    const QDBusMessage answer = enabled ? ask(managerInterface, u"EnableUnitFiles"_qs, forGood + QVariantList{false})
-                                        : ask(managerInterface, u"DisableUnitFiles"_qs, forGood);
-    if (answer.type() != QDBusMessage::ReplyMessage)
-        return failureOf(answer, path);
+    const Result<void> done = enabled ? enable(path) : disable(path);
+    if (!done)
+        return done;
+    // What became of it shows only now: the manager also accepts what changes nothing.
+    if ((stateOf(path) == enabledState) != enabled)
+        return Failure{Failure::Kind::Other, path, u"The manager of units has left it as it was"_qs};
     return {};
+}
+
+Result<void> UserUnits::enable(const FilePath &path) const
+{
+    if (m_files.isMasked(path.lastPathComponent())) {
+        if (const Result<void> done = change(u"UnmaskUnitFiles"_qs, path, {false}); !done)
+            return done;
+        if (stateOf(path) == enabledState)
+            return {};
+    }
+    return change(u"EnableUnitFiles"_qs, path, {false, false});
+}
+
+Result<void> UserUnits::disable(const FilePath &path) const
+{
+    const Result<void> done = change(u"DisableUnitFiles"_qs, path, {false});
+    // The links of one that is enabled for all users are not this user's to take away.
+    return done && stateOf(path) == enabledState ? change(u"MaskUnitFiles"_qs, path, {false, false}) : done;
+}
+
+/// @p how says that it is for good, and where asked that nothing is taken by force from another unit.
+Result<void> UserUnits::change(const QString &method, const FilePath &path, const QVariantList &how) const
+{
+    const QStringList units = {QString::fromUtf8(path.lastPathComponent())};
+    const QDBusMessage answer = ask(managerInterface, method, QVariantList{units} + how);
+    return answer.type() == QDBusMessage::ReplyMessage ? Result<void>() : Result<void>(failureOf(answer, path));
+}
+
+QString UserUnits::stateOf(const FilePath &path) const
+{
+    const QString unit = QString::fromUtf8(path.lastPathComponent());
+    return ask(managerInterface, u"GetUnitFileState"_qs, {unit}).arguments().value(0).toString();
 }
 
 /// Whoever runs the program on another home than their own does not mean their own units.
@@ -97,7 +134,7 @@ bool UserUnits::hasManager() const
     const QDBusMessage answer
         = ask(u"org.freedesktop.DBus.Properties"_qs, u"Get"_qs, {managerInterface, u"UnitPath"_qs});
     const QVariant folders = answer.arguments().value(0).value<QDBusVariant>().variant();
-    return folders.toStringList().contains(QString::fromUtf8(m_ownFolder.bytes()));
+    return folders.toStringList().contains(QString::fromUtf8(m_files.ownFolder().bytes()));
 }
 
 /// Never starts a manager: without one there is nothing that would start units.

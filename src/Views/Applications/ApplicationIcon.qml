@@ -1,4 +1,5 @@
 import QtQuick
+import Quillmere.Support
 
 /// The icon of an application, or a tile with its first letter.
 Image {
@@ -12,7 +13,7 @@ Image {
     height: side
     sourceSize.width: side
     sourceSize.height: side
-    source: "image://application/" + encodeURIComponent(icon) + "?" + encodeURIComponent(name)
+    source: ApplicationIcons.source(icon, name)
 
     Accessible.ignored: true
 }

@@ -25,25 +25,24 @@ PressableRow {
     Accessible.selected: isSelected
 
     background: Item {
-        Rectangle {
+        Item {
             x: 8
             y: 2
             width: parent.width - 16
             height: parent.height - 4
-            visible: root.isSelected || root.hovered || root.down
-            radius: Theme.rowRadius
-            color: root.isSelected ? Theme.accentSoft : root.down ? Theme.pressed : Theme.hover
-        }
 
-        Rectangle {
-            x: 6
-            width: parent.width - 12
-            height: parent.height
-            visible: root.visualFocus
-            radius: Theme.rowRadius + 2
-            color: "transparent"
-            border.width: 2
-            border.color: Theme.focusRing
+            Rectangle {
+                anchors.fill: parent
+                visible: root.isSelected || root.hovered || root.down
+                radius: Theme.rowRadius
+                color: root.isSelected ? Theme.accentSoft : root.down ? Theme.pressed : Theme.hover
+            }
+
+            FocusRing {
+                shown: root.visualFocus
+                gap: 0
+                controlRadius: Theme.rowRadius
+            }
         }
     }
 

@@ -61,7 +61,6 @@ Destination {
 
         EmptyState {
             anchors.fill: parent
-            visible: !root.viewModel.isScanning
             symbol: "info.circle"
             sentence: Texts.localized("applications.select")
         }

@@ -56,7 +56,7 @@ Item {
         sourceSize.width: 38
         sourceSize.height: 38
         visible: ApplicationIcons.has(root.icon)
-        source: visible ? "image://application/" + encodeURIComponent(root.icon) + "?" + encodeURIComponent(root.name) : ""
+        source: visible ? ApplicationIcons.source(root.icon, root.name) : ""
 
         Accessible.ignored: true
     }

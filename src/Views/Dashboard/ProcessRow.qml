@@ -1,5 +1,6 @@
 import QtQuick
 import Quillmere
+import Quillmere.Support
 
 /// A running application: its load, its memory, and what can be done with it.
 Item {
@@ -52,7 +53,7 @@ Item {
         height: 26
         sourceSize.width: 26
         sourceSize.height: 26
-        source: "image://application/" + encodeURIComponent(root.icon) + "?" + encodeURIComponent(root.name)
+        source: ApplicationIcons.source(root.icon, root.name)
 
         Accessible.ignored: true
     }

@@ -65,26 +65,24 @@ Item {
         }
     }
 
-    Rectangle {
+    Item {
         x: 8
         y: 3
         width: parent.width - 16
         height: parent.height - 6
-        visible: pointer.hovered
-        radius: Theme.rowRadius
-        color: Theme.hover
-    }
 
-    Rectangle {
-        x: 6
-        y: 1
-        width: parent.width - 12
-        height: parent.height - 2
-        visible: root.ringed
-        radius: Theme.rowRadius + 2
-        color: "transparent"
-        border.width: 2
-        border.color: Theme.focusRing
+        Rectangle {
+            anchors.fill: parent
+            visible: pointer.hovered
+            radius: Theme.rowRadius
+            color: Theme.hover
+        }
+
+        FocusRing {
+            shown: root.ringed
+            gap: 0
+            controlRadius: Theme.rowRadius
+        }
     }
 
     ElidingText {

@@ -7,39 +7,8 @@ Destination {
 
     readonly property StartupViewModel viewModel: viewModels.makeStartup(root)
 
-    /// A list that is read again after a switch usually comes at once. It stays in sight until it takes longer.
-    property bool isSlow: false
-    readonly property bool showsProgress: viewModel.isLoading && (isSlow || viewModel.isEmpty)
-    /// The keyboard was on the list when that went out of sight.
-    property bool listHadKeyboard: false
-
     onRefreshRequested: viewModel.startLoading()
     Component.onCompleted: viewModel.startLoading()
-    // What is out of sight cannot keep the keyboard, and gets it back.
-    onShowsProgressChanged: {
-        if (!showsProgress && listHadKeyboard)
-            Qt.callLater(list.forceActiveFocus);
-    }
-
-    Timer {
-        id: patience
-
-        interval: 150
-
-        onTriggered: root.isSlow = true
-    }
-
-    Connections {
-        function onIsLoadingChanged() {
-            root.isSlow = false;
-            if (root.viewModel.isLoading)
-                patience.restart();
-            else
-                patience.stop();
-        }
-
-        target: root.viewModel
-    }
 
     ScreenHeader {
         width: parent.width
@@ -81,7 +50,7 @@ Destination {
 
         EmptyState {
             anchors.fill: parent
-            visible: root.showsProgress
+            visible: root.viewModel.isLoading && root.viewModel.isEmpty
             symbol: "power"
             working: true
 
@@ -98,7 +67,7 @@ Destination {
 
         FocusScope {
             anchors.fill: parent
-            visible: !root.viewModel.isEmpty && !root.showsProgress
+            visible: !root.viewModel.isEmpty
 
             StartupColumns {
                 id: columns
@@ -134,6 +103,16 @@ Destination {
                 text: Texts.localized("startup.column.status")
             }
 
+            // A list that is there stays in its place while it is read again.
+            Spinner {
+                x: columns.moreX + (columns.moreWidth - width) / 2
+                y: 12
+                running: root.viewModel.isLoading
+
+                Accessible.role: Accessible.ProgressBar
+                Accessible.name: Texts.localized("control.loading")
+            }
+
             Divider {
                 y: 40
                 width: parent.width
@@ -148,7 +127,6 @@ Destination {
                 columns: columns
                 model: root.viewModel.rows
 
-                onActiveFocusChanged: root.listHadKeyboard = activeFocus || (root.listHadKeyboard && root.viewModel.isLoading)
                 onSwitchRequested: row => root.viewModel.toggle(row)
                 onRevealRequested: row => root.viewModel.revealInFinder(row)
             }

@@ -5,8 +5,8 @@
 
 namespace Quillmere {
 
-/// Tells a screen whether there is a picture behind an application's icon, for one that shows something of its own
-/// where there is none.
+/// Where a screen gets the icons of applications from. An icon is a name of the desktop's icon theme, or the absolute
+/// path of a picture.
 class ApplicationIcons final : public QObject
 {
     Q_OBJECT
@@ -16,8 +16,10 @@ class ApplicationIcons final : public QObject
 public:
     using QObject::QObject;
 
-    /// @p icon is a name of the desktop's icon theme, or the absolute path of a picture.
+    /// For a screen that shows something of its own where there is no picture behind @p icon.
     Q_INVOKABLE [[nodiscard]] bool has(const QString &icon) const;
+    /// Of an image, which shows the first letter of @p name where there is no picture.
+    Q_INVOKABLE [[nodiscard]] QString source(const QString &icon, const QString &name) const;
 };
 
 } // namespace Quillmere

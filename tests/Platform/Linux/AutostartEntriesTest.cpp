@@ -152,7 +152,7 @@ TEST_F(AutostartEntriesTest, SwitchesTheSystemsByACopyThatGoesAgain)
     EXPECT_FALSE(isEnabled());
     EXPECT_EQ(entries().first().path, file);
     EXPECT_EQ(home.contents("first/autostart/a.desktop"), entry("X-Odd=1\n"));
-    EXPECT_EQ(home.contents(ownFolder + "a.desktop"), entry("X-Odd=1\nHidden=true\n"));
+    EXPECT_EQ(home.contents(ownFolder + "a.desktop"), entry("X-Odd=1\nHidden=true\nX-Quillmere-Copy=true\n"));
 
     setEnabled(file, true);
     EXPECT_TRUE(isEnabled());
@@ -184,6 +184,63 @@ TEST_F(AutostartEntriesTest, TurnsOnWhatAMereHiddenHasTurnedOff)
     EXPECT_FALSE(home.exists(ownFolder + "a.desktop"));
 }
 
+TEST_F(AutostartEntriesTest, KeepsTheLinesOfAnOwnEntryThatOnlyHidesTheSystems)
+{
+    const FilePath file = system("a.desktop", entry());
+    own("a.desktop", "# Too loud.\n[Desktop Entry]\nHidden=true\nX-Mine=1\n");
+
+    setEnabled(file, true);
+    EXPECT_TRUE(isEnabled());
+    const QByteArray on = home.contents(ownFolder + "a.desktop");
+    EXPECT_TRUE(on.startsWith("# Too loud.\n[Desktop Entry]\nHidden=false\nX-Mine=1\n"));
+    EXPECT_TRUE(on.contains("Exec=clock\n"));
+
+    setEnabled(file, false);
+    EXPECT_FALSE(isEnabled());
+    EXPECT_TRUE(home.contents(ownFolder + "a.desktop").startsWith("# Too loud.\n[Desktop Entry]\nHidden=true\nX-Mine"));
+}
+
+TEST_F(AutostartEntriesTest, KeepsTheUsersOwnFileThatSaysWhatTheSystemsSays)
+{
+    const FilePath file = system("a.desktop", entry());
+    own("a.desktop", entry());
+
+    setEnabled(file, false);
+    setEnabled(file, true);
+
+    EXPECT_TRUE(isEnabled());
+    EXPECT_EQ(home.contents(ownFolder + "a.desktop"), entry("Hidden=false\n"));
+}
+
+TEST_F(AutostartEntriesTest, FailsForAnOwnFileThatCannotBeReadAndLeavesIt)
+{
+    const FilePath file = system("a.desktop", entry());
+    const FilePath huge = own("a.desktop", entry());
+    ASSERT_EQ(::truncate(huge.bytes().constData(), 2LL << 20), 0);
+    EXPECT_FALSE(autostart().setEnabled(file, false));
+    EXPECT_FALSE(autostart().setEnabled(file, true));
+    EXPECT_TRUE(home.exists(ownFolder + "a.desktop"));
+
+    own("a.desktop", "not an entry\n");
+    EXPECT_FALSE(autostart().setEnabled(file, true));
+    EXPECT_EQ(home.contents(ownFolder + "a.desktop"), "not an entry\n");
+}
+
+TEST_F(AutostartEntriesTest, SwitchesTheSystemsWhereTheUsersFolderIsALink)
+{
+    ASSERT_EQ(::rmdir(home.path("home/.config/autostart").bytes().constData()), 0);
+    home.addFolder("dotfiles/autostart");
+    home.addLink("home/.config/autostart", home.path("dotfiles/autostart").bytes());
+    const FilePath file = system("a.desktop", entry());
+
+    setEnabled(file, false);
+    EXPECT_FALSE(isEnabled());
+    setEnabled(file, true);
+
+    EXPECT_TRUE(isEnabled());
+    EXPECT_FALSE(home.exists("dotfiles/autostart/a.desktop"));
+}
+
 TEST_F(AutostartEntriesTest, TurnsOnWhatTheSystemBringsTurnedOff)
 {
     const FilePath file = system("a.desktop", entry("Hidden=true\n"));
@@ -191,7 +248,7 @@ TEST_F(AutostartEntriesTest, TurnsOnWhatTheSystemBringsTurnedOff)
 
     setEnabled(file, true);
     EXPECT_TRUE(isEnabled());
-    EXPECT_EQ(home.contents(ownFolder + "a.desktop"), entry("Hidden=false\n"));
+    EXPECT_EQ(home.contents(ownFolder + "a.desktop"), entry("Hidden=false\nX-Quillmere-Copy=true\n"));
 
     setEnabled(file, false);
     EXPECT_FALSE(isEnabled());

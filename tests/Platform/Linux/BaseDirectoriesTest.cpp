@@ -48,3 +48,12 @@ TEST(BaseDirectoriesTest, ReadEachVariableForItsOwnFolder)
     EXPECT_EQ(folders.data, FilePath("/of/XDG_DATA_HOME"));
     EXPECT_EQ(folders.state, FilePath("/of/XDG_STATE_HOME"));
 }
+
+TEST(BaseDirectoriesTest, KnowsTheSystemsFoldersForSettingsWhereNobodyNamesThem)
+{
+    const auto variable = [](const QByteArray &value) { return [value](const char *) { return value; }; };
+
+    EXPECT_EQ(BaseDirectories::systemConfig(variable({})), QList<FilePath>{FilePath("/etc/xdg")});
+    EXPECT_EQ(BaseDirectories::systemConfig(variable("/b/:relative:/a:/b")),
+              (QList<FilePath>{FilePath("/b"), FilePath("/a")}));
+}

@@ -213,6 +213,16 @@ TEST(DeveloperPlacesTest, FollowsAToolsOwnVariableAndThoseBuiltOnIt)
     EXPECT_THAT(world.found(languages), Contains(FilePath("/data/uv")));
 }
 
+TEST(DeveloperPlacesTest, FollowsTheFirstFolderAloneOfAListOfThem)
+{
+    World world;
+    world.variables = {{"GOPATH", "/data/one:/data/two"}};
+    for (const char *path : {"/data/one/pkg/mod/cache/download", "/data/two/pkg/mod/cache/download"})
+        world.disk->addFolder(FilePath(path));
+
+    EXPECT_THAT(world.found(languages), ElementsAre(FilePath("/data/one/pkg/mod/cache")));
+}
+
 TEST(DeveloperPlacesTest, TakesNoFolderForACacheThatAVariableNamesByMistake)
 {
     World world;

@@ -163,11 +163,15 @@ TEST_F(LinuxProcessRunnerTest, GivesNothingToReadAndNoFileOfOursAndNoSignalOfOur
     EXPECT_EQ(words.last().toULongLong(nullptr, 16) & 0x7fffffff, 0u);
 }
 
-TEST_F(LinuxProcessRunnerTest, PassesTheEnvironmentOn)
+TEST_F(LinuxProcessRunnerTest, PassesOnTheEnvironmentThatItWasMadeIn)
 {
     qputenv("QUILLMERE_TEST", "a value");
+    const LinuxProcessRunner made(FilePath("/nonexistent"));
+    qputenv("QUILLMERE_TEST", "a later one");
 
-    EXPECT_EQ(outcomeOf("printf %s \"$QUILLMERE_TEST\"").standardOutput, "a value");
+    const Result<ProcessOutcome> outcome = made.run({u"/bin/sh"_qs, {u"-c"_qs, u"printf %s \"$QUILLMERE_TEST\""_qs}});
+
+    EXPECT_EQ(outcome.value().standardOutput, "a value");
     qunsetenv("QUILLMERE_TEST");
 }
 

@@ -310,3 +310,57 @@ TEST_F(LinuxWorkspaceTest, DoesNotClaimToEndWhatHasEndedAlready)
     EXPECT_FALSE(m_workspace.forceTerminate(application));
     ::waitpid(child, nullptr, 0);
 }
+
+TEST_F(LinuxWorkspaceTest, SeesARunningProgramThatTheDesktopDoesNotKnow)
+{
+    const FilePath inBundle(program(u"Painter.app/Contents/MacOS/painter"_qs).toUtf8());
+    EXPECT_FALSE(m_workspace.runningPrograms().contains(inBundle));
+
+    start(path(u"Painter.app/Contents/MacOS/painter"_qs));
+
+    EXPECT_TRUE(m_workspace.runningPrograms().contains(inBundle));
+    EXPECT_THAT(m_workspace.runningApplications(), IsEmpty());
+}
+
+TEST_F(LinuxWorkspaceTest, SeesTheTextThatAnInterpreterRuns)
+{
+    const QString script = path(u"run.sh"_qs);
+    QFile file(script);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("echo ready\nread line\n");
+    file.close();
+    ASSERT_TRUE(QFile::link(script, path(u"link"_qs)));
+
+    start(u"/bin/sh"_qs, {path(u"link"_qs)});
+
+    EXPECT_TRUE(m_workspace.runningPrograms().contains(FilePath(script.toUtf8())));
+}
+
+TEST_F(LinuxWorkspaceTest, TakesABrowserThatAnotherApplicationStartedForItself)
+{
+    entry(u"mail"_qs, u"/bin/true"_qs);
+    entry(u"firefox"_qs, u"/bin/false"_qs);
+    const auto addProcess = [this](const QString &pid, const QByteArray &program) {
+        QDir().mkpath(path(u"proc/"_qs + pid));
+        const auto write = [&](const QString &name, const QByteArray &text) {
+            QFile file(path(u"proc/"_qs + pid + u'/' + name));
+            return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
+        };
+        EXPECT_TRUE(write(u"stat"_qs,
+                          pid.toUtf8() + " (p) S 1 1 1 0 -1 0 0 0 0 0 0 0 0 0 20 0 1 0 " + pid.toUtf8()
+                              + " 1 1 1 1 1 1 1 1 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0\n"));
+        EXPECT_TRUE(
+            write(u"cgroup"_qs, "0::/user.slice/user-1000.slice/user@1000.service/app.slice/app-mail-7.scope\n"));
+        EXPECT_EQ(::symlink(program.constData(), path(u"proc/"_qs + pid + u"/exe"_qs).toUtf8().constData()), 0);
+    };
+    addProcess(u"7"_qs, "/usr/bin/mail");
+    addProcess(u"8"_qs, "/usr/lib/firefox/firefox");
+    addProcess(u"9"_qs, "/usr/lib/mail/helper");
+    const LinuxWorkspace workspace(FilePath(m_home.path().toUtf8()), {FilePath(path(u"applications"_qs).toUtf8())},
+                                   FilePath(path(u"proc"_qs).toUtf8()));
+
+    QList<QString> identifiers;
+    for (const RunningApplication &each : workspace.runningApplications())
+        identifiers.append(each.bundleIdentifier.value_or(QString()));
+    EXPECT_THAT(identifiers, ElementsAre(u"mail"_qs, u"org.mozilla.firefox"_qs));
+}

@@ -1,5 +1,6 @@
 #include "Platform/Linux/PlacesOnFirstUse.h"
 #include "Fakes/PretendMachine.h"
+#include "Platform/Linux/InstalledApplicationsOnFirstUse.h"
 
 #include <gtest/gtest.h>
 
@@ -22,5 +23,26 @@ TEST(PlacesOnFirstUseTest, AreMadeOnceAndNotBeforeSomebodyAsks)
     EXPECT_EQ(places.rowsBehind(PlaceTable::UserCache).size(), 1);
     EXPECT_EQ(places.reasonToKeep(FilePath("/kept")), u"For this test."_qs);
     EXPECT_EQ(places.reasonToKeep(FilePath("/other")), std::nullopt);
+    EXPECT_EQ(made, 1);
+}
+
+TEST(InstalledApplicationsOnFirstUseTest, AreMadeOnceAndNotBeforeSomebodyAsks)
+{
+    int made = 0;
+    const InstalledApplicationsOnFirstUse applications([&] {
+        ++made;
+        auto answers = std::make_unique<PretendInstalledApplications>();
+        ListedApplication painter;
+        painter.id = "painter";
+        answers->add(painter, {FilePath("/leftover")});
+        return answers;
+    });
+    EXPECT_EQ(made, 0);
+
+    const QList<ListedApplication> found = applications.applications();
+    ASSERT_EQ(found.size(), 1);
+    EXPECT_EQ(applications.leftoversOf(found.first()), QList<FilePath>{FilePath("/leftover")});
+    EXPECT_TRUE(applications.uninstall(found.first()));
+    EXPECT_TRUE(applications.applications().isEmpty());
     EXPECT_EQ(made, 1);
 }

@@ -1,4 +1,6 @@
 #include "Platform/Linux/LinuxProcessRunner.h"
+#include "Platform/Linux/Need.h"
+#include "Platform/Linux/RestrictedThread.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -167,4 +169,19 @@ TEST_F(ProgramWithinTimeTest, RunsOnManyThreadsAtOnce)
             EXPECT_EQ(*outcome, (ProcessOutcome{0, QByteArray::number(index) + '\n'}));
         }
     }
+}
+
+TEST_F(ProgramWithinTimeTest, NoticesTheEndOfAProgramWhereTheKernelGivesNoDescriptorsOfProcesses)
+{
+    std::optional<ProcessOutcome> quick;
+    std::optional<ProcessOutcome> late = ProcessOutcome();
+    const bool isPermitted = withoutProcessDescriptors([&] {
+        quick = outcomeOf("sleep 0.1; echo done; exit 3", 60s);
+        late = outcomeOf("echo $$ > pid; exec sleep 1000", 500ms);
+    });
+    QUILLMERE_NEED(isPermitted ? QByteArray() : "The kernel filters no system calls of a thread.");
+
+    EXPECT_EQ(quick, (ProcessOutcome{3, "done\n"}));
+    EXPECT_EQ(late, std::nullopt);
+    EXPECT_FALSE(isThere(u"pid"_qs));
 }

@@ -2,9 +2,16 @@
 
 #include <QtGlobal>
 
+#include <cerrno>
+#include <cstddef>
+#include <iterator>
+
 #include <linux/capability.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <sched.h>
 #include <sys/mount.h>
+#include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -42,4 +49,23 @@ void withoutOverridingModes(const std::function<void()> &action)
             qFatal("capset");
         action();
     }).join();
+}
+
+bool withoutProcessDescriptors(const std::function<void()> &action)
+{
+    bool isPermitted = false;
+    std::thread([&] {
+        sock_filter steps[] = {
+            BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+            BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_pidfd_open, 0, 1),
+            BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
+            BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+        };
+        const sock_fprog program = {std::size(steps), steps};
+        isPermitted = ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0
+            && ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
+        if (isPermitted)
+            action();
+    }).join();
+    return isPermitted;
 }

@@ -7,3 +7,6 @@
 
 /// Runs @p action in a thread to which the modes of files apply even when the tests are run by root.
 void withoutOverridingModes(const std::function<void()> &action);
+
+/// Runs @p action in a thread in which pidfd_open(2) is not there. False where the kernel does not filter calls.
+[[nodiscard]] bool withoutProcessDescriptors(const std::function<void()> &action);

@@ -64,7 +64,7 @@ protected:
     const std::shared_ptr<LinuxFileManager> files = std::make_shared<LinuxFileManager>(home.environment());
     const std::shared_ptr<LinuxStartupEntries> entries = std::make_shared<LinuxStartupEntries>(
         files, [](const char *name) { return variable(name); }, QDBusConnection(u"no such connection"_qs),
-        QList<QByteArray>());
+        QList<QByteArray>(), QList<FilePath>());
     const StartupService service{files, entries};
 };
 

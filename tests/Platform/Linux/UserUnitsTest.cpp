@@ -1,5 +1,7 @@
 #include "Platform/Linux/UserUnits.h"
+#include "Platform/Linux/LinuxFileManager.h"
 #include "Platform/Linux/MockedService.h"
+#include "Platform/Linux/TemporaryHome.h"
 
 #include <gmock/gmock.h>
 
@@ -7,33 +9,56 @@ using namespace Quillmere;
 
 namespace {
 
-const FilePath home("/home/ada");
-const FilePath config("/home/ada/.config");
-
-/// A manager of units in Python's words, whose files are switched for real.
+/// A manager of units in Python's words, whose files are switched for real. OWN and SYSTEM are its two folders.
 const QString listing = uR"(
 if not hasattr(self, 'units'):
     self.units = {
-        '/usr/lib/systemd/user/music.service': 'enabled',
-        '/usr/lib/systemd/user/backup.timer': 'disabled',
-        '/home/ada/.config/systemd/user/own.service': 'enabled',
-        '/usr/lib/systemd/user/each@.service': 'disabled',
-        '/usr/lib/systemd/user/bus.service': 'static',
-        '/usr/lib/systemd/user/never.service': 'masked',
+        'SYSTEM/music.service': 'enabled',
+        'SYSTEM/backup.timer': 'disabled',
+        'OWN/own.service': 'enabled',
+        'SYSTEM/each@.service': 'disabled',
+        'SYSTEM/bus.service': 'static',
+        'SYSTEM/never.service': 'masked',
         '/run/user/1000/systemd/generator/app-a@autostart.service': 'generated',
-        '/usr/lib/systemd/user/alias.service': 'alias',
+        'SYSTEM/alias.service': 'alias',
+        'SYSTEM/agent.socket': 'enabled',
     }
 ret = dbus.Array(list(self.units.items()), signature='(ss)')
 )"_qs;
 
+/// Nobody but the administrator disables what is enabled for all users.
 QString switching(const char *state)
 {
     return uR"(
 for path in self.units:
-    if path.rsplit('/', 1)[1] in args[0]:
+    name = path.rsplit('/', 1)[1]
+    if name in args[0] and name != 'agent.socket':
         self.units[path] = '%1'
 )"_qs.arg(QLatin1String(state));
 }
+
+const QString masking = uR"(
+import os
+for name in args[0]:
+    os.symlink('/dev/null', 'OWN/' + name)
+    del self.units['SYSTEM/' + name]
+    self.units['OWN/' + name] = 'masked'
+)"_qs;
+
+const QString unmasking = uR"(
+import os
+for name in args[0]:
+    os.unlink('OWN/' + name)
+    del self.units['OWN/' + name]
+    self.units['SYSTEM/' + name] = 'enabled'
+)"_qs;
+
+const QString telling = uR"(
+ret = ''
+for path, state in self.units.items():
+    if path.rsplit('/', 1)[1] == args[0]:
+        ret = state
+)"_qs;
 
 const QString changes = u"dbus.Array([], signature='(sss)')"_qs;
 
@@ -46,16 +71,30 @@ protected:
         manager = std::make_unique<MockedService>(bus, u"org.freedesktop.systemd1"_qs, u"/org/freedesktop/systemd1"_qs,
                                                   u"org.freedesktop.systemd1.Manager"_qs);
         ASSERT_TRUE(manager->isRunning());
-        manager->addProperty(u"UnitPath"_qs,
-                             QStringList{u"/home/ada/.config/systemd/user"_qs, u"/etc/systemd/user"_qs});
+        manager->addProperty(u"UnitPath"_qs, QStringList{textOf(own), textOf(system)});
+        home.addFolder("home/.config/systemd/user");
+        home.addFile("system/agent.socket");
+    }
+    void add(const QString &method, const QString &in, const QString &out, QString python)
+    {
+        python.replace(u"OWN"_qs, textOf(own)).replace(u"SYSTEM"_qs, textOf(system));
+        manager->addMethod(method, in, out, python);
     }
     void answer()
     {
-        manager->addMethod(u"ListUnitFiles"_qs, {}, u"a(ss)"_qs, listing);
-        manager->addMethod(u"EnableUnitFiles"_qs, u"asbb"_qs, u"ba(sss)"_qs,
-                           switching("enabled") + u"ret = (True, %1)"_qs.arg(changes));
-        manager->addMethod(u"DisableUnitFiles"_qs, u"asb"_qs, u"a(sss)"_qs,
-                           switching("disabled") + u"ret = "_qs + changes);
+        add(u"ListUnitFiles"_qs, {}, u"a(ss)"_qs, listing);
+        add(u"EnableUnitFiles"_qs, u"asbb"_qs, u"ba(sss)"_qs,
+            switching("enabled") + u"ret = (True, %1)"_qs.arg(changes));
+        add(u"DisableUnitFiles"_qs, u"asb"_qs, u"a(sss)"_qs, switching("disabled") + u"ret = "_qs + changes);
+        add(u"MaskUnitFiles"_qs, u"asbb"_qs, u"a(sss)"_qs, masking + u"ret = "_qs + changes);
+        add(u"UnmaskUnitFiles"_qs, u"asb"_qs, u"a(sss)"_qs, unmasking + u"ret = "_qs + changes);
+        add(u"GetUnitFileState"_qs, u"s"_qs, u"s"_qs, telling);
+    }
+    [[nodiscard]] static QString textOf(const FilePath &path) { return QString::fromUtf8(path.bytes()); }
+    [[nodiscard]] UserUnits unitsOn(const QDBusConnection &connection) const
+    {
+        const auto files = std::make_shared<LinuxFileManager>(home.environment());
+        return {{files, own, {system}}, home.path("home"), connection};
     }
     [[nodiscard]] bool isEnabled(const FilePath &path) const
     {
@@ -69,8 +108,12 @@ protected:
 
     PrivateBus bus;
     std::unique_ptr<MockedService> manager;
-    const UserUnits units{home, config, bus.connection()};
-    const FilePath music{"/usr/lib/systemd/user/music.service"};
+    TemporaryHome home;
+    const FilePath own = home.path("home/.config/systemd/user");
+    const FilePath system = home.path("system");
+    const UserUnits units = unitsOn(bus.connection());
+    const FilePath music = system.appending("music.service");
+    const FilePath agent = system.appending("agent.socket");
 };
 
 } // namespace
@@ -80,11 +123,11 @@ TEST_F(UserUnitsTest, AreThoseThatCanBeSwitchedTheUsersOwnFirst)
     answer();
 
     EXPECT_EQ(units.entries(),
-              (QList<StartupEntry>{{FilePath("/home/ada/.config/systemd/user/own.service"), u"own.service"_qs,
-                                    StartupEntry::Scope::User, true},
-                                   {FilePath("/usr/lib/systemd/user/backup.timer"), u"backup.timer"_qs,
-                                    StartupEntry::Scope::AllUsers, false},
-                                   {music, u"music.service"_qs, StartupEntry::Scope::AllUsers, true}}));
+              (QList<StartupEntry>{
+                  {own.appending("own.service"), u"own.service"_qs, StartupEntry::Scope::User, true},
+                  {agent, u"agent.socket"_qs, StartupEntry::Scope::AllUsers, true},
+                  {system.appending("backup.timer"), u"backup.timer"_qs, StartupEntry::Scope::AllUsers, false},
+                  {music, u"music.service"_qs, StartupEntry::Scope::AllUsers, true}}));
 }
 
 TEST_F(UserUnitsTest, AreSwitchedByTheManagerForGood)
@@ -111,11 +154,13 @@ TEST_F(UserUnitsTest, NeitherStartsNorStopsNorReloadsAnything)
     QStringList methods;
     for (const QString &call : manager->calls())
         methods.append(call.section(u' ', 0, 0));
+    methods.removeAll(u"GetUnitFileState"_qs);
     EXPECT_EQ(methods, (QStringList{u"ListUnitFiles"_qs, u"DisableUnitFiles"_qs, u"EnableUnitFiles"_qs}));
 }
 
 TEST_F(UserUnitsTest, TellsWhyAUnitWasNotSwitched)
 {
+    answer();
     manager->addMethod(
         u"DisableUnitFiles"_qs, u"asb"_qs, u"a(sss)"_qs,
         u"raise dbus.exceptions.DBusException('No.', name='org.freedesktop.DBus.Error.AccessDenied')"_qs);
@@ -136,23 +181,89 @@ TEST_F(UserUnitsTest, AreNoneWhereTheManagerAnswersSomethingElse)
 TEST_F(UserUnitsTest, LeavesTheManagerOfAnotherHomeAlone)
 {
     answer();
-    const UserUnits others(FilePath("/tmp/made-up"), FilePath("/tmp/made-up/.config"), bus.connection());
+    const TemporaryHome elsewhere;
+    const auto files = std::make_shared<LinuxFileManager>(elsewhere.environment());
+    const UserUnits others({files, elsewhere.path("home/.config/systemd/user"), {}}, elsewhere.path("home"),
+                           bus.connection());
 
     EXPECT_TRUE(others.entries().isEmpty());
     EXPECT_FALSE(others.setEnabled(music, false));
     EXPECT_TRUE(isEnabled(music));
 }
 
-TEST(UserUnitsWithoutManagerTest, AreNone)
+TEST_F(UserUnitsTest, SwitchesOffForOneUserWhatIsEnabledForAll)
+{
+    answer();
+    ASSERT_TRUE(isEnabled(agent));
+
+    EXPECT_TRUE(units.setEnabled(agent, false));
+    EXPECT_FALSE(isEnabled(agent));
+    EXPECT_EQ(units.entries().size(), 4);
+
+    EXPECT_TRUE(units.setEnabled(agent, true));
+    EXPECT_TRUE(isEnabled(agent));
+    EXPECT_FALSE(home.exists("home/.config/systemd/user/agent.socket"));
+}
+
+TEST_F(UserUnitsTest, FailsWhereTheManagerLeavesAUnitAsItWas)
+{
+    answer();
+    (void)units.entries();
+    add(u"MaskUnitFiles"_qs, u"asbb"_qs, u"a(sss)"_qs, u"ret = "_qs + changes);
+
+    EXPECT_FALSE(units.setEnabled(agent, false));
+    EXPECT_TRUE(isEnabled(agent));
+}
+
+TEST(UserUnitsWithoutManagerTest, AreReadFromDiskAndCannotBeSwitched)
 {
     const PrivateBus bus;
     ASSERT_TRUE(bus.isRunning());
-    const UserUnits units(home, config, bus.connection());
+    const TemporaryHome home;
+    const FilePath own = home.path("home/.config/systemd/user");
+    const FilePath mine
+        = home.addFile("home/.config/systemd/user/mine.service", "[Install]\nWantedBy=default.target\n");
+    home.addLink("home/.config/systemd/user/default.target.wants/mine.service", mine.bytes());
+    const auto files = std::make_shared<LinuxFileManager>(home.environment());
+    const QList<StartupEntry> expected = {{mine, u"mine.service"_qs, StartupEntry::Scope::User, true}};
 
-    EXPECT_TRUE(units.entries().isEmpty());
-    EXPECT_FALSE(units.setEnabled(FilePath("/usr/lib/systemd/user/a.service"), true));
+    for (const QDBusConnection &connection : {bus.connection(), QDBusConnection(u"no such connection"_qs)}) {
+        const UserUnits units({files, own, {}}, home.path("home"), connection);
+        EXPECT_EQ(units.entries(), expected);
+        EXPECT_FALSE(units.setEnabled(mine, false));
+        EXPECT_EQ(units.entries(), expected);
+    }
+}
 
-    const UserUnits withoutBus(home, config, QDBusConnection(u"no such connection"_qs));
-    EXPECT_TRUE(withoutBus.entries().isEmpty());
-    EXPECT_FALSE(withoutBus.setEnabled(FilePath("/usr/lib/systemd/user/a.service"), true));
+TEST(UnitFilesTest, AreTheUsersOwnAndWhatTheFoldersOfLinksStart)
+{
+    const TemporaryHome home;
+    const QByteArray own = "home/.config/systemd/user/";
+    const QByteArray install = "[Unit]\n[Install]\nWantedBy=default.target\n";
+    const FilePath off = home.addFile(own + "off.timer", install);
+    const FilePath on = home.addFile(own + "on.service", install);
+    home.addFile(own + "static.service", "[Unit]\n");
+    home.addFile(own + "each@.service", install);
+    home.addFile(own + "notes.txt", install);
+    home.addLink(own + "default.target.wants/on.service", on.bytes());
+    const FilePath agent = home.addFile("lib/agent.socket", install);
+    const FilePath music = home.addFile("lib/music.service", install);
+    home.addFile("lib/unlinked.service", install);
+    const FilePath changed = home.addFile("etc/changed.service", install);
+    home.addFile("lib/changed.service", install);
+    for (const char *name : {"agent.socket", "changed.service", "gone.service"})
+        home.addLink(QByteArray("etc/sockets.target.wants/") + name, home.path("lib").appending(name).bytes());
+    home.addLink("lib/music.target.requires/music.service", "../music.service");
+    home.addLink(own + "music.service", "/dev/null");
+    const UnitFiles files(std::make_shared<LinuxFileManager>(home.environment()),
+                          home.path("home/.config/systemd/user"), {home.path("etc"), home.path("lib")});
+
+    EXPECT_EQ(files.entries(),
+              (QList<StartupEntry>{{off, u"off.timer"_qs, StartupEntry::Scope::User, false},
+                                   {on, u"on.service"_qs, StartupEntry::Scope::User, true},
+                                   {agent, u"agent.socket"_qs, StartupEntry::Scope::AllUsers, true},
+                                   {changed, u"changed.service"_qs, StartupEntry::Scope::AllUsers, true},
+                                   {music, u"music.service"_qs, StartupEntry::Scope::AllUsers, false}}));
+    EXPECT_TRUE(
+        UnitFiles(std::make_shared<LinuxFileManager>(home.environment()), home.path("none"), {}).entries().isEmpty());
 }

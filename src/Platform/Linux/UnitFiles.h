@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Platform/FileManager.h"
+#include "Platform/StartupEntries.h"
+
+#include <memory>
+
+namespace Quillmere {
+
+/// The files of the units that systemd starts for this user, as they lie on disk. Any thread.
+class UnitFiles
+{
+public:
+    /// @p own is the user's folder of units; the others are the system's, the most important first.
+    UnitFiles(std::shared_ptr<const FileManager> files, FilePath own, QList<FilePath> systems);
+
+    [[nodiscard]] const FilePath &ownFolder() const { return m_own; }
+
+    /// The user's own that can be enabled, and what the folders of links say is started. It is on when such a link
+    /// stands and the user does not mask it. First the user's own, then those of the system, each by name.
+    [[nodiscard]] QList<StartupEntry> entries() const;
+    /// Whether the user has a link to nothing in the place of the unit called @p name.
+    [[nodiscard]] bool isMasked(const QByteArray &name) const;
+    /// The system's most important file of that unit; empty when there is none.
+    [[nodiscard]] FilePath systemFile(const QByteArray &name) const;
+
+private:
+    /// What the folders of links in @p folder start.
+    [[nodiscard]] QList<QByteArray> linkedIn(const FilePath &folder) const;
+    [[nodiscard]] bool canBeEnabled(const FilePath &file) const;
+
+    std::shared_ptr<const FileManager> m_files;
+    FilePath m_own;
+    QList<FilePath> m_systems;
+};
+
+/// Whether a file of that name is a unit's.
+[[nodiscard]] bool isUnit(const FilePath &path);
+/// Whether it only stands for units that are made of it.
+[[nodiscard]] bool isTemplate(const QByteArray &unit);
+/// First the user's own, then those of all users, each by name.
+void sortUnits(QList<StartupEntry> &entries);
+
+} // namespace Quillmere
