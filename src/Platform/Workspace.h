@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QString>
+#include <QUrl>
 
 #include <optional>
 
@@ -51,6 +52,9 @@ public:
     /// Shows @p files in the desktop's file manager, selected in their folders; where it cannot select, it opens these.
     /// May wait for the desktop, so call it where nobody is kept waiting. Says nothing of what became of it.
     virtual void revealInFileViewer(const QList<FilePath> &files) const = 0;
+    /// Hands @p url to the program that the user has chosen for its scheme; nothing happens where there is none. May
+    /// wait for the desktop, so call it where nobody is kept waiting.
+    virtual void openURL(const QUrl &url) const = 0;
 };
 
 } // namespace Quillmere

@@ -63,6 +63,7 @@ FocusScope {
         height: parent.height
         appState: root.appState
         entries: root.viewModels.makeSidebar(root)
+        viewModels: root.viewModels
     }
 
     Loader {

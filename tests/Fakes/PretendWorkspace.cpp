@@ -56,6 +56,12 @@ QList<FilePath> PretendWorkspace::revealed() const
     return m_revealed;
 }
 
+QList<QUrl> PretendWorkspace::opened() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_opened;
+}
+
 int PretendWorkspace::listings() const
 {
     const std::scoped_lock lock(m_mutex);
@@ -100,6 +106,12 @@ void PretendWorkspace::revealInFileViewer(const QList<FilePath> &files) const
 {
     const std::scoped_lock lock(m_mutex);
     m_revealed += files;
+}
+
+void PretendWorkspace::openURL(const QUrl &url) const
+{
+    const std::scoped_lock lock(m_mutex);
+    m_opened.append(url);
 }
 
 } // namespace Quillmere

@@ -26,6 +26,7 @@ public:
     [[nodiscard]] QList<qint32> askedToQuit() const; ///< In their order, also those that stayed.
     [[nodiscard]] QList<qint32> terminated() const; ///< Which were ended by force, in their order.
     [[nodiscard]] QList<FilePath> revealed() const; ///< What was shown in the file manager, in its order.
+    [[nodiscard]] QList<QUrl> opened() const; ///< What was handed to other programs, in its order.
     [[nodiscard]] int listings() const; ///< How often the applications were asked for.
 
     [[nodiscard]] QList<RunningApplication> runningApplications() const override;
@@ -34,6 +35,7 @@ public:
     [[nodiscard]] bool terminate(const RunningApplication &application) const override;
     [[nodiscard]] bool forceTerminate(const RunningApplication &application) const override;
     void revealInFileViewer(const QList<FilePath> &files) const override;
+    void openURL(const QUrl &url) const override;
 
 private:
     mutable std::mutex m_mutex;
@@ -45,6 +47,7 @@ private:
     mutable QList<qint32> m_terminated;
     mutable int m_listings = 0;
     mutable QList<FilePath> m_revealed;
+    mutable QList<QUrl> m_opened;
 };
 
 } // namespace Quillmere

@@ -3,6 +3,7 @@
 #include "Platform/Linux/ApplicationData.h"
 #include "Platform/Linux/ApplicationInstances.h"
 #include "Platform/Linux/FileViewer.h"
+#include "Platform/Linux/UrlOpening.h"
 
 #include <algorithm>
 #include <csignal>
@@ -126,6 +127,11 @@ bool LinuxWorkspace::send(int signal, pid_t pid, quint64 startTime) const
 void LinuxWorkspace::revealInFileViewer(const QList<FilePath> &files) const
 {
     Quillmere::revealInFileViewer(files, m_sessionBus);
+}
+
+void LinuxWorkspace::openURL(const QUrl &url) const
+{
+    Quillmere::openURL(url);
 }
 
 } // namespace Quillmere

@@ -29,6 +29,7 @@ public:
     [[nodiscard]] bool terminate(const RunningApplication &application) const override;
     [[nodiscard]] bool forceTerminate(const RunningApplication &application) const override;
     void revealInFileViewer(const QList<FilePath> &files) const override;
+    void openURL(const QUrl &url) const override;
 
 private:
     [[nodiscard]] std::shared_ptr<const ApplicationIndex> index() const;
