@@ -54,6 +54,7 @@ void PretendUrlSession::serve(const QUrl &url, const QByteArray &body, int statu
 void PretendUrlSession::release()
 {
     m_isHolding = false;
+    m_heldBack = {};
     for (const std::shared_ptr<Waiting> &each : std::exchange(m_waiting, {}))
         each->answered(answer(each->request));
 }
@@ -76,7 +77,7 @@ void PretendUrlSession::receive(const UrlRequest &request, std::stop_token stop,
     m_requests.append(request);
     if (stop.stop_requested())
         return answered(cancelled());
-    if (!m_isHolding)
+    if (!m_isHolding && request.url != m_heldBack)
         return answered(answer(request));
     const auto waiting = std::make_shared<Waiting>();
     waiting->request = request;

@@ -23,6 +23,8 @@ public:
     void lose(const QUrl &url) { m_answers.remove(url); }
     /// From now on requests wait for release().
     void hold() { m_isHolding = true; }
+    /// From now on requests for @p url wait, and no others.
+    void holdBack(const QUrl &url) { m_heldBack = url; }
     /// Answers those that wait, and from now on at once.
     void release();
 
@@ -43,6 +45,7 @@ private:
     QList<UrlRequest> m_requests;
     QList<std::shared_ptr<Waiting>> m_waiting;
     bool m_isHolding = false;
+    QUrl m_heldBack;
 };
 
 } // namespace Quillmere

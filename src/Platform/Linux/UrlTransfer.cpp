@@ -33,6 +33,14 @@ QNetworkRequest networkRequest(const UrlRequest &request, const QSslConfiguratio
     return made;
 }
 
+/// A status of failure is an answer too. What breaks off halfway, or leads to where nothing is fetched, is none.
+bool isAnswer(QNetworkReply::NetworkError error)
+{
+    return error == QNetworkReply::NoError
+        || (error >= QNetworkReply::ContentAccessDenied && error <= QNetworkReply::UnknownContentError)
+        || (error >= QNetworkReply::InternalServerError && error <= QNetworkReply::UnknownServerError);
+}
+
 Failure failureOf(const QNetworkReply &reply)
 {
     const bool isUnknown = reply.error() == QNetworkReply::HostNotFoundError;
@@ -75,7 +83,6 @@ void UrlTransfer::start(std::stop_token stop)
 
 void UrlTransfer::take()
 {
-    // What answers a redirection says nothing that is asked for.
     while (m_ended && m_reply->bytesAvailable() > 0) {
         const QByteArray piece = m_reply->read(std::min(m_reply->bytesAvailable(), pieceSize));
         m_received += piece.size();
@@ -87,13 +94,9 @@ void UrlTransfer::take()
 void UrlTransfer::finish()
 {
     take();
-    const QVariant status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-    // A status of failure is an answer too; what breaks off halfway is none.
-    const bool isAnswer = m_reply->error() == QNetworkReply::NoError
-        || (m_reply->error() >= QNetworkReply::ContentAccessDenied
-            && m_reply->error() <= QNetworkReply::UnknownServerError);
-    if (isAnswer && status.isValid() && m_reply->url().scheme() == u"https")
-        end(status.toInt());
+    const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (isAnswer(m_reply->error()) && status > 0)
+        end(status);
     else
         end(failureOf(*m_reply));
 }

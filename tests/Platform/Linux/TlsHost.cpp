@@ -17,7 +17,7 @@ TlsHost::TlsHost()
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
     configuration.setLocalCertificate(QSslCertificate::fromPath(m_folder.filePath(u"host.pem"_qs)).value(0));
     if (key.open(QIODevice::ReadOnly))
-        configuration.setPrivateKey(QSslKey(&key, QSsl::Rsa));
+        configuration.setPrivateKey(QSslKey(&key, QSsl::Ec));
     m_server.setSslConfiguration(configuration);
     QObject::connect(&m_server, &QTcpServer::pendingConnectionAvailable, &m_server, [this] {
         while (auto *const connection = qobject_cast<QSslSocket *>(m_server.nextPendingConnection()))
@@ -50,14 +50,26 @@ void TlsHost::makeCertificates()
     if (!names.open(QIODevice::WriteOnly) || names.write("subjectAltName=DNS:localhost\n") < 0)
         m_reasonWhyNot = "There is no temporary folder.";
     names.close();
-    const QStringList authority{u"req"_qs,      u"-x509"_qs,  u"-newkey"_qs,
-                                u"rsa:2048"_qs, u"-nodes"_qs, u"-days"_qs,
-                                u"2"_qs,        u"-subj"_qs,  u"/CN=Trial authority"_qs,
-                                u"-keyout"_qs,  u"ca.key"_qs, u"-out"_qs,
+    const QStringList authority{u"req"_qs,
+                                u"-x509"_qs,
+                                u"-newkey"_qs,
+                                u"ec"_qs,
+                                u"-pkeyopt"_qs,
+                                u"ec_paramgen_curve:prime256v1"_qs,
+                                u"-nodes"_qs,
+                                u"-days"_qs,
+                                u"2"_qs,
+                                u"-subj"_qs,
+                                u"/CN=Trial authority"_qs,
+                                u"-keyout"_qs,
+                                u"ca.key"_qs,
+                                u"-out"_qs,
                                 u"ca.pem"_qs};
-    const QStringList host{u"req"_qs,      u"-new"_qs,  u"-newkey"_qs,       u"rsa:2048"_qs,
-                           u"-nodes"_qs,   u"-subj"_qs, u"/CN=localhost"_qs, u"-keyout"_qs,
-                           u"host.key"_qs, u"-out"_qs,  u"host.csr"_qs};
+    const QStringList host{u"req"_qs,     u"-new"_qs,     u"-newkey"_qs,
+                           u"ec"_qs,      u"-pkeyopt"_qs, u"ec_paramgen_curve:prime256v1"_qs,
+                           u"-nodes"_qs,  u"-subj"_qs,    u"/CN=localhost"_qs,
+                           u"-keyout"_qs, u"host.key"_qs, u"-out"_qs,
+                           u"host.csr"_qs};
     const QStringList signature{u"x509"_qs,     u"-req"_qs,   u"-in"_qs,
                                 u"host.csr"_qs, u"-CA"_qs,    u"ca.pem"_qs,
                                 u"-CAkey"_qs,   u"ca.key"_qs, u"-CAcreateserial"_qs,
