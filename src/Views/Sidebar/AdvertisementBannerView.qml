@@ -62,9 +62,11 @@ Item {
         id: movie
 
         MovieBannerView {
+            id: movieView
+
             url: root.viewModel.media
             isWatched: root.isWatched
-            download: root.viewModels.makeAdvertisementMovie(this)
+            download: root.viewModels.makeAdvertisementMovie(movieView)
         }
     }
 }

@@ -10,7 +10,8 @@ Item {
     required property AdvertisementMovie download
     property bool isWatched: true
 
-    readonly property bool canPlay: GraphicsInfo.api !== GraphicsInfo.Software && GraphicsInfo.api !== GraphicsInfo.Unknown
+    readonly property bool canPlay: GraphicsInfo.api !== GraphicsInfo.Software
+                                    && GraphicsInfo.api !== GraphicsInfo.Unknown
     readonly property bool isReady: canPlay && download.source.toString() !== ""
 
     function fetch() {

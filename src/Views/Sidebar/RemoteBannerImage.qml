@@ -10,6 +10,8 @@ Item {
     property bool isVideo: false
 
     readonly property bool isLoading: picture.status === Image.Loading
+    /// A single pixel comes in place of one that does not.
+    readonly property bool isMissing: picture.status === Image.Ready && picture.implicitWidth <= 1
 
     Image {
         id: picture
@@ -25,7 +27,7 @@ Item {
 
     Rectangle {
         anchors.fill: parent
-        visible: picture.status === Image.Error
+        visible: root.isMissing
         color: Qt.rgba(0, 0, 0, 0.2)
     }
 

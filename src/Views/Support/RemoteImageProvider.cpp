@@ -13,6 +13,13 @@ namespace {
 
 constexpr qint64 longestPicture = 8 * 1024 * 1024;
 
+QImage nothing()
+{
+    QImage image(1, 1, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    return image;
+}
+
 /// One picture that is waited for. Ends once: with the picture, without one, or because nobody waits any more.
 class RemoteImageResponse final : public QQuickImageResponse
 {
@@ -45,11 +52,8 @@ public:
 
     [[nodiscard]] QQuickTextureFactory *textureFactory() const override
     {
-        return QQuickTextureFactory::textureFactoryForImage(m_picture);
-    }
-    [[nodiscard]] QString errorString() const override
-    {
-        return m_picture.isNull() ? u"There is no such picture."_qs : QString();
+        // The engine would print a line for an error, and what fails here is to fail silently.
+        return QQuickTextureFactory::textureFactoryForImage(m_picture.isNull() ? nothing() : m_picture);
     }
 
     void cancel() override

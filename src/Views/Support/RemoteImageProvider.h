@@ -7,7 +7,8 @@
 namespace Quillmere {
 
 /// Serves pictures of other machines as `image://remote/<url>`, percent-encoded: the one way in which a screen gets
-/// them. Each is fetched and decoded without keeping the screen waiting, within the bounds of decodedPicture().
+/// them. A single clear pixel stands for one that does not come. Each is fetched and decoded without keeping the screen
+/// waiting, within the bounds of decodedPicture().
 class RemoteImageProvider final : public QQuickAsyncImageProvider
 {
 public:
