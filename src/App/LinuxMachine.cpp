@@ -14,6 +14,7 @@
 #include "Platform/Linux/LinuxStartupEntries.h"
 #include "Platform/Linux/LinuxStatusBar.h"
 #include "Platform/Linux/LinuxSystemExtensionManager.h"
+#include "Platform/Linux/LinuxUrlSession.h"
 #include "Platform/Linux/LinuxUserDefaults.h"
 #include "Platform/Linux/LinuxWorkspace.h"
 #include "Platform/Linux/MemoryReturn.h"
@@ -49,6 +50,7 @@ Machine makeLinuxMachine()
     machine.filter = std::make_shared<LinuxFilterManager>();
     machine.statusBar = std::make_shared<LinuxStatusBar>();
     machine.startupEntries = std::make_shared<LinuxStartupEntries>(files);
+    machine.urls = std::make_shared<LinuxUrlSession>();
     machine.environment = [](const char *name) { return qgetenv(name); };
     machine.returnMemory = returnUnusedMemory;
     machine.isAdministrator = ::getuid() == 0;

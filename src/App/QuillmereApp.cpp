@@ -1,5 +1,6 @@
 #include "App/QuillmereApp.h"
 
+#include "Views/Support/RemoteImageProvider.h"
 #include "Views/ViewsModule.h"
 
 #include <QGuiApplication>
@@ -22,6 +23,7 @@ QuillmereApp::QuillmereApp(Machine machine, QObject *parent)
     , m_machine(std::move(machine))
     , m_localizer(m_machine.defaults)
     , m_history(m_machine.files)
+    , m_advertisements(m_machine.urls)
     , m_state(m_machine.defaults)
     , m_trafficMonitor(m_machine.host, m_machine.clock)
     , m_filterExtension(m_machine.bundles, m_machine.files, m_machine.extensions)
@@ -31,8 +33,9 @@ QuillmereApp::QuillmereApp(Machine machine, QObject *parent)
     , m_menuBarStatus(m_trafficMonitor, m_machine.host)
     , m_menuBar(*m_machine.statusBar, m_power, {[this] { showMainWindow(); }, [this] { quit(); }})
     , m_receipt(m_machine.defaults, m_machine.bundles, m_machine.clock, InstallerTerms(m_machine.files))
-    , m_viewModels(m_machine, {m_history, m_trafficMonitor, m_trafficControl, m_power, m_disks, m_state, m_receipt,
-                               [this] { terminate(); }})
+    , m_viewModels(m_machine,
+                   {m_history, m_trafficMonitor, m_trafficControl, m_power, m_disks, m_state, m_receipt,
+                    [this] { terminate(); }, m_advertisements})
 {
     install();
     // The program lives on in the background with all its windows hidden.
@@ -54,6 +57,7 @@ QuillmereApp::~QuillmereApp()
     SharedInstance<TrafficControlService>::install(nullptr);
     SharedInstance<TrafficFilterExtensionManager>::install(nullptr);
     SharedInstance<TrafficMonitorService>::install(nullptr);
+    SharedInstance<AdvertisementService>::install(nullptr);
     SharedInstance<HistoryService>::install(nullptr);
     SharedInstance<Localizer>::install(nullptr);
 }
@@ -62,6 +66,7 @@ void QuillmereApp::install()
 {
     SharedInstance<Localizer>::install(&m_localizer);
     SharedInstance<HistoryService>::install(&m_history);
+    SharedInstance<AdvertisementService>::install(&m_advertisements);
     SharedInstance<TrafficMonitorService>::install(&m_trafficMonitor);
     SharedInstance<TrafficFilterExtensionManager>::install(&m_filterExtension);
     SharedInstance<TrafficControlService>::install(&m_trafficControl);
@@ -77,6 +82,7 @@ bool QuillmereApp::start()
     translateQt();
     m_engine = std::make_unique<QQmlApplicationEngine>();
     installViews(*m_engine);
+    m_engine->addImageProvider(u"remote"_qs, new RemoteImageProvider(m_machine.urls));
     applyAppearance();
 
     QVariantMap properties = contentProperties();

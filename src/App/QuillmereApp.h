@@ -3,6 +3,7 @@
 #include "App/AppDelegate.h"
 #include "App/AppState.h"
 #include "Platform/Machine.h"
+#include "Services/AdvertisementService.h"
 #include "Services/DiskMountService.h"
 #include "Services/HistoryService.h"
 #include "Services/MenuBarController.h"
@@ -70,6 +71,7 @@ private:
     Machine m_machine;
     Localizer m_localizer;
     HistoryService m_history;
+    AdvertisementService m_advertisements;
     AppState m_state;
     TrafficMonitorService m_trafficMonitor;
     TrafficFilterExtensionManager m_filterExtension;

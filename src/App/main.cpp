@@ -51,6 +51,9 @@ int main(int argc, char *argv[])
 {
     if (!settleHome())
         return 1;
+    // What plays the movies of promotions asks for it once they are loaded. The usual one has none of its plugins here.
+    if (!qEnvironmentVariableIsSet("QT_MEDIA_BACKEND"))
+        qputenv("QT_MEDIA_BACKEND", "ffmpeg");
     QApplication application(argc, argv);
     QApplication::setApplicationName(u"Quillmere"_qs);
     QApplication::setDesktopFileName(u"com.veltrane.quillmere"_qs);

@@ -13,6 +13,7 @@
 #include "Platform/StartupEntries.h"
 #include "Platform/StatusItem.h"
 #include "Platform/SystemExtensionManager.h"
+#include "Platform/UrlSession.h"
 #include "Platform/UserDefaults.h"
 #include "Platform/Workspace.h"
 
@@ -41,6 +42,7 @@ struct Machine
     std::shared_ptr<FilterManager> filter;
     std::shared_ptr<StatusBar> statusBar;
     std::shared_ptr<const StartupEntries> startupEntries;
+    std::shared_ptr<UrlSession> urls;
     /// Gives the value of a variable of the process's environment; empty when it is not set. Any thread.
     std::function<QByteArray(const char *name)> environment;
     /// Gives memory that the program no longer uses back to the system. Null where that needs no asking.

@@ -31,6 +31,16 @@ std::unique_ptr<ResourceMonitorService> ViewModelFactory::makeResourceMonitorSer
                                                     m_services.trafficControl);
 }
 
+AdvertisementBannerViewModel *ViewModelFactory::makeAdvertisementBanner(QObject *view) const
+{
+    return new AdvertisementBannerViewModel(m_services.advertisements, m_machine.workspace, view);
+}
+
+AdvertisementMovie *ViewModelFactory::makeAdvertisementMovie(QObject *view) const
+{
+    return new AdvertisementMovie(m_machine.urls, view);
+}
+
 DashboardViewModel *ViewModelFactory::makeDashboard(QObject *screen)
 {
     return new DashboardViewModel({

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "Platform/Machine.h"
+#include "ViewModels/AdvertisementBannerViewModel.h"
+#include "ViewModels/AdvertisementMovie.h"
 #include "ViewModels/ApplicationsViewModel.h"
 #include "ViewModels/BrowsersViewModel.h"
 #include "ViewModels/DashboardViewModel.h"
@@ -37,6 +39,7 @@ public:
         AppState &state;
         SetupReceipt receipt;
         std::function<void()> terminate; ///< Ends the program, whatever it is doing.
+        AdvertisementService &advertisements;
     };
 
     ViewModelFactory(Machine machine, const Services &services, QObject *parent = nullptr);
@@ -44,6 +47,8 @@ public:
     /// Ends the scans that are still under way, so that the program can end.
     ~ViewModelFactory() override;
 
+    Q_INVOKABLE [[nodiscard]] Quillmere::AdvertisementBannerViewModel *makeAdvertisementBanner(QObject *view) const;
+    Q_INVOKABLE [[nodiscard]] Quillmere::AdvertisementMovie *makeAdvertisementMovie(QObject *view) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::DashboardViewModel *makeDashboard(QObject *screen);
     Q_INVOKABLE [[nodiscard]] Quillmere::ResourceMonitorViewModel *makeResourceMonitor(QObject *card) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::SafeCleanupViewModel *makeSafeCleanup(QObject *screen);

@@ -67,6 +67,7 @@ FocusScope {
         height: parent.height
         appState: root.appState
         entries: root.viewModels.makeSidebar(root)
+        viewModels: root.viewModels
     }
 
     Loader {

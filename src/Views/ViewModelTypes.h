@@ -1,6 +1,8 @@
 #pragma once
 
 #include "App/AppState.h"
+#include "ViewModels/AdvertisementBannerViewModel.h"
+#include "ViewModels/AdvertisementMovie.h"
 #include "ViewModels/AppListModel.h"
 #include "ViewModels/ApplicationsViewModel.h"
 #include "ViewModels/BrowserProfileListModel.h"
@@ -29,6 +31,22 @@
 
 /// The view models as QML sees them: made by the application, never by a screen.
 namespace Quillmere::QmlTypes {
+
+struct AdvertisementBannerViewModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::AdvertisementBannerViewModel)
+    QML_NAMED_ELEMENT(AdvertisementBannerViewModel)
+    QML_UNCREATABLE("The factory makes it.")
+};
+
+struct AdvertisementMovieType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::AdvertisementMovie)
+    QML_NAMED_ELEMENT(AdvertisementMovie)
+    QML_UNCREATABLE("The factory makes it.")
+};
 
 struct AppListModelType
 {

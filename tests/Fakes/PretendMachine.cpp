@@ -24,9 +24,9 @@ Machine PretendMachine::machine() const
 {
     const auto returnMemory = [returns = memoryReturns] { ++*returns; };
     const auto environment = [variables = variables](const char *name) { return variables->value(name); };
-    return {files,     places,    defaults,       clock,       appearance,   host,
-            processes, workspace, applications,   assertions,  bundles,      extensions,
-            filter,    statusBar, startupEntries, environment, returnMemory, isAdministrator};
+    return {files,          places,       defaults,    clock,        appearance,     host,   processes,
+            workspace,      applications, assertions,  bundles,      extensions,     filter, statusBar,
+            startupEntries, urls,         environment, returnMemory, isAdministrator};
 }
 
 void PretendMachine::completeSetup() const

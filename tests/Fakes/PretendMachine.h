@@ -9,6 +9,7 @@
 #include "Fakes/PretendStartupEntries.h"
 #include "Fakes/PretendStatusBar.h"
 #include "Fakes/PretendTrafficFilter.h"
+#include "Fakes/PretendUrlSession.h"
 #include "Fakes/PretendUserDefaults.h"
 #include "Fakes/PretendWorkspace.h"
 #include "Platform/Machine.h"
@@ -81,6 +82,7 @@ struct PretendMachine
     std::shared_ptr<PretendFilterManager> filter = std::make_shared<PretendFilterManager>();
     std::shared_ptr<PretendStatusBar> statusBar = std::make_shared<PretendStatusBar>();
     std::shared_ptr<PretendStartupEntries> startupEntries = std::make_shared<PretendStartupEntries>();
+    std::shared_ptr<PretendUrlSession> urls = std::make_shared<PretendUrlSession>();
     /// The process's environment. Not to be changed while the program looks at it.
     std::shared_ptr<QHash<QByteArray, QByteArray>> variables = std::make_shared<QHash<QByteArray, QByteArray>>();
     std::shared_ptr<int> memoryReturns = std::make_shared<int>(0); ///< How often memory was given back.

@@ -3,6 +3,7 @@
 #include "PretendProgram/PretendApplications.h"
 #include "PretendProgram/PretendDesk.h"
 #include "PretendProgram/PretendHome.h"
+#include "PretendProgram/PretendPromotion.h"
 #include "PretendProgram/PretendStartup.h"
 #include "PretendProgram/PretendTools.h"
 
@@ -29,7 +30,7 @@ public:
         m_parser.setApplicationDescription(u"Quillmere on a machine that exists only in memory."_qs);
         m_parser.addHelpOption();
         m_parser.addOptions({m_empty, m_dark, m_language, m_processors, m_memory, m_disk, m_noFilter, m_tab, m_size,
-                             m_hold, m_press, m_picture, m_wizard, m_drivers, m_refused, m_after});
+                             m_hold, m_press, m_picture, m_wizard, m_drivers, m_refused, m_after, m_promotion});
         m_parser.process(*QCoreApplication::instance());
     }
 
@@ -49,6 +50,8 @@ public:
     [[nodiscard]] QString language() const { return m_parser.value(m_language); }
     [[nodiscard]] QStringList presses() const { return m_parser.values(m_press); }
     [[nodiscard]] FilePath held() const { return FilePath(m_parser.value(m_hold).toUtf8()); }
+    [[nodiscard]] bool hasPromotion() const { return m_parser.isSet(m_promotion); }
+    [[nodiscard]] QString promotion() const { return m_parser.value(m_promotion); }
     [[nodiscard]] QString picture() const { return m_parser.value(m_picture); }
     [[nodiscard]] std::optional<SidebarTab> tab() const { return fromRawValue<SidebarTab>(m_parser.value(m_tab)); }
     [[nodiscard]] PretendLoad load() const
@@ -85,6 +88,7 @@ private:
                                u"milliseconds"_qs};
     QCommandLineOption m_picture{u"picture"_qs, u"Saves a picture of the window after a while, and ends."_qs,
                                  u"file"_qs};
+    QCommandLineOption m_promotion{u"promotion"_qs, u"Promotes something, on that picture or movie."_qs, u"file"_qs};
 };
 
 constexpr std::chrono::milliseconds betweenPresses{700};
@@ -117,6 +121,7 @@ void useAndTakePicture(QuillmereApp &quillmere, QStringList presses, const QStri
 
 int main(int argc, char *argv[])
 {
+    qputenv("QT_MEDIA_BACKEND", "ffmpeg");
     QGuiApplication application(argc, argv);
     const Wishes wishes;
 
@@ -132,6 +137,8 @@ int main(int argc, char *argv[])
         machine.files->vanish(machine.bundles->main);
         machine.bundles->main = FilePath("/home/ada/Downloads/Quillmere.app");
     }
+    if (wishes.hasPromotion())
+        fillPretendPromotion(machine, wishes.promotion());
     if (wishes.isDark())
         machine.appearance->set(ColorScheme::Dark, false);
     if (!wishes.language().isEmpty())

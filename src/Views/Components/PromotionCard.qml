@@ -9,75 +9,38 @@ PressableControl {
     property string slogan: Texts.localized("promotion.slogan")
     property string message: Texts.localized("promotion.text")
     property string help
+    /// Before the name, where the text stands on media; empty for none.
+    property string symbol
     /// A picture or a movie in place of the drawn one.
-    property alias media: mediaSlot.data
+    property Component media: null
 
-    readonly property bool drawn: mediaSlot.children.length === 0
+    readonly property bool drawn: media === null
 
     implicitWidth: 199
     implicitHeight: 126
-    accessibleName: name + ". " + message
+    accessibleName: message === "" ? name : name + ". " + message
 
     background: PromotionDrawing {
         visible: root.drawn
     }
 
-    contentItem: Item {
+    contentItem: PromotionText {
         visible: root.drawn
-
-        BodyText {
-            x: 12
-            y: 10
-            width: 116
-            text: root.name
-            size: 11
-            weight: Font.DemiBold
-            color: "#CFEDEF"
-            elide: Text.ElideRight
-
-            Accessible.ignored: true
-        }
-
-        BodyText {
-            x: 12
-            y: 25
-            width: root.width - 82
-            height: 56
-            text: root.slogan
-            size: 17
-            weight: Font.ExtraBold
-            color: Theme.fillText
-            font.letterSpacing: 0.2
-            fontSizeMode: Text.Fit
-            minimumPixelSize: 11
-            lineHeight: 18
-            lineHeightMode: Text.FixedHeight
-            verticalAlignment: Text.AlignTop
-
-            Accessible.ignored: true
-        }
-
-        BodyText {
-            x: 12
-            y: 87
-            width: root.width - 22
-            text: root.message
-            size: 11
-            color: Theme.fillText
-            lineHeight: 14
-            lineHeightMode: Text.FixedHeight
-            wrapMode: Text.Wrap
-            maximumLineCount: 2
-            elide: Text.ElideRight
-
-            Accessible.ignored: true
-        }
+        name: root.name
+        slogan: root.slogan
+        message: root.message
     }
 
-    Item {
-        id: mediaSlot
-
+    Loader {
         anchors.fill: parent
+        active: !root.drawn
+
+        sourceComponent: PromotionMedia {
+            media: root.media
+            symbol: root.symbol
+            name: root.name
+            message: root.message
+        }
     }
 
     FocusRing {

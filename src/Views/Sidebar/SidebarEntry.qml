@@ -10,6 +10,7 @@ FocusScope {
     required property string text
     required property string iconName
     required property int tab
+    property ViewModelFactory viewModels: null
     property bool isSelected: false
 
     readonly property bool isDestination: kind === SidebarListModel.Destination
@@ -54,6 +55,9 @@ FocusScope {
 
         width: parent.width
         active: root.kind === SidebarListModel.Promotion
-        source: "SidebarPromotion.qml"
+
+        sourceComponent: AdvertisementBannerView {
+            viewModels: root.viewModels
+        }
     }
 }

@@ -10,6 +10,7 @@ Item {
 
     required property AppState appState
     required property SidebarListModel entries
+    required property ViewModelFactory viewModels
 
     /// Selects the destination next to entry @p from, @p step being 1 or -1; headers and the promotion are passed over.
     function selectNeighbour(from: int, step: int) {
@@ -66,6 +67,7 @@ Item {
             id: entry
 
             width: ListView.view.width
+            viewModels: root.viewModels
             isSelected: isDestination && tab === root.appState.selectedTab
 
             onIsSelectedChanged: {

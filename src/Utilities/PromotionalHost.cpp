@@ -1,0 +1,10 @@
+#include "Utilities/PromotionalHost.h"
+
+namespace Quillmere {
+
+QString promotionalHost()
+{
+    return QStringLiteral(QUILLMERE_PROMOTIONAL_HOST);
+}
+
+} // namespace Quillmere

@@ -1,0 +1,126 @@
+#include "ViewModels/AdvertisementBannerViewModel.h"
+
+#include "Utilities/BackgroundWork.h"
+#include "Utilities/LocalizationManager.h"
+
+#include <chrono>
+#include <utility>
+
+namespace Quillmere {
+
+namespace {
+
+Advertisement currentFallback()
+{
+    return AdvertisementService::fallback(Localizer::shared().effectiveLanguage());
+}
+
+/// The feed comes from elsewhere: what it names is opened in a browser or not at all.
+bool isWebPage(const QUrl &url)
+{
+    return (url.scheme() == u"https" || url.scheme() == u"http") && !url.host().isEmpty();
+}
+
+} // namespace
+
+AdvertisementBannerViewModel::AdvertisementBannerViewModel(AdvertisementService &service,
+                                                           std::shared_ptr<const Workspace> workspace, QObject *parent)
+    : QObject(parent)
+    , m_service(service)
+    , m_workspace(std::move(workspace))
+    , m_advertisement(currentFallback())
+{
+    m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::VeryCoarseTimer);
+    connect(&m_timer, &QTimer::timeout, this, &AdvertisementBannerViewModel::showNext);
+    connect(&Localizer::shared(), &Localizer::languageChanged, this, &AdvertisementBannerViewModel::translateFallback);
+}
+
+AdvertisementBannerViewModel::~AdvertisementBannerViewModel()
+{
+    stop();
+}
+
+void AdvertisementBannerViewModel::start()
+{
+    stop();
+    m_refreshTask.emplace();
+    load();
+}
+
+void AdvertisementBannerViewModel::stop()
+{
+    m_timer.stop();
+    if (std::optional<std::stop_source> task = std::exchange(m_refreshTask, std::nullopt))
+        task->request_stop();
+}
+
+void AdvertisementBannerViewModel::load()
+{
+    const std::stop_token stop = m_refreshTask->get_token();
+    m_service.loadAdvertisements(stop).then(this, [this, stop](const QList<Advertisement> &loaded) {
+        if (stop.stop_requested())
+            return;
+        m_round = loaded.isEmpty() ? QList{currentFallback()} : loaded;
+        m_next = 0;
+        showNext();
+    });
+}
+
+void AdvertisementBannerViewModel::showNext()
+{
+    if (m_next == m_round.size())
+        return load();
+    const Advertisement &next = m_round.at(m_next++);
+    publish(next.isFallback ? currentFallback() : next);
+    m_timer.start(std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::duration<double>(next.duration)));
+}
+
+void AdvertisementBannerViewModel::publish(const Advertisement &advertisement)
+{
+    if (m_advertisement == advertisement)
+        return;
+    m_advertisement = advertisement;
+    Q_EMIT advertisementChanged();
+}
+
+void AdvertisementBannerViewModel::translateFallback()
+{
+    if (m_advertisement.isFallback)
+        publish(currentFallback());
+}
+
+void AdvertisementBannerViewModel::open() const
+{
+    const QUrl url
+        = AdvertisementService::localizedAdURL(m_advertisement.clickURL, Localizer::shared().effectiveLanguage());
+    if (isWebPage(url))
+        (void)inBackground([workspace = m_workspace, url] { workspace->openURL(url); });
+}
+
+AdvertisementBannerViewModel::Layer AdvertisementBannerViewModel::layer() const
+{
+    if (media().isEmpty())
+        return Layer::Fallback;
+    switch (m_advertisement.mediaKind) {
+    case AdvertisementMediaKind::Image:
+        return Layer::Picture;
+    case AdvertisementMediaKind::Movie:
+        return Layer::Movie;
+    case AdvertisementMediaKind::Youtube:
+        return Layer::Video;
+    case AdvertisementMediaKind::None:
+        return Layer::Fallback;
+    }
+    Q_UNREACHABLE();
+}
+
+QUrl AdvertisementBannerViewModel::media() const
+{
+    const QUrl url = m_advertisement.mediaURL.value_or(QUrl());
+    if (m_advertisement.mediaKind == AdvertisementMediaKind::Youtube)
+        return AdvertisementService::thumbnailURL(url).value_or(QUrl());
+    return url;
+}
+
+} // namespace Quillmere

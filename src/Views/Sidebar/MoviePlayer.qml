@@ -1,0 +1,34 @@
+import QtQuick
+import QtMultimedia
+
+/// Plays a local file over and over while somebody can see it, without sound and without controls.
+VideoOutput {
+    id: root
+
+    property url source
+    property bool isWatched: true
+
+    function play() {
+        if (source.toString() === "")
+            return;
+        if (isWatched)
+            player.play();
+        else
+            player.pause();
+    }
+
+    fillMode: VideoOutput.PreserveAspectCrop
+
+    onIsWatchedChanged: play()
+
+    MediaPlayer {
+        id: player
+
+        // No audio output is given to it, so it makes no sound.
+        source: root.source
+        videoOutput: root
+        loops: MediaPlayer.Infinite
+
+        onSourceChanged: root.play()
+    }
+}
