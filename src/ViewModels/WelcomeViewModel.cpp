@@ -160,7 +160,8 @@ void WelcomeViewModel::openMakerPage() const
 
 void WelcomeViewModel::openPromotionPage() const
 {
-    (void)inBackground([workspace = m_parts.workspace] { workspace->openURL(Deployment::makerPage()); });
+    const QUrl page = Deployment::promotionalPage(rawValue(m_selectedLanguage));
+    (void)inBackground([workspace = m_parts.workspace, page] { workspace->openURL(page); });
 }
 
 void WelcomeViewModel::setStep(int step)

@@ -238,6 +238,16 @@ TEST_F(WelcomeViewModelTest, OpensTheMakersPage)
     EXPECT_EQ(machine.workspace->opened().first().host(), u"veltrane.example"_qs);
 }
 
+TEST_F(WelcomeViewModelTest, OpensThePromotedPageInTheSelectedLanguage)
+{
+    wizard.selectLanguage(1);
+
+    wizard.openPromotionPage();
+
+    EXPECT_TRUE(QTest::qWaitFor([&] { return machine.workspace->opened().size() == 1; }, 10'000));
+    EXPECT_EQ(machine.workspace->opened().first(), QUrl(u"https://farhop.example/es/"_qs));
+}
+
 TEST_F(WelcomeViewModelTest, LooksForTheDriversWhenItAppears)
 {
     machine.files->addFile(FilePath("/usr/local/bin/ntfs-3g"), 1);

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/MockedService.h"
 #include "Platform/Linux/TemporaryHome.h"
+#include "Platform/Linux/UrlOpening.h"
 
 #include <gmock/gmock.h>
 
@@ -26,9 +27,17 @@ protected:
             "opens folders", "#!/bin/sh\nprintf '%s\\n' \"$1\" >>\"" + s_home->path("opened").bytes() + "\"\n");
         ASSERT_EQ(::chmod(program.bytes().constData(), 0755), 0);
         s_home->addFile("data/applications/opener.desktop",
-                        "[Desktop Entry]\nType=Application\nName=Opener\nMimeType=inode/directory;\nExec=\""
+                        "[Desktop Entry]\nType=Application\nName=Opener\nMimeType=inode/directory;"
+                        "x-scheme-handler/https;\nExec=\""
                             + program.bytes() + "\" %u\n");
-        s_home->addFile("config/mimeapps.list", "[Default Applications]\ninode/directory=opener.desktop\n");
+        s_home->addFile("data/applications/gnome-control-center.desktop",
+                        "[Desktop Entry]\nType=Application\nName=Elsewhere\nOnlyShowIn=GNOME;\nExec=\""
+                            + program.bytes() + "\" elsewhere\n");
+        s_home->addFile("data/applications/systemsettings.desktop",
+                        "[Desktop Entry]\nType=Application\nName=Settings\nExec=\"" + program.bytes()
+                            + "\" settings\n");
+        s_home->addFile("config/mimeapps.list", "[Default Applications]\ninode/directory=opener.desktop\n"
+                                                "x-scheme-handler/https=opener.desktop\n");
         qputenv("XDG_DATA_HOME", s_home->path("data").bytes());
         qputenv("XDG_CONFIG_HOME", s_home->path("config").bytes());
         qputenv("XDG_DATA_DIRS", s_home->path("nothing").bytes());
@@ -101,4 +110,20 @@ TEST_F(FileViewerTest, OpensTheFolderOfEachFileOnceWhereThereIsNoFileManager)
     const QByteArray root = s_home->path().bytes();
     EXPECT_TRUE(comesTrueSoon([] { return opened().size() == 2; }));
     EXPECT_THAT(opened(), testing::UnorderedElementsAre(root + "/folder", root + "/other one"));
+}
+
+TEST_F(FileViewerTest, HandsAnAddressToTheProgramThatTheUserHasChosen)
+{
+    openURL(QUrl(u"https://veltrane.example/es/?a=b%20c"_qs));
+
+    EXPECT_TRUE(comesTrueSoon([] { return !opened().isEmpty(); }));
+    EXPECT_THAT(opened(), ElementsAre("https://veltrane.example/es/?a=b%20c"));
+}
+
+TEST_F(FileViewerTest, OpensTheSettingsOfThisDesktopForThoseOfAnotherSystem)
+{
+    openURL(QUrl(u"x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles"_qs));
+
+    EXPECT_TRUE(comesTrueSoon([] { return !opened().isEmpty(); }));
+    EXPECT_THAT(opened(), ElementsAre("settings"));
 }
