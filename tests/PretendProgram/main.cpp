@@ -5,6 +5,7 @@
 #include "PretendProgram/PretendHome.h"
 #include "PretendProgram/PretendStartup.h"
 #include "PretendProgram/PretendTools.h"
+#include "PretendProgram/PretendVolumes.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
@@ -64,7 +65,8 @@ private:
     QCommandLineOption m_tab{u"tab"_qs, u"The screen to begin with, such as safeCleanup."_qs, u"name"_qs};
     QCommandLineOption m_size{u"size"_qs, u"Size of the window."_qs, u"WIDTHxHEIGHT"_qs, u"1100x700"_qs};
     QCommandLineOption m_hold{u"hold"_qs, u"Work that comes to that item stands still there."_qs, u"location"_qs};
-    QCommandLineOption m_press{u"press"_qs, u"Presses that button or row as soon as the figures stand."_qs, u"name"_qs};
+    QCommandLineOption m_press{u"press"_qs, u"Presses that button or row as soon as the figures stand. Types, behind a =."_qs,
+                               u"name"_qs};
     QCommandLineOption m_picture{u"picture"_qs, u"Saves a picture of the window after a while, and ends."_qs,
                                  u"file"_qs};
 };
@@ -84,11 +86,26 @@ bool press(QQuickItem &item, const QString &name)
     return std::ranges::any_of(item.childItems(), [&](QQuickItem *child) { return press(*child, name); });
 }
 
+/// Types @p text where the keyboard is.
+void type(QQuickWindow &window, const QString &text)
+{
+    for (const QChar character : text) {
+        QKeyEvent down(QEvent::KeyPress, 0, Qt::NoModifier, QString(character));
+        QCoreApplication::sendEvent(&window, &down);
+        QKeyEvent up(QEvent::KeyRelease, 0, Qt::NoModifier, QString(character));
+        QCoreApplication::sendEvent(&window, &up);
+    }
+}
+
 /// Presses what is wished, one after the other, and then takes the picture.
 void useAndTakePicture(QuillmereApp &quillmere, QStringList presses, const QString &file)
 {
     if (!presses.isEmpty()) {
-        press(*quillmere.mainWindow()->contentItem(), presses.takeFirst());
+        const QString wish = presses.takeFirst();
+        if (wish.startsWith(u'='))
+            type(*quillmere.mainWindow(), wish.sliced(1));
+        else
+            press(*quillmere.mainWindow()->contentItem(), wish);
         QTimer::singleShot(betweenPresses, &quillmere,
                            [&quillmere, presses, file] { useAndTakePicture(quillmere, presses, file); });
     } else if (!file.isEmpty()) {
@@ -111,6 +128,7 @@ int main(int argc, char *argv[])
         fillPretendApplications(machine);
     }
     fillPretendDesk(machine, wishes.load());
+    fillPretendVolumes(machine);
     if (!wishes.hasFilter()) {
         machine.files->vanish(machine.bundles->main);
         machine.bundles->main = FilePath("/home/ada/Downloads/Quillmere.app");
@@ -127,6 +145,7 @@ int main(int argc, char *argv[])
     };
     machine.files->onMeasure(hold);
     machine.files->onRemoval(hold);
+    holdPretendCommands(machine, [hold](const QString &launchPath) { hold(FilePath(launchPath.toUtf8())); });
     machine.startupEntries->onListing([hold] { hold(FilePath("/etc/xdg/autostart")); });
 
     QuillmereApp quillmere(machine.machine());
