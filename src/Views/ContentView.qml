@@ -40,6 +40,8 @@ FocusScope {
             return "Startup/StartupView.qml";
         case SidebarTab.Applications:
             return "Applications/ApplicationsView.qml";
+        case SidebarTab.Tools:
+            return "Tools/ToolsView.qml";
         case SidebarTab.History:
             return "History/HistoryView.qml";
         case SidebarTab.Settings:

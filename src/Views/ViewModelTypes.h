@@ -11,6 +11,7 @@
 #include "ViewModels/CleanupReport.h"
 #include "ViewModels/CleanupViewModel.h"
 #include "ViewModels/DashboardViewModel.h"
+#include "ViewModels/DiskUtilityState.h"
 #include "ViewModels/DriversViewModel.h"
 #include "ViewModels/HistoryListModel.h"
 #include "ViewModels/HistoryViewModel.h"
@@ -24,7 +25,9 @@
 #include "ViewModels/StartupViewModel.h"
 #include "ViewModels/SystemCategoryListModel.h"
 #include "ViewModels/SystemDataViewModel.h"
+#include "ViewModels/ToolsViewModel.h"
 #include "ViewModels/ViewModelFactory.h"
+#include "ViewModels/VolumeDetails.h"
 #include "ViewModels/WelcomeViewModel.h"
 
 #include <QtQml/qqml.h>
@@ -118,6 +121,26 @@ struct DashboardViewModelType
     QML_NAMED_ELEMENT(DashboardViewModel)
     QML_UNCREATABLE("The factory makes it.")
 };
+
+namespace DiskAlertType {
+Q_NAMESPACE
+QML_FOREIGN_NAMESPACE(Quillmere::DiskAlerts)
+QML_NAMED_ELEMENT(DiskAlert)
+} // namespace DiskAlertType
+
+struct DiskUtilityStateType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::DiskUtilityState)
+    QML_NAMED_ELEMENT(DiskUtilityState)
+    QML_UNCREATABLE("The factory makes it.")
+};
+
+namespace EraseModeType {
+Q_NAMESPACE
+QML_FOREIGN_NAMESPACE(Quillmere::EraseModes)
+QML_NAMED_ELEMENT(EraseMode)
+} // namespace EraseModeType
 
 struct DriversViewModelType
 {
@@ -263,12 +286,27 @@ QML_FOREIGN_NAMESPACE(Quillmere::SystemStatuses)
 QML_NAMED_ELEMENT(SystemStatus)
 } // namespace SystemStatusType
 
+struct ToolsViewModelType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::ToolsViewModel)
+    QML_NAMED_ELEMENT(ToolsViewModel)
+    QML_UNCREATABLE("The factory makes it.")
+};
+
 struct ViewModelFactoryType
 {
     Q_GADGET
     QML_FOREIGN(Quillmere::ViewModelFactory)
     QML_NAMED_ELEMENT(ViewModelFactory)
     QML_UNCREATABLE("The application makes it.")
+};
+
+struct VolumeDetailsType
+{
+    Q_GADGET
+    QML_FOREIGN(Quillmere::VolumeDetails)
+    QML_VALUE_TYPE(volumeDetails)
 };
 
 struct WelcomeViewModelType

@@ -6,6 +6,7 @@
 #include "PretendProgram/PretendPromotion.h"
 #include "PretendProgram/PretendStartup.h"
 #include "PretendProgram/PretendTools.h"
+#include "PretendProgram/PretendVolumes.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
@@ -80,7 +81,8 @@ private:
     QCommandLineOption m_tab{u"tab"_qs, u"The screen to begin with, such as safeCleanup."_qs, u"name"_qs};
     QCommandLineOption m_size{u"size"_qs, u"Size of the window."_qs, u"WIDTHxHEIGHT"_qs, u"1100x700"_qs};
     QCommandLineOption m_hold{u"hold"_qs, u"Work that comes to that item stands still there."_qs, u"location"_qs};
-    QCommandLineOption m_press{u"press"_qs, u"Presses that button or row as soon as the screen stands."_qs, u"name"_qs};
+    QCommandLineOption m_press{
+        u"press"_qs, u"Presses that button or row as soon as the screen stands. Types, behind a =."_qs, u"name"_qs};
     QCommandLineOption m_wizard{u"wizard"_qs, u"Starts for the first time."_qs};
     QCommandLineOption m_drivers{u"drivers"_qs, u"Starts with the drivers for disks."_qs};
     QCommandLineOption m_refused{u"refused"_qs, u"Every question for the password is dismissed."_qs};
@@ -105,11 +107,26 @@ bool press(QQuickItem &item, const QString &name)
     return std::ranges::any_of(item.childItems(), [&](QQuickItem *child) { return press(*child, name); });
 }
 
+/// Types @p text where the keyboard is.
+void type(QQuickWindow &window, const QString &text)
+{
+    for (const QChar character : text) {
+        QKeyEvent down(QEvent::KeyPress, 0, Qt::NoModifier, QString(character));
+        QCoreApplication::sendEvent(&window, &down);
+        QKeyEvent up(QEvent::KeyRelease, 0, Qt::NoModifier, QString(character));
+        QCoreApplication::sendEvent(&window, &up);
+    }
+}
+
 /// Presses what is wished, one after the other, and then takes the picture.
 void useAndTakePicture(QuillmereApp &quillmere, QStringList presses, const QString &file)
 {
     if (!presses.isEmpty()) {
-        press(*quillmere.mainWindow()->contentItem(), presses.takeFirst());
+        const QString wish = presses.takeFirst();
+        if (wish.startsWith(u'='))
+            type(*quillmere.mainWindow(), wish.sliced(1));
+        else
+            press(*quillmere.mainWindow()->contentItem(), wish);
         QTimer::singleShot(betweenPresses, &quillmere,
                            [&quillmere, presses, file] { useAndTakePicture(quillmere, presses, file); });
     } else if (!file.isEmpty()) {
@@ -133,6 +150,7 @@ int main(int argc, char *argv[])
         fillPretendApplications(machine);
     }
     fillPretendDesk(machine, wishes.load());
+    fillPretendVolumes(machine);
     if (!wishes.hasFilter()) {
         machine.files->vanish(machine.bundles->main);
         machine.bundles->main = FilePath("/home/ada/Downloads/Quillmere.app");
@@ -147,14 +165,15 @@ int main(int argc, char *argv[])
         machine.completeSetup();
     if (wishes.hasDrivers())
         machine.files->addFile(FilePath("/usr/local/bin/ntfs-3g"), 150'000);
-    if (wishes.isRefused())
-        machine.processes->answer(u"/usr/bin/osascript"_qs, [](const Command &) { return ProcessOutcome{1, {}}; });
-    const PretendLife life(machine, wishes.load());
     const Gate gate;
     const auto hold = [gate, held = wishes.held()](const FilePath &path) {
         if (path == held)
             gate.wait();
     };
+    holdPretendCommands(machine, [hold](const QString &launchPath) { hold(FilePath(launchPath.toUtf8())); });
+    if (wishes.isRefused())
+        machine.processes->answer(u"/usr/bin/osascript"_qs, [](const Command &) { return ProcessOutcome{1, {}}; });
+    const PretendLife life(machine, wishes.load());
     machine.files->onMeasure(hold);
     machine.files->onRemoval(hold);
     machine.processes->onEnd([hold] { hold(FilePath("/usr/bin/osascript")); });

@@ -1,7 +1,7 @@
 """The states of the screens that can be reached on a machine that exists only in memory.
 
 For each destination and each name of a state: what the program is told of its machine, and what is pressed then, by the
-keys of texts, or by the names of rows where there is no such key. Keys of the setup's texts begin with "setup:". What no
+keys of texts, or by the names of rows where there is no such key; a name of several is parted by commas. Keys of the setup's texts begin with "setup:". What no
 screen has, such as WAIT, is not found, and lets the time of a press go by.
 """
 
@@ -31,6 +31,16 @@ STATES = {
         "failed": (["--refused"], ["drivers.install"]),
         "removal": ([], ["settings.uninstall.title"]),
         "whole": (["--size", "900x1600"], []),
+    },
+    "tools": {
+        "idle": ([], []),
+        "running": (["--hold", "/usr/bin/osascript"], ["tools.run, tools.spotlight.title"]),
+        "success": ([], ["tools.run, tools.spotlight.title"]),
+        "failure": (["--refused"], ["tools.run, tools.memory.title"]),
+        "sheet": ([], ["tools.run, tools.disk.title"]),
+        "confirm-1": ([], ["tools.run, tools.disk.title", "disk.runQuick"]),
+        "confirm-2": ([], ["tools.run, tools.disk.title", "disk.runQuick", "disk.proceed"]),
+        "confirm-3": ([], ["tools.run, tools.disk.title", "disk.runQuick", "disk.proceed", "disk.proceed"]),
     },
     "dashboard": {
         "good": ([], []),

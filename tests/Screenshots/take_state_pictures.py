@@ -50,13 +50,17 @@ def take(options, tab: str, state: str, look: tuple[str, str, str]) -> str | Non
     command = [options.program, *opening, "--size", size, "--language", language, "--picture", file, *machine]
     command += ["--dark"] if theme == "dark" else []
     for press in presses:
-        wording = TEXTS.get(press)
-        command += ["--press", wording.get(language, wording["en"]) if wording else press]
+        command += ["--press", ", ".join(in_language(part, language) for part in press.split(", "))]
     with tempfile.TemporaryDirectory() as runtime:
         environment = os.environ | {"QT_QPA_PLATFORM": "offscreen", "QT_QUICK_BACKEND": "software",
                                     "XDG_RUNTIME_DIR": runtime}
         result = subprocess.run(command, env=environment, capture_output=True, timeout=60, check=False)
     return None if result.returncode == 0 and file.exists() else file.name
+
+
+def in_language(name: str, language: str) -> str:
+    wording = TEXTS.get(name)
+    return wording.get(language, wording["en"]) if wording else name
 
 
 if __name__ == "__main__":

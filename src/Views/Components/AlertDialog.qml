@@ -142,6 +142,8 @@ ModalPopup {
                         text: root.confirmText
 
                         onClicked: root.confirmed()
+                        // Takes the second of two quick presses, which was not meant for what comes next.
+                        onDoubleClicked: {}
                     }
                 }
             }

@@ -7,6 +7,8 @@ CardView {
 
     property string output
     property bool running: false
+    /// What runs, for assistive tools.
+    property string runningText: Texts.localized("control.loading")
     property string idleText
     property string copyText: Texts.localized("control.copy")
 
@@ -20,6 +22,9 @@ CardView {
         Spinner {
             anchors.verticalCenter: parent.verticalCenter
             running: root.running
+
+            Accessible.role: Accessible.ProgressBar
+            Accessible.name: root.runningText
         }
 
         IconButton {
@@ -52,13 +57,23 @@ CardView {
             anchors.fill: parent
             anchors.margins: 2
             contentHeight: log.implicitHeight
-            activeFocusOnTab: true
             visible: !root.idle
+
+            /// Scrolls no further than it takes to see the place from `top` to `bottom`.
+            function reveal(top: real, bottom: real) {
+                if (top < contentY)
+                    scrollTo(top);
+                else if (bottom > contentY + height)
+                    scrollTo(bottom - height);
+            }
 
             onContentHeightChanged: scrollTo(contentHeight)
 
             TextEdit {
                 id: log
+
+                /// The keyboard came here by keys.
+                property bool isRinged: false
 
                 width: scroll.width
                 leftPadding: 14
@@ -69,6 +84,7 @@ CardView {
                 selectByMouse: true
                 selectByKeyboard: true
                 activeFocusOnPress: true
+                activeFocusOnTab: true
                 text: root.output
                 textFormat: TextEdit.PlainText
                 wrapMode: TextEdit.Wrap
@@ -82,11 +98,28 @@ CardView {
                 Accessible.name: root.title
                 Accessible.readOnly: true
                 Accessible.multiLine: true
+
+                Keys.onPressed: event => {
+                    // Not text, but the way on.
+                    if (event.key === Qt.Key_Tab || event.key === Qt.Key_Backtab) {
+                        nextItemInFocusChain(event.key === Qt.Key_Tab).forceActiveFocus(Qt.TabFocusReason);
+                        event.accepted = true;
+                    }
+                }
+                onActiveFocusChanged: isRinged = activeFocus && !isPressed.active
+                onCursorRectangleChanged: {
+                    if (activeFocus)
+                        scroll.reveal(cursorRectangle.y - topPadding, cursorRectangle.y + cursorRectangle.height + bottomPadding);
+                }
+
+                PointHandler {
+                    id: isPressed
+                }
             }
         }
 
         FocusRing {
-            shown: scroll.activeFocus && !log.activeFocus
+            shown: log.isRinged && !root.idle
             controlRadius: Theme.rowRadius
         }
 

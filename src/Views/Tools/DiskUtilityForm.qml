@@ -1,0 +1,95 @@
+import QtQuick
+import Quillmere
+
+/// The choices of the erase sheet: the volume, with what is known of it, and the mode.
+Column {
+    id: root
+
+    required property DiskUtilityState utility
+
+    spacing: 8
+
+    BodyText {
+        text: Texts.localized("disk.selectTarget")
+        weight: Font.DemiBold
+
+        Accessible.role: Accessible.Heading
+    }
+
+    FormRow {
+        width: parent.width
+        label: Texts.localized("disk.drive")
+
+        MenuPicker {
+            width: parent.width
+            accessibleName: Texts.localized("disk.drive")
+            model: root.utility.volumeTexts
+            chosenIndex: root.utility.selectedRow
+            displayText: root.utility.selectedText
+
+            onActivated: index => root.utility.selectRow(index)
+        }
+    }
+
+    BodyText {
+        topPadding: 8
+        visible: root.utility.hasSelection
+        text: Texts.localized("disk.information")
+        weight: Font.DemiBold
+
+        Accessible.role: Accessible.Heading
+    }
+
+    VolumeDetailsBox {
+        width: parent.width
+        visible: root.utility.hasSelection
+        details: root.utility.details
+    }
+
+    BodyText {
+        topPadding: 8
+        text: Texts.localized("disk.operationMode")
+        weight: Font.DemiBold
+
+        Accessible.role: Accessible.Heading
+    }
+
+    FormRow {
+        width: parent.width
+        label: Texts.localized("disk.formatMode")
+
+        SegmentedPicker {
+            width: parent.width
+            accessibleName: Texts.localized("disk.formatMode")
+            wraps: true
+            model: [Texts.localized("disk.quick"), Texts.localized("disk.secure")]
+            currentIndex: root.utility.selectedMode
+
+            onPicked: index => root.utility.selectedMode = index
+        }
+    }
+
+    Row {
+        width: parent.width
+        topPadding: 4
+        spacing: 10
+        visible: root.utility.isSecureBlocked
+
+        Symbol {
+            id: lock
+
+            name: "lock"
+            size: 18
+            color: Theme.orangeText
+        }
+
+        BodyText {
+            width: parent.width - lock.width - 10
+            text: Texts.localized("disk.secureBlocked")
+            color: Theme.orangeText
+            wrapMode: Text.Wrap
+
+            Accessible.role: Accessible.AlertMessage
+        }
+    }
+}

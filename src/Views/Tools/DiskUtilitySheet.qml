@@ -1,0 +1,74 @@
+import QtQuick
+import Quillmere
+
+/// Which disk is erased, and how. The confirmations stand in DiskEraseAlert, above this sheet.
+Sheet {
+    id: root
+
+    required property DiskUtilityState utility
+    /// What is under way while the disk is erased.
+    property string runningText
+
+    readonly property bool isErasing: utility.alert === DiskAlert.Running
+
+    title: Texts.localized("disk.utilityTitle")
+
+    onAboutToShow: utility.reset()
+    // Not before it stands: the volumes keep the whole program waiting.
+    onOpened: utility.appear()
+
+    EmptyState {
+        width: parent.width
+        height: visible ? 360 : 0
+        visible: root.utility.isLoading
+        symbol: "internaldrive"
+        sentence: Texts.localized("disk.loading")
+        working: true
+    }
+
+    DiskUtilityForm {
+        width: parent.width
+        height: visible ? implicitHeight : 0
+        visible: !root.utility.isLoading
+        enabled: !root.isErasing
+        utility: root.utility
+    }
+
+    footer: [
+        Row {
+            anchors.verticalCenter: parent.verticalCenter
+            rightPadding: 8
+            spacing: 10
+            visible: root.isErasing
+
+            Accessible.role: Accessible.ProgressBar
+            Accessible.name: root.runningText
+
+            Spinner {
+                anchors.verticalCenter: parent.verticalCenter
+                running: root.isErasing
+            }
+
+            ElidingText {
+                anchors.verticalCenter: parent.verticalCenter
+                width: Math.min(implicitWidth, root.width - runButton.width - 110)
+                text: root.runningText
+                color: Theme.textSecondary
+                elide: Text.ElideMiddle
+
+                Accessible.ignored: true
+            }
+        },
+        ActionButton {
+            id: runButton
+
+            visible: !root.utility.isLoading
+            enabled: !root.utility.isSecureBlocked && !root.isErasing
+            kind: ActionButton.Destructive
+            size: ActionButton.Large
+            text: Texts.localized(root.utility.selectedMode === EraseMode.Secure ? "disk.runSecure" : "disk.runQuick")
+
+            onClicked: root.utility.run()
+        }
+    ]
+}
