@@ -80,11 +80,16 @@ Result<ProcessOutcome> PretendProcessRunner::run(const Command &command) const
 
 Result<ProcessOutcome> PretendProcessRunner::runJoined(const Command &command) const
 {
+    std::function<void()> onEnd;
     {
         const std::scoped_lock lock(m_mutex);
         m_joinedRuns.append(command);
+        onEnd = m_onEnd;
     }
-    return run(command);
+    const Result<ProcessOutcome> outcome = run(command);
+    if (onEnd)
+        onEnd();
+    return outcome;
 }
 
 Result<std::optional<ProcessOutcome>> PretendProcessRunner::runWithin(std::chrono::milliseconds patience,

@@ -21,7 +21,7 @@ public:
     void answer(const QString &launchPath, const QByteArray &standardOutput);
     /// From now on commands of @p launchPath never come to their end by themselves, where somebody waits only so long.
     void hang(const QString &launchPath);
-    /// Called before a started program ends, on the thread that waits for it.
+    /// Called before a started program, or one with joined outputs, ends, on the thread that waits for it.
     void onEnd(std::function<void()> observer);
     /// From now on scripts are answered so.
     void answerScripts(Result<void> answer);

@@ -55,6 +55,9 @@ Result<ProcessOutcome> osascript(PretendDisks &disks, const Command &command)
 void fillPretendVolumes(PretendMachine &machine)
 {
     machine.connectDisks();
+    machine.processes->answer(u"/usr/bin/osascript"_qs, [files = machine.files](const Command &command) {
+        return osascript(files->disks(), command);
+    });
     for (const Volume &each : volumes) {
         PretendVolume volume;
         volume.mountPoint = FilePath(each.mountPoint);
@@ -64,14 +67,6 @@ void fillPretendVolumes(PretendMachine &machine)
         volume.capacity = {each.gigabytes * gigabyte, each.gigabytes * gigabyte / 3, each.gigabytes * gigabyte / 3};
         machine.files->disks().plugIn(volume);
     }
-}
-
-void holdPretendCommands(PretendMachine &machine, const std::function<void(const QString &launchPath)> &hold)
-{
-    machine.processes->answer(u"/usr/bin/osascript"_qs, [files = machine.files, hold](const Command &command) {
-        hold(command.launchPath);
-        return osascript(files->disks(), command);
-    });
 }
 
 } // namespace Quillmere

@@ -170,7 +170,6 @@ int main(int argc, char *argv[])
         if (path == held)
             gate.wait();
     };
-    holdPretendCommands(machine, [hold](const QString &launchPath) { hold(FilePath(launchPath.toUtf8())); });
     if (wishes.isRefused())
         machine.processes->answer(u"/usr/bin/osascript"_qs, [](const Command &) { return ProcessOutcome{1, {}}; });
     const PretendLife life(machine, wishes.load());
