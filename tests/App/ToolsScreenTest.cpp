@@ -374,7 +374,7 @@ TEST_F(ToolsScreenTest, GoesOnErasingWhenTheSheetIsClosedAndBeginsANewOneAfresh)
 
 TEST_F(ToolsScreenTest, MountsADiskThatCameWhileTheProgramRuns)
 {
-    const Person person = open(SidebarTab::Tools);
+    open(SidebarTab::Tools);
     plugIn("/Volumes/STICK", u"disk4s2"_qs);
 
     machine.workspace->announceMount({FilePath("/Volumes/STICK")});
