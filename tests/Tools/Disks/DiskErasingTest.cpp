@@ -188,7 +188,7 @@ TEST_F(DiskErasingTest, LeavesAloneWhatCannotBeUnmounted)
         = addPartition("sdb", 3, "8:19", u"stick"_qs, u"ext4"_qs, u"Busy"_qs, {u"/busy/volume"_qs});
 
     EXPECT_EQ(erase(volumeWords(busy)),
-              (ToolEnd{1, u"disk8s3 is in use: target is busy Nothing was erased."_qs}));
+              (ToolEnd{1, u"disk8s3 is in use (target is busy). Nothing was erased."_qs}));
     EXPECT_EQ(overwrite(diskWords(busy)).status, 1);
     expectNothingDone();
 }
