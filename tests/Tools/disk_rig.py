@@ -190,7 +190,7 @@ def mount(device):
 
 def is_mounted(place):
     with open("/proc/self/mountinfo", encoding="utf-8") as table:
-        return any(line.split(" ")[4] == place for line in table)
+        return any(line.split(" ")[4].replace("\\040", " ") == place for line in table)
 
 
 def probed(device):

@@ -20,7 +20,7 @@ Failure exchanged(const DiskIdentity &identity)
 Failure inUse(const DiskIdentity &identity, const QString &detail)
 {
     return {Failure::Kind::Busy, {},
-            u"%1 is in use: %2 Nothing was erased."_qs.arg(identity.name.text(), detail)};
+            u"%1 is in use (%2). Nothing was erased."_qs.arg(identity.name.text(), detail)};
 }
 
 Result<void> seeThatTheSystemDoesNotNeed(const DiskTools &tools, const DiskIdentity &identity)
@@ -54,7 +54,7 @@ Result<void> unmountAll(const DiskTools &tools, const DiskIdentity &identity, qu
         if (unmounted)
             tools.say(u"Unmounted %1."_qs.arg(place));
     }
-    return inUse(identity, u"It is mounted again and again."_qs);
+    return inUse(identity, u"it is mounted again and again"_qs);
 }
 
 Result<void> lockIfUnlocked(const DiskTools &tools, const DiskIdentity &identity, quint64 number)
@@ -117,7 +117,7 @@ Result<std::unique_ptr<OpenDevice>> ChosenDisk::openAlone(const DiskTools &tools
 {
     Result<std::unique_ptr<OpenDevice>> device = tools.access->open(m_identity.node, DeviceAccess::Way::Alone);
     if (!device && device.failure().kind == Failure::Kind::Busy)
-        return inUse(m_identity, u"Something that is not mounted by its name holds it."_qs);
+        return inUse(m_identity, u"another program holds it"_qs);
     if (!device)
         return Failure{device.failure().kind, {},
                        u"%1 cannot be opened: %2. Nothing was erased."_qs.arg(name(), device.failure().detail)};

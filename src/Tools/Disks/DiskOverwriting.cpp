@@ -43,9 +43,10 @@ Result<void> writeAll(const DiskTools &tools, const ChosenDisk &disk, OpenDevice
         for (; linesSaid < linesOfProgress && written >= size / linesOfProgress * (linesSaid + 1); ++linesSaid)
             tools.say(u"%1 % of %2"_qs.arg((linesSaid + 1) * 100 / linesOfProgress).arg(disk.name()));
     }
-    if (const Result<void> done = device.synchronize(); !done)
-        return stopped(disk, 0, done.failure().detail + u'.');
-    return {};
+    const Result<void> kept = device.synchronize();
+    return kept ? kept
+                : Failure{Failure::Kind::Other, {},
+                          u"%1 was not overwritten to its end: %2."_qs.arg(disk.name(), kept.failure().detail)};
 }
 
 /// The beginning, the end, and others that nobody can guess; all there are on a small disk.
@@ -71,8 +72,7 @@ Result<qsizetype> readBack(const ChosenDisk &disk, OpenDevice &device)
     const QList<qint64> places = placesOn(size);
     for (const qint64 place : places) {
         const Result<QByteArray> contents = device.read(place, std::min(bytesOfAPlace, size - place));
-        const bool isZero = contents
-            && std::ranges::all_of(contents.value(), [](char byte) { return byte == '\0'; });
+        const bool isZero = contents && contents.value() == QByteArray(contents.value().size(), '\0');
         if (!isZero)
             return Failure{Failure::Kind::Other, {},
                            u"%1 was overwritten, but what is read back at byte %2 is not zero: %3"_qs.arg(disk.name())
@@ -102,7 +102,7 @@ ToolEnd overwriteDisk(const DiskTools &tools, const DiskIdentity &identity)
     if (!places)
         return failed(places.failure());
     if (const Result<void> same = disk.seeThatItIsThis(device); !same)
-        return failed(stopped(disk, 0, u"It was exchanged meanwhile."_qs));
+        return failed({Failure::Kind::Other, {}, u"%1 was exchanged before its end was reached."_qs.arg(disk.name())});
     device.lookForPartitions();
     tools.say(u"Overwrote all %1 bytes of %2 with zeros, once. Read back %3 places: all zero."_qs.arg(identity.size)
                   .arg(disk.name())

@@ -24,6 +24,13 @@ std::unique_ptr<MockedService> MockedService::logind(const PrivateBus &bus)
                                                             {u"--system"_qs, u"--template"_qs, u"logind"_qs}));
 }
 
+std::unique_ptr<MockedService> MockedService::udisks(const PrivateBus &bus, const QString &script)
+{
+    return std::unique_ptr<MockedService>(
+        new MockedService(bus, u"org.freedesktop.UDisks2"_qs, u"/org/freedesktop/UDisks2"_qs,
+                          u"org.freedesktop.UDisks2.Mock"_qs, {u"--system"_qs, u"--template"_qs, script}));
+}
+
 MockedService::MockedService(const PrivateBus &bus, const QString &service, const QString &object,
                              const QString &interface)
     : MockedService(bus, service, object, interface, {u"--session"_qs, service, object, interface})

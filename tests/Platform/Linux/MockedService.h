@@ -14,6 +14,8 @@ class MockedService
 public:
     /// logind, which gives descriptors and lists who has one.
     [[nodiscard]] static std::unique_ptr<MockedService> logind(const PrivateBus &bus);
+    /// udisks2 as @p script pretends it: a template of dbusmock.
+    [[nodiscard]] static std::unique_ptr<MockedService> udisks(const PrivateBus &bus, const QString &script);
     /// An object that can nothing until it is told.
     MockedService(const PrivateBus &bus, const QString &service, const QString &object, const QString &interface);
     ~MockedService();
@@ -26,12 +28,12 @@ public:
     void addProperty(const QString &name, const QVariant &value);
     /// The calls that came so far, as "method argument argument".
     [[nodiscard]] QStringList calls() const;
+    [[nodiscard]] QDBusMessage call(const QString &interface, const QString &method,
+                                    const QVariantList &arguments) const;
 
 private:
     MockedService(const PrivateBus &bus, const QString &service, const QString &object, const QString &interface,
                   const QStringList &arguments);
-    [[nodiscard]] QDBusMessage call(const QString &interface, const QString &method,
-                                    const QVariantList &arguments) const;
 
     const PrivateBus &m_bus;
     QString m_service;

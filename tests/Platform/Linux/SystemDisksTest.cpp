@@ -1,0 +1,179 @@
+#include "Platform/Linux/PretendBlockDevices.h"
+#include "Platform/Linux/SystemDisks.h"
+
+#include <gmock/gmock.h>
+
+using namespace Quillmere;
+using testing::UnorderedElementsAre;
+
+namespace {
+
+constexpr qint64 gigabyte = 1 << 30;
+
+/// A laptop: one disk with its system, two sticks.
+class SystemDisksTest : public testing::Test
+{
+protected:
+    SystemDisksTest()
+    {
+        disk = machine.addDisk("nvme0n1", "259:0", 500 * gigabyte, 1);
+        first = machine.addPartition("nvme0n1", 1, "259:1", gigabyte, gigabyte);
+        second = machine.addPartition("nvme0n1", 2, "259:2", 2 * gigabyte, 400 * gigabyte);
+        stick = machine.addDisk("sda", "8:0", 16 * gigabyte, 7, "usb1");
+        onStick = machine.addPartition("sda", 1, "8:1", gigabyte, 15 * gigabyte);
+        other = machine.addDisk("sdb", "8:16", 16 * gigabyte, 8, "usb2");
+        places.program = FilePath("/usr/bin/program");
+    }
+
+    void mount(const char *location, const QByteArray &device, const QByteArray &type = "ext4",
+               const QByteArray &source = {}, const QByteArray &options = "rw")
+    {
+        places.mounts.append({FilePath(location), type, device, FilePath("/"), source, options});
+    }
+    Result<QSet<quint64>> needed() const { return systemDevices(places, machine.devices()); }
+    void expectUnknown(const char *what) const
+    {
+        const Result<QSet<quint64>> answer = needed();
+        ASSERT_FALSE(answer);
+        EXPECT_EQ(answer.failure().path, FilePath(what));
+    }
+
+    PretendBlockDevices machine;
+    SystemPlaces places;
+    quint64 disk = 0, first = 0, second = 0, stick = 0, onStick = 0, other = 0;
+};
+
+} // namespace
+
+TEST_F(SystemDisksTest, ThePartitionOfTheRootAndItsWholeDiskButNoStickThatIsMountedElsewhere)
+{
+    mount("/", "259:2");
+    mount("/media/user/stick", "8:1", "vfat");
+
+    ASSERT_TRUE(needed());
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second));
+}
+
+TEST_F(SystemDisksTest, EachFolderOfTheSystemCounts)
+{
+    mount("/", "259:2");
+    for (const char *place : {"/boot", "/boot/efi", "/home", "/home/user", "/usr", "/var", "/etc", "/opt", "/root"}) {
+        mount(place, "8:1");
+        EXPECT_TRUE(needed().value().contains(stick)) << place;
+        places.mounts.removeLast();
+    }
+    for (const char *place : {"/home/user/stick", "/mnt", "/srv", "/media/home", "/bootleg"}) {
+        mount(place, "8:1");
+        EXPECT_FALSE(needed().value().contains(stick)) << place;
+        places.mounts.removeLast();
+    }
+}
+
+TEST_F(SystemDisksTest, EncryptionAndVolumeGroupsAreLookedThrough)
+{
+    const quint64 crypt = machine.addStacked("dm-1", "253:1", gigabyte, 21, {"sda1"});
+    const quint64 volume = machine.addStacked("dm-2", "253:2", gigabyte, 22, {"dm-1"});
+    mount("/", "253:2");
+
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(volume, crypt, onStick, stick));
+}
+
+TEST_F(SystemDisksTest, AllPartsOfAnArrayCount)
+{
+    const quint64 array = machine.addStacked("md0", "9:0", gigabyte, 30, {"sda1", "sdb"});
+    mount("/", "259:2");
+    mount("/home", "9:0");
+
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second, array, onStick, stick, other));
+}
+
+TEST_F(SystemDisksTest, AnImageInAFileCountsForTheDiskThatTheFileLiesOn)
+{
+    const quint64 image = machine.addLoop("loop0", "7:0", 40, "/media/user/stick/images/system.img");
+    mount("/", "259:2");
+    mount("/media/user/stick", "8:1");
+    mount("/home", "7:0");
+
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second, image, onStick, stick));
+}
+
+TEST_F(SystemDisksTest, AFileSystemOfSeveralDisksIsFoundByItsSource)
+{
+    machine.addBtrfs("1234", {"nvme0n1p2", "sdb"});
+    machine.addNodeLink("mapper/root", "nvme0n1p2");
+    mount("/", "0:31", "btrfs", "/dev/mapper/root");
+
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second, other));
+}
+
+TEST_F(SystemDisksTest, TheLayersOfALiveSystemAreLookedFor)
+{
+    const quint64 packed = machine.addLoop("loop0", "7:0", 40, "/run/live/medium/system.squashfs");
+    mount("/run/live/medium", "8:1", "iso9660");
+    mount("/run/live/rootfs", "7:0", "squashfs");
+    mount("/", "0:40", "overlay", "overlay", "rw,lowerdir=/run/live/rootfs,upperdir=/run/live/medium/rw");
+
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(packed, onStick, stick));
+}
+
+TEST_F(SystemDisksTest, SwapCountsOnAPartitionAndInAFile)
+{
+    mount("/", "0:20", "nfs4", "server:/root");
+    mount("/mnt/big", "8:16");
+    const QByteArray header = "Filename\t\t\t\tType\t\tSize\t\tUsed\t\tPriority\n";
+    places.swaps = header + "/dev/sda1                               partition\t1\t0\t-2\n";
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(onStick, stick));
+
+    places.swaps = header + "/mnt/big/swap\\040file                   file\t1\t0\t-2\n";
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(other));
+}
+
+TEST_F(SystemDisksTest, TheDiskOfTheRunningProgramCounts)
+{
+    mount("/", "259:2");
+    mount("/media/user/stick", "8:1");
+    places.program = FilePath("/media/user/stick/Quillmere.app/Contents/Helpers/quillmere-admin");
+
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second, onStick, stick));
+}
+
+TEST_F(SystemDisksTest, WhatIsInMemoryOrOnOtherMachinesNeedsNoDisk)
+{
+    mount("/", "0:20", "nfs4", "server:/root");
+    mount("/var", "0:21", "tmpfs", "tmpfs");
+
+    ASSERT_TRUE(needed());
+    EXPECT_TRUE(needed().value().isEmpty());
+}
+
+TEST_F(SystemDisksTest, NoDiskIsFreeWhereItCannotBeToldWhereTheSystemLives)
+{
+    mount("/", "0:28", "zfs", "pool/root");
+    expectUnknown("/");
+
+    places.mounts.clear();
+    mount("/", "0:28", "overlay", "overlay", "rw,lowerdir=/hidden/1:/hidden/2,upperdir=/hidden/3");
+    expectUnknown("/");
+
+    places.mounts.clear();
+    mount("/", "259:9");
+    expectUnknown("/dev/block/259:9");
+
+    places.mounts.clear();
+    mount("/", "259:2");
+    places.swaps = "Filename\n/dev/mapper/unknown partition 1 0 -2\n";
+    expectUnknown("/dev/mapper/unknown");
+
+    places.swaps.clear();
+    places.mounts.clear();
+    expectUnknown("/usr/bin/program");
+}
+
+TEST_F(SystemDisksTest, ARingOfImagesEnds)
+{
+    const quint64 image = machine.addLoop("loop0", "7:0", 40, "/home/image");
+    mount("/", "259:2");
+    mount("/home", "7:0");
+
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second, image));
+}
