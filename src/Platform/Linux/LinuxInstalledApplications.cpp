@@ -1,7 +1,5 @@
 #include "Platform/Linux/LinuxInstalledApplications.h"
 
-#include "Platform/Linux/OwnApplications.h"
-#include "Platform/Linux/SystemPackages.h"
 #include "Platform/Linux/UserFlatpaks.h"
 
 #include <algorithm>
@@ -28,6 +26,7 @@ struct LinuxInstalledApplications::Entries
     QList<DesktopEntry> others;
     QHash<QByteArray, FilePath> ownFiles; ///< By their ids, those not shown included; free of links up to their folder.
     QHash<QByteArray, FilePath> systemFiles; ///< The same of all other folders.
+    QSet<QByteArray> flatpaks; ///< The ids of the user's own, which their tool looks after.
 };
 
 LinuxInstalledApplications::Entries LinuxInstalledApplications::readEntries() const
@@ -38,7 +37,7 @@ LinuxInstalledApplications::Entries LinuxInstalledApplications::readEntries() co
             file = m_files->resolvingSymlinks(file.deletingLastPathComponent()).appending(file.lastPathComponent());
         return files;
     };
-    Entries entries{{}, {}, filesIn(m_entryFolders.first(1)), filesIn(m_entryFolders.mid(1))};
+    Entries entries{{}, {}, filesIn(m_entryFolders.first(1)), filesIn(m_entryFolders.mid(1)), {}};
     const FilePath ownFolder = m_files->resolvingSymlinks(m_entryFolders.first());
     for (DesktopEntry &entry : readDesktopEntries(m_entryFolders)) {
         const bool isOwn = entry.file.isWithin(m_entryFolders.first());
@@ -50,52 +49,66 @@ LinuxInstalledApplications::Entries LinuxInstalledApplications::readEntries() co
 
 QList<ListedApplication> LinuxInstalledApplications::applications() const
 {
-    const Entries entries = readEntries();
+    Entries entries = readEntries();
     const FilePath dataHome = m_files->resolvingSymlinks(m_entryFolders.first()).deletingLastPathComponent();
     const QList<ListedApplication> flatpaks = userFlatpaks(*m_processes, dataHome);
-    const auto isFlatpak = [&](const QByteArray &id) {
-        return std::ranges::any_of(flatpaks, [&](const ListedApplication &each) { return each.id == id; });
-    };
+    for (const ListedApplication &flatpak : flatpaks)
+        entries.flatpaks.insert(flatpak.id);
     const OwnApplications own(m_files, m_home, entries.own);
-
-    QList<ListedApplication> images = own.appImages();
-    for (ListedApplication &image : images) {
-        const bool isByFileName = image.parts.size() == 1;
-        const FilePath ownFile = entries.ownFiles.value(image.id);
-        image.sharesData = entries.systemFiles.contains(image.id) || isFlatpak(image.id)
-            || (!ownFile.isEmpty() && !image.parts.contains(ownFile));
-        if (isByFileName && image.sharesData)
-            image.identifier.clear();
-    }
-
-    QList<DesktopEntry> programs;
-    QList<PackagedEntry> packaged;
-    for (const DesktopEntry &entry : entries.own) {
-        if (isFlatpak(entry.id))
-            continue;
-        // Menu editors leave a copy of the system's entry behind: the application stays the system's all the same.
-        if (const FilePath systemFile = entries.systemFiles.value(entry.id); !systemFile.isEmpty()) {
-            packaged.append({entry, systemFile});
-            packaged.last().entry.file = systemFile;
-        } else if (!own.startsAppImage(entry)) {
-            programs.append(entry);
-            if (!entry.executable.isEmpty() && !entry.executable.isWithin(m_home))
-                packaged.append({entry, entry.executable});
-        }
-    }
-    for (const DesktopEntry &entry : entries.others) {
-        if (!isFlatpak(entry.id))
-            packaged.append({entry, entry.file});
-    }
-    const QList<ListedApplication> system = systemApplications(*m_processes, packaged);
+    QList<DesktopEntry> programs = programsOf(entries, own);
+    const QList<ListedApplication> system = systemApplications(*m_processes, packagedOf(entries, programs));
     programs.removeIf([&](const DesktopEntry &entry) {
         return std::ranges::any_of(system, [&](const ListedApplication &each) { return each.id == entry.id; });
     });
 
-    QList<ListedApplication> found = images + flatpaks;
+    QList<ListedApplication> found = appImagesOf(entries, own) + flatpaks;
     for (const DesktopEntry &entry : std::as_const(programs))
         found.append(own.programOf(entry));
     return found + system;
+}
+
+QList<ListedApplication> LinuxInstalledApplications::appImagesOf(const Entries &entries, const OwnApplications &own)
+{
+    QList<ListedApplication> images = own.appImages();
+    for (ListedApplication &image : images) {
+        const bool isByFileName = image.parts.size() == 1;
+        const FilePath ownFile = entries.ownFiles.value(image.id);
+        const bool isAnotherOwnEntrys = !ownFile.isEmpty() && !image.parts.contains(ownFile);
+        image.sharesData
+            = entries.systemFiles.contains(image.id) || entries.flatpaks.contains(image.id) || isAnotherOwnEntrys;
+        if (isByFileName && image.sharesData)
+            image.identifier.clear();
+    }
+    return images;
+}
+
+QList<DesktopEntry> LinuxInstalledApplications::programsOf(const Entries &entries, const OwnApplications &own)
+{
+    QList<DesktopEntry> programs = entries.own;
+    programs.removeIf([&](const DesktopEntry &entry) {
+        return entries.flatpaks.contains(entry.id) || entries.systemFiles.contains(entry.id)
+            || own.startsAppImage(entry);
+    });
+    return programs;
+}
+
+QList<PackagedEntry> LinuxInstalledApplications::packagedOf(const Entries &entries,
+                                                            const QList<DesktopEntry> &programs) const
+{
+    QList<PackagedEntry> packaged;
+    for (DesktopEntry entry : entries.own + entries.others) {
+        // Menu editors leave a copy of the system's entry behind: the application stays the system's all the same.
+        const FilePath systemFile = entries.systemFiles.value(entry.id);
+        if (systemFile.isEmpty() || entries.flatpaks.contains(entry.id))
+            continue;
+        entry.file = systemFile;
+        packaged.append({entry, systemFile});
+    }
+    for (const DesktopEntry &entry : programs) {
+        if (!entry.executable.isEmpty() && !entry.executable.isWithin(m_home))
+            packaged.append({entry, entry.executable});
+    }
+    return packaged;
 }
 
 QList<FilePath> LinuxInstalledApplications::leftoversOf(const ListedApplication &application) const

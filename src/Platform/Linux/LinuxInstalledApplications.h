@@ -3,7 +3,8 @@
 #include "Platform/FileManager.h"
 #include "Platform/InstalledApplications.h"
 #include "Platform/Linux/ApplicationLeftovers.h"
-#include "Platform/Linux/DesktopEntry.h"
+#include "Platform/Linux/OwnApplications.h"
+#include "Platform/Linux/SystemPackages.h"
 #include "Platform/ProcessRunner.h"
 
 #include <memory>
@@ -29,6 +30,11 @@ private:
     struct Entries;
 
     [[nodiscard]] Entries readEntries() const;
+    [[nodiscard]] static QList<ListedApplication> appImagesOf(const Entries &entries, const OwnApplications &own);
+    /// The own entries of programs that neither a tool nor the system looks after by their ids.
+    [[nodiscard]] static QList<DesktopEntry> programsOf(const Entries &entries, const OwnApplications &own);
+    /// All entries that may be a package's, @p programs by what they start.
+    [[nodiscard]] QList<PackagedEntry> packagedOf(const Entries &entries, const QList<DesktopEntry> &programs) const;
     [[nodiscard]] Result<void> trash(const FilePath &part) const;
 
     std::shared_ptr<const FileManager> m_files;

@@ -30,7 +30,7 @@ Result<ProcessOutcome> LinuxProcessRunner::run(const Command &command) const
 Result<ProcessOutcome> LinuxProcessRunner::runJoined(const Command &command) const
 {
     Result<StartedProgram> program
-        = StartedProgram::start(programOf(command.launchPath), command.arguments, Capture::BothOutputs);
+        = StartedProgram::start(programOf(command.launchPath), command.arguments, Capture::BothOutputs, m_environment);
     if (!program)
         return program.failure();
     return program.value().finishWithOutput();

@@ -25,8 +25,7 @@ class StartedProgram
 public:
     /// Fails when the program cannot be executed, and for an argument that holds U+0000, which none can be handed.
     [[nodiscard]] static Result<StartedProgram> start(const FilePath &program, const QStringList &arguments,
-                                                      Capture capture,
-                                                      const QList<QByteArray> &environment = currentEnvironment());
+                                                      Capture capture, const QList<QByteArray> &environment);
 
     /// Reads until nobody holds the captured output any more, then waits for the end.
     [[nodiscard]] ProcessOutcome finishWithOutput();

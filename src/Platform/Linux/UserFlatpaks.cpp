@@ -11,8 +11,6 @@ namespace Quillmere {
 namespace {
 
 constexpr std::chrono::seconds patienceForList{15};
-// It may have much to delete.
-constexpr std::chrono::minutes patienceForRemoval{10};
 
 QString tool()
 {
@@ -96,19 +94,16 @@ Result<void> uninstallFlatpak(const ProcessRunner &processes, const ListedApplic
     const QString identifier = QString::fromUtf8(application.id);
     if (!isIdentifier(identifier))
         return Failure{Failure::Kind::Malformed, application.location, {}};
-    // What it has to say of a failure goes to standard error, which comes back in this way alone.
-    const auto outcome = processes.runWithin(
-        patienceForRemoval,
+    // What it has to say of a failure goes to standard error.
+    const Result<ProcessOutcome> outcome = processes.runJoined(
         {tool(), {u"uninstall"_qs, u"--user"_qs, u"--app"_qs, u"--assumeyes"_qs, u"--noninteractive"_qs, identifier}});
     if (!outcome)
         return outcome.failure();
-    if (!outcome.value())
-        return Failure{Failure::Kind::Other, application.location, u"flatpak did not come to an end"_qs};
-    if (outcome.value()->exitStatus == 0)
+    if (outcome.value().exitStatus == 0)
         return {};
-    const QString said = QString::fromUtf8(outcome.value()->standardOutput).trimmed();
+    const QString said = QString::fromUtf8(outcome.value().standardOutput).trimmed();
     return Failure{Failure::Kind::Other, application.location,
-                   said.isEmpty() ? u"flatpak ended with status %1"_qs.arg(outcome.value()->exitStatus) : said};
+                   said.isEmpty() ? u"flatpak ended with status %1"_qs.arg(outcome.value().exitStatus) : said};
 }
 
 } // namespace Quillmere

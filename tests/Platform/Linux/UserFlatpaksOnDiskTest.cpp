@@ -21,6 +21,14 @@ public:
     {
         return m_processes.run({m_script, command.arguments});
     }
+    [[nodiscard]] Result<ProcessOutcome> runJoined(const Command &command) const override
+    {
+        return m_processes.runJoined({m_script, command.arguments});
+    }
+    [[nodiscard]] Result<std::future<int>> start(const Command &command) const override
+    {
+        return m_processes.start({m_script, command.arguments});
+    }
     [[nodiscard]] Result<std::optional<ProcessOutcome>> runWithin(std::chrono::milliseconds patience,
                                                                   const Command &command) const override
     {
