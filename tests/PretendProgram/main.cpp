@@ -82,7 +82,7 @@ private:
     QCommandLineOption m_size{u"size"_qs, u"Size of the window."_qs, u"WIDTHxHEIGHT"_qs, u"1100x700"_qs};
     QCommandLineOption m_hold{u"hold"_qs, u"Work that comes to that item stands still there."_qs, u"location"_qs};
     QCommandLineOption m_press{
-        u"press"_qs, u"Presses that button or row as soon as the screen stands. Types, behind a =."_qs, u"name"_qs};
+        u"press"_qs, u"Presses that button or row as soon as the screen stands. Types, behind a =, where ⇥ ↑ ↓ → are keys."_qs, u"name"_qs};
     QCommandLineOption m_wizard{u"wizard"_qs, u"Starts for the first time."_qs};
     QCommandLineOption m_drivers{u"drivers"_qs, u"Starts with the drivers for disks."_qs};
     QCommandLineOption m_refused{u"refused"_qs, u"Every question for the password is dismissed."_qs};
@@ -107,13 +107,17 @@ bool press(QQuickItem &item, const QString &name)
     return std::ranges::any_of(item.childItems(), [&](QQuickItem *child) { return press(*child, name); });
 }
 
-/// Types @p text where the keyboard is.
+/// Types @p text where the keyboard is. Arrows stand for the keys that they are drawn on.
 void type(QQuickWindow &window, const QString &text)
 {
+    static const QHash<QChar, Qt::Key> keys
+        = {{u'⇥', Qt::Key_Tab}, {u'↑', Qt::Key_Up}, {u'↓', Qt::Key_Down}, {u'→', Qt::Key_Right}};
     for (const QChar character : text) {
-        QKeyEvent down(QEvent::KeyPress, 0, Qt::NoModifier, QString(character));
+        const int key = keys.value(character, Qt::Key(0));
+        const QString typed = key == 0 ? QString(character) : QString();
+        QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier, typed);
         QCoreApplication::sendEvent(&window, &down);
-        QKeyEvent up(QEvent::KeyRelease, 0, Qt::NoModifier, QString(character));
+        QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier, typed);
         QCoreApplication::sendEvent(&window, &up);
     }
 }

@@ -2,7 +2,7 @@
 
 For each destination and each name of a state: what the program is told of its machine, and what is pressed then, by the
 keys of texts, or by the names of rows where there is no such key; a name of several is parted by commas. Keys of the setup's texts begin with "setup:". What no
-screen has, such as WAIT, is not found, and lets the time of a press go by.
+screen has, such as WAIT, is not found, and lets the time of a press go by. Behind a = stands what is typed.
 """
 
 SCAN = "cleanup.startScan"
@@ -10,6 +10,10 @@ UNINSTALL = "applications.uninstall"
 CLEAR = "applications.clearData"
 
 WAIT = "nothing"
+OPEN_SHEET = "tools.run, tools.disk.title"
+TO_STICK = "=⇥↓"
+TO_SECOND_DRIVE = "=⇥↓↓"
+TO_SECURE = "=⇥→"
 TO_COPYING = ["setup:next", "setup:next", "setup:install"]
 
 STATES = {
@@ -37,10 +41,19 @@ STATES = {
         "running": (["--hold", "/usr/bin/osascript"], ["tools.run, tools.spotlight.title"]),
         "success": ([], ["tools.run, tools.spotlight.title"]),
         "failure": (["--refused"], ["tools.run, tools.memory.title"]),
-        "sheet": ([], ["tools.run, tools.disk.title"]),
-        "confirm-1": ([], ["tools.run, tools.disk.title", "disk.runQuick"]),
-        "confirm-2": ([], ["tools.run, tools.disk.title", "disk.runQuick", "disk.proceed"]),
-        "confirm-3": ([], ["tools.run, tools.disk.title", "disk.runQuick", "disk.proceed", "disk.proceed"]),
+        "sheet": ([], [OPEN_SHEET]),
+        "confirm-1": ([], [OPEN_SHEET, "disk.runQuick"]),
+        "confirm-2": ([], [OPEN_SHEET, "disk.runQuick", "disk.proceed"]),
+        "confirm-3": ([], [OPEN_SHEET, "disk.runQuick", "disk.proceed", "disk.proceed"]),
+        "confirm-3-typed": ([], [OPEN_SHEET, "disk.runQuick", "disk.proceed", "disk.proceed", "=ERASE"]),
+        "blocked": ([], [OPEN_SHEET, "=⇥⇥→"]),
+        "external": ([], [OPEN_SHEET, TO_SECOND_DRIVE]),
+        "secure": ([], [OPEN_SHEET, TO_STICK, TO_SECURE]),
+        "no-drive": ([], [OPEN_SHEET, "=⇥↑"]),
+        "erasing": (["--hold", "/usr/bin/osascript"], [OPEN_SHEET, TO_STICK, "disk.runQuick", "disk.proceed"]),
+        "erased": ([], [OPEN_SHEET, TO_STICK, "disk.runQuick", "disk.proceed", WAIT]),
+        "erase-refused": (["--refused"], [OPEN_SHEET, TO_STICK, "disk.runQuick", "disk.proceed", WAIT]),
+        "after-erasing": ([], [OPEN_SHEET, TO_STICK, "disk.runQuick", "disk.proceed", WAIT, "common.ok", "common.close"]),
     },
     "dashboard": {
         "good": ([], []),

@@ -57,6 +57,7 @@ Column {
     FormRow {
         width: parent.width
         label: Texts.localized("disk.formatMode")
+        isWide: true
 
         SegmentedPicker {
             width: parent.width
@@ -66,30 +67,6 @@ Column {
             currentIndex: root.utility.selectedMode
 
             onPicked: index => root.utility.selectedMode = index
-        }
-    }
-
-    Row {
-        width: parent.width
-        topPadding: 4
-        spacing: 10
-        visible: root.utility.isSecureBlocked
-
-        Symbol {
-            id: lock
-
-            name: "lock"
-            size: 18
-            color: Theme.orangeText
-        }
-
-        BodyText {
-            width: parent.width - lock.width - 10
-            text: Texts.localized("disk.secureBlocked")
-            color: Theme.orangeText
-            wrapMode: Text.Wrap
-
-            Accessible.role: Accessible.AlertMessage
         }
     }
 }

@@ -37,6 +37,30 @@ Sheet {
     footer: [
         Row {
             anchors.verticalCenter: parent.verticalCenter
+            spacing: 10
+            visible: root.utility.isSecureBlocked
+
+            Symbol {
+                id: lock
+
+                anchors.verticalCenter: parent.verticalCenter
+                name: "lock"
+                size: 18
+                color: Theme.orangeText
+            }
+
+            CaptionText {
+                anchors.verticalCenter: parent.verticalCenter
+                width: root.width - 2 * root.contentMargin - runButton.width - lock.width - 24
+                text: Texts.localized("disk.secureBlocked")
+                color: Theme.orangeText
+                wrapMode: Text.Wrap
+
+                Accessible.role: Accessible.AlertMessage
+            }
+        },
+        Row {
+            anchors.verticalCenter: parent.verticalCenter
             rightPadding: 8
             spacing: 10
             visible: root.isErasing

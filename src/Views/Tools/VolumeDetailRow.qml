@@ -46,6 +46,7 @@ Item {
         weight: Font.Medium
         color: root.color
         elide: Text.ElideMiddle
+        horizontalAlignment: Text.AlignRight
 
         Accessible.ignored: true
     }

@@ -162,3 +162,17 @@ TEST(PlaceListsTest, KnowsTheUsersOwnFoldersUnderTheirNames)
     const LinuxPlaces places(world.disk, [](const char *) { return QByteArray(); });
     EXPECT_TRUE(places.reasonToKeep(home.appending("Lieder/Bach")).has_value());
 }
+
+TEST(PlaceListsTest, KnowsTheDriverForNtfsDisksByEitherOfItsNames)
+{
+    const auto disk = std::make_shared<PretendFileManager>(home);
+    const LinuxPlaces places(
+        disk, [](const char *) { return QByteArray(); }, PlacesData::builtIn());
+
+    EXPECT_THAT(places.entriesBehind(u"NTFS Drivers"_qs), IsEmpty());
+    disk->addFile(FilePath("/sbin/mount.ntfs-3g"), 1);
+    EXPECT_THAT(places.entriesBehind(u"NTFS Drivers"_qs), ElementsAre(PlaceEntry{{}, FilePath("/sbin/mount.ntfs-3g")}));
+    disk->addFile(FilePath("/usr/bin/ntfs-3g"), 1);
+    EXPECT_THAT(places.entriesBehind(u"NTFS Drivers"_qs),
+                ElementsAre(PlaceEntry{{}, FilePath("/usr/bin/ntfs-3g")}, PlaceEntry{{}, FilePath("/sbin/mount.ntfs-3g")}));
+}

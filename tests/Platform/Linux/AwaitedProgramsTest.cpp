@@ -1,0 +1,95 @@
+#include "Platform/Linux/LinuxProcessRunner.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include <future>
+
+using namespace Quillmere;
+
+namespace {
+
+/// Programs that are shell texts, and whoever waits for them.
+class AwaitedProgramsTest : public testing::Test
+{
+protected:
+    [[nodiscard]] Command shell(const QByteArray &text) const
+    {
+        const QString path = m_folder.filePath(u"program"_qs);
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("#!/bin/sh\n" + text);
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        return {path, {}};
+    }
+
+    QTemporaryDir m_folder;
+    LinuxProcessRunner m_runner{FilePath(m_folder.path().toUtf8())};
+};
+
+} // namespace
+
+TEST_F(AwaitedProgramsTest, GivesBothOutputsOfAProgramInTheOrderInWhichItWroteThem)
+{
+    const Command command = shell("echo one; echo two >&2; echo three; echo four >&2; exit 3");
+
+    const Result<ProcessOutcome> outcome = m_runner.runJoined(command);
+
+    ASSERT_TRUE(outcome.isOk());
+    EXPECT_EQ(outcome.value(), (ProcessOutcome{3, "one\ntwo\nthree\nfour\n"}));
+}
+
+TEST_F(AwaitedProgramsTest, ReadsMoreThanAPipeHoldsOnBothOutputsBeforeItWaits)
+{
+    const Command command = shell("head -c 1000000 /dev/zero; head -c 1000000 /dev/zero >&2");
+
+    const Result<ProcessOutcome> outcome = m_runner.runJoined(command);
+
+    ASSERT_TRUE(outcome.isOk());
+    EXPECT_EQ(outcome.value().standardOutput.size(), 2'000'000);
+    EXPECT_EQ(outcome.value().exitStatus, 0);
+}
+
+TEST_F(AwaitedProgramsTest, FailsForAProgramThatIsMissing)
+{
+    const Command missing = {m_folder.filePath(u"missing"_qs), {}};
+
+    EXPECT_EQ(m_runner.runJoined(missing).failure().kind, Failure::Kind::NotFound);
+    EXPECT_EQ(m_runner.start(missing).failure().kind, Failure::Kind::NotFound);
+}
+
+TEST_F(AwaitedProgramsTest, BringsTheStatusOfAProgramThatWasStarted)
+{
+    Result<std::future<int>> end = m_runner.start(shell("exit 9"));
+
+    ASSERT_TRUE(end.isOk());
+    EXPECT_EQ(end.value().get(), 9);
+}
+
+TEST_F(AwaitedProgramsTest, BringsTheStatusOnlyOnceTheProgramHasEnded)
+{
+    const QString signalFile = m_folder.filePath(u"go"_qs);
+    Result<std::future<int>> end
+        = m_runner.start(shell("while [ ! -e '" + signalFile.toUtf8() + "' ]; do sleep 0.02; done; exit 4"));
+    ASSERT_TRUE(end.isOk());
+
+    EXPECT_EQ(end.value().wait_for(std::chrono::milliseconds(100)), std::future_status::timeout);
+    QFile go(signalFile);
+    ASSERT_TRUE(go.open(QIODevice::WriteOnly));
+
+    EXPECT_EQ(end.value().get(), 4);
+}
+
+TEST_F(AwaitedProgramsTest, LetsGoOfAProgramThatNobodyWaitsFor)
+{
+    const QString done = m_folder.filePath(u"done"_qs);
+    {
+        const Result<std::future<int>> end = m_runner.start(shell(": > '" + done.toUtf8() + "'"));
+        ASSERT_TRUE(end.isOk());
+    }
+
+    while (!QFile::exists(done))
+        std::this_thread::yield();
+}
