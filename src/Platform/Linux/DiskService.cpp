@@ -110,9 +110,8 @@ DiskService::DiskService(QDBusConnection systemBus, int patience)
 
 Result<DiskObjects> DiskService::objects() const
 {
-    const Result<QVariantList> answer
-        = call(u"/org/freedesktop/UDisks2"_qs, u"org.freedesktop.DBus.ObjectManager"_qs, u"GetManagedObjects"_qs, {},
-               m_patience);
+    const Result<QVariantList> answer = call(u"/org/freedesktop/UDisks2"_qs, u"org.freedesktop.DBus.ObjectManager"_qs,
+                                             u"GetManagedObjects"_qs, {}, m_patience);
     if (!answer)
         return answer.failure();
     const auto argument = answer.value().value(0).value<QDBusArgument>();
@@ -132,8 +131,7 @@ Result<DiskObjects> DiskService::objects() const
 
 Result<FilePath> DiskService::mount(const QString &object) const
 {
-    const Result<QVariantList> answer
-        = call(object, fileSystemInterface, u"Mount"_qs, {quietly()}, withoutEnd);
+    const Result<QVariantList> answer = call(object, fileSystemInterface, u"Mount"_qs, {quietly()}, withoutEnd);
     if (!answer)
         return answer.failure();
     return FilePath(answer.value().value(0).toString().toUtf8());
@@ -141,8 +139,7 @@ Result<FilePath> DiskService::mount(const QString &object) const
 
 Result<void> DiskService::unmount(const QString &object) const
 {
-    const Result<QVariantList> answer
-        = call(object, fileSystemInterface, u"Unmount"_qs, {quietly()}, withoutEnd);
+    const Result<QVariantList> answer = call(object, fileSystemInterface, u"Unmount"_qs, {quietly()}, withoutEnd);
     return answer ? Result<void>() : answer.failure();
 }
 
@@ -163,8 +160,9 @@ Result<void> DiskService::format(const QString &object, const QString &type, con
 
 Result<QString> DiskService::missingToFormat(const QString &type) const
 {
-    const Result<QVariantList> answer = call(u"/org/freedesktop/UDisks2/Manager"_qs,
-                                             u"org.freedesktop.UDisks2.Manager"_qs, u"CanFormat"_qs, {type}, m_patience);
+    const Result<QVariantList> answer
+        = call(u"/org/freedesktop/UDisks2/Manager"_qs, u"org.freedesktop.UDisks2.Manager"_qs, u"CanFormat"_qs, {type},
+               m_patience);
     if (!answer)
         return answer.failure();
     const auto argument = answer.value().value(0).value<QDBusArgument>();

@@ -10,8 +10,8 @@
 
 namespace Quillmere {
 
-/// Tells of each volume when it is mounted for the first time since its disk came. One that is mounted at several places
-/// is told of once; one that was mounted before, and is mounted anew, is no news. GUI thread only.
+/// Tells of each volume when it is mounted for the first time since its disk came. One that is mounted at several
+/// places is told of once; one that was mounted before, and is mounted anew, is no news. GUI thread only.
 class MountNotices final : public QObject
 {
     Q_OBJECT

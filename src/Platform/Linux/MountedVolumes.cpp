@@ -86,8 +86,7 @@ bool MountedVolumes::isOfSystem(quint64 number, const SystemPlaces &places) cons
 {
     const Result<QSet<quint64>> system = systemDevices(places, m_devices);
     const QList<quint64> foundations = m_devices.foundations(number);
-    return !system
-        || std::ranges::any_of(foundations, [&](quint64 device) { return system.value().contains(device); });
+    return !system || std::ranges::any_of(foundations, [&](quint64 device) { return system.value().contains(device); });
 }
 
 } // namespace Quillmere

@@ -12,29 +12,32 @@ constexpr int mostMounts = 64;
 
 Failure exchanged(const DiskIdentity &identity)
 {
-    return {Failure::Kind::NotFound, {},
-            u"%1 is no longer the disk that was chosen: it was changed or exchanged since then. Nothing was erased."_qs
-                .arg(identity.name.text())};
+    return {
+        Failure::Kind::NotFound,
+        {},
+        u"%1 is no longer the disk that was chosen: it was changed or exchanged since then. Nothing was erased."_qs.arg(
+            identity.name.text())};
 }
 
 Failure inUse(const DiskIdentity &identity, const QString &detail)
 {
-    return {Failure::Kind::Busy, {},
-            u"%1 is in use (%2). Nothing was erased."_qs.arg(identity.name.text(), detail)};
+    return {Failure::Kind::Busy, {}, u"%1 is in use (%2). Nothing was erased."_qs.arg(identity.name.text(), detail)};
 }
 
 Result<void> seeThatTheSystemDoesNotNeed(const DiskTools &tools, const DiskIdentity &identity)
 {
     const Result<QSet<quint64>> system = tools.systemDevices();
     if (!system)
-        return Failure{Failure::Kind::Protected, {},
+        return Failure{Failure::Kind::Protected,
+                       {},
                        u"It cannot be told which disks the running system needs (%1). Nothing was erased."_qs.arg(
                            system.failure().path.displayText())};
     const QList<quint64> foundations = tools.devices.foundations(identity.number);
     if (std::ranges::any_of(foundations, [&](quint64 number) { return system.value().contains(number); }))
-        return Failure{Failure::Kind::Protected, {},
-                       u"%1 lies on a disk that the running system needs, and is never erased here."_qs.arg(
-                           identity.name.text())};
+        return Failure{
+            Failure::Kind::Protected,
+            {},
+            u"%1 lies on a disk that the running system needs, and is never erased here."_qs.arg(identity.name.text())};
     return {};
 }
 
@@ -119,7 +122,8 @@ Result<std::unique_ptr<OpenDevice>> ChosenDisk::openAlone(const DiskTools &tools
     if (!device && device.failure().kind == Failure::Kind::Busy)
         return inUse(m_identity, u"another program holds it"_qs);
     if (!device)
-        return Failure{device.failure().kind, {},
+        return Failure{device.failure().kind,
+                       {},
                        u"%1 cannot be opened: %2. Nothing was erased."_qs.arg(name(), device.failure().detail)};
     if (const Result<void> same = seeThatItIsThis(*device.value()); !same)
         return same.failure();
@@ -136,8 +140,8 @@ Result<void> ChosenDisk::seeThatItIsThis(const OpenDevice &device) const
     if (!same)
         return exchanged(m_identity);
     if (facts.value().isReadOnly)
-        return Failure{Failure::Kind::ReadOnly, {},
-                       u"%1 is protected against writing. Nothing was erased."_qs.arg(name())};
+        return Failure{
+            Failure::Kind::ReadOnly, {}, u"%1 is protected against writing. Nothing was erased."_qs.arg(name())};
     return {};
 }
 

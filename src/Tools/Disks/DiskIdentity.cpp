@@ -42,8 +42,8 @@ std::optional<DiskIdentity> DiskIdentity::parse(const QStringList &words)
         return std::nullopt;
     if (!isPlain(words.at(6)) || !isPlain(words.at(7)))
         return std::nullopt;
-    return DiskIdentity{
-        *name, words.at(1).toLatin1(), *number, *size, *start, static_cast<quint64>(*sequence), words.at(6), words.at(7)};
+    return DiskIdentity{*name,  words.at(1).toLatin1(),          *number,     *size,
+                        *start, static_cast<quint64>(*sequence), words.at(6), words.at(7)};
 }
 
 QStringList DiskIdentity::words() const

@@ -22,7 +22,8 @@ ToolEnd failed(const Failure &failure)
 
 Failure stopped(const ChosenDisk &disk, qint64 written, const QString &reason)
 {
-    return {Failure::Kind::Other, {},
+    return {Failure::Kind::Other,
+            {},
             u"%1 was not overwritten: %2 Only the first %3 of %4 bytes were."_qs.arg(disk.name(), reason)
                 .arg(written)
                 .arg(disk.identity().size)};
@@ -45,7 +46,8 @@ Result<void> writeAll(const DiskTools &tools, const ChosenDisk &disk, OpenDevice
     }
     const Result<void> kept = device.synchronize();
     return kept ? kept
-                : Failure{Failure::Kind::Other, {},
+                : Failure{Failure::Kind::Other,
+                          {},
                           u"%1 was not overwritten to its end: %2."_qs.arg(disk.name(), kept.failure().detail)};
 }
 
@@ -74,7 +76,8 @@ Result<qsizetype> readBack(const ChosenDisk &disk, OpenDevice &device)
         const Result<QByteArray> contents = device.read(place, std::min(bytesOfAPlace, size - place));
         const bool isZero = contents && contents.value() == QByteArray(contents.value().size(), '\0');
         if (!isZero)
-            return Failure{Failure::Kind::Other, {},
+            return Failure{Failure::Kind::Other,
+                           {},
                            u"%1 was overwritten, but what is read back at byte %2 is not zero: %3"_qs.arg(disk.name())
                                .arg(place)
                                .arg(contents ? u"it still holds something."_qs : contents.failure().detail)};

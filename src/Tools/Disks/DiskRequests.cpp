@@ -11,8 +11,7 @@ const QString diskutil = u"/usr/sbin/diskutil"_qs;
 const QString device = u"/dev/"_qs;
 constexpr quint64 systemDisk = 1;
 
-const std::array ntfsDrivers
-    = {u"/usr/local/bin/ntfs-3g"_qs, u"/opt/homebrew/bin/ntfs-3g"_qs, u"/usr/bin/ntfs-3g"_qs};
+const std::array ntfsDrivers = {u"/usr/local/bin/ntfs-3g"_qs, u"/opt/homebrew/bin/ntfs-3g"_qs, u"/usr/bin/ntfs-3g"_qs};
 
 bool isNtfsMount(const ShellCommands &commands)
 {
@@ -62,9 +61,8 @@ Result<AdministratorRequest> withIdentity(const AdministratorRequest &request, c
         return refused(u"There is no disk with the name %1. Nothing was done."_qs.arg(text));
     const Result<DiskIdentity> identity = listed.find(*name);
     if (!identity)
-        return refused(
-            u"It is not known what %1 was when it was listed (%2). Nothing was done."_qs.arg(text,
-                                                                                          identity.failure().detail));
+        return refused(u"It is not known what %1 was when it was listed (%2). Nothing was done."_qs.arg(
+            text, identity.failure().detail));
     AdministratorRequest whole = request;
     whole.arguments.removeLast();
     whole.arguments += identity.value().words();

@@ -26,8 +26,9 @@ void sayOnStandardOutput(const QString &line)
 
 DiskTools DiskTools::ofThisMachine()
 {
-    DiskTools tools{DiskService(), BlockDevices(), std::make_shared<LinuxDeviceAccess>(),
-                    systemDevicesOfThisMachine, {}, sayOnStandardOutput};
+    DiskTools tools{
+        DiskService(),      BlockDevices(), std::make_shared<LinuxDeviceAccess>(), systemDevicesOfThisMachine, {},
+        sayOnStandardOutput};
     if (const std::optional<VolumeOwner> owner = VolumeOwner::whoAskedForRights())
         tools.giveToUser = [owner](const QByteArray &node, const QString &type) { return owner->take(node, type); };
     return tools;

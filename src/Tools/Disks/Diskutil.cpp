@@ -90,8 +90,8 @@ std::optional<quint64> Diskutil::mountedAt(const FilePath &place) const
     return number;
 }
 
-// Nothing that somebody else has made up, such as the volume's name or its place, is among the lines: it might look like
-// one of them.
+// Nothing that somebody else has made up, such as the volume's name or its place, is among the lines: it might look
+// like one of them.
 ToolEnd Diskutil::info(const Target &target) const
 {
     const std::optional<DiskIdentity> disk = target.catalogue.wholeDisk(target.volume.number);
@@ -114,8 +114,7 @@ ToolEnd Diskutil::info(const Target &target) const
 
 ToolEnd Diskutil::mount(const Target &target) const
 {
-    const Result<FilePath> mounted
-        = m_service.mount(target.catalogue.objects().block(target.volume.number)->object);
+    const Result<FilePath> mounted = m_service.mount(target.catalogue.objects().block(target.volume.number)->object);
     if (!mounted && mounted.failure().kind != Failure::Kind::AlreadyExists)
         return failed(mounted.failure().detail);
     m_say(u"%1 is mounted."_qs.arg(target.volume.name.text()));

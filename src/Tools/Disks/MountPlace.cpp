@@ -74,8 +74,8 @@ Result<MountPlace> MountPlace::make(const FilePath &place, const QList<FilePath>
     if (!wasMade && errno != EEXIST)
         return failureFromErrno(errno, place);
     MountPlace made(place, std::move(parent).value(), wasMade);
-    const FileDescriptor folder(::openat(made.m_parent.number(), name.constData(),
-                                         O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    const FileDescriptor folder(
+        ::openat(made.m_parent.number(), name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (!folder.isOpen() || !isRootsAlone(folder.number()) || isMountRoot(folder.number()))
         return refused(place, u"Something else stands there."_qs);
     return made;

@@ -36,7 +36,8 @@ QString whyNotForWriting(const ChosenDisk &disk, const NtfsPrograms &programs)
     case isReady:
         return {};
     case isHibernated:
-        return u"Windows is asleep on %1, or was shut down fast. Start it there and shut it down completely; until then "
+        return u"Windows is asleep on %1, or was shut down fast. Start it there and shut it down completely; until "
+               u"then "
                "nothing is changed on it."_qs.arg(disk.name());
     case isUnclean:
         return u"%1 was not removed safely the last time. Let Windows check it; until then nothing is changed on it."_qs
@@ -50,10 +51,9 @@ QString whyNotForWriting(const ChosenDisk &disk, const NtfsPrograms &programs)
 ToolEnd mountAt(const MountPlace &place, const ChosenDisk &disk, const NtfsPrograms &programs)
 {
     // norecover: what an unclean volume remembers is never thrown away to get it mounted.
-    const Result<ChildEnd> mounted
-        = runChild({textOf(programs.driver),
-                    {textOf(nodeOf(disk.identity())), textOf(place.path()), u"-o"_qs,
-                     u"allow_other,nosuid,nodev,norecover"_qs}});
+    const Result<ChildEnd> mounted = runChild(
+        {textOf(programs.driver),
+         {textOf(nodeOf(disk.identity())), textOf(place.path()), u"-o"_qs, u"allow_other,nosuid,nodev,norecover"_qs}});
     if (mounted && mounted.value().status == 0)
         return {};
     place.takeBack();

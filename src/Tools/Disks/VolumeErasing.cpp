@@ -17,9 +17,8 @@ QString whyNot(const DiskTools &tools, const std::optional<QString> &fileSystem,
     const Result<QString> missing = tools.service.missingToFormat(*fileSystem);
     if (!missing)
         return missing.failure().detail;
-    return missing.value().isEmpty()
-        ? QString()
-        : u"%1 cannot be made here: %2 is missing."_qs.arg(*fileSystem, missing.value());
+    return missing.value().isEmpty() ? QString()
+                                     : u"%1 cannot be made here: %2 is missing."_qs.arg(*fileSystem, missing.value());
 }
 
 /// What it is must have been read from it anew since, so this is what everybody else will see.

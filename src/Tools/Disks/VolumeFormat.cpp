@@ -56,8 +56,8 @@ QString whyNotLabel(const QString &fileSystem, const QString &label)
         return u"The name of the volume holds characters that cannot be shown."_qs;
     const qsizetype length = fileSystem == u"ext4" ? label.toUtf8().size() : label.size();
     if (length > longestLabel(fileSystem))
-        return u"The name of the volume is too long: %1 takes %2 characters."_qs.arg(fileSystem).arg(
-            longestLabel(fileSystem));
+        return u"The name of the volume is too long: %1 takes %2 characters."_qs.arg(fileSystem)
+            .arg(longestLabel(fileSystem));
     if (fileSystem == u"vfat" && !std::ranges::all_of(label, isForFat))
         return u"The name of the volume holds characters that vfat cannot keep."_qs;
     return {};

@@ -1,6 +1,6 @@
+#include "Tools/Disks/Diskutil.h"
 #include "Tools/Disks/DiskAdministrator.h"
 #include "Tools/Disks/DiskRequests.h"
-#include "Tools/Disks/Diskutil.h"
 #include "Tools/ProgramStart.h"
 
 #include <QCoreApplication>

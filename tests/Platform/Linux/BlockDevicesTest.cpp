@@ -93,11 +93,15 @@ TEST_F(BlockDevicesTest, TakesNoNameThatLeadsElsewhere)
 
 TEST_F(BlockDevicesTest, AVolumeMountedAtSeveralPlacesIsOneVolumeAtTheFirst)
 {
-    const QList<MountEntry> table
-        = {entry("/", "8:16"),          entry("/proc", "0:5", "proc", "proc"), entry("/media/stick", "8:1", "vfat"),
-           entry("/srv/again", "8:1"),  entry("/snap/core", "7:0", "squashfs"), entry("/boot", "8:2"),
-           entry("/bind", "8:16"),      entry("/pool", "0:44", "btrfs", "/dev/dm-0"),
-           entry("/share", "0:45", "nfs4", "server:/share")};
+    const QList<MountEntry> table = {entry("/", "8:16"),
+                                     entry("/proc", "0:5", "proc", "proc"),
+                                     entry("/media/stick", "8:1", "vfat"),
+                                     entry("/srv/again", "8:1"),
+                                     entry("/snap/core", "7:0", "squashfs"),
+                                     entry("/boot", "8:2"),
+                                     entry("/bind", "8:16"),
+                                     entry("/pool", "0:44", "btrfs", "/dev/dm-0"),
+                                     entry("/share", "0:45", "nfs4", "server:/share")};
 
     EXPECT_THAT(volumesIn(table, machine.devices()),
                 ElementsAre(MountedVolume{FilePath("/"), other, 8, false},
@@ -108,8 +112,10 @@ TEST_F(BlockDevicesTest, AVolumeMountedAtSeveralPlacesIsOneVolumeAtTheFirst)
 TEST(DiskObjectsTest, WhatIsPluggedInIsToldByTheDriveAndWithoutOneByTheHint)
 {
     DiskObjects objects;
-    objects.drives = {{u"/stick"_qs, {false, false, u"usb"_qs, {}}},    {u"/card"_qs, {false, false, u"sdio"_qs, {}}},
-                      {u"/removable"_qs, {true, false, u"ata"_qs, {}}}, {u"/tray"_qs, {false, true, {}, {}}},
+    objects.drives = {{u"/stick"_qs, {false, false, u"usb"_qs, {}}},
+                      {u"/card"_qs, {false, false, u"sdio"_qs, {}}},
+                      {u"/removable"_qs, {true, false, u"ata"_qs, {}}},
+                      {u"/tray"_qs, {false, true, {}, {}}},
                       {u"/internal"_qs, {false, false, u"ata"_qs, {}}}};
     const auto isExternal = [&](const QString &drive, bool isOfSystem) {
         DiskBlock block;

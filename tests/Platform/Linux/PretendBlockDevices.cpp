@@ -63,8 +63,8 @@ quint64 PretendBlockDevices::addDisk(const QByteArray &name, const QByteArray &n
     return describe(folder, name, number, size);
 }
 
-quint64 PretendBlockDevices::addPartition(const QByteArray &disk, int partition, const QByteArray &number,
-                                          qint64 start, qint64 size)
+quint64 PretendBlockDevices::addPartition(const QByteArray &disk, int partition, const QByteArray &number, qint64 start,
+                                          qint64 size)
 {
     // So that the number of a disk and that of its partition stay apart.
     const bool endsWithDigit = disk.back() >= '0' && disk.back() <= '9';
@@ -77,8 +77,8 @@ quint64 PretendBlockDevices::addPartition(const QByteArray &disk, int partition,
     return describe(relative, name, number, size);
 }
 
-quint64 PretendBlockDevices::addStacked(const QByteArray &name, const QByteArray &number, qint64 size,
-                                        quint64 sequence, const QList<QByteArray> &below)
+quint64 PretendBlockDevices::addStacked(const QByteArray &name, const QByteArray &number, qint64 size, quint64 sequence,
+                                        const QList<QByteArray> &below)
 {
     const quint64 device = addDisk(name, number, size, sequence, "virtual");
     const QString own = m_root.filePath(text("sys/devices/virtual/block/" + name));

@@ -1,5 +1,5 @@
-#include "Platform/Linux/PretendBlockDevices.h"
 #include "Platform/Linux/SystemDisks.h"
+#include "Platform/Linux/PretendBlockDevices.h"
 
 #include <gmock/gmock.h>
 

@@ -45,8 +45,9 @@ TEST_F(DiskErasingTest, FormatsTheVolumeAndNoOtherAndGivesItToTheUser)
     EXPECT_EQ(describe("sdb2"), u"ext4 CleanDisk");
     EXPECT_EQ(describe("sdb1"), u"vfat First /media/first");
     EXPECT_THAT(given, ElementsAre("sdb2 ext4"));
-    EXPECT_THAT(said, ElementsAre(u"Unmounted /media/second."_qs, u"Unmounted /srv/second."_qs,
-                                  u"Formatted disk8s2 with ext4. Its name is CleanDisk."_qs));
+    EXPECT_THAT(said,
+                ElementsAre(u"Unmounted /media/second."_qs, u"Unmounted /srv/second."_qs,
+                            u"Formatted disk8s2 with ext4. Its name is CleanDisk."_qs));
 }
 
 TEST_F(DiskErasingTest, OverwritesTheWholeDiskAndReadsItBack)
@@ -81,9 +82,8 @@ TEST_F(DiskErasingTest, RefusesWhatTheSystemNeedsWhateverWasConfirmed)
     systemDevices = QSet<quint64>{stick};
     EXPECT_EQ(erase(volumeWords(first)).status, 1);
     systemDevices = Failure{Failure::Kind::NotSupported, FilePath("/home"), {}};
-    EXPECT_EQ(
-        erase(volumeWords(first)),
-        (ToolEnd{1, u"It cannot be told which disks the running system needs (/home). Nothing was erased."_qs}));
+    EXPECT_EQ(erase(volumeWords(first)),
+              (ToolEnd{1, u"It cannot be told which disks the running system needs (/home). Nothing was erased."_qs}));
     EXPECT_EQ(overwrite(diskWords(first)).status, 1);
     expectNothingDone();
     EXPECT_TRUE(said.isEmpty());
@@ -158,9 +158,9 @@ TEST_F(DiskErasingTest, SaysHowFarItCameWhereADiskFails)
               (ToolEnd{1,
                        u"disk8 was not overwritten: Input/output error. Only the first 8388608 of 33554432 bytes "
                        "were."_qs}));
-    EXPECT_THAT(said, testing::Not(Contains(testing::Truly([](const QString &line) {
-                    return line.startsWith(u"Overwrote"_qs);
-                }))));
+    EXPECT_THAT(
+        said,
+        testing::Not(Contains(testing::Truly([](const QString &line) { return line.startsWith(u"Overwrote"_qs); }))));
 }
 
 TEST_F(DiskErasingTest, DoesNotSayThatItIsOverwrittenWhereSomethingIsReadBack)
@@ -184,11 +184,9 @@ TEST_F(DiskErasingTest, LeavesAloneWhatSomebodyElseUses)
 
 TEST_F(DiskErasingTest, LeavesAloneWhatCannotBeUnmounted)
 {
-    const quint64 busy
-        = addPartition("sdb", 3, "8:19", u"stick"_qs, u"ext4"_qs, u"Busy"_qs, {u"/busy/volume"_qs});
+    const quint64 busy = addPartition("sdb", 3, "8:19", u"stick"_qs, u"ext4"_qs, u"Busy"_qs, {u"/busy/volume"_qs});
 
-    EXPECT_EQ(erase(volumeWords(busy)),
-              (ToolEnd{1, u"disk8s3 is in use (target is busy). Nothing was erased."_qs}));
+    EXPECT_EQ(erase(volumeWords(busy)), (ToolEnd{1, u"disk8s3 is in use (target is busy). Nothing was erased."_qs}));
     EXPECT_EQ(overwrite(diskWords(busy)).status, 1);
     expectNothingDone();
 }
@@ -226,14 +224,14 @@ TEST_F(DiskErasingTest, AThousandMadeUpOrdersOfEachVerbDoNothing)
 {
     std::mt19937 chance(20261121);
     const auto upTo = [&](qsizetype count) { return static_cast<qsizetype>(chance() % static_cast<unsigned>(count)); };
-    const QStringList odd = {QString(),     u"0"_qs,         u"-1"_qs,       u"8:0"_qs,     u"../sda"_qs,
-                             u"sda"_qs,     u"sda1"_qs,      u"/dev/sda"_qs, u"disk4"_qs,   u"disk4s1"_qs,
-                             u"disk8s9"_qs, u"$(id)"_qs,     u"a b\n"_qs,    u"%1"_qs,      QString(5000, u'9'),
-                             u"/etc"_qs,    u"/home/user"_qs, u"--help"_qs,   u"disk8s1 "_qs, u"\u202e"_qs};
+    const QStringList odd
+        = {QString(),           u"0"_qs,     u"-1"_qs,         u"8:0"_qs,     u"../sda"_qs,   u"sda"_qs,   u"sda1"_qs,
+           u"/dev/sda"_qs,      u"disk4"_qs, u"disk4s1"_qs,    u"disk8s9"_qs, u"$(id)"_qs,    u"a b\n"_qs, u"%1"_qs,
+           QString(5000, u'9'), u"/etc"_qs,  u"/home/user"_qs, u"--help"_qs,  u"disk8s1 "_qs, u"\u202e"_qs};
     for (const QString &verb : {u"erase-volume"_qs, u"secure-erase"_qs, u"mount-ntfs"_qs}) {
         QStringList whole = verb == u"secure-erase" ? diskWords(first) : volumeWords(first);
-        const QStringList lead = verb == u"erase-volume" ? QStringList{u"JHFS+"_qs, u"CleanDisk"_qs}
-                                                         : QStringList{u"/media/user/x"_qs};
+        const QStringList lead
+            = verb == u"erase-volume" ? QStringList{u"JHFS+"_qs, u"CleanDisk"_qs} : QStringList{u"/media/user/x"_qs};
         whole = (verb == u"secure-erase" ? QStringList() : lead) + whole;
         for (int order = 0; order < 1000; ++order) {
             QStringList words = whole;

@@ -31,9 +31,9 @@ TEST(DiskNameTest, IsWhatItSaysAndNothingElse)
 {
     for (const QString &text : {u"disk2"_qs, u"disk12s0"_qs, u"disk12s3"_qs, u"disk123456789012345678s1"_qs})
         EXPECT_EQ(DiskName::parse(text)->text(), text);
-    for (const QString &text : {u""_qs, u"disk"_qs, u"disk0"_qs, u"disk02"_qs, u"disk2s"_qs, u"disk2s01"_qs,
-                                u"disk2s1s1"_qs, u" disk2"_qs, u"disk2\n"_qs, u"Disk2"_qs, u"disk-2"_qs, u"disk٢"_qs,
-                                u"/dev/disk2"_qs, u"disk1234567890123456789"_qs})
+    for (const QString &text :
+         {u""_qs, u"disk"_qs, u"disk0"_qs, u"disk02"_qs, u"disk2s"_qs, u"disk2s01"_qs, u"disk2s1s1"_qs, u" disk2"_qs,
+          u"disk2\n"_qs, u"Disk2"_qs, u"disk-2"_qs, u"disk٢"_qs, u"/dev/disk2"_qs, u"disk1234567890123456789"_qs})
         EXPECT_EQ(DiskName::parse(text), std::nullopt) << qPrintable(text);
 }
 
@@ -41,8 +41,8 @@ TEST(DiskIdentityTest, GoesThroughArgumentsUnchangedAndNothingElseIsOne)
 {
     EXPECT_EQ(DiskIdentity::parse(stick.words()), stick);
     const QList<std::pair<int, QString>> spoilt
-        = {{0, u"disk"_qs}, {1, u"../sdb"_qs}, {1, u"sdb/1"_qs},  {1, QString()},   {1, u".."_qs},
-           {2, u"8-1"_qs},  {3, u"+1"_qs},     {3, u"-1"_qs},     {3, u" 1"_qs},    {4, u"1e3"_qs},
+        = {{0, u"disk"_qs}, {1, u"../sdb"_qs}, {1, u"sdb/1"_qs},        {1, QString()},   {1, u".."_qs},
+           {2, u"8-1"_qs},  {3, u"+1"_qs},     {3, u"-1"_qs},           {3, u" 1"_qs},    {4, u"1e3"_qs},
            {5, u"07"_qs},   {6, u"a\nb"_qs},   {6, QString(300, u'a')}, {7, u"\u0007"_qs}};
     for (const auto &[at, word] : spoilt) {
         QStringList words = stick.words();

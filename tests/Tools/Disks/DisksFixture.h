@@ -40,7 +40,8 @@ protected:
                    const QString &label, const QStringList &places)
     {
         mock(u"AddVolume"_qs,
-             {QString::fromLatin1(name), QVariant::fromValue(static_cast<qlonglong>(number)), drive, type, label, places});
+             {QString::fromLatin1(name), QVariant::fromValue(static_cast<qlonglong>(number)), drive, type, label,
+              places});
     }
     quint64 addDisk(const QByteArray &name, const QByteArray &number, quint64 sequence, const QString &drive)
     {
@@ -73,25 +74,24 @@ protected:
 
     DiskTools tools()
     {
-        return {DiskService(bus.connection()), machine.devices(), devices, [this] { return systemDevices; },
+        return {DiskService(bus.connection()),
+                machine.devices(),
+                devices,
+                [this] { return systemDevices; },
                 [this](const QByteArray &node, const QString &type) {
                     given.append(node + ' ' + type.toLatin1());
                     return Result<void>();
                 },
                 [this](const QString &line) { said.append(line); }};
     }
-    DiskCatalogue catalogue() const
-    {
-        return {machine.devices(), DiskService(bus.connection()).objects().valueOr({})};
-    }
+    DiskCatalogue catalogue() const { return {machine.devices(), DiskService(bus.connection()).objects().valueOr({})}; }
     QStringList volumeWords(quint64 number) const { return catalogue().volume(number).value().words(); }
     QStringList diskWords(quint64 number) const { return catalogue().wholeDisk(number).value().words(); }
     ToolEnd carryOut(const QString &verb, const QStringList &arguments)
     {
         return DiskAdministrator(tools()).carryOut(verb, arguments).value();
     }
-    ToolEnd erase(const QStringList &words, const QString &format = u"JHFS+"_qs,
-                  const QString &label = u"CleanDisk"_qs)
+    ToolEnd erase(const QStringList &words, const QString &format = u"JHFS+"_qs, const QString &label = u"CleanDisk"_qs)
     {
         return carryOut(u"erase-volume"_qs, QStringList{format, label} + words);
     }
