@@ -4,6 +4,7 @@
 #include "Platform/Linux/TemporaryHome.h"
 #include "Services/ApplicationInventory.h"
 #include "Utilities/PropertyList.h"
+#include "Values/FileName.h"
 
 #include <gmock/gmock.h>
 
@@ -41,7 +42,7 @@ protected:
     [[nodiscard]] AppItem item(const FilePath &bundle) const
     {
         AppItem found = inventory.itemOf(bundle);
-        found.relatedFiles = inventory.findLeftovers(found.bundleIdentifier, bundleNameOf(bundle));
+        found.relatedFiles = inventory.findLeftovers(found.bundleIdentifier, nameWithoutExtension(bundle));
         return found;
     }
 
