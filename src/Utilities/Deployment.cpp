@@ -22,9 +22,4 @@ QUrl Deployment::makerPage()
     return QUrl(QStringLiteral(QUILLMERE_MAKER_PAGE));
 }
 
-QUrl Deployment::promotionalPage(const QString &languageCode)
-{
-    return QUrl(QStringLiteral("https://" QUILLMERE_PROMOTIONAL_HOST "/") + languageCode + u'/');
-}
-
 } // namespace Quillmere

@@ -1,8 +1,10 @@
 #include "ViewModels/WelcomeViewModel.h"
 
+#include "Services/AdvertisementService.h"
 #include "Utilities/BackgroundWork.h"
 #include "Utilities/Deployment.h"
 #include "Utilities/LocalizationManager.h"
+#include "Utilities/PromotionalHost.h"
 
 #include <QFile>
 
@@ -160,7 +162,8 @@ void WelcomeViewModel::openMakerPage() const
 
 void WelcomeViewModel::openPromotionPage() const
 {
-    const QUrl page = Deployment::promotionalPage(rawValue(m_selectedLanguage));
+    const QUrl home(u"https://"_qs + promotionalHost() + u'/');
+    const QUrl page = AdvertisementService::localizedAdURL(home, m_selectedLanguage);
     (void)inBackground([workspace = m_parts.workspace, page] { workspace->openURL(page); });
 }
 

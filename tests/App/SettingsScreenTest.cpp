@@ -121,7 +121,7 @@ TEST_F(SettingsScreenTest, SaysWhichProgramThisIs)
     EXPECT_TRUE(person.reads(u"Location: "_qs));
     EXPECT_TRUE(person.reads(u"Lead Developer: "_qs));
     EXPECT_TRUE(person.reads(u"This application performs local cleanup only."_qs));
-    EXPECT_TRUE(person.click(Link, u"veltrane.example"_qs));
+    EXPECT_TRUE(person.click(Button, u"veltrane.example"_qs));
     EXPECT_TRUE(QTest::qWaitFor([&] { return machine.workspace->opened().size() == 1; }, 10'000));
 }
 

@@ -9,8 +9,6 @@ PressableControl {
 
     padding: 2
 
-    Accessible.role: Accessible.Link
-
     contentItem: BodyText {
         text: root.text
         size: root.textSize

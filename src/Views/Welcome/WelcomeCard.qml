@@ -103,7 +103,6 @@ Item {
             anchors.centerIn: parent
             width: Math.min(implicitWidth, parent.width)
             visible: root.step === 1
-            Accessible.role: Accessible.Button
             text: root.texts.of("runWithoutInstalling")
 
             onClicked: root.viewModel.runWithoutInstalling()
