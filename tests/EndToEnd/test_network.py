@@ -11,6 +11,7 @@ import time
 import unittest
 from pathlib import Path
 
+from harness import settings
 from harness.case import EndToEndTest
 from harness.desktop import wait_until
 from harness.hands import ByPointer
@@ -39,6 +40,8 @@ class NetworkTest(EndToEndTest):
         self.served = self.folder / "served"
         for folder in (self.home, self.served / "advapi", self.folder / "tmp"):
             folder.mkdir(parents=True)
+        # Both programs are of the same version.
+        settings.complete_setup(self.home, Path(PROGRAM))
         self.trace = self.folder / "trace"
         self.requests = self.folder / "requests"
         self.requests.touch()
@@ -116,8 +119,9 @@ class NetworkTest(EndToEndTest):
         self.assertLessEqual(self.internet_addresses(), {"127.0.0.1"})
 
     def test_plays_a_movie_again_and_again(self):
-        subprocess.run(["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i", "testsrc=size=320x200:rate=10:duration=1",
-                        "-pix_fmt", "yuv420p", str(self.served / "a.mp4")], check=True)
+        source = "color=size=320x200:rate=10:duration=1,format=gbrp,geq=r='25*N':g=90:b='250-25*N'"
+        subprocess.run(["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i", source, "-pix_fmt", "yuv420p",
+                        str(self.served / "a.mp4")], check=True)
         self.promote(f"https://{HOST}/a.mp4")
         program = self.start_with_feed(QT_QUICK_BACKEND="rhi", LIBGL_ALWAYS_SOFTWARE="1")
         program.application.find("push button", CARD)

@@ -1,3 +1,4 @@
+#include "Services/AdvertisementParsing.h"
 #include "Services/OperationLogCoding.h"
 #include "Utilities/JsonDocument.h"
 
@@ -31,6 +32,11 @@ extern "C" int LLVMFuzzerTestOneInput(const char *bytes, std::size_t size)
         const QByteArray again = encodeOperationLogs(logs.value()).value();
         if (decodeOperationLogs(again).value() != logs.value())
             qFatal("The records came back as others.");
+    }
+    for (const Advertisement &each : parseAdvertisements(text, Language::Spanish)) {
+        if (each.clickURL.isEmpty() || each.duration < Advertisement::shortestDuration
+            || each.duration > Advertisement::longestDuration)
+            qFatal("A promotion leads nowhere, or stays too short or too long.");
     }
     return 0;
 }

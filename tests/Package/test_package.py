@@ -15,7 +15,7 @@ import made_package
 
 IDENTIFIER = "com.veltrane.quillmere"
 BUNDLE = "usr/lib/quillmere/Quillmere.app/Contents"
-HELPERS = ["osascript", "pmset", "ps", "purge", "quillmere-admin", "quillmere-keepawake"]
+COMMANDS = {"diskutil", "ditto", "dscacheutil", "killall", "lsregister", "mdutil", "osascript", "pmset", "ps", "purge"}
 
 
 def run(*command) -> subprocess.CompletedProcess:
@@ -63,7 +63,10 @@ class PackageTest(unittest.TestCase):
         self.assertTrue(os.access(contents / "MacOS/quillmere", os.X_OK))
         self.assertTrue((contents / "Info.plist").is_file())
         self.assertTrue((contents / "Resources/app_logo.png").is_file())
-        for helper in HELPERS:
+        helpers = {file.name for file in (contents / "Helpers").iterdir()}
+        self.assertLessEqual(COMMANDS, helpers)
+        self.assertEqual(helpers, {file.name for file in (made_package.BUILD / "Quillmere.app/Contents/Helpers").iterdir()})
+        for helper in helpers:
             self.assertTrue(os.access(contents / "Helpers" / helper, os.X_OK), helper)
 
     def test_starts_by_its_name(self):
