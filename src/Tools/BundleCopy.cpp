@@ -83,7 +83,7 @@ public:
         if (!names)
             return names.failure();
         for (const QByteArray &child : names.value()) {
-            if (const Result<void> copied = copyEntry(source, path, target.number(), child, depth); !copied)
+            if (Result<void> copied = copyEntry(source, path, target.number(), child, depth); !copied)
                 return copied;
         }
         // Last of all: rights may forbid what had to be done before, and new entries change the times.

@@ -20,8 +20,8 @@ namespace Quillmere {
 
 namespace {
 
-constexpr char installedName[] = "Quillmere.app";
-constexpr char stagedName[] = "bundle";
+constexpr const char *installedName = "Quillmere.app";
+constexpr const char *stagedName = "bundle";
 
 /// Links above the bundle are the caller's own way to it; the bundle itself is none.
 Result<FileDescriptor> openBundle(const FilePath &source, const Caller &caller)
@@ -59,8 +59,7 @@ Result<void> BundleInstallation::install(const FilePath &source, const Caller &c
     const Result<InstallStaging> staging = InstallStaging::make(applications.value().number(), m_applications);
     if (!staging)
         return staging.failure();
-    const Result<void> copied
-        = copyBundle(bundle.value().number(), source, caller, staging.value().descriptor(), stagedName);
+    Result<void> copied = copyBundle(bundle.value().number(), source, caller, staging.value().descriptor(), stagedName);
     if (!copied)
         return copied;
     return staging.value().replace(stagedName, installedName);

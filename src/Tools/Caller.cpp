@@ -11,7 +11,7 @@ namespace Quillmere {
 
 namespace {
 
-constexpr size_t longestRecord = 16 * 1024;
+constexpr size_t longestRecord = 16384;
 constexpr int mostGroups = 65536;
 
 std::vector<gid_t> groupsOf(const char *name, gid_t group)

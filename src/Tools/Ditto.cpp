@@ -18,7 +18,7 @@ namespace Quillmere {
 
 namespace {
 
-constexpr char stagedName[] = "copy";
+constexpr const char *stagedName = "copy";
 
 FilePath absolute(const QString &text)
 {

@@ -20,7 +20,7 @@ namespace Quillmere {
 
 namespace {
 
-constexpr char stagingName[] = ".quillmere-installing";
+constexpr const char *stagingName = ".quillmere-installing";
 constexpr int mostAttempts = 64;
 
 /// Nothing open where another program has just cleared it away.
@@ -91,7 +91,7 @@ InstallStaging::~InstallStaging()
 
 Result<void> InstallStaging::replace(const QByteArray &staged, const QByteArray &name) const
 {
-    const Result<void> added = add(staged, name);
+    Result<void> added = add(staged, name);
     if (added || added.failure().kind != Failure::Kind::AlreadyExists)
         return added;
     return move(staged, name, RENAME_EXCHANGE);

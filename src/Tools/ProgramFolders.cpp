@@ -24,7 +24,7 @@ ProgramFolders ProgramFolders::ofUser()
 QString ProgramFolders::find(const QStringList &names) const
 {
     for (const QString &name : names) {
-        const QString program = QStandardPaths::findExecutable(name, m_folders);
+        QString program = QStandardPaths::findExecutable(name, m_folders);
         if (!program.isEmpty())
             return program;
     }
