@@ -32,7 +32,7 @@ protected:
     }
     [[nodiscard]] bool prints(const Person &person, const QString &text) const
     {
-        QAccessibleInterface *console = person.find(Terminal, u"Terminal Console Output"_qs);
+        QAccessibleInterface *console = person.find(EditableText, u"Terminal Console Output"_qs);
         return console
             && QTest::qWaitFor([&] { return console->text(QAccessible::Value).contains(text); }, 10'000);
     }
@@ -312,7 +312,6 @@ TEST_F(ToolsScreenTest, TakesTwoQuickPressesForOne)
     ASSERT_NE(proceed, nullptr);
 
     const QPoint place = app->mainWindow()->mapFromGlobal(proceed->rect().center());
-    QTest::mouseClick(app->mainWindow(), Qt::LeftButton, {}, place);
     QTest::mouseDClick(app->mainWindow(), Qt::LeftButton, {}, place);
 
     EXPECT_TRUE(person.sees(Heading, step2));
@@ -360,6 +359,7 @@ TEST_F(ToolsScreenTest, GoesOnErasingWhenTheSheetIsClosedAndBeginsANewOneAfresh)
     ASSERT_TRUE(person.sees(Heading, step1));
     ASSERT_TRUE(person.click(Button, u"Proceed"_qs));
     ASSERT_TRUE(person.sees(ProgressBar, u"Quick Format STICK"_qs));
+    ASSERT_TRUE(person.seesNo(Heading, step1));
 
     ASSERT_TRUE(person.click(Button, u"Close"_qs));
     ASSERT_TRUE(person.seesNo(Heading, u"Select Target Drive"_qs));

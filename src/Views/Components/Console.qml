@@ -94,7 +94,8 @@ CardView {
                 font.family: Theme.monospaceFamily
                 font.pixelSize: 12
 
-                Accessible.role: Accessible.Terminal
+                // Not Terminal: only of editable text, which this is but for being locked, can assistive tools read on.
+                Accessible.role: Accessible.EditableText
                 Accessible.name: root.title
                 Accessible.readOnly: true
                 Accessible.multiLine: true
