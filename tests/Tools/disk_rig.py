@@ -147,11 +147,21 @@ def loops_of(image):
 
 def attach(image, *options):
     device = must("losetup", "--find", "--show", "--partscan", *options, image)
-    # A kernel need not know the usual tables of partitions.
-    if not os.path.exists(f"/sys/class/block/{os.path.basename(device)}p1"):
+    settle()
+    if "PTTYPE" in run("blkid", "--probe", "--output", "export", device).stdout:
+        wait_for(lambda: has_partitions(device))
+    return device
+
+
+def has_partitions(device):
+    """A kernel need not know the usual tables of partitions, and then udev, which looks at each disk that was written
+    to, makes it forget those that it was told of."""
+    first = f"{device}p1"
+    if not os.path.exists(first):
         run("partx", "--add", device)
     settle()
-    return device
+    time.sleep(0.1)
+    return os.path.exists(first)
 
 
 def detach(image):
