@@ -105,7 +105,7 @@ class SetupTest(EndToEndTest):
         self.run_program(installed)
         hands = ByPointer(self.program)
         hands.open("Settings")
-        self.program.person.reach("push button", "Remove App & Residuals (caches/settings)")
+        self.program.person.reach("push button", "Remove App & Residuals (caches/settings)", "shift+Tab")
         self.program.person.press("space")
         self.application.find("heading", "Delete App & All Data")
         hands.press("Delete App & All Data")
