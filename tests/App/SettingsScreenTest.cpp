@@ -97,6 +97,18 @@ TEST_F(SettingsScreenTest, SwitchesWhatIsSwitchedByPointerAndKeyboard)
     EXPECT_TRUE(isOn(person, u"Keep Awake Mode"_qs));
 }
 
+TEST_F(SettingsScreenTest, BringsWhatTheKeyboardComesToIntoSight)
+{
+    const Person person = open(SidebarTab::Settings);
+
+    for (const QString &name : {removal, u"Theme"_qs}) {
+        ASSERT_TRUE(person.tabTo(name)) << name.toStdString();
+        const auto *focused = app->mainWindow()->activeFocusItem();
+        const QRectF place = focused->mapRectToScene(focused->boundingRect());
+        EXPECT_TRUE(QRectF(0, 0, 1100, 700).contains(place)) << name.toStdString();
+    }
+}
+
 TEST_F(SettingsScreenTest, OffersTheWayToFullAccessUntilThereIsSome)
 {
     const Person person = openAll();

@@ -105,8 +105,9 @@ class SetupTest(EndToEndTest):
         self.run_program(installed)
         hands = ByPointer(self.program)
         hands.open("Settings")
-        self.program.person.reach("push button", "Remove App & Residuals (caches/settings)")
-        self.program.person.press("space")
+        person = self.program.person
+        person.click(person.scroll_to(self.application.find("frame"), "push button",
+                                      "Remove App & Residuals (caches/settings)"))
         self.application.find("heading", "Delete App & All Data")
         hands.press("Delete App & All Data")
 

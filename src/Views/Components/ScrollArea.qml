@@ -6,8 +6,29 @@ import Quillmere
 Flickable {
     id: root
 
+    readonly property T.Control focusedControl: Window.activeFocusItem as T.Control
+
     function scrollTo(position: real) {
         contentY = Math.max(0, Math.min(position, contentHeight - height));
+    }
+
+    /// Brings @p item into sight, with some room around it.
+    function reveal(item: Item) {
+        const room = 24;
+        const top = item.mapToItem(contentItem, 0, 0).y;
+        if (top - room < contentY)
+            scrollTo(top - room);
+        else if (top + item.height + room > contentY + height)
+            scrollTo(top + item.height + room - height);
+    }
+
+    // Only what the keyboard comes to: under the pointer nothing must move.
+    onFocusedControlChanged: {
+        let above = focusedControl !== null && focusedControl.visualFocus ? focusedControl.parent : null;
+        while (above !== null && above !== contentItem)
+            above = above.parent;
+        if (above !== null)
+            reveal(focusedControl);
     }
 
     clip: true

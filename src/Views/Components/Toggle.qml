@@ -59,7 +59,7 @@ T.CheckBox {
 
     contentItem: Item {
         Rectangle {
-            x: root.on ? parent.width - width - 2 : 2
+            x: root.on ? root.implicitWidth - width - 2 : 2
             y: 2
             width: 18
             height: 18
