@@ -27,6 +27,7 @@ mkdir -p -m 700 $XDG_RUNTIME_DIR
 Xvfb :7 -screen 0 1200x800x24 -nolisten tcp >/dev/null 2>&1 &
 export DISPLAY=:7
 for wait in $(seq 50); do [ -S /tmp/.X11-unix/X7 ] && break; sleep 0.2; done
+openbox >/dev/null 2>&1 &
 quillmere >/tmp/quillmere.log 2>&1 &
 program=$!
 for wait in $(seq 100); do
@@ -36,7 +37,7 @@ done
 [ -n "${window:-}" ] || { cat /tmp/quillmere.log; exit 1; }
 sleep 3
 import -silent -window root /tmp/picture.png
-xdotool windowfocus --sync "$window" key ctrl+q
+xdotool windowactivate --sync "$window" key ctrl+q
 wait $program
 cat /tmp/quillmere.log
 """
@@ -59,7 +60,7 @@ class CleanRootTest(unittest.TestCase):
         subprocess.run(["debootstrap", "--variant=minbase", SUITE, cls.root, mirror()], check=True,
                        stdout=subprocess.DEVNULL)
         cls.inside("apt-get", "install", "--quiet", "--yes", "--no-install-recommends", "xvfb", "xdotool",
-                   "imagemagick", "dbus")
+                   "imagemagick", "dbus", "openbox")
         cls.inside("useradd", "--create-home", "ada")
 
     @classmethod

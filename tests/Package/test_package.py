@@ -93,7 +93,8 @@ class PackageTest(unittest.TestCase):
             self.assertTrue(file.is_symlink() or not mode & (stat.S_IWGRP | stat.S_IWOTH), file)
 
     def test_leaves_no_path_of_the_build_in_its_programs(self):
-        for program in (self.root / BUNDLE).glob("*/*"):
+        contents = self.root / BUNDLE
+        for program in [*contents.glob("MacOS/*"), *contents.glob("Helpers/*")]:
             sections = run("readelf", "--dynamic", program).stdout
             self.assertIn("NEEDED", sections)
             self.assertNotRegex(sections, "RPATH|RUNPATH", program)

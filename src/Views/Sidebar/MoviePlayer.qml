@@ -27,8 +27,12 @@ VideoOutput {
         // No audio output is given to it, so it makes no sound.
         source: root.source
         videoOutput: root
-        loops: MediaPlayer.Infinite
 
         onSourceChanged: root.play()
+        // Asked for loops, this player stops after the first all the same.
+        onMediaStatusChanged: {
+            if (mediaStatus === MediaPlayer.EndOfMedia)
+                Qt.callLater(root.play);
+        }
     }
 }
