@@ -83,10 +83,10 @@ TEST_F(ApplicationLeftoversTest, ClearsAndUninstallsWhatHasAHostileNameWithoutTo
     for (const QByteArray &file : others)
         disk.addFile("home/" + file);
     const auto places = std::make_shared<LinuxPlaces>(files, noVariables);
-    for (const QByteArray &name : QList<QByteArray>{"autostart", "applications", "keyrings", "gtk-3.0", "--all", "a\nb",
-                                                    "\xff\xfe", " ", "%2e%2e%2fDocuments"}) {
+    for (const QByteArray &name : QList<QByteArray>{"autostart", "applications", "keyrings", "gtk-3.0", "--all", "a b",
+                                                    "\xff\xfe", "name..", "%2e%2e%2fDocuments"}) {
         const FilePath image = addProgram("home/Applications/" + name + ".AppImage");
-        const FilePath entry = addOwnEntry(name, addProgram("home/.local/bin/" + name).bytes());
+        const FilePath entry = addOwnEntry(name, '"' + addProgram("home/.local/bin/" + name).bytes() + '"');
         const ApplicationInventory inventory(files, places, std::make_shared<LinuxInstalledApplications>(installed()));
         for (const ListedApplication &application : inventory.listedApplications()) {
             AppItem item = inventory.itemOf(application);

@@ -152,16 +152,26 @@ TEST_F(ApplicationsOnDiskTest, TrashesALinkToABundleAndNotWhatItLeadsTo)
     disk.addFile("elsewhere/Contents/Info.plist", information.written(PropertyList::Form::Xml));
     disk.addFolder("home/Applications");
     disk.addLink("home/Applications/Linked.app", disk.path("elsewhere").bytes());
-    disk.addLink("home/Applications/Dangling.app", disk.path("nowhere").bytes());
 
-    ASSERT_EQ(bundles().size(), 2);
+    ASSERT_EQ(bundles().size(), 1);
     const AppItem linked = item(disk.path("home/Applications/Linked.app"));
     EXPECT_EQ(linked.bundleIdentifier, u"org.example.link"_qs);
     ASSERT_TRUE(inventory.uninstall(linked).isOk());
-    ASSERT_TRUE(inventory.uninstall(item(disk.path("home/Applications/Dangling.app"))).isOk());
 
     EXPECT_THAT(bundles(), IsEmpty());
     EXPECT_TRUE(disk.exists("elsewhere/Contents/MacOS/program"));
+}
+
+TEST_F(ApplicationsOnDiskTest, PassesOverABundleThatIsALinkToNothing)
+{
+    disk.addFolder("home/Applications");
+    disk.addLink("home/Applications/Dangling.app", disk.path("nowhere").bytes());
+    const FilePath dangling = disk.path("home/Applications/Dangling.app");
+    ASSERT_THAT(bundles(), testing::ElementsAre(dangling));
+
+    EXPECT_TRUE(inventory.uninstall(item(dangling)).isOk());
+
+    EXPECT_THAT(bundles(), testing::ElementsAre(dangling));
 }
 
 TEST_F(ApplicationsOnDiskTest, DeletesALeftoverThatIsALinkAndNotWhatItLeadsTo)
