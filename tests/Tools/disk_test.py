@@ -72,9 +72,11 @@ class DiskTest(unittest.TestCase):
         return image, device
 
     @staticmethod
-    def whole_name(device):
+    def whole_name(device, user=0):
         """What the disk is called, whether it was listed or not."""
-        return f"disk{rig.sequence_of(device) + 1}"
+        diskutil("info", "disk2s1", user=user)
+        begin = os.readlink(environment_of(user)["XDG_RUNTIME_DIR"] + "/quillmere-disks/numbers-begin")
+        return f"disk{rig.sequence_of(device) + int(begin)}"
 
     def name_of(self, device, user=0):
         place = rig.mount(device)

@@ -159,7 +159,7 @@ class OverwritingTest(DiskTest):
 
     def test_a_user_does_it_too(self):
         device = self.disk(maker=("mkfs.vfat",))
-        name = self.whole_name(device)
+        name = self.whole_name(device, rig.NOBODY)
         self.assert_done(diskutil("info", name + "s0", user=rig.NOBODY))
         self.assert_done(overwrite(name, user=rig.NOBODY))
         self.assertEqual(rig.contents(self.images[0]).count(b"\0"), 16 * MEGABYTE)

@@ -191,6 +191,22 @@ class ExchangeTest(LockTest):
         self.assert_refused(erase(name), "no longer the disk that was chosen")
         self.assertEqual(rig.probed(device + "p1"), ("ext4", "First"))
 
+    def test_a_disk_whose_name_somebody_has_written_on_a_stick(self):
+        name = self.listed(self.disk("meant"))
+        image = self.images[0]
+        for label in (name, name[:-2]):
+            stick = self.disk("stick", maker=("mkfs.ext4", "-q", "-F", "-L", label))
+            place = rig.mount(stick)
+            self.assertEqual(os.path.basename(place), label)
+            before = rig.contents(image)
+            refusals = (overwrite(name[:-2]), erase(name)) if label == name else (overwrite(label),)
+            for refusal in refusals:
+                self.assert_refused(refusal, "has the name of the disk")
+            self.assertTrue(rig.contents(image) == before)
+            rig.must("umount", place)
+            rig.detach(self.images.pop())
+        self.assert_done(erase(name))
+
     def test_a_disk_that_was_never_listed(self):
         device = self.disk()
         name = self.whole_name(device) + "s0"

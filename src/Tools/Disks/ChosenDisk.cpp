@@ -19,6 +19,18 @@ Failure exchanged(const DiskIdentity &identity)
             identity.name.text())};
 }
 
+/// What has the number of @p identity now, called as it was in the session of whoever has been shown it.
+std::optional<DiskIdentity> identityNow(const DiskTools &tools, const DiskObjects &objects,
+                                        const DiskIdentity &identity)
+{
+    const std::optional<BlockDevice> disk = tools.devices.wholeDisk(identity.number);
+    if (!disk || identity.name.disk < disk->sequence + DiskName::leastBegin
+        || identity.name.disk > disk->sequence + DiskName::mostBegin)
+        return std::nullopt;
+    const DiskCatalogue catalogue(tools.devices, objects, identity.name.disk - disk->sequence);
+    return identity.name.volume ? catalogue.volume(identity.number) : catalogue.wholeDisk(identity.number);
+}
+
 Failure inUse(const DiskIdentity &identity, const QString &detail)
 {
     return {Failure::Kind::Busy, {}, u"%1 is in use (%2). Nothing was erased."_qs.arg(identity.name.text(), detail)};
@@ -90,9 +102,7 @@ Result<ChosenDisk> ChosenDisk::choose(const DiskTools &tools, const DiskIdentity
     if (!objects)
         return objects.failure();
     const DiskBlock *block = objects.value().block(identity.number);
-    const DiskCatalogue catalogue(tools.devices, objects.value());
-    const auto now = identity.name.volume ? catalogue.volume(identity.number) : catalogue.wholeDisk(identity.number);
-    if (!block || now != identity)
+    if (!block || identityNow(tools, objects.value(), identity) != identity)
         return exchanged(identity);
     ChosenDisk disk(identity, *block, std::move(held).value());
     if (const Result<void> same = disk.seeThatItIsStillThis(); !same)

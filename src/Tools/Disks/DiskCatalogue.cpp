@@ -6,8 +6,6 @@ namespace Quillmere {
 
 namespace {
 
-// A kernel that numbers its disks begins with 1, so that 1 itself is nobody's.
-constexpr quint64 firstNumber = 1;
 // Partitions have the numbers below. linux/genhd.h: DISK_MAX_PARTS.
 constexpr quint64 partitionsOfADisk = 256;
 constexpr quint64 firstStackedVolume = 1000;
@@ -32,9 +30,10 @@ QString printable(const QString &text)
 
 } // namespace
 
-DiskCatalogue::DiskCatalogue(BlockDevices devices, DiskObjects objects)
+DiskCatalogue::DiskCatalogue(BlockDevices devices, DiskObjects objects, quint64 numbersBegin)
     : m_devices(std::move(devices))
     , m_objects(std::move(objects))
+    , m_numbersBegin(numbersBegin)
 {
 }
 
@@ -44,7 +43,7 @@ std::optional<DiskIdentity> DiskCatalogue::volume(quint64 number) const
     const std::optional<BlockDevice> disk = m_devices.wholeDisk(number);
     if (!device || !disk || device->sequence == 0 || disk->sequence == 0)
         return std::nullopt;
-    return identityOf(*device, {disk->sequence + firstNumber, volumeNumber(*device, *disk)});
+    return identityOf(*device, {disk->sequence + m_numbersBegin, volumeNumber(*device, *disk)});
 }
 
 std::optional<DiskIdentity> DiskCatalogue::wholeDisk(quint64 number) const
@@ -52,7 +51,7 @@ std::optional<DiskIdentity> DiskCatalogue::wholeDisk(quint64 number) const
     const std::optional<BlockDevice> disk = m_devices.wholeDisk(number);
     if (!disk || disk->sequence == 0)
         return std::nullopt;
-    DiskIdentity identity = identityOf(*disk, {disk->sequence + firstNumber, std::nullopt});
+    DiskIdentity identity = identityOf(*disk, {disk->sequence + m_numbersBegin, std::nullopt});
     // What is found at its beginning is of no account for a disk as a whole.
     identity.uuid.clear();
     return identity;

@@ -10,7 +10,8 @@ namespace Quillmere {
 class DiskCatalogue
 {
 public:
-    DiskCatalogue(BlockDevices devices, DiskObjects objects);
+    /// @p numbersBegin is added to the kernel's number of a disk to make the one in its name.
+    DiskCatalogue(BlockDevices devices, DiskObjects objects, quint64 numbersBegin);
 
     [[nodiscard]] const DiskObjects &objects() const { return m_objects; }
     /// The volume @p number. Nothing when there is none, or the kernel does not number its disk.
@@ -25,6 +26,7 @@ private:
 
     BlockDevices m_devices;
     DiskObjects m_objects;
+    quint64 m_numbersBegin;
 };
 
 } // namespace Quillmere

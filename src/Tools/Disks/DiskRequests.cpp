@@ -1,5 +1,7 @@
 #include "Tools/Disks/DiskRequests.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <array>
 
@@ -22,6 +24,19 @@ bool isNtfsMount(const ShellCommands &commands)
     return folder.at(0) == u"mkdir" && folder.at(1) == u"-p" && std::ranges::count(ntfsDrivers, mount.at(0)) == 1
         && mount.at(1).startsWith(device) && mount.at(2) == folder.at(2) && mount.at(3) == u"-o"
         && mount.at(4) == u"local,allow_other";
+}
+
+/// Whether an order of that name comes of the folder of a mount, as it stands or with the first part of it cut off that
+/// looks like the number of a volume.
+bool isCalledAsAFolder(const QString &name, const QList<MountEntry> &mounts)
+{
+    static const QRegularExpression volume(u"s[0-9]+"_qs);
+    return std::ranges::any_of(mounts, [&](const MountEntry &mount) {
+        QString folder = QString::fromUtf8(mount.location.lastPathComponent());
+        const QRegularExpressionMatch match = volume.match(folder);
+        return folder == name
+            || (match.hasMatch() && folder.remove(match.capturedStart(), match.capturedLength()) == name);
+    });
 }
 
 Result<AdministratorRequest> refused(const QString &reason)
@@ -47,7 +62,8 @@ std::optional<AdministratorRequest> diskRequestFor(const ShellCommands &commands
     return std::nullopt;
 }
 
-Result<AdministratorRequest> withIdentity(const AdministratorRequest &request, const ListedDisks &listed)
+Result<AdministratorRequest> withIdentity(const AdministratorRequest &request, const ListedDisks &listed,
+                                          const QList<MountEntry> &mounts)
 {
     const bool isWhole = request.verb == u"secure-erase";
     if (!isWhole && request.verb != u"erase-volume" && request.verb != u"mount-ntfs")
@@ -59,6 +75,8 @@ Result<AdministratorRequest> withIdentity(const AdministratorRequest &request, c
     const std::optional<DiskName> name = DiskName::parse(text);
     if (!name || name->volume.has_value() == isWhole)
         return refused(u"There is no disk with the name %1. Nothing was done."_qs.arg(text));
+    if (request.verb != u"mount-ntfs" && isCalledAsAFolder(text, mounts))
+        return refused(u"A volume is mounted in a folder that has the name of the disk %1. Nothing was done."_qs.arg(text));
     const Result<DiskIdentity> identity = listed.find(*name);
     if (!identity)
         return refused(u"It is not known what %1 was when it was listed (%2). Nothing was done."_qs.arg(

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Linux/Mount.h"
 #include "Tools/AdministratorRequest.h"
 #include "Tools/Disks/ListedDisks.h"
 
@@ -10,7 +11,10 @@ namespace Quillmere {
 [[nodiscard]] std::optional<AdministratorRequest> diskRequestFor(const ShellCommands &commands);
 
 /// @p request with the whole identity of the disk that it names, as the user was shown it. Requests that name no disk
-/// stay as they are. Fails with a sentence for a disk that was not shown, and for that of the running system.
-[[nodiscard]] Result<AdministratorRequest> withIdentity(const AdministratorRequest &request, const ListedDisks &listed);
+/// stay as they are. Fails with a sentence for a disk that was not shown, for that of the running system, and for an
+/// order to erase by a name that the folder of one of @p mounts has too: a volume of which nothing is known is called by
+/// its folder, so that the order may mean that one.
+[[nodiscard]] Result<AdministratorRequest> withIdentity(const AdministratorRequest &request, const ListedDisks &listed,
+                                                        const QList<MountEntry> &mounts);
 
 } // namespace Quillmere

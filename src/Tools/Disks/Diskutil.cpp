@@ -72,7 +72,7 @@ Result<Diskutil::Target> Diskutil::find(const QString &argument) const
     const Result<DiskObjects> objects = m_service.objects();
     if (!objects)
         return objects.failure();
-    const DiskCatalogue catalogue(m_devices, objects.value());
+    const DiskCatalogue catalogue(m_devices, objects.value(), m_listed.numbersBegin());
     const auto volume = number ? catalogue.volume(*number) : catalogue.named(*name);
     if (!volume || !catalogue.objects().block(volume->number))
         return Failure{Failure::Kind::NotFound, {}, u"There is no disk %1."_qs.arg(argument)};

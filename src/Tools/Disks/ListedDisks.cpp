@@ -4,7 +4,11 @@
 #include "Platform/Linux/ErrnoFailure.h"
 #include "Platform/Linux/FileReplacement.h"
 
+#include <QRandomGenerator>
+
+#include <array>
 #include <cerrno>
+#include <tuple>
 #include <utility>
 
 #include <sys/stat.h>
@@ -47,15 +51,35 @@ ListedDisks ListedDisks::ofThisUser()
     return ListedDisks(runtimeFolderOfThisUser());
 }
 
+quint64 ListedDisks::numbersBegin() const
+{
+    if (!prepare())
+        return DiskName::leastBegin;
+    // A link is there whole or not at all, and never takes the place of another: of two that draw at once, one wins.
+    const FilePath link = m_folder.appending("numbers-begin");
+    const quint32 drawn = QRandomGenerator::system()->bounded(static_cast<quint32>(DiskName::leastBegin),
+                                                              static_cast<quint32>(DiskName::mostBegin + 1));
+    std::ignore = ::symlink(QByteArray::number(drawn).constData(), link.bytes().constData());
+    std::array<char, 16> text{};
+    const ssize_t length = ::readlink(link.bytes().constData(), text.data(), text.size());
+    const quint64 kept = length > 0 ? QByteArray(text.data(), length).toULongLong() : 0;
+    return kept >= DiskName::leastBegin && kept <= DiskName::mostBegin ? kept : DiskName::leastBegin;
+}
+
 Result<void> ListedDisks::keep(const DiskIdentity &identity) const
+{
+    if (const Result<void> prepared = prepare(); !prepared)
+        return prepared;
+    return replaceFile(fileOf(identity.name), identity.words().join(u'\n').toUtf8(), S_IRUSR | S_IWUSR);
+}
+
+Result<void> ListedDisks::prepare() const
 {
     if (const Result<void> ours = seeThatItIsOurs(m_runtimeFolder); !ours)
         return ours;
     if (::mkdir(m_folder.bytes().constData(), S_IRWXU) != 0 && errno != EEXIST)
         return failureFromErrno(errno, m_folder);
-    if (const Result<void> ours = seeThatItIsOurs(m_folder); !ours)
-        return ours;
-    return replaceFile(fileOf(identity.name), identity.words().join(u'\n').toUtf8(), S_IRUSR | S_IWUSR);
+    return seeThatItIsOurs(m_folder);
 }
 
 Result<DiskIdentity> ListedDisks::find(const DiskName &name) const

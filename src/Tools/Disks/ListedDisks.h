@@ -7,7 +7,7 @@
 namespace Quillmere {
 
 /// What the disks were that this user has been shown, from one call of the program to the next. It lasts as long as the
-/// session. Names never pass to other disks, so that a loss of it makes names unknown and never wrong.
+/// session. Names never pass to other disks, so that a loss of it makes names unknown.
 class ListedDisks
 {
 public:
@@ -17,12 +17,17 @@ public:
     /// That of the user we run as.
     [[nodiscard]] static ListedDisks ofThisUser();
 
+    /// Where the numbers of disks begin in this session, between DiskName::leastBegin and mostBegin. Drawn by chance
+    /// at the first call. Where nothing can be kept it is always the least.
+    [[nodiscard]] quint64 numbersBegin() const;
     /// Whoever looks meanwhile finds what was kept before, or this.
     [[nodiscard]] Result<void> keep(const DiskIdentity &identity) const;
     /// Fails with NotFound for a name that was not shown, and with Malformed where something else was written there.
     [[nodiscard]] Result<DiskIdentity> find(const DiskName &name) const;
 
 private:
+    /// The folder, made where it is missing. Fails where others may write.
+    [[nodiscard]] Result<void> prepare() const;
     [[nodiscard]] FilePath fileOf(const DiskName &name) const;
 
     FilePath m_runtimeFolder;

@@ -14,7 +14,7 @@ ToolEnd erase(const AdministratorRequest &request, const DiskTools &tools)
 {
     if (!isRoot())
         return {ToolEnd::needsRoot, u"diskutil: Only root may erase disks."_qs};
-    const Result<AdministratorRequest> whole = withIdentity(request, ListedDisks::ofThisUser());
+    const Result<AdministratorRequest> whole = withIdentity(request, ListedDisks::ofThisUser(), mountTable());
     if (!whole)
         return {1, u"diskutil: "_qs + whole.failure().detail};
     return DiskAdministrator(tools).carryOut(whole.value().verb, whole.value().arguments).value_or(ToolEnd{1, {}});

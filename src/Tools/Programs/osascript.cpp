@@ -44,7 +44,7 @@ int main(int argc, char *argv[])
     settings.isRoot = isRoot();
     settings.mayAskUser = settings.isRoot || QDBusConnection::systemBus().isConnected();
     settings.complete = [](const AdministratorRequest &request) {
-        return withIdentity(request, ListedDisks::ofThisUser());
+        return withIdentity(request, ListedDisks::ofThisUser(), mountTable());
     };
     settings.carriedOut = mountWhatWasErased;
     return finish(runOsascript(QCoreApplication::arguments().sliced(1), settings));

@@ -14,20 +14,20 @@ using DiskErasingTest = DisksTest;
 
 TEST_F(DiskErasingTest, NamesVolumesSoThatTheirDiskStandsBeforeTheS)
 {
-    EXPECT_EQ(catalogue().volume(second)->name.text(), u"disk8s2");
-    EXPECT_EQ(catalogue().wholeDisk(second)->name.text(), u"disk8");
-    EXPECT_EQ(catalogue().volume(stick)->name.text(), u"disk8s0");
-    EXPECT_EQ(catalogue().named({8, 2})->number, second);
-    EXPECT_EQ(catalogue().named({8, std::nullopt})->number, stick);
-    EXPECT_EQ(catalogue().named({8, 3}), std::nullopt);
+    EXPECT_EQ(catalogue().volume(second)->name.text(), u"disk508s2");
+    EXPECT_EQ(catalogue().wholeDisk(second)->name.text(), u"disk508");
+    EXPECT_EQ(catalogue().volume(stick)->name.text(), u"disk508s0");
+    EXPECT_EQ(catalogue().named({508, 2})->number, second);
+    EXPECT_EQ(catalogue().named({508, std::nullopt})->number, stick);
+    EXPECT_EQ(catalogue().named({508, 3}), std::nullopt);
 }
 
 TEST_F(DiskErasingTest, NamesWhatIsUnlockedAfterTheDiskThatItLiesOn)
 {
     const quint64 opened = machine.addStacked("dm-0", "253:0", 1 << 20, 12, {"sdb2"});
 
-    EXPECT_EQ(catalogue().volume(opened)->name.ofWholeDisk(), (DiskName{8, std::nullopt}));
-    EXPECT_EQ(catalogue().volume(opened)->name.text(), u"disk8s4072");
+    EXPECT_EQ(catalogue().volume(opened)->name.ofWholeDisk(), (DiskName{508, std::nullopt}));
+    EXPECT_EQ(catalogue().volume(opened)->name.text(), u"disk508s4072");
 }
 
 TEST_F(DiskErasingTest, GivesNoNamesWhereTheKernelDoesNotNumberItsDisks)
@@ -47,7 +47,7 @@ TEST_F(DiskErasingTest, FormatsTheVolumeAndNoOtherAndGivesItToTheUser)
     EXPECT_THAT(given, ElementsAre("sdb2 ext4"));
     EXPECT_THAT(said,
                 ElementsAre(u"Unmounted /media/second."_qs, u"Unmounted /srv/second."_qs,
-                            u"Formatted disk8s2 with ext4. Its name is CleanDisk."_qs));
+                            u"Formatted disk508s2 with ext4. Its name is CleanDisk."_qs));
 }
 
 TEST_F(DiskErasingTest, OverwritesTheWholeDiskAndReadsItBack)
@@ -57,8 +57,8 @@ TEST_F(DiskErasingTest, OverwritesTheWholeDiskAndReadsItBack)
     EXPECT_EQ(devices->devices["sdb"].contents, QByteArray(stickSize, '\0'));
     EXPECT_EQ(devices->devices["sdb"].partitionSearches, 1);
     EXPECT_EQ(describe("sdb1"), u"vfat First");
-    EXPECT_THAT(said, Contains(u"50 % of disk8"_qs));
-    EXPECT_EQ(said.last(), u"Overwrote all 33554432 bytes of disk8 with zeros, once. Read back 256 places: all zero.");
+    EXPECT_THAT(said, Contains(u"50 % of disk508"_qs));
+    EXPECT_EQ(said.last(), u"Overwrote all 33554432 bytes of disk508 with zeros, once. Read back 256 places: all zero.");
 }
 
 TEST_F(DiskErasingTest, LocksWhatWasUnlocked)
@@ -76,7 +76,7 @@ TEST_F(DiskErasingTest, LocksWhatWasUnlocked)
 
 TEST_F(DiskErasingTest, RefusesWhatTheSystemNeedsWhateverWasConfirmed)
 {
-    const QString reason = u"disk4%1 lies on a disk that the running system needs, and is never erased here."_qs;
+    const QString reason = u"disk504%1 lies on a disk that the running system needs, and is never erased here."_qs;
     EXPECT_EQ(erase(volumeWords(*deviceNumberOf("8:1"))), (ToolEnd{1, reason.arg(u"s1")}));
     EXPECT_EQ(overwrite(diskWords(system)), (ToolEnd{1, reason.arg(QString())}));
     systemDevices = QSet<quint64>{stick};
@@ -145,7 +145,7 @@ TEST_F(DiskErasingTest, StopsWhenTheDiskIsExchangedWhileItIsOverwritten)
 
     EXPECT_EQ(end,
               (ToolEnd{1,
-                       u"disk8 was not overwritten: It was exchanged meanwhile. Only the first 12582912 of 33554432 "
+                       u"disk508 was not overwritten: It was exchanged meanwhile. Only the first 12582912 of 33554432 "
                        "bytes were."_qs}));
     EXPECT_EQ(devices->devices["sdb"].writes, 3);
 }
@@ -156,7 +156,7 @@ TEST_F(DiskErasingTest, SaysHowFarItCameWhereADiskFails)
 
     EXPECT_EQ(overwrite(diskWords(first)),
               (ToolEnd{1,
-                       u"disk8 was not overwritten: Input/output error. Only the first 8388608 of 33554432 bytes "
+                       u"disk508 was not overwritten: Input/output error. Only the first 8388608 of 33554432 bytes "
                        "were."_qs}));
     EXPECT_THAT(
         said,
@@ -170,7 +170,7 @@ TEST_F(DiskErasingTest, DoesNotSayThatItIsOverwrittenWhereSomethingIsReadBack)
     const ToolEnd end = overwrite(diskWords(first));
 
     EXPECT_EQ(end.status, 1);
-    EXPECT_TRUE(end.message.startsWith(u"disk8 was overwritten, but what is read back at byte "_qs));
+    EXPECT_TRUE(end.message.startsWith(u"disk508 was overwritten, but what is read back at byte "_qs));
 }
 
 TEST_F(DiskErasingTest, LeavesAloneWhatSomebodyElseUses)
@@ -186,7 +186,7 @@ TEST_F(DiskErasingTest, LeavesAloneWhatCannotBeUnmounted)
 {
     const quint64 busy = addPartition("sdb", 3, "8:19", u"stick"_qs, u"ext4"_qs, u"Busy"_qs, {u"/busy/volume"_qs});
 
-    EXPECT_EQ(erase(volumeWords(busy)), (ToolEnd{1, u"disk8s3 is in use (target is busy). Nothing was erased."_qs}));
+    EXPECT_EQ(erase(volumeWords(busy)), (ToolEnd{1, u"disk508s3 is in use (target is busy). Nothing was erased."_qs}));
     EXPECT_EQ(overwrite(diskWords(busy)).status, 1);
     expectNothingDone();
 }
@@ -197,7 +197,7 @@ TEST_F(DiskErasingTest, SaysWhatMayBeLostWhereFormattingFails)
     const quint64 stubborn = addPartition("sdb", 4, "8:20", u"stick"_qs, u"ext4"_qs, u"Stubborn"_qs, {});
 
     EXPECT_EQ(erase(volumeWords(worn)),
-              (ToolEnd{1, u"disk8s3 could not be formatted: mkfs ended with 1. What was on it may be lost."_qs}));
+              (ToolEnd{1, u"disk508s3 could not be formatted: mkfs ended with 1. What was on it may be lost."_qs}));
     EXPECT_THAT(erase(volumeWords(stubborn)).message.toStdString(),
                 testing::HasSubstr("What is on it now is something else than was ordered."));
     expectNothingDone();
@@ -215,7 +215,7 @@ TEST_F(DiskErasingTest, AVolumeIsNoWholeDiskAndAWholeDiskNoVolume)
     EXPECT_EQ(overwrite(volumeWords(first)).status, ToolEnd::wrongUse);
     EXPECT_EQ(erase(diskWords(first)).status, ToolEnd::wrongUse);
     QStringList lie = volumeWords(first);
-    lie[0] = u"disk8"_qs;
+    lie[0] = u"disk508"_qs;
     EXPECT_EQ(overwrite(lie).status, 1);
     expectNothingDone();
 }

@@ -1,7 +1,9 @@
 #include "Tools/Disks/DiskRequests.h"
 #include "Tools/Disks/VolumeFormat.h"
 
+#include <QDir>
 #include <QFile>
+#include <QSet>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -57,27 +59,80 @@ TEST_F(DiskRequestsTest, BindsAnOrderToWhatWasListed)
 {
     ASSERT_TRUE(listed.keep(stick));
 
-    const Result<AdministratorRequest> whole = withIdentity(erasing(u"disk8s1"_qs), listed);
+    const Result<AdministratorRequest> whole = withIdentity(erasing(u"disk8s1"_qs), listed, {});
 
     ASSERT_TRUE(whole);
     EXPECT_EQ(whole.value().arguments, QStringList({u"JHFS+"_qs, u"CleanDisk"_qs}) + stick.words());
     const AdministratorRequest other{u"purge"_qs, {}};
-    EXPECT_EQ(withIdentity(other, listed).value(), other);
+    EXPECT_EQ(withIdentity(other, listed, {}).value(), other);
 }
 
 TEST_F(DiskRequestsTest, RefusesTheSystemDiskAndWhatIsNoDisk)
 {
     ASSERT_TRUE(listed.keep(stick));
     for (const QString &name : {u"disk1s1s1"_qs, u"disk1s1"_qs, u"disk1"_qs}) {
-        const Result<AdministratorRequest> answer = withIdentity(erasing(name), listed);
+        const Result<AdministratorRequest> answer = withIdentity(erasing(name), listed, {});
         ASSERT_FALSE(answer);
         EXPECT_EQ(answer.failure().detail,
                   name + u" is the disk that the running system needs, and is never erased here."_qs);
     }
     for (const QString &name : {u"Macintosh HD"_qs, QString(), u"disk8"_qs, u"../disk8s1"_qs, u"disk8s2"_qs})
-        EXPECT_FALSE(withIdentity(erasing(name), listed)) << qPrintable(name);
-    EXPECT_FALSE(withIdentity({u"secure-erase"_qs, {u"disk8s1"_qs}}, listed));
-    EXPECT_FALSE(withIdentity({u"secure-erase"_qs, {}}, listed));
+        EXPECT_FALSE(withIdentity(erasing(name), listed, {})) << qPrintable(name);
+    EXPECT_FALSE(withIdentity({u"secure-erase"_qs, {u"disk8s1"_qs}}, listed, {}));
+    EXPECT_FALSE(withIdentity({u"secure-erase"_qs, {}}, listed, {}));
+}
+
+TEST_F(DiskRequestsTest, TakesNoFolderForADisk)
+{
+    ASSERT_TRUE(listed.keep(stick));
+    DiskIdentity whole = stick;
+    whole.name.volume.reset();
+    ASSERT_TRUE(listed.keep(whole));
+    const AdministratorRequest overwriting{u"secure-erase"_qs, {u"disk8"_qs}};
+    const auto mountedAt = [](const char *place) {
+        MountEntry mount;
+        mount.location = FilePath(place);
+        return QList<MountEntry>{MountEntry(), mount};
+    };
+    ASSERT_TRUE(withIdentity(erasing(u"disk8s1"_qs), listed, mountedAt("/media/anna/disk8")));
+    ASSERT_TRUE(withIdentity(overwriting, listed, mountedAt("/media/anna/disk88s1")));
+
+    const auto answer = withIdentity(erasing(u"disk8s1"_qs), listed, mountedAt("/media/anna/disk8s1"));
+    ASSERT_FALSE(answer);
+    EXPECT_EQ(answer.failure().detail,
+              u"A volume is mounted in a folder that has the name of the disk disk8s1. Nothing was done.");
+    // What is cut off a name to find its disk is cut off a folder's too.
+    for (const char *place : {"/media/anna/disk8", "/media/anna/disk8s1", "/disk8s2", "/media/dis77sk8", "/mnt/diss0k8"})
+        EXPECT_FALSE(withIdentity(overwriting, listed, mountedAt(place))) << place;
+}
+
+TEST_F(DiskRequestsTest, BeginsTheNumbersOfASessionWhereNobodyKnows)
+{
+    const quint64 begin = listed.numbersBegin();
+    EXPECT_GE(begin, DiskName::leastBegin);
+    EXPECT_LE(begin, DiskName::mostBegin);
+    EXPECT_EQ(listed.numbersBegin(), begin);
+    EXPECT_EQ(ListedDisks(FilePath(QFile::encodeName(runtime.path()))).numbersBegin(), begin);
+
+    QSet<quint64> begins;
+    for (int session = 0; session < 20; ++session) {
+        const QTemporaryDir other;
+        begins.insert(ListedDisks(FilePath(QFile::encodeName(other.path()))).numbersBegin());
+    }
+    // One chance in 10 to the 75th is all that twenty equal ones have.
+    EXPECT_GT(begins.size(), 1);
+    EXPECT_EQ(ListedDisks(FilePath("/nowhere/at/all")).numbersBegin(), DiskName::leastBegin);
+}
+
+TEST_F(DiskRequestsTest, BeginsNoNumbersWhereSomethingElseStandsInTheirPlace)
+{
+    const QString place = folder() + u"/numbers-begin"_qs;
+    for (const QString &target : {u"1"_qs, u"99"_qs, u"9101"_qs, u"many"_qs, QString(400, u'9')}) {
+        ASSERT_TRUE(QDir().mkpath(folder()));
+        QFile::remove(place);
+        ASSERT_TRUE(QFile::link(target, place));
+        EXPECT_EQ(listed.numbersBegin(), DiskName::leastBegin) << qPrintable(target);
+    }
 }
 
 TEST_F(DiskRequestsTest, KeepsNothingWhereOthersMayWrite)

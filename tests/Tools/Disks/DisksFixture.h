@@ -15,6 +15,7 @@ class DisksTest : public testing::Test
 {
 protected:
     static constexpr qint64 stickSize = 32 << 20;
+    static constexpr quint64 numbersBegin = 501; ///< So that the stick is disk508.
 
     void SetUp() override
     {
@@ -84,7 +85,10 @@ protected:
                 },
                 [this](const QString &line) { said.append(line); }};
     }
-    DiskCatalogue catalogue() const { return {machine.devices(), DiskService(bus.connection()).objects().valueOr({})}; }
+    DiskCatalogue catalogue() const
+    {
+        return {machine.devices(), DiskService(bus.connection()).objects().valueOr({}), numbersBegin};
+    }
     QStringList volumeWords(quint64 number) const { return catalogue().volume(number).value().words(); }
     QStringList diskWords(quint64 number) const { return catalogue().wholeDisk(number).value().words(); }
     ToolEnd carryOut(const QString &verb, const QStringList &arguments)
