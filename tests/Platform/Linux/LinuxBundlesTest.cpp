@@ -198,5 +198,6 @@ TEST_F(LinuxBundlesTest, ReadsTheListThatTheBuildMade)
     const FilePath built(QUILLMERE_BUNDLE);
 
     EXPECT_EQ(bundles.open(built),
-              (Bundle{built, u"com.veltrane.quillmere"_qs, built.appending("Contents/MacOS/quillmere")}));
+              (Bundle{built, u"com.veltrane.quillmere"_qs, built.appending("Contents/MacOS/quillmere"), u"1.3.4"_qs,
+                      u"1"_qs}));
 }
