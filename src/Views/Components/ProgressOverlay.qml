@@ -93,7 +93,7 @@ FocusScope {
     Keys.onBacktabPressed: {}
 
     onVisibleChanged: visible ? guardFocus() : giveFocusBack()
-    onFocusNowChanged: guardFocus()
+    onFocusNowChanged: Qt.callLater(guardFocus)
     Component.onCompleted: guardFocus()
 
     Rectangle {
