@@ -24,6 +24,8 @@ USE = r"""
 set -eu
 export HOME=/home/ada XDG_RUNTIME_DIR=/tmp/run-ada LANG=C.UTF-8
 mkdir -p -m 700 $XDG_RUNTIME_DIR
+# The screen of the time before ended with all else.
+rm -f /tmp/.X7-lock /tmp/.X11-unix/X7
 Xvfb :7 -screen 0 1200x800x24 -nolisten tcp >/dev/null 2>&1 &
 export DISPLAY=:7
 for wait in $(seq 50); do [ -S /tmp/.X11-unix/X7 ] && break; sleep 0.2; done
