@@ -186,6 +186,7 @@ TEST(AdvertisementFeedTest, TheFirstKeyThatHasAValueWins)
     EXPECT_EQ(item(R"("movURL": "https://host.test/b.mov", "media": "https://host.test/a.png")").mediaURL,
               QUrl(u"https://host.test/a.png"_qs));
     EXPECT_EQ(item(R"("seconds": 40, "duration": 20)").duration, 20);
+    EXPECT_EQ(item(R"("seconds": 40, "duration": null)").duration, 40);
 }
 
 TEST(AdvertisementFeedTest, ANumberCountsAsItsText)

@@ -143,8 +143,8 @@ TEST_F(AdvertisementBannerViewModelTest, MakesTheFallbackAnewForTheLanguageOfIts
 {
     session->hold();
     start();
-    localizer->setLanguage(Language::Spanish);
     session->release();
+    localizer->setLanguage(Language::Spanish);
     settle();
 
     EXPECT_EQ(model.advertisement(), AdvertisementService::fallback(Language::Spanish));
