@@ -99,8 +99,9 @@ void DiskMountService::Mounting::mountVolumeIfNeeded(const FilePath &volume) con
     const QString type = getFilesystemType(*path);
     const QString disk = volume.displayText() + u" ("_qs + bsdName + u')';
     if (type == u"ntfs") {
-        // A machine that says that it has such a disk writable already needs no other driver.
-        if (!values.value().isReadOnly.value_or(true))
+        // A machine that says that it has such a disk writable already needs no other driver, and no driver writes to
+        // one that is protected.
+        if (!values.value().isReadOnly.value_or(true) || values.value().isWriteProtected.value_or(false))
             return;
         printDiagnostic(u"Auto-mounting NTFS disk: "_qs + disk);
         remountNTFS(bsdName, *path);

@@ -20,7 +20,6 @@ struct ExactCommand
 const std::array exactCommands = {
     ExactCommand{{{u"pmset"_qs, u"-a"_qs, u"disablesleep"_qs, u"1"_qs}}, {u"keep-awake"_qs, {u"on"_qs}}},
     ExactCommand{{{u"pmset"_qs, u"-a"_qs, u"disablesleep"_qs, u"0"_qs}}, {u"keep-awake"_qs, {u"off"_qs}}},
-    ExactCommand{{{u"purge"_qs}}, {u"purge"_qs, {}}},
     ExactCommand{{{u"/usr/sbin/purge"_qs}}, {u"purge"_qs, {}}},
     ExactCommand{{{u"/usr/bin/mdutil"_qs, u"-E"_qs, u"/"_qs}}, {u"reset-index"_qs, {}}},
     ExactCommand{{{u"/usr/bin/killall"_qs, u"-HUP"_qs, u"mDNSResponder"_qs}}, {u"flush-names"_qs, {}}},

@@ -13,7 +13,7 @@ namespace Quillmere {
 
 namespace {
 
-const NothingToDo nothing = {u"This machine keeps no database of applications for this user: nothing to do here."_qs};
+const QString nothing = u"This machine keeps no database of applications for this user: nothing to do here."_qs;
 
 QList<FilePath> dataFolders()
 {
@@ -74,7 +74,7 @@ ToolStep ApplicationDatabases::rebuildWith(const QString &program, const FilePat
         return {};
     const QString subject = what.arg(folder.displayText());
     return stepOf(runChild({path, {textOf(folder)}}), subject + u" was rebuilt."_qs,
-                  subject + u" was not rebuilt: %1"_qs);
+                  subject + u" was not rebuilt: "_qs);
 }
 
 ToolStep ApplicationDatabases::rebuildCacheOfPlasma() const
@@ -83,7 +83,7 @@ ToolStep ApplicationDatabases::rebuildCacheOfPlasma() const
     if (program.isEmpty())
         return {};
     return stepOf(runChild({program, {u"--noincremental"_qs}}), u"The service cache of Plasma was rebuilt."_qs,
-                  u"The service cache of Plasma was not rebuilt: %1"_qs);
+                  u"The service cache of Plasma was not rebuilt: "_qs);
 }
 
 ToolEnd runLsregister(const QStringList &arguments, const ApplicationDatabases &databases)

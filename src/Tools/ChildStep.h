@@ -5,7 +5,7 @@
 
 namespace Quillmere {
 
-/// What a program that was run for one step has come to: @p done, or @p failed with the reason in the place of %1.
+/// What a program that was run for one step has come to: @p done, or @p failed with the reason behind it.
 [[nodiscard]] ToolStep stepOf(const Result<ChildEnd> &end, const QString &done, const QString &failed);
 
 } // namespace Quillmere

@@ -16,11 +16,8 @@ constexpr int milliseconds = 25000;
 
 const QString resolved = u"org.freedesktop.resolve1"_qs;
 
-// Whoever calls these announces a flushed cache at status 0 and shows nothing that was printed.
-const NothingToDo noCache
-    = {u"This machine keeps no cache of names from the network: nothing to do here."_qs, ToolEnd::unavailable};
-const NothingToDo noResponder
-    = {u"Neither a cache nor a finder of names runs on this machine: nothing to do here."_qs, ToolEnd::unavailable};
+const QString noCache = u"This machine keeps no cache of names from the network: nothing to do here."_qs;
+const QString noResponder = u"Neither a cache nor a finder of names runs on this machine: nothing to do here."_qs;
 
 } // namespace
 
@@ -60,7 +57,7 @@ ToolStep NameCache::flushNscd() const
     if (nscd.isEmpty() || !QFileInfo::exists(m_nscdSocket.displayText()))
         return {};
     return stepOf(runChild({nscd, {u"-i"_qs, u"hosts"_qs}}), u"The host cache of nscd was flushed."_qs,
-                  u"The host cache of nscd was not flushed: %1"_qs);
+                  u"The host cache of nscd was not flushed: "_qs);
 }
 
 ToolStep NameCache::reloadDiscovery() const
@@ -71,7 +68,7 @@ ToolStep NameCache::reloadDiscovery() const
     const Result<ChildEnd> running = runChild({avahi, {u"--check"_qs}});
     if (running && running.value().status != 0)
         return {};
-    return stepOf(runChild({avahi, {u"--reload"_qs}}), u"Avahi was reloaded."_qs, u"Avahi was not reloaded: %1"_qs);
+    return stepOf(runChild({avahi, {u"--reload"_qs}}), u"Avahi was reloaded."_qs, u"Avahi was not reloaded: "_qs);
 }
 
 ToolEnd NameCache::restart() const

@@ -10,6 +10,7 @@ namespace {
 
 // pkexec(1): the user dismissed the dialog.
 constexpr int dismissed = 126;
+constexpr int userCanceled = -128;
 
 ToolEnd executionError(const QString &reason, int number)
 {
@@ -30,11 +31,21 @@ Command commandFor(const AdministratorRequest &request, const ElevationSettings 
     return {settings.pkexec, QStringList{u"--disable-internal-agent"_qs, settings.administrator} + words};
 }
 
+ToolEnd notCarriedOut(const AdministratorRequest &request, const ElevationSettings &settings, const QString &reason,
+                      int number)
+{
+    ToolEnd end = executionError(reason, number);
+    if (settings.notCarriedOut)
+        end.report = settings.notCarriedOut(
+            request, number == userCanceled ? NotCarriedOut::Dismissed : NotCarriedOut::Failed, reason);
+    return end;
+}
+
 ToolEnd carryOut(const AdministratorRequest &request, const ElevationSettings &settings)
 {
     const Result<ChildEnd> end = runChild(commandFor(request, settings));
     if (!end)
-        return executionError(end.failure().detail, 1);
+        return notCarriedOut(request, settings, end.failure().detail, 1);
     const int status = end.value().status;
     const QString text = QString::fromUtf8(end.value().standardError).trimmed();
     if (status == 0 && settings.carriedOut)
@@ -42,8 +53,8 @@ ToolEnd carryOut(const AdministratorRequest &request, const ElevationSettings &s
     if (status == 0)
         return {0, text};
     if (status == dismissed && !settings.isRoot)
-        return executionError(u"User canceled."_qs, -128);
-    return executionError(text.isEmpty() ? u"The command failed."_qs : text, status);
+        return notCarriedOut(request, settings, u"User canceled."_qs, userCanceled);
+    return notCarriedOut(request, settings, text.isEmpty() ? u"The command failed."_qs : text, status);
 }
 
 } // namespace
@@ -58,7 +69,8 @@ ToolEnd runOsascript(const QStringList &arguments, const ElevationSettings &sett
     if (!settings.isRoot && !settings.mayAskUser)
         return executionError(u"There is no system bus to ask for administrator rights on."_qs, 1);
     const Result<AdministratorRequest> complete = settings.complete ? settings.complete(*request) : *request;
-    return complete ? carryOut(complete.value(), settings) : executionError(complete.failure().detail, 1);
+    return complete ? carryOut(complete.value(), settings)
+                    : notCarriedOut(*request, settings, complete.failure().detail, 1);
 }
 
 } // namespace Quillmere

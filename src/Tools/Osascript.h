@@ -10,6 +10,12 @@
 
 namespace Quillmere {
 
+/// Why a request was not carried out.
+enum class NotCarriedOut {
+    Dismissed, ///< The user did not want it.
+    Failed,
+};
+
 /// How rights are come by on this machine.
 struct ElevationSettings
 {
@@ -23,6 +29,9 @@ struct ElevationSettings
     std::function<Result<AdministratorRequest>(const AdministratorRequest &)> complete;
     /// Called after a request was carried out, with what the user's own rights suffice for. May be empty.
     std::function<void(const AdministratorRequest &)> carriedOut;
+    /// The same after one that was not, for the reason given. Answers with what standard output is to say of it; empty
+    /// where there is nothing to say. May be empty.
+    std::function<QString(const AdministratorRequest &, NotCarriedOut why, const QString &reason)> notCarriedOut;
 };
 
 /// Carries out the command `osascript` with @p arguments: of scripts it knows only those that run one of the known

@@ -22,7 +22,7 @@ const std::array usersIndexes = {
     UsersIndex{u"Baloo"_qs, {u"baloo_file"_qs}, {u"balooctl6"_qs, u"balooctl"_qs}, {u"purge"_qs}},
 };
 
-const NothingToDo nothing = {u"This machine keeps no index of its files: nothing to do here."_qs};
+const QString nothing = u"This machine keeps no index of its files: nothing to do here."_qs;
 
 } // namespace
 
@@ -41,12 +41,12 @@ QList<ToolStep> SearchIndex::reset(const Caller &caller) const
             continue;
         steps.append(stepOf(runChildAs(caller, {program, index.arguments}),
                             u"The index of %1 for %2 was reset."_qs.arg(index.name, user),
-                            u"The index of %1 for %2 was not reset: %3"_qs.arg(index.name, user)));
+                            u"The index of %1 for %2 was not reset: "_qs.arg(index.name, user)));
     }
     const QString updatedb = m_programs.find({u"updatedb"_qs});
     if (!updatedb.isEmpty())
         steps.append(stepOf(runChild({updatedb, {}}), u"The index of file names was rebuilt."_qs,
-                            u"The index of file names was not rebuilt: %1"_qs));
+                            u"The index of file names was not rebuilt: "_qs));
     return steps;
 }
 

@@ -18,7 +18,7 @@ QString textsOf(ToolStep::Kind kind, const QList<ToolStep> &steps)
 
 } // namespace
 
-ToolEnd endOf(const QList<ToolStep> &steps, const NothingToDo &nothing)
+ToolEnd endOf(const QList<ToolStep> &steps, const QString &nothing)
 {
     const QString done = textsOf(ToolStep::Kind::Done, steps);
     const QString failed = textsOf(ToolStep::Kind::Failed, steps);
@@ -26,7 +26,7 @@ ToolEnd endOf(const QList<ToolStep> &steps, const NothingToDo &nothing)
         return {1, failed, done};
     if (!done.isEmpty())
         return {0, {}, done};
-    return nothing.status == 0 ? ToolEnd{0, {}, nothing.text} : ToolEnd{nothing.status, nothing.text};
+    return {ToolEnd::unavailable, nothing};
 }
 
 } // namespace Quillmere

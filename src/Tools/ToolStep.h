@@ -17,15 +17,8 @@ struct ToolStep
     bool operator==(const ToolStep &) const = default;
 };
 
-/// What is said where a machine has nothing of the kind.
-struct NothingToDo
-{
-    QString text;
-    /// 0 where whoever asked reads the text; another where success would be taken for work done.
-    int status = 0;
-};
-
-/// Fails where a step has failed; the sentences of those that were done stand in the report all the same.
-[[nodiscard]] ToolEnd endOf(const QList<ToolStep> &steps, const NothingToDo &nothing);
+/// Fails where a step has failed; the sentences of those that were done stand in the report all the same. Where a
+/// machine has nothing of the kind it says @p nothing and is unavailable: success would be taken for work done.
+[[nodiscard]] ToolEnd endOf(const QList<ToolStep> &steps, const QString &nothing);
 
 } // namespace Quillmere

@@ -139,6 +139,19 @@ TEST_F(DiskMountServiceTest, LeavesAnNtfsDiskAloneThatTheMachineSaysIsWritableAl
     EXPECT_EQ(said, "");
 }
 
+TEST_F(DiskMountServiceTest, LeavesAnNtfsDiskMountedThatIsProtectedAgainstWriting)
+{
+    PretendVolume volume = externalVolume(u"NTFS"_qs);
+    volume.values.value().isReadOnly = true;
+    volume.values.value().isWriteProtected = true;
+
+    const std::string said = arrive(volume);
+
+    EXPECT_EQ(runs().size(), 2);
+    EXPECT_TRUE(launches().isEmpty());
+    EXPECT_EQ(said, "");
+}
+
 TEST_F(DiskMountServiceTest, RemountsAnNtfsDiskThatTheMachineSaysIsReadOnly)
 {
     PretendVolume volume = externalVolume(u"NTFS"_qs);

@@ -130,7 +130,7 @@ TEST_F(AdministratorTest, DoesNothingForAnybodyButRoot)
 TEST_F(AdministratorTest, SaysWhatThisMachineHasNothingOf)
 {
     EXPECT_EQ(administrator().carryOut({u"reset-index"_qs}),
-              (ToolEnd{0, {}, u"This machine keeps no index of its files: nothing to do here."_qs}));
+              (ToolEnd{69, u"This machine keeps no index of its files: nothing to do here."_qs}));
     EXPECT_EQ(administrator().carryOut({u"flush-names"_qs}),
               (ToolEnd{69, u"Neither a cache nor a finder of names runs on this machine: nothing to do here."_qs}));
     EXPECT_EQ(administrator().carryOut({u"install-drivers"_qs}),

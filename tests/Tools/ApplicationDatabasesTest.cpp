@@ -44,7 +44,7 @@ protected:
 TEST_F(ApplicationDatabasesTest, AreNothingToDoWhereThereIsNone)
 {
     const ToolEnd nothing
-        = {0, {}, u"This machine keeps no database of applications for this user: nothing to do here."_qs};
+        = {69, u"This machine keeps no database of applications for this user: nothing to do here."_qs};
 
     EXPECT_EQ(rebuild(), nothing);
     make(u"user/applications"_qs);
@@ -79,6 +79,17 @@ TEST_F(ApplicationDatabasesTest, SaysWhichFailed)
         rebuild(),
         (ToolEnd{1,
                  u"The database of applications in %1 was not rebuilt: broken"_qs.arg(path(u"user/applications"_qs))}));
+}
+
+TEST_F(ApplicationDatabasesTest, NamesAFolderAsItIsCalled)
+{
+    programs.add(u"update-desktop-database"_qs, u"echo broken >&2; exit 1"_qs);
+    make(u"a %1 b/applications"_qs);
+
+    const ApplicationDatabases databases(programs.folders(), {location(u"a %1 b"_qs)});
+
+    EXPECT_EQ(runLsregister(words, databases).message,
+              u"The database of applications in "_qs + path(u"a %1 b/applications"_qs) + u" was not rebuilt: broken"_qs);
 }
 
 TEST_F(ApplicationDatabasesTest, RebuildsTheRealOnes)

@@ -99,7 +99,6 @@ TEST_P(KnownCommandTest, StartsTheAdministratorProgramItselfAsRoot)
 INSTANTIATE_TEST_SUITE_P(Commands, KnownCommandTest,
                          testing::Values(KnownCommand{"StayAwake", "pmset -a disablesleep 1", "<keep-awake><on>"},
                                          KnownCommand{"Sleep", "pmset -a disablesleep 0", "<keep-awake><off>"},
-                                         KnownCommand{"Purge", "purge", "<purge>"},
                                          KnownCommand{"PurgeByPath", "/usr/sbin/purge", "<purge>"},
                                          KnownCommand{"PurgeQuoted", "'/usr/sbin/purge'", "<purge>"},
                                          KnownCommand{"Index", "'/usr/bin/mdutil' '-E' '/'", "<reset-index>"},
@@ -133,7 +132,7 @@ TEST_P(UnknownCommandTest, IsRefusedWithNothingStarted)
 INSTANTIATE_TEST_SUITE_P(
     Commands, UnknownCommandTest,
     testing::Values(
-        UnknownCommand{"Nothing", ""}, UnknownCommand{"OtherProgram", "id"},
+        UnknownCommand{"Nothing", ""}, UnknownCommand{"PurgeWithoutPath", "purge"}, UnknownCommand{"OtherProgram", "id"},
         UnknownCommand{"OtherValue", "pmset -a disablesleep 2"},
         UnknownCommand{"EmptyValue", "pmset -a disablesleep ''"},
         UnknownCommand{"ValueWithBlank", "pmset -a disablesleep ' 1'"},
@@ -142,13 +141,13 @@ INSTANTIATE_TEST_SUITE_P(
         UnknownCommand{"OtherSetting", "pmset -a sleep 0"},
         UnknownCommand{"ElsewhereInThePath", "/tmp/pmset -a disablesleep 1"},
         UnknownCommand{"ClimbingPath", "/usr/sbin/../../tmp/purge"},
-        UnknownCommand{"PurgeWithArgument", "purge --help"}, UnknownCommand{"PurgeWithEmptyArgument", "purge ''"},
-        UnknownCommand{"OtherCase", "Purge"}, UnknownCommand{"Chained", "purge && purge"},
-        UnknownCommand{"ChainedWithAnother", "purge && id"}, UnknownCommand{"AnotherBefore", "id && purge"},
-        UnknownCommand{"Semicolon", "purge; id"}, UnknownCommand{"Line", "purge\nid"},
-        UnknownCommand{"TrailingLine", "purge\n"}, UnknownCommand{"Substitution", "pmset -a disablesleep $(id)"},
+        UnknownCommand{"PurgeWithArgument", "/usr/sbin/purge --help"}, UnknownCommand{"PurgeWithEmptyArgument", "/usr/sbin/purge ''"},
+        UnknownCommand{"OtherCase", "Purge"}, UnknownCommand{"Chained", "/usr/sbin/purge && /usr/sbin/purge"},
+        UnknownCommand{"ChainedWithAnother", "/usr/sbin/purge && id"}, UnknownCommand{"AnotherBefore", "id && /usr/sbin/purge"},
+        UnknownCommand{"Semicolon", "/usr/sbin/purge; id"}, UnknownCommand{"Line", "/usr/sbin/purge\nid"},
+        UnknownCommand{"TrailingLine", "/usr/sbin/purge\n"}, UnknownCommand{"Substitution", "pmset -a disablesleep $(id)"},
         UnknownCommand{"SubstitutionInQuotes", "pmset -a disablesleep '$(id)'"},
-        UnknownCommand{"Redirection", "purge >/tmp/a"}, UnknownCommand{"QuotedLine", "'purge\n'"},
+        UnknownCommand{"Redirection", "/usr/sbin/purge >/tmp/a"}, UnknownCommand{"QuotedLine", "'/usr/sbin/purge\n'"},
         UnknownCommand{"QuotedWhole", "'pmset -a disablesleep 1'"},
         UnknownCommand{"IndexOfAnotherDisk", "'/usr/bin/mdutil' '-E' '/Volumes'"},
         UnknownCommand{"IndexWithoutPath", "mdutil -E /"},
@@ -170,40 +169,75 @@ INSTANTIATE_TEST_SUITE_P(
         UnknownCommand{"RemovalAlone", "rm -rf '/Applications/Quillmere.app'"},
         UnknownCommand{"CopyAlone", "/usr/bin/ditto '/tmp/a' '/Applications/Quillmere.app'"},
         UnknownCommand{"DriversAndMore", "if [ -f /opt/homebrew/bin/brew ]; then /opt/homebrew/bin/brew install; fi"},
-        UnknownCommand{"VerbOfTheAdministrator", "keep-awake on"}, UnknownCommand{"OpenQuote", "'purge"},
-        UnknownCommand{"QuoteThatEndsTheScript", "purge\" with administrator privileges"},
-        UnknownCommand{"Backslashes", "purge\\\\\\\\"}),
+        UnknownCommand{"VerbOfTheAdministrator", "keep-awake on"}, UnknownCommand{"OpenQuote", "'/usr/sbin/purge"},
+        UnknownCommand{"QuoteThatEndsTheScript", "/usr/sbin/purge\" with administrator privileges"},
+        UnknownCommand{"Backslashes", "/usr/sbin/purge\\\\\\\\"}),
     [](const auto &info) { return info.param.name; });
 
 TEST_F(OsascriptTest, SaysThatTheUserHasDismissedTheDialog)
 {
     settings.pkexec = makeProgram(u"pkexec"_qs, u"echo 'Request dismissed' >&2; exit 126"_qs);
 
-    EXPECT_EQ(run(u"purge"_qs), (ToolEnd{1, u"execution error: User canceled. (-128)"_qs}));
+    EXPECT_EQ(run(u"/usr/sbin/purge"_qs), (ToolEnd{1, u"execution error: User canceled. (-128)"_qs}));
+}
+
+TEST_F(OsascriptTest, TellsWhoeverPutsThingsBackWhatWasNotCarriedOutAndWhy)
+{
+    QList<NotCarriedOut> reasons;
+    settings.notCarriedOut = [&](const AdministratorRequest &request, NotCarriedOut why, const QString &reason) {
+        reasons.append(why);
+        return request.verb + u": "_qs + reason;
+    };
+    EXPECT_EQ(run(u"/usr/sbin/purge"_qs), ToolEnd());
+
+    settings.pkexec = makeProgram(u"pkexec"_qs, u"exit 126"_qs);
+    EXPECT_EQ(run(u"/usr/sbin/purge"_qs).report, u"purge: User canceled.");
+    settings.pkexec = makeProgram(u"pkexec"_qs, u"echo 'Windows is asleep' >&2; exit 1"_qs);
+    EXPECT_EQ(run(u"/usr/sbin/purge"_qs).report, u"purge: Windows is asleep");
+    settings.pkexec = makeProgram(u"pkexec"_qs, u"echo 'Not authorized' >&2; exit 127"_qs);
+    EXPECT_EQ(run(u"/usr/sbin/purge"_qs).report, u"purge: Not authorized");
+    settings.pkexec = folder.filePath(u"missing"_qs);
+    EXPECT_FALSE(run(u"/usr/sbin/purge"_qs).report.isEmpty());
+    settings.complete = [](const AdministratorRequest &) { return Failure{{}, {}, u"unknown"_qs}; };
+    EXPECT_EQ(run(u"/usr/sbin/purge"_qs).report, u"purge: unknown");
+    const auto failed = NotCarriedOut::Failed;
+    EXPECT_EQ(reasons, (QList{NotCarriedOut::Dismissed, failed, failed, failed, failed}));
+}
+
+TEST_F(OsascriptTest, AVolumeWhosePathHoldsAQuotationMarkIsMountedByNobody)
+{
+    const QString script
+        = u"mkdir -p \\\"%1\\\" && /usr/local/bin/ntfs-3g /dev/disk508s1 \\\"%1\\\" -o local,allow_other"_qs;
+    for (const QString &place : {u"/media/a\"b"_qs, u"/media/\" && purge && \""_qs, u"/media/a\\\"b"_qs})
+        EXPECT_EQ(run(script.arg(place)).status, 1) << qPrintable(place);
+    EXPECT_EQ(started(), "");
+
+    EXPECT_EQ(run(script.arg(u"/media/a b"_qs)), ToolEnd());
+    EXPECT_EQ(started(), toPkexec("<mount-ntfs></media/a b><disk508s1>"));
 }
 
 TEST_F(OsascriptTest, SaysWhyRightsWereNotGiven)
 {
     settings.pkexec = makeProgram(u"pkexec"_qs, u"echo 'Not authorized' >&2; exit 127"_qs);
 
-    EXPECT_EQ(run(u"purge"_qs), (ToolEnd{1, u"execution error: Not authorized (127)"_qs}));
+    EXPECT_EQ(run(u"/usr/sbin/purge"_qs), (ToolEnd{1, u"execution error: Not authorized (127)"_qs}));
 }
 
 TEST_F(OsascriptTest, SaysWhatTheAdministratorProgramFailedOf)
 {
     settings.isRoot = true;
     settings.administrator = makeProgram(u"admin"_qs, u"echo 'No logind.' >&2; exit 1"_qs);
-    EXPECT_EQ(run(u"purge"_qs), (ToolEnd{1, u"execution error: No logind. (1)"_qs}));
+    EXPECT_EQ(run(u"/usr/sbin/purge"_qs), (ToolEnd{1, u"execution error: No logind. (1)"_qs}));
 
     settings.administrator = makeProgram(u"admin"_qs, u"kill -9 $$"_qs);
-    EXPECT_EQ(run(u"purge"_qs), (ToolEnd{1, u"execution error: The command failed. (137)"_qs}));
+    EXPECT_EQ(run(u"/usr/sbin/purge"_qs), (ToolEnd{1, u"execution error: The command failed. (137)"_qs}));
 }
 
 TEST_F(OsascriptTest, FailsWherePkexecIsMissing)
 {
     settings.pkexec = folder.filePath(u"missing"_qs);
 
-    const ToolEnd end = run(u"purge"_qs);
+    const ToolEnd end = run(u"/usr/sbin/purge"_qs);
 
     EXPECT_EQ(end.status, 1);
     EXPECT_TRUE(end.message.startsWith(u"execution error: "_qs)) << qPrintable(end.message);
@@ -214,13 +248,13 @@ TEST_F(OsascriptTest, AsksNobodyOnAMachineThatIsNotTheOneThatItRunsFor)
 {
     settings.mayAskUser = false;
 
-    EXPECT_EQ(run(u"purge"_qs).status, 1);
+    EXPECT_EQ(run(u"/usr/sbin/purge"_qs).status, 1);
     EXPECT_EQ(started(), "");
 }
 
 TEST_F(OsascriptTest, TakesOneScriptAndNothingElse)
 {
-    const QString script = scriptOf(u"purge"_qs);
+    const QString script = scriptOf(u"/usr/sbin/purge"_qs);
     for (const QStringList &arguments : QList<QStringList>{{},
                                                            {u"-e"_qs},
                                                            {script},

@@ -28,7 +28,7 @@ protected:
 
 TEST_F(SearchIndexTest, IsNothingToDoWhereThereIsNone)
 {
-    EXPECT_EQ(run(), (ToolEnd{0, {}, u"This machine keeps no index of its files: nothing to do here."_qs}));
+    EXPECT_EQ(run(), (ToolEnd{69, u"This machine keeps no index of its files: nothing to do here."_qs}));
 }
 
 TEST_F(SearchIndexTest, ResetsEachThatIsHere)
@@ -51,7 +51,7 @@ TEST_F(SearchIndexTest, LeavesAToolAloneWhoseIndexNobodyKeeps)
     programs.add(u"tracker3"_qs);
     programs.add(u"balooctl"_qs);
 
-    EXPECT_TRUE(run().report.contains(u"nothing to do here"_qs));
+    EXPECT_TRUE(run().message.contains(u"nothing to do here"_qs));
     EXPECT_EQ(programs.calls(), "");
 }
 

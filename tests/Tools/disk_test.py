@@ -29,6 +29,13 @@ def erase(name, form="JHFS+", label="CleanDisk", user=0):
     return osascript("/usr/sbin/diskutil", "eraseVolume", form, label, name, user=user)
 
 
+def ordered(name, form, label):
+    """By root, of the administrator program itself."""
+    with open(f"/run/user/root/quillmere-disks/{name}", encoding="utf-8") as file:
+        identity = file.read().split("\n")
+    return rig.run(f"{rig.HELPERS}/quillmere-admin", "erase-volume", form, label, *identity)
+
+
 def overwrite(name, user=0):
     return osascript("/usr/sbin/diskutil", "secureErase", "0", f"/dev/{name}", user=user)
 

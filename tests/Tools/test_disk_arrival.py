@@ -145,7 +145,13 @@ class NtfsTest(DiskTest):
         rig.must("umount", "/mnt")
         rig.must("sync")
         before = rig.contents(self.images[0])
-        self.assert_refused(self.mount(self.place), "Windows is asleep on")
+        end = self.mount(self.place)
+        self.assert_refused(end, "Windows is asleep on")
+        self.assertIn(f"NTFS disk at {self.place} is mounted again as it was: Windows is asleep on", end.stdout)
+        again = "/media/root/Windows One"
+        self.assertTrue(rig.is_mounted(again))
+        rig.must("umount", again)
+        rig.must("sync")
         self.assertTrue(rig.contents(self.images[0]) == before)
         self.assertFalse(os.path.exists(self.place))
 
@@ -155,9 +161,11 @@ class NtfsTest(DiskTest):
         os.makedirs("/media/theirs", exist_ok=True)
         os.chown("/media/theirs", rig.NOBODY, rig.NOBODY)
         for place in ("/etc", "/media", "/media/a/b/c", "/media/nobody/../../etc/x", "/media/nobody/link",
-                      "/media/nobody/link/x", "/media/theirs/x", "/media/theirs", "/home/x", "/", "relative", ""):
+                      "/media/nobody/link/x", "/media/theirs/x", "/media/theirs", "/home/x", "/", "relative", "",
+                      "/media/nobody/full", "/media/nobody"):
             self.assert_refused(self.mount(place), "")
             self.assertNotIn(f"/dev/{os.path.basename(self.device)} ", rig.must("cat", "/proc/self/mounts"), place)
+        self.assertTrue(os.path.isdir("/media/nobody/full/inner"))
         self.assertFalse(os.path.exists("/media/theirs/x") or os.path.exists("/etc/x"))
 
     def test_only_what_is_ntfs_is_mounted_with_it(self):

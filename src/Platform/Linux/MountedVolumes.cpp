@@ -78,6 +78,8 @@ Result<VolumeValues> MountedVolumes::values(const FilePath &place, const DiskSer
     const bool isPluggedIn = diskBlock ? objects.isExternal(*diskBlock) : disk->isPluggable;
     values.isInternal = !isPluggedIn || isOfSystem(volume->number, places.value());
     values.isReadOnly = volume->isReadOnly;
+    const std::optional<BlockDevice> device = m_devices.device(volume->number);
+    values.isWriteProtected = disk->isReadOnly || (device && device->isReadOnly);
     return values;
 }
 

@@ -13,7 +13,8 @@ const QString diskutil = u"/usr/sbin/diskutil"_qs;
 const QString device = u"/dev/"_qs;
 constexpr quint64 systemDisk = 1;
 
-const std::array ntfsDrivers = {u"/usr/local/bin/ntfs-3g"_qs, u"/opt/homebrew/bin/ntfs-3g"_qs, u"/usr/bin/ntfs-3g"_qs};
+const std::array ntfsDrivers = {u"/usr/local/bin/ntfs-3g"_qs, u"/opt/homebrew/bin/ntfs-3g"_qs, u"/usr/bin/ntfs-3g"_qs,
+                               u"/sbin/mount.ntfs-3g"_qs};
 
 bool isNtfsMount(const ShellCommands &commands)
 {
@@ -54,7 +55,8 @@ std::optional<AdministratorRequest> diskRequestFor(const ShellCommands &commands
     if (commands.size() != 1)
         return std::nullopt;
     const QStringList &words = commands.first();
-    if (words.size() == 5 && words.at(0) == diskutil && words.at(1) == u"eraseVolume")
+    if (words.size() == 5 && words.at(0) == diskutil && words.at(1) == u"eraseVolume"
+        && (words.at(2) == u"APFS" || words.at(2) == u"JHFS+") && words.at(3) == u"CleanDisk")
         return AdministratorRequest{u"erase-volume"_qs, words.mid(2)};
     if (words.size() == 4 && words.at(0) == diskutil && words.at(1) == u"secureErase" && words.at(2) == u"0"
         && words.at(3).startsWith(device))

@@ -7,7 +7,7 @@
 namespace Quillmere {
 
 /// Of commands that erase or mount disks, the request with the names of the disks as they stand in the commands.
-/// Nothing for any other commands.
+/// Nothing for any other commands. Erasing is known in two formats and with one label alone, those that are asked for.
 [[nodiscard]] std::optional<AdministratorRequest> diskRequestFor(const ShellCommands &commands);
 
 /// @p request with the whole identity of the disk that it names, as the user was shown it. Requests that name no disk

@@ -8,8 +8,10 @@
 #include <tuple>
 #include <utility>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace Quillmere {
 
@@ -35,6 +37,23 @@ bool isRootsAlone(int folder)
     struct stat status = {};
     return ::fstat(folder, &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == 0
         && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
+bool isEmpty(int folder)
+{
+    const int readable = ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    DIR *listing = readable < 0 ? nullptr : ::fdopendir(readable);
+    if (!listing) {
+        if (readable >= 0)
+            ::close(readable);
+        return false;
+    }
+    int entries = 0;
+    // Two of them are "." and "..".
+    while (entries <= 2 && ::readdir(listing))
+        ++entries;
+    ::closedir(listing);
+    return entries <= 2;
 }
 
 /// Level by level from the top, each of which nobody but root may change.
@@ -78,6 +97,8 @@ Result<MountPlace> MountPlace::make(const FilePath &place, const QList<FilePath>
         ::openat(made.m_parent.number(), name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (!folder.isOpen() || !isRootsAlone(folder.number()) || isMountRoot(folder.number()))
         return refused(place, u"Something else stands there."_qs);
+    if (!isEmpty(folder.number()))
+        return refused(place, u"The folder is not empty."_qs);
     return made;
 }
 

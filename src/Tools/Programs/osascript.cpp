@@ -21,15 +21,37 @@ QString administratorProgram()
     return QFileInfo(installed).isExecutable() ? installed : programFolder() + u"/quillmere-admin"_qs;
 }
 
+/// As a desktop mounts it, with the user's own rights.
+Result<FilePath> mountAsUser(const std::optional<DiskIdentity> &volume)
+{
+    const DiskService service;
+    const Result<DiskObjects> objects = service.objects();
+    if (!objects)
+        return objects.failure();
+    const DiskBlock *block = volume ? objects.value().block(volume->number) : nullptr;
+    return block ? service.mount(block->object) : Failure{Failure::Kind::NotFound, {}, u"The disk has gone."_qs};
+}
+
 /// A volume that was shown is shown again, under its new name.
 void mountWhatWasErased(const AdministratorRequest &request)
 {
-    const auto volume = DiskIdentity::parse(request.arguments.mid(2));
-    const DiskService service;
-    const Result<DiskObjects> objects = request.verb == u"erase-volume" ? service.objects() : Failure{};
-    const DiskBlock *block = volume && objects ? objects.value().block(volume->number) : nullptr;
-    if (block)
-        std::ignore = service.mount(block->object);
+    if (request.verb == u"erase-volume")
+        std::ignore = mountAsUser(DiskIdentity::parse(request.arguments.mid(2)));
+}
+
+/// A volume that was unmounted so that another driver should write to it is to be read again at least. Whoever did not
+/// want it has it left as it is.
+QString mountWhatIsOnlyRead(const AdministratorRequest &request, NotCarriedOut why, const QString &reason)
+{
+    if (request.verb != u"mount-ntfs")
+        return {};
+    const QString what = u"NTFS disk at "_qs + request.arguments.value(0);
+    if (why == NotCarriedOut::Dismissed)
+        return what + u" stays unmounted: "_qs + reason;
+    const Result<FilePath> mounted = mountAsUser(DiskIdentity::parse(request.arguments.mid(1)));
+    if (mounted)
+        return what + u" is mounted again as it was: "_qs + reason;
+    return what + u" stays unmounted: "_qs + reason + u' ' + mounted.failure().detail;
 }
 
 } // namespace
@@ -47,5 +69,6 @@ int main(int argc, char *argv[])
         return withIdentity(request, ListedDisks::ofThisUser(), mountTable());
     };
     settings.carriedOut = mountWhatWasErased;
+    settings.notCarriedOut = mountWhatIsOnlyRead;
     return finish(runOsascript(QCoreApplication::arguments().sliced(1), settings));
 }

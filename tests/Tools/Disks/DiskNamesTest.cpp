@@ -171,11 +171,14 @@ TEST(DiskCommandsTest, AreKnownWordByWord)
     const QString driver = u"/usr/local/bin/ntfs-3g"_qs;
     EXPECT_EQ(request(mount.arg(u"/media/a b"_qs, driver, u"/media/a b"_qs)),
               (AdministratorRequest{u"mount-ntfs"_qs, {u"/media/a b"_qs, u"disk8s1"_qs}}));
+    EXPECT_EQ(request(u"'/usr/sbin/diskutil' 'eraseVolume' 'APFS' 'CleanDisk' 'disk8s1'"_qs)->verb, u"erase-volume");
     for (const QString &text :
          {mount.arg(u"/media/a"_qs, driver, u"/etc"_qs), mount.arg(u"/media/a"_qs, u"/tmp/ntfs-3g"_qs, u"/media/a"_qs),
           u"mkdir -p /media/a"_qs, u"/usr/sbin/diskutil eraseDisk JHFS+ CleanDisk disk8"_qs,
           u"/usr/sbin/diskutil secureErase 1 /dev/disk8"_qs, u"/usr/sbin/diskutil secureErase 0 disk8"_qs,
           u"/usr/sbin/diskutil eraseVolume JHFS+ CleanDisk disk8s1 && purge"_qs, u"/usr/sbin/diskutil list"_qs,
+          u"/usr/sbin/diskutil eraseVolume ExFAT CleanDisk disk8s1"_qs,
+          u"/usr/sbin/diskutil eraseVolume JHFS+ Mine disk8s1"_qs, u"/usr/sbin/diskutil eraseVolume '' '' disk8s1"_qs,
           u"diskutil eraseVolume JHFS+ CleanDisk disk8s1"_qs})
         EXPECT_EQ(request(text), std::nullopt) << qPrintable(text);
 }
