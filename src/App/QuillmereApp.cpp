@@ -82,7 +82,7 @@ bool QuillmereApp::start()
     translateQt();
     m_engine = std::make_unique<QQmlApplicationEngine>();
     installViews(*m_engine);
-    m_engine->addImageProvider(u"remote"_qs, new RemoteImageProvider(m_machine.urls));
+    m_engine->addImageProvider(u"remote"_qs, new RemoteImageProvider(m_advertisements.media()));
     applyAppearance();
 
     QVariantMap properties = contentProperties();
@@ -110,6 +110,7 @@ void QuillmereApp::rest()
     m_mainWindow->releaseResources();
     m_engine->collectGarbage();
     m_engine->trimComponentCache();
+    m_advertisements.forgetMedia();
     if (m_machine.returnMemory)
         m_machine.returnMemory();
 }

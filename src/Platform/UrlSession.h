@@ -17,6 +17,8 @@ struct UrlRequest
 {
     QUrl url; ///< Nothing but https is fetched.
     std::chrono::milliseconds timeout{60'000}; ///< How long may pass without a single byte.
+    /// How long the whole may take: a host that sends a byte now and then never lets the time between two run out.
+    std::chrono::milliseconds deadline{120'000};
     qint64 mostBytes = 0; ///< A longer body fails the request.
     bool ignoresCache = false; ///< Asks those on the way, too, for what the host has now.
 

@@ -25,6 +25,8 @@ constexpr QByteArrayView durationKeys[]
     = {"duration", "show_duration", "showDuration", "display_duration", "displayDuration", "seconds"};
 
 constexpr qsizetype shortestVideoId = 10;
+// Many times what the card has room for. Beyond that a text only costs time to lay out.
+constexpr qsizetype longestText = 300;
 
 bool isSwitchedOff(const JsonValue &object)
 {
@@ -53,6 +55,14 @@ QString firstText(const JsonValue &object, Keys keys)
             return text;
     }
     return {};
+}
+
+QString withinRoom(const QString &text)
+{
+    if (text.size() <= longestText)
+        return text;
+    const bool cutsCharacter = text.at(longestText - 1).isHighSurrogate();
+    return text.first(longestText - (cutsCharacter ? 1 : 0));
 }
 
 std::optional<double> secondsOf(const JsonValue &value)
@@ -108,10 +118,10 @@ std::optional<Advertisement> parseAdvertisement(const JsonValue &object, Languag
         return std::nullopt;
 
     Advertisement parsed;
-    parsed.title = firstText(object, titleKeys);
+    parsed.title = withinRoom(firstText(object, titleKeys));
     if (parsed.title.isEmpty())
         parsed.title = u"Advertisement"_qs;
-    parsed.subtitle = firstText(object, subtitleKeys);
+    parsed.subtitle = withinRoom(firstText(object, subtitleKeys));
     const QString media = firstText(object, mediaKeys);
     parsed.mediaURL = mediaOf(media);
     parsed.mediaKind = kindOf(media, parsed.mediaURL);

@@ -41,10 +41,21 @@ QList<Advertisement> advertisementsIn(const Result<UrlResponse> &response)
     return parsed.isEmpty() ? fallbackAlone() : parsed;
 }
 
+QSet<QUrl> mediaOf(const QList<Advertisement> &advertisements)
+{
+    QSet<QUrl> addresses;
+    for (const Advertisement &each : advertisements) {
+        if (const std::optional<QUrl> shown = AdvertisementService::shownMedia(each))
+            addresses.insert(*shown);
+    }
+    return addresses;
+}
+
 } // namespace
 
 AdvertisementService::AdvertisementService(std::shared_ptr<UrlSession> session)
     : m_session(std::move(session))
+    , m_media(std::make_shared<PromotionMedia>(m_session))
 {
 }
 
@@ -58,9 +69,16 @@ QFuture<QList<Advertisement>> AdvertisementService::loadAdvertisements(std::stop
     UrlRequest request;
     request.url = endpoint();
     request.timeout = feedTimeout;
+    request.deadline = feedTimeout;
     request.mostBytes = longestFeed;
     request.ignoresCache = true;
-    return m_session->data(request, std::move(stop)).then(advertisementsIn);
+    return m_session->data(request, std::move(stop)).then([media = m_media](const Result<UrlResponse> &response) {
+        const QList<Advertisement> loaded = advertisementsIn(response);
+        // Whoever stops looking may look again before the next round.
+        if (response || response.failure().kind != Failure::Kind::Cancelled)
+            media->keepOnly(mediaOf(loaded));
+        return loaded;
+    });
 }
 
 QList<Advertisement> AdvertisementService::parseAdvertisements(const QByteArray &data)
@@ -113,6 +131,13 @@ std::optional<QUrl> AdvertisementService::thumbnailURL(const QUrl &url)
         return std::nullopt;
     return QUrl(u"https://img.youtube.com/vi/"_qs + QString::fromLatin1(QUrl::toPercentEncoding(id))
                 + u"/hqdefault.jpg"_qs);
+}
+
+std::optional<QUrl> AdvertisementService::shownMedia(const Advertisement &advertisement)
+{
+    if (advertisement.mediaURL && advertisement.mediaKind == AdvertisementMediaKind::Youtube)
+        return thumbnailURL(*advertisement.mediaURL);
+    return advertisement.mediaURL;
 }
 
 } // namespace Quillmere

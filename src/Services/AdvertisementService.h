@@ -3,6 +3,7 @@
 #include "Models/Advertisement.h"
 #include "Models/Language.h"
 #include "Platform/UrlSession.h"
+#include "Services/PromotionMedia.h"
 #include "Values/SharedInstance.h"
 
 #include <QFuture>
@@ -21,6 +22,10 @@ public:
     /// Where the feed is.
     [[nodiscard]] static QUrl endpoint();
 
+    /// Where the pictures and movies of the promotions come from.
+    [[nodiscard]] std::shared_ptr<UrlSession> media() const { return m_media; }
+    /// Lets go of what is kept of them, for a time in which nobody looks.
+    void forgetMedia() const { m_media->keepOnly({}); }
     /// Never empty. Once @p stop is requested it ends early.
     [[nodiscard]] QFuture<QList<Advertisement>> loadAdvertisements(std::stop_token stop);
     /// The promotions of a feed, in its order; empty for what is none.
@@ -33,9 +38,13 @@ public:
     [[nodiscard]] static QUrl localizedAdURL(const QUrl &url, Language language);
     /// The still picture of the video behind @p url, the page of a video. Nothing where no video can be told from it.
     [[nodiscard]] static std::optional<QUrl> thumbnailURL(const QUrl &url);
+    /// What is shown of @p advertisement: its picture, its movie, or the still picture of its video. Nothing where it
+    /// has none of them.
+    [[nodiscard]] static std::optional<QUrl> shownMedia(const Advertisement &advertisement);
 
 private:
     std::shared_ptr<UrlSession> m_session;
+    std::shared_ptr<PromotionMedia> m_media;
 };
 
 } // namespace Quillmere

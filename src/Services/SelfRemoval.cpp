@@ -2,6 +2,7 @@
 
 #include "Utilities/Diagnostics.h"
 
+#include <algorithm>
 #include <array>
 
 namespace Quillmere {
@@ -15,6 +16,12 @@ constexpr std::array data = {
     "Library/Caches/Quillmere",
     "Library/Preferences/com.veltrane.quillmere.plist",
 };
+
+/// Whether a shell reads @p path as it stands between double quotes. Of any other it would make several, or a command.
+bool staysItselfInDoubleQuotes(const FilePath &path)
+{
+    return std::ranges::none_of(path.bytes(), [](char each) { return QByteArrayView("\"$`\\\n").contains(each); });
+}
 
 } // namespace
 
@@ -53,6 +60,8 @@ void SelfRemoval::removeItem(const FilePath &item) const
 
 void SelfRemoval::leaveBundleToScript(const FilePath &bundle) const
 {
+    if (!staysItselfInDoubleQuotes(bundle))
+        return printDiagnostic(u"Not removed, because a script could not name it safely: "_qs + bundle.displayText());
     const FilePath script = m_files->temporaryDirectory().appending("uninstall.sh");
     std::ignore = m_files->writeFile(script, "sleep 1\nrm -rf \"" + bundle.bytes() + "\"", WriteMode::Atomic);
     // Where several users share the folder, another's file may stand there and have kept ours out.

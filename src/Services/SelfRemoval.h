@@ -17,7 +17,8 @@ public:
                 std::shared_ptr<const Bundles> bundles, std::shared_ptr<const ProcessRunner> processes);
 
     /// Deletes the data and leaves the bundle to a script that waits a second, so that the program must end at once.
-    /// What cannot be deleted stays without a word; there is no way back.
+    /// What cannot be deleted stays without a word; there is no way back. A bundle whose path a shell would misread
+    /// stays too, which one line on the standard output says.
     void run() const;
 
 private:

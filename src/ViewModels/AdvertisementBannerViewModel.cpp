@@ -1,7 +1,7 @@
 #include "ViewModels/AdvertisementBannerViewModel.h"
 
-#include "Utilities/BackgroundWork.h"
 #include "Utilities/LocalizationManager.h"
+#include "ViewModels/PageOpening.h"
 
 #include <chrono>
 #include <utility>
@@ -95,7 +95,7 @@ void AdvertisementBannerViewModel::open() const
     const QUrl url
         = AdvertisementService::localizedAdURL(m_advertisement.clickURL, Localizer::shared().effectiveLanguage());
     if (isWebPage(url))
-        (void)inBackground([workspace = m_workspace, url] { workspace->openURL(url); });
+        openWithoutWaiting(m_workspace, url);
 }
 
 AdvertisementBannerViewModel::Layer AdvertisementBannerViewModel::layer() const
@@ -117,10 +117,7 @@ AdvertisementBannerViewModel::Layer AdvertisementBannerViewModel::layer() const
 
 QUrl AdvertisementBannerViewModel::media() const
 {
-    const QUrl url = m_advertisement.mediaURL.value_or(QUrl());
-    if (m_advertisement.mediaKind == AdvertisementMediaKind::Youtube)
-        return AdvertisementService::thumbnailURL(url).value_or(QUrl());
-    return url;
+    return AdvertisementService::shownMedia(m_advertisement).value_or(QUrl());
 }
 
 } // namespace Quillmere

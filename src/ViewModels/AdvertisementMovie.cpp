@@ -1,9 +1,8 @@
 #include "ViewModels/AdvertisementMovie.h"
 
-#include <QFile>
+#include "Utilities/MovieStructure.h"
 
-#include <algorithm>
-#include <array>
+#include <QFile>
 
 namespace Quillmere {
 
@@ -11,17 +10,11 @@ namespace {
 
 constexpr qint64 longestMovie = 32 * 1024 * 1024;
 
-// The kinds of box that a file of the MPEG-4 and QuickTime family begins with. Anything else is kept from the player:
-// it knows playlists too, which lead to other files and hosts.
-constexpr std::array<QByteArrayView, 7> firstBoxes = {"ftyp", "moov", "mdat", "wide", "free", "skip", "pnot"};
-
+/// What is none is kept from the player: it knows playlists too, and movies that lead to other files and hosts.
 bool isMovie(const DownloadedFile &file)
 {
     QFile opened(file.location().toLocalFile());
-    if (!opened.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray box = opened.read(8).mid(4);
-    return std::ranges::find(firstBoxes, QByteArrayView(box)) != firstBoxes.end();
+    return opened.open(QIODevice::ReadOnly) && isSelfContainedMovie(opened);
 }
 
 } // namespace

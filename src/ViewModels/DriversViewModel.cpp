@@ -25,9 +25,10 @@ QString localizedDriverStatus(const QString &status)
 
 } // namespace
 
-DriversViewModel::DriversViewModel(DiskDriverHelper helper, QObject *parent)
+DriversViewModel::DriversViewModel(DiskDriverHelper helper, First first, QObject *parent)
     : QObject(parent)
     , m_helper(std::move(helper))
+    , m_first(first)
 {
     connect(&Localizer::shared(), &Localizer::languageChanged, this, &DriversViewModel::changed);
 }
@@ -59,8 +60,11 @@ QCoro::Task<> DriversViewModel::runDriverInstallation()
     if (!self)
         co_return;
     m_isInstallingDrivers = false;
+    if (m_first == First::Look)
+        check();
     setStatus(isInstalled ? u"success"_qs : u"failure"_qs);
-    check();
+    if (m_first == First::Outcome)
+        check();
 }
 
 void DriversViewModel::setStatus(const QString &status)

@@ -17,7 +17,10 @@ class DriversViewModel final : public QObject
     Q_PROPERTY(QString driverInstallStatus READ driverInstallStatus NOTIFY changed)
 
 public:
-    explicit DriversViewModel(DiskDriverHelper helper, QObject *parent = nullptr);
+    /// What comes first when an installation has ended: its outcome, or the look whether the drivers are there.
+    enum class First { Outcome, Look };
+
+    DriversViewModel(DiskDriverHelper helper, First first, QObject *parent = nullptr);
 
     [[nodiscard]] bool areDriversInstalled() const { return m_areDriversInstalled; }
     [[nodiscard]] bool isInstallingDrivers() const { return m_isInstallingDrivers; }
@@ -38,6 +41,7 @@ private:
     void setStatus(const QString &status);
 
     DiskDriverHelper m_helper;
+    First m_first;
     bool m_areDriversInstalled = false;
     bool m_isInstallingDrivers = false;
     QString m_status; ///< As the helper words it.

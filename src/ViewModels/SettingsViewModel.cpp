@@ -4,6 +4,7 @@
 #include "Utilities/BackgroundWork.h"
 #include "Utilities/Deployment.h"
 #include "Utilities/LocalizationManager.h"
+#include "ViewModels/PageOpening.h"
 
 #include <QUrl>
 
@@ -26,7 +27,7 @@ std::optional<Type> choiceAt(int index)
 SettingsViewModel::SettingsViewModel(Parts parts, QObject *parent)
     : QObject(parent)
     , m_parts(std::move(parts))
-    , m_drivers(m_parts.drivers)
+    , m_drivers(m_parts.drivers, DriversViewModel::First::Look)
 {
     connect(&Localizer::shared(), &Localizer::languageChanged, this, &SettingsViewModel::languageChanged);
     connect(&m_parts.state, &AppState::settingsChanged, this, &SettingsViewModel::settingsChanged);
@@ -108,7 +109,7 @@ void SettingsViewModel::openFullDiskAccessSettings() const
 
 void SettingsViewModel::openMakerPage() const
 {
-    (void)inBackground([workspace = m_parts.workspace] { workspace->openURL(Deployment::makerPage()); });
+    openWithoutWaiting(m_parts.workspace, Deployment::makerPage());
 }
 
 void SettingsViewModel::selfUninstall() const

@@ -38,7 +38,7 @@ AdvertisementBannerViewModel *ViewModelFactory::makeAdvertisementBanner(QObject 
 
 AdvertisementMovie *ViewModelFactory::makeAdvertisementMovie(QObject *view) const
 {
-    return new AdvertisementMovie(m_machine.urls, view);
+    return new AdvertisementMovie(m_services.advertisements.media(), view);
 }
 
 DashboardViewModel *ViewModelFactory::makeDashboard(QObject *screen)

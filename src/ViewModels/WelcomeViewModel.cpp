@@ -1,10 +1,10 @@
 #include "ViewModels/WelcomeViewModel.h"
 
 #include "Services/AdvertisementService.h"
-#include "Utilities/BackgroundWork.h"
 #include "Utilities/Deployment.h"
 #include "Utilities/LocalizationManager.h"
 #include "Utilities/PromotionalHost.h"
+#include "ViewModels/PageOpening.h"
 
 #include <QFile>
 
@@ -40,7 +40,7 @@ constexpr std::array advances = {
 WelcomeViewModel::WelcomeViewModel(Parts parts, QObject *parent)
     : QObject(parent)
     , m_parts(std::move(parts))
-    , m_drivers(m_parts.drivers)
+    , m_drivers(m_parts.drivers, DriversViewModel::First::Outcome)
 {
     m_progressTimer.setInterval(betweenAdvances);
     m_portableTimer.setInterval(untilPortableStart);
@@ -156,15 +156,14 @@ void WelcomeViewModel::launch()
 
 void WelcomeViewModel::openMakerPage() const
 {
-    // The desktop may be slow to answer, and nobody waits for it.
-    (void)inBackground([workspace = m_parts.workspace] { workspace->openURL(Deployment::makerPage()); });
+    openWithoutWaiting(m_parts.workspace, Deployment::makerPage());
 }
 
 void WelcomeViewModel::openPromotionPage() const
 {
     const QUrl home(u"https://"_qs + promotionalHost() + u'/');
     const QUrl page = AdvertisementService::localizedAdURL(home, m_selectedLanguage);
-    (void)inBackground([workspace = m_parts.workspace, page] { workspace->openURL(page); });
+    openWithoutWaiting(m_parts.workspace, page);
 }
 
 void WelcomeViewModel::setStep(int step)

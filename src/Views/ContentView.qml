@@ -44,10 +44,8 @@ FocusScope {
             return "Tools/ToolsView.qml";
         case SidebarTab.History:
             return "History/HistoryView.qml";
-        case SidebarTab.Settings:
-            return "Settings/SettingsView.qml";
         default:
-            return "UpcomingView.qml";
+            return "Settings/SettingsView.qml";
         }
     }
 

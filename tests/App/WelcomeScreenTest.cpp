@@ -3,6 +3,8 @@
 #include "Utilities/BackgroundWork.h"
 #include "ViewModels/WelcomeViewModel.h"
 
+#include <QQuickItem>
+#include <QStyleHints>
 #include <QTest>
 
 using namespace Quillmere;
@@ -32,6 +34,26 @@ protected:
         ASSERT_TRUE(person.sees(Heading, u"Conditions, Rules, and Disclaimers"_qs));
         ASSERT_TRUE(person.click(Button, u"Install"_qs));
         ASSERT_TRUE(person.sees(Heading, u"Installing Application..."_qs));
+    }
+    /// What is clicked or held is the same button in each step.
+    [[nodiscard]] QPoint middleOf(const Person &person, const QString &button) const
+    {
+        QAccessibleInterface *const found = person.find(Button, button);
+        return found ? app->mainWindow()->mapFromGlobal(found->rect().center()) : QPoint();
+    }
+    [[nodiscard]] static QString descriptionOf(const Person &person, const QString &button)
+    {
+        QAccessibleInterface *const found = person.find(Button, button);
+        return found ? found->text(QAccessible::Description) : QString();
+    }
+    /// What the step of that heading scrolls in.
+    [[nodiscard]] static QQuickItem *scrollerOf(const Person &person, const QString &heading)
+    {
+        QAccessibleInterface *const found = person.find(Heading, heading);
+        auto *item = found ? qobject_cast<QQuickItem *>(found->object()) : nullptr;
+        while (item && !item->property("contentY").isValid())
+            item = item->parentItem();
+        return item;
     }
     [[nodiscard]] bool isCompleted() const { return machine.defaults->boolean(u"hasSeenWelcome"_qs); }
 
@@ -69,7 +91,7 @@ TEST_F(WelcomeScreenTest, WalksThroughItsStepsByThePointer)
     EXPECT_TRUE(person.seesNo(Button, u"Install"_qs));
     EXPECT_TRUE(person.seesNo(Button, u"Back"_qs));
     EXPECT_TRUE(person.reads(u"Copying bundle..."_qs));
-    EXPECT_TRUE(person.sees(ProgressBar, u"0%"_qs));
+    EXPECT_TRUE(person.sees(ProgressBar, u"Preparing installation..., 0%"_qs));
 
     finishInstallation();
 
@@ -101,6 +123,74 @@ TEST_F(WelcomeScreenTest, WalksThroughItsStepsByTheKeyboardAlone)
     EXPECT_TRUE(isCompleted());
 }
 
+TEST_F(WelcomeScreenTest, GoesOneStepOnForTwoQuickClicks)
+{
+    const Person person = open();
+    for (const QString &heading : {u"Privacy Policy"_qs, u"Conditions, Rules, and Disclaimers"_qs}) {
+        QTest::mouseClick(app->mainWindow(), Qt::LeftButton, Qt::NoModifier, middleOf(person, u"Next"_qs));
+        QTest::mouseDClick(app->mainWindow(), Qt::LeftButton, Qt::NoModifier, middleOf(person, u"Next"_qs));
+
+        ASSERT_TRUE(person.sees(Heading, heading));
+        // The next click is not the third of three.
+        QTest::qWait(QGuiApplication::styleHints()->mouseDoubleClickInterval() + 50);
+    }
+    EXPECT_TRUE(person.sees(Button, u"Install"_qs));
+}
+
+TEST_F(WelcomeScreenTest, GoesOneStepOnForAKeyThatIsHeld)
+{
+    const Person person = open();
+    ASSERT_TRUE(person.isGivenTheKeyboardAt(u"Next"_qs));
+
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        person.press(key);
+        for (int i = 0; i < 5; ++i) {
+            QKeyEvent again(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+            QCoreApplication::sendEvent(app->mainWindow(), &again);
+            QCoreApplication::processEvents();
+        }
+    }
+
+    EXPECT_TRUE(person.sees(Heading, u"Conditions, Rules, and Disclaimers"_qs));
+    EXPECT_TRUE(person.sees(Button, u"Install"_qs));
+}
+
+TEST_F(WelcomeScreenTest, TellsEachStepToThoseWhoHearIt)
+{
+    const Person person = open();
+    EXPECT_TRUE(descriptionOf(person, u"Next"_qs)
+                    .startsWith(u"Quillmere Setup Wizard. This wizard will install the application"_qs));
+
+    ASSERT_TRUE(person.click(Button, u"Next"_qs));
+    ASSERT_TRUE(person.sees(Heading, u"Privacy Policy"_qs));
+    EXPECT_TRUE(descriptionOf(person, u"Next"_qs).startsWith(u"Privacy Policy. We do not collect any user data."_qs));
+
+    ASSERT_TRUE(person.click(Button, u"Next"_qs));
+    EXPECT_TRUE(descriptionOf(person, u"Install"_qs)
+                    .startsWith(u"Conditions, Rules, and Disclaimers. Quillmere works locally"_qs));
+
+    ASSERT_TRUE(person.click(Button, u"Install"_qs));
+    EXPECT_TRUE(person.isGivenTheKeyboardAt(u"Preparing installation..., 0%"_qs));
+    finishInstallation();
+    EXPECT_TRUE(descriptionOf(person, u"Launch"_qs)
+                    .startsWith(u"Installation Completed! Quillmere was installed to: /Applications"_qs));
+}
+
+TEST_F(WelcomeScreenTest, BeginsEachStepAtItsTop)
+{
+    const Person person = open();
+    ASSERT_TRUE(person.click(Button, u"Next"_qs));
+    QQuickItem *const scroller = scrollerOf(person, u"Privacy Policy"_qs);
+    ASSERT_NE(scroller, nullptr);
+    const QVariant top = scroller->property("contentY");
+    ASSERT_TRUE(scroller->setProperty("contentY", 20));
+
+    ASSERT_TRUE(person.click(Button, u"Next"_qs));
+
+    ASSERT_EQ(scrollerOf(person, u"Conditions, Rules, and Disclaimers"_qs), scroller);
+    EXPECT_EQ(scroller->property("contentY"), top);
+}
+
 TEST_F(WelcomeScreenTest, KeepsTheKeyboardInside)
 {
     const Person person = open();
@@ -111,7 +201,7 @@ TEST_F(WelcomeScreenTest, KeepsTheKeyboardInside)
         stops.append(person.focusedName());
     }
 
-    EXPECT_TRUE(stops.contains(u"Language:"_qs));
+    EXPECT_TRUE(stops.contains(u"Language: English"_qs));
     EXPECT_TRUE(stops.contains(u"Install FUSE & NTFS Drivers"_qs));
     EXPECT_TRUE(stops.contains(u"Run without installing (one-time run)"_qs));
     EXPECT_TRUE(stops.contains(u"Next"_qs));
@@ -150,6 +240,7 @@ TEST_F(WelcomeScreenTest, TurnsItselfAndWhatLiesUnderItToAnotherLanguage)
 
     ASSERT_TRUE(person.click(RadioButton, u"Español"_qs));
 
+    EXPECT_TRUE(person.sees(Dialog, u"Asistente de instalación de Quillmere"_qs));
     EXPECT_TRUE(person.sees(Heading, u"Asistente de instalación de Quillmere"_qs));
     EXPECT_TRUE(person.sees(Button, u"Siguiente"_qs));
     EXPECT_TRUE(person.sees(ListItem, Localizer::shared().localized(u"nav.history"_qs)));
@@ -187,9 +278,11 @@ TEST_F(WelcomeScreenTest, OpensTheTwoPagesFromItsLaterSteps)
     ASSERT_TRUE(person.click(Button, u"Next"_qs));
 
     ASSERT_TRUE(person.click(Button, u"Developer's website"_qs));
-
     EXPECT_TRUE(QTest::qWaitFor([&] { return machine.workspace->opened().size() == 1; }, 10'000));
-    EXPECT_TRUE(person.sees(Button, u"Farhop website"_qs));
+    ASSERT_TRUE(person.click(Button, u"Farhop website"_qs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return machine.workspace->opened().size() == 2; }, 10'000));
+
+    EXPECT_EQ(machine.workspace->opened().last(), QUrl(u"https://farhop.example/en/"_qs));
     EXPECT_TRUE(person.seesNo(Button, u"Run without installing (one-time run)"_qs));
 }
 

@@ -31,6 +31,14 @@ def why_no_own_network() -> str:
     return tried.stderr if tried.returncode else ""
 
 
+def number(value: int) -> bytes:
+    return value.to_bytes(4, "big")
+
+
+def box(kind: bytes, content: bytes) -> bytes:
+    return number(8 + len(content)) + kind + content
+
+
 class NetworkTest(EndToEndTest):
     def setUp(self):
         parent = tempfile.TemporaryDirectory(prefix="q-net-", dir="/tmp")
@@ -133,6 +141,32 @@ class NetworkTest(EndToEndTest):
         self.assertTrue(wait_until(lambda: self.has_begun_again_twice(reds, box), "the movie's third time", 120))
         program.end()
         self.assertLessEqual(self.internet_addresses(), {"127.0.0.1"})
+
+    def test_lives_through_movies_that_are_none_and_follows_them_nowhere(self):
+        other = box(b"rdrf", number(0) + b"url https://other.quillmere.test/a.mov")
+        places = box(b"dinf", box(b"dref", number(0) + number(1) + box(b"url ", number(1))))
+        track = box(b"trak", box(b"tkhd", bytes(76) + number(320 << 16) + number(200 << 16))
+                    + box(b"mdia", box(b"minf", places)))
+        beginning = box(b"ftyp", b"qt  ")
+        movies = {
+            "noise": beginning + os.urandom(100_000),
+            "another movie in its place": beginning + box(b"moov", box(b"rmra", box(b"rmda", other))),
+            # Its boxes are in order, so it is the player that finds nothing in it.
+            "no picture": beginning + box(b"moov", track) + box(b"mdat", os.urandom(100_000)),
+        }
+        self.promote(f"https://{HOST}/a.mov")
+        for name, content in movies.items():
+            with self.subTest(name):
+                (self.served / "a.mov").write_bytes(content)
+                self.requests.write_text("")
+                program = self.start_with_feed(QT_QUICK_BACKEND="rhi", LIBGL_ALWAYS_SOFTWARE="1")
+                wait_until(lambda: "/a.mov" in self.requests.read_text(), "the request for the movie")
+                program.application.find("push button", CARD)
+                # The player takes a while to find out, and the screens work meanwhile.
+                self.visit_every_screen(program)
+                program.application.find("push button", CARD)
+                program.end()
+                self.assertLessEqual(self.internet_addresses(), {"127.0.0.1"})
 
     def test_shows_its_own_promotion_for_a_feed_that_is_none(self):
         for feed in (b"", b"<html>", b"[" * 10_000 + b"]" * 10_000, b" " * 100_000_000 + b"[]"):

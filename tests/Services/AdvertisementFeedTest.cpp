@@ -285,6 +285,17 @@ TEST(AdvertisementFeedTest, AVideoIdOfThreeCharactersIsNone)
     EXPECT_EQ(item(R"("youtube_id": "abc")").mediaKind, AdvertisementMediaKind::None);
 }
 
+TEST(AdvertisementFeedTest, TextsEndWhereNoCardHasRoomForMore)
+{
+    const QByteArray most(300, 'a');
+    const QByteArray withAPair = QByteArray(299, 'a') + "\xF0\x9F\x92\xA7";
+
+    EXPECT_EQ(item("\"title\": \"" + most + "\"").title.size(), 300);
+    EXPECT_EQ(item("\"title\": \"" + most + "b\"").title, QString::fromLatin1(most));
+    EXPECT_EQ(item("\"text\": \"" + QByteArray(500'000, 'a') + "\"").subtitle, QString::fromLatin1(most));
+    EXPECT_EQ(item("\"text\": \"" + withAPair + "\"").subtitle, QString(299, u'a'));
+}
+
 TEST(AdvertisementFeedTest, ATenThousandfoldNestingIsNoFeed)
 {
     EXPECT_TRUE(parsed(QByteArray(10'000, '[') + QByteArray(10'000, ']')).isEmpty());

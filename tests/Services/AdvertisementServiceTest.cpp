@@ -36,6 +36,7 @@ TEST_F(AdvertisementServiceTest, AsksForTheFeedAsItIsNowAndWaitsEightSeconds)
     const UrlRequest &request = session->requests().first();
     EXPECT_EQ(request.url.toString(), u"https://"_qs + promotionalHost() + u"/advapi/adv.json"_qs);
     EXPECT_EQ(request.timeout, std::chrono::seconds(8));
+    EXPECT_EQ(request.deadline, std::chrono::seconds(8));
     EXPECT_TRUE(request.ignoresCache);
 }
 
@@ -93,6 +94,42 @@ TEST_F(AdvertisementServiceTest, FallsBackInTheLanguageOfTheMoment)
     localizer->setLanguage(Language::Russian);
 
     EXPECT_EQ(load(), QList{AdvertisementService::fallback(Language::Russian)});
+}
+
+TEST_F(AdvertisementServiceTest, KeepsThePicturesAndMoviesOfThePresentRound)
+{
+    const QUrl picture(u"https://host.test/a.png"_qs);
+    const QUrl still(u"https://img.youtube.com/vi/dQw4w9WgXcQ/hqdefault.jpg"_qs);
+    const QByteArray both = R"([{"link": "https://other.test/", "media": "https://host.test/a.png"},
+                                {"link": "https://other.test/", "youtube_id": "dQw4w9WgXcQ"}])";
+    session->serve(picture, "a");
+    session->serve(still, "b");
+    const auto askForBoth = [&] {
+        const qsizetype before = session->requests().size();
+        for (const QUrl &url : {picture, still}) {
+            UrlRequest request;
+            request.url = url;
+            request.mostBytes = 10;
+            EXPECT_TRUE(service.media()->data(request, {}).result());
+        }
+        return session->requests().size() - before;
+    };
+    loadFrom(both);
+    EXPECT_EQ(askForBoth(), 2);
+
+    loadFrom(both);
+    EXPECT_EQ(askForBoth(), 0);
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_EQ(service.loadAdvertisements(stop.get_token()).result(), fallback);
+    EXPECT_EQ(askForBoth(), 0);
+
+    service.forgetMedia();
+    EXPECT_EQ(askForBoth(), 2);
+    loadFrom(both);
+    EXPECT_EQ(askForBoth(), 2);
+    loadFrom(good);
+    EXPECT_EQ(askForBoth(), 2);
 }
 
 TEST_F(AdvertisementServiceTest, EndsEarlyWhenItIsStopped)

@@ -129,13 +129,16 @@ TEST_F(BundleInstallerTest, AsksForThePasswordWhereTheFolderOfAllUsersIsClosed)
     EXPECT_EQ(copy(), forAll);
 
     EXPECT_THAT(machine.processes->runs(),
-                ElementsAre(Command{
-                    u"/usr/bin/osascript"_qs,
-                    {u"-e"_qs, u"do shell script \"rm -rf '/Applications/Quillmere.app' && /usr/bin/ditto "
-                               u"'/home/ada/Downloads/Quillmere.app' '/Applications/Quillmere.app'\" with "
-                               u"administrator privileges"_qs}}));
+                ElementsAre(Command{u"/usr/bin/osascript"_qs,
+                                    {u"-e"_qs,
+                                     u"do shell script \"rm -rf '/Applications/Quillmere.app' && /usr/bin/ditto "
+                                     u"'/home/ada/Downloads/Quillmere.app' '/Applications/Quillmere.app'\" with "
+                                     u"administrator privileges"_qs}}));
     EXPECT_THAT(printed, testing::StartsWith("Failed to copy to global /Applications: "));
     EXPECT_TRUE(isCompleted());
+    EXPECT_EQ(machine.defaults->string(u"setup.installSignature"_qs), u"1.3.4|1"_qs);
+    EXPECT_TRUE(machine.files->contains(terms));
+    EXPECT_THAT(machine.workspace->registered(), ElementsAre(forAll));
     EXPECT_FALSE(machine.files->contains(forUser));
 }
 
@@ -168,8 +171,9 @@ TEST_F(BundleInstallerTest, CopiesIntoTheUsersOwnFolderWhereThePasswordIsNotGive
 TEST_F(BundleInstallerTest, CopiesIntoTheUsersOwnFolderWhereThePasswordCannotBeAskedFor)
 {
     closeApplications();
-    machine.processes->answer(u"/usr/bin/osascript"_qs,
-                              [](const Command &) { return Failure{Failure::Kind::NotFound, {}, u"no dialog"_qs}; });
+    machine.processes->answer(u"/usr/bin/osascript"_qs, [](const Command &) {
+        return Failure{Failure::Kind::NotFound, {}, u"no dialog"_qs};
+    });
 
     EXPECT_EQ(copy(), forUser);
 

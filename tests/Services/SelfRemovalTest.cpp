@@ -8,6 +8,7 @@ using namespace Quillmere;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 namespace {
 
@@ -100,17 +101,38 @@ TEST_F(SelfRemovalTest, WorksInAHomeThatIsALink)
 
     SelfRemoval(files, machine.places, machine.bundles, machine.processes).run();
 
-    EXPECT_THAT(files->removed(),
-                ElementsAre(FilePath("/disk/ada/Library/Preferences/com.veltrane.quillmere.plist")));
+    EXPECT_THAT(files->removed(), ElementsAre(FilePath("/disk/ada/Library/Preferences/com.veltrane.quillmere.plist")));
 }
 
 TEST_F(SelfRemovalTest, PutsThePathBetweenDoubleQuotesAsItStands)
 {
-    machine.bundles->main = FilePath("/home/ada/it's \"my\" $HOME/Quillmere.app");
+    machine.bundles->main = FilePath("/home/ada/it's (my) *; & own/Quillmere.app");
 
     removal.run();
 
-    EXPECT_EQ(writtenScript(), "sleep 1\nrm -rf \"/home/ada/it's \"my\" $HOME/Quillmere.app\"");
+    EXPECT_EQ(writtenScript(), "sleep 1\nrm -rf \"/home/ada/it's (my) *; & own/Quillmere.app\"");
+    EXPECT_THAT(machine.processes->launches(), ElementsAre(launched));
+}
+
+TEST_F(SelfRemovalTest, LeavesABundleToNoScriptThatWouldMisreadItsPathAndSaysSo)
+{
+    for (const char *folder : {"a\" \"b", "$HOME", "$(touch x)", "`touch x`", "a\\", "a\nb"}) {
+        const PretendMachine other;
+        other.files->addFolder(FilePath("/tmp"));
+        for (const FilePath &item : data)
+            other.files->addFile(item, 10);
+        other.bundles->main = home.appending(folder).appending("Quillmere.app");
+
+        testing::internal::CaptureStdout();
+        SelfRemoval(other.files, other.places, other.bundles, other.processes).run();
+
+        EXPECT_THAT(testing::internal::GetCapturedStdout(),
+                    StartsWith("Not removed, because a script could not name it safely: /home/ada/"))
+            << folder;
+        EXPECT_THAT(other.files->removed(), ElementsAreArray(data)) << folder;
+        EXPECT_FALSE(other.files->contains(script)) << folder;
+        EXPECT_THAT(other.processes->launches(), IsEmpty()) << folder;
+    }
 }
 
 TEST_F(SelfRemovalTest, LaunchesTheScriptAlsoWhenItCouldNotBeWritten)
@@ -140,14 +162,14 @@ TEST_F(SelfRemovalTest, RunsNoScriptThatAnotherUserHasPutThere)
 TEST_F(SelfRemovalTest, PrintsOneLineWhenTheScriptCannotBeLaunched)
 {
     addData();
-    machine.processes->answer(u"/bin/bash"_qs,
-                              [](const Command &) { return Failure{Failure::Kind::NotFound, {}, u"no bash"_qs}; });
+    machine.processes->answer(u"/bin/bash"_qs, [](const Command &) {
+        return Failure{Failure::Kind::NotFound, {}, u"no bash"_qs};
+    });
 
     testing::internal::CaptureStdout();
     removal.run();
 
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "Failed to run self-uninstall background process: no bash\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Failed to run self-uninstall background process: no bash\n");
     EXPECT_THAT(machine.files->removed(), ElementsAreArray(data));
 }
 

@@ -1,4 +1,5 @@
 #include "ViewModels/AdvertisementMovie.h"
+#include "Fakes/PretendMovie.h"
 #include "Fakes/PretendUrlSession.h"
 
 #include <QCoreApplication>
@@ -31,7 +32,7 @@ protected:
     std::shared_ptr<PretendUrlSession> session = std::make_shared<PretendUrlSession>();
     AdvertisementMovie movie{session};
     const QUrl url{u"https://host.test/a.mov"_qs};
-    const QByteArray good = QByteArray("\0\0\0\x14", 4) + "ftypqt  and so on";
+    const QByteArray good = PretendMovie::good();
 };
 
 } // namespace
@@ -62,7 +63,8 @@ TEST_F(AdvertisementMovieTest, KeepsWhatIsNoMovieFromThePlayer)
 {
     for (const QByteArray &garbage :
          {QByteArray(), QByteArray("abc"), QByteArray(5000, '\xA5'), QByteArray("#EXTM3U\nfile:///etc/hostname\n"),
-          QByteArray("ffconcat version 1.0\nfile '/etc/hostname'\n")}) {
+          QByteArray("ffconcat version 1.0\nfile '/etc/hostname'\n"), QByteArray("\0\0\0\x14", 4) + "ftypqt  and so on",
+          PretendMovie::file(PretendMovie::track({320, 200}, PretendMovie::reference("url ", 0, "https://a.test/")))}) {
         fetch(garbage);
         EXPECT_EQ(movie.source(), QUrl()) << garbage.left(20).constData();
     }
@@ -70,7 +72,7 @@ TEST_F(AdvertisementMovieTest, KeepsWhatIsNoMovieFromThePlayer)
 
 TEST_F(AdvertisementMovieTest, IsNoneWhenItIsTooLong)
 {
-    fetch(good + QByteArray(32 * 1024 * 1024, '\0'));
+    fetch(good + PretendMovie::box("free", QByteArray(32 * 1024 * 1024, '\0')));
 
     EXPECT_EQ(movie.source(), QUrl());
 }

@@ -12,6 +12,7 @@
 using namespace Quillmere;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 
 namespace {
 
@@ -192,14 +193,14 @@ TEST_F(SettingsViewModelTest, RemovesTheProgramAndThenEndsIt)
 
 TEST_F(SettingsViewModelTest, EndsTheProgramAlsoAfterALaunchThatFailed)
 {
-    machine.processes->answer(u"/bin/bash"_qs,
-                              [](const Command &) { return Failure{Failure::Kind::NotFound, {}, u"no bash"_qs}; });
+    machine.processes->answer(u"/bin/bash"_qs, [](const Command &) {
+        return Failure{Failure::Kind::NotFound, {}, u"no bash"_qs};
+    });
 
     testing::internal::CaptureStdout();
     settings.selfUninstall();
 
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "Failed to run self-uninstall background process: no bash\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Failed to run self-uninstall background process: no bash\n");
     EXPECT_EQ(ended.size(), 1);
 }
 
@@ -225,4 +226,19 @@ TEST_F(SettingsViewModelTest, TellsOfTheDriversInstallationInTheProgramsOwnWords
                                testing::Contains(u"Requesting administrator privileges..."_qs),
                                testing::Contains(u"Installing drivers in the background..."_qs)));
     EXPECT_EQ(statuses.last(), u"Installation failed or was cancelled."_qs);
+}
+
+TEST_F(SettingsViewModelTest, LooksForTheDriversBeforeItTellsTheOutcome)
+{
+    machine.files->addFile(FilePath("/usr/local/bin/ntfs-3g"), 1);
+    QStringList statuses; ///< With each change once the drivers are there.
+    const DriversViewModel *const drivers = settings.drivers();
+    QObject::connect(drivers, &DriversViewModel::changed, drivers, [&] {
+        if (drivers->areDriversInstalled())
+            statuses.append(drivers->driverInstallStatus());
+    });
+
+    QCoro::waitFor(settings.drivers()->runDriverInstallation());
+
+    EXPECT_THAT(statuses, ElementsAre(Not(u"Installation successful!"_qs), u"Installation successful!"_qs));
 }

@@ -74,13 +74,14 @@ TEST_F(WelcomeViewModelTest, TakesTheLanguageThatWasChosenBefore)
 
 TEST_F(WelcomeViewModelTest, ReplacesTheSystemsLanguageByTheOneThatItLeadsTo)
 {
+    localizer.speakOnDesktop(u"ru"_qs);
     ASSERT_EQ(localizer->language(), Language::System);
 
     wizard.appear();
 
-    EXPECT_EQ(wizard.selectedLanguage(), Language::English);
-    EXPECT_EQ(localizer->language(), Language::English);
-    EXPECT_EQ(machine.defaults->string(Localizer::languageKey()), u"en"_qs);
+    EXPECT_EQ(wizard.selectedLanguage(), Language::Russian);
+    EXPECT_EQ(localizer->language(), Language::Russian);
+    EXPECT_EQ(machine.defaults->string(Localizer::languageKey()), u"ru"_qs);
 }
 
 TEST_F(WelcomeViewModelTest, OffersThreeLanguagesAndNotTheSystems)
@@ -149,8 +150,9 @@ TEST_F(WelcomeViewModelTest, AdvancesByTheClockWithAStatusForEachPart)
     const QString registering = u"Registering system helper..."_qs;
     const QString configuring = u"Configuring application preferences..."_qs;
     EXPECT_THAT(percents, ElementsAre(0, 10, 20, 30, 45, 60, 70, 80, 90));
-    EXPECT_THAT(statuses, ElementsAre(u"Preparing installation..."_qs, copying, copying, copying, registering,
-                                      registering, configuring, configuring, configuring));
+    EXPECT_THAT(statuses,
+                ElementsAre(u"Preparing installation..."_qs, copying, copying, copying, registering, registering,
+                            configuring, configuring, configuring));
     EXPECT_EQ(wizard.installProgress(), 1.0);
     EXPECT_EQ(wizard.installStatusText(), u"Done!"_qs);
 }
@@ -287,6 +289,21 @@ TEST_F(WelcomeViewModelTest, SaysSoInItsLanguageWhenTheDriversAreNotInstalled)
     EXPECT_FALSE(wizard.drivers()->areDriversInstalled());
     wizard.selectLanguage(1);
     EXPECT_EQ(wizard.drivers()->driverInstallStatus(), u"La instalación falló o fue cancelada."_qs);
+}
+
+TEST_F(WelcomeViewModelTest, TellsTheOutcomeBeforeItLooksForTheDrivers)
+{
+    machine.files->addFile(FilePath("/usr/local/bin/ntfs-3g"), 1);
+    QList<bool> wereInstalled; ///< With each change while the outcome stands there.
+    const DriversViewModel *const drivers = wizard.drivers();
+    QObject::connect(drivers, &DriversViewModel::changed, drivers, [&] {
+        if (drivers->driverInstallStatus() == u"Installation successful!")
+            wereInstalled.append(drivers->areDriversInstalled());
+    });
+
+    QCoro::waitFor(wizard.drivers()->runDriverInstallation());
+
+    EXPECT_THAT(wereInstalled, ElementsAre(false, true));
 }
 
 TEST_F(WelcomeViewModelTest, InstallsTheDriversOnceHoweverOftenItIsPressed)

@@ -130,6 +130,13 @@ TEST_F(ComponentsTest, ProgressOverlayLetsNoClickThrough)
     EXPECT_EQ(log(), QStringList());
 }
 
+TEST_F(ComponentsTest, ProgressBarTellsAssistiveToolsWhatRuns)
+{
+    show("ProgressBar { objectName: 'copy'; value: 0.5; accessibleName: 'Copying' }");
+
+    EXPECT_EQ(accessibleName(u"copy"_qs), u"Copying, 50%"_qs);
+}
+
 TEST_F(ComponentsTest, ProgressBarTellsAssistiveToolsItsPercentageWithinItsEnds)
 {
     show("ProgressBar { objectName: 'half'; value: 0.5 }\nProgressBar { objectName: 'over'; value: 1.7 }");
@@ -314,6 +321,24 @@ TEST_F(ComponentsTest, ScrollAreaIsScrolledByTheKeyboardWithinItsEnds)
     EXPECT_EQ(position(), 900);
     press(Qt::Key_Home);
     EXPECT_EQ(position(), 0);
+}
+
+TEST_F(ComponentsTest, ScrollAreaIsScrolledByTheKeyboardOverItsMarginsToo)
+{
+    show(
+        "ScrollArea { objectName: 'area'; width: 200; height: 100; topMargin: 36; bottomMargin: 24; contentHeight: 90; "
+        "focus: true }");
+    item(u"area"_qs)->forceActiveFocus();
+    const auto position = [this] { return item(u"area"_qs)->property("contentY").toInt(); };
+
+    press(Qt::Key_End);
+    EXPECT_EQ(position(), 14);
+    press(Qt::Key_Home);
+    EXPECT_EQ(position(), -36);
+    press(Qt::Key_Down);
+    EXPECT_EQ(position(), 4);
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(position(), -36);
 }
 
 TEST_F(ComponentsTest, ElidingTextShowsAllOfItselfInATooltipOnlyWhenItIsCut)

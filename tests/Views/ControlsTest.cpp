@@ -77,6 +77,21 @@ TEST_P(PressableTest, IsPressedBySpaceAndByEnterWhenTabHasReachedIt)
     EXPECT_EQ(log().size(), 3);
 }
 
+TEST_P(PressableTest, IsPressedOnceByEnterThatIsHeld)
+{
+    tab();
+
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        press(key);
+        for (int i = 0; i < 3; ++i) {
+            QKeyEvent again(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+            QCoreApplication::sendEvent(m_view.get(), &again);
+        }
+    }
+
+    EXPECT_EQ(log().size(), 2);
+}
+
 TEST_P(PressableTest, DoesNothingWhileDisabled)
 {
     item(u"control"_qs)->setEnabled(false);
@@ -164,6 +179,19 @@ TEST_F(ControlsTest, SegmentedPickerMovesByArrowsWithinItsEnds)
         press(key);
 
     EXPECT_EQ(log(), (QStringList{u"1"_qs, u"2"_qs, u"1"_qs}));
+}
+
+TEST_F(ControlsTest, SegmentedPickerTellsItsChoiceWithItsName)
+{
+    show("SegmentedPicker { objectName: 'plain'; accessibleName: 'Theme'; model: ['Light', 'Dark']; currentIndex: 1 }\n"
+         "SegmentedPicker { objectName: 'colon'; accessibleName: 'Theme:'; model: ['Light', 'Dark'] }\n"
+         "SegmentedPicker { objectName: 'empty'; accessibleName: 'Theme' }");
+
+    EXPECT_EQ(accessibleName(u"plain"_qs), u"Theme, Dark"_qs);
+    EXPECT_EQ(accessibleName(u"colon"_qs), u"Theme: Light"_qs);
+    EXPECT_EQ(accessibleName(u"empty"_qs), u"Theme"_qs);
+    item(u"plain"_qs)->setProperty("currentIndex", 0);
+    EXPECT_EQ(accessibleName(u"plain"_qs), u"Theme, Light"_qs);
 }
 
 TEST_F(ControlsTest, SegmentedPickerIsSetByAClickAndByAssistiveToolsAsRadioButtons)

@@ -73,8 +73,12 @@ protected:
 
 TEST(RemotePictureTest, ReadsTheFormatsOfPictures)
 {
-    for (const char *format : {"png", "jpeg"})
+    for (const char *format : {"png", "jpeg", "webp"})
         EXPECT_EQ(decodedPicture(picture({64, 32}, format)).size(), QSize(64, 32)) << format;
+    // Qt writes none of this format: a screen of 8 by 4, and one picture of one colour on it.
+    const QByteArray gif = QByteArray::fromHex("47494638396108000400f00000ff0000000000"
+                                               "21f90400000000002c0000000008000400000205848fa98b05003b");
+    EXPECT_EQ(decodedPicture(gif).size(), QSize(8, 4));
 }
 
 TEST(RemotePictureTest, IsNoLargerThanThePlaceNeeds)

@@ -9,8 +9,6 @@ namespace {
 
 constexpr qint64 pieceSize = 64 * 1024;
 constexpr int mostRedirections = 5;
-// A host that sends a byte now and then would never be given up by the time between two bytes alone.
-constexpr std::chrono::minutes longestTransfer{2};
 
 QNetworkRequest networkRequest(const UrlRequest &request, const QSslConfiguration &trust)
 {
@@ -58,7 +56,7 @@ UrlTransfer::UrlTransfer(const UrlRequest &request, const QSslConfiguration &tru
     , m_ended(std::move(ended))
 {
     m_deadline.setSingleShot(true);
-    m_deadline.setInterval(longestTransfer);
+    m_deadline.setInterval(m_request.deadline);
     connect(&m_deadline, &QTimer::timeout, this, [this] {
         end(Failure{Failure::Kind::Other, {}, u"The host takes too long."_qs});
     });

@@ -9,6 +9,12 @@ T.AbstractButton {
     /// What assistive tools call it.
     property string accessibleName: text
 
+    function pressByKey(event: var) {
+        // A key that is held down was meant for the button that stood here first.
+        if (!event.isAutoRepeat)
+            clicked();
+    }
+
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     containmentMask: hitArea
@@ -21,8 +27,8 @@ T.AbstractButton {
             root.clicked();
     }
 
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.onReturnPressed: event => pressByKey(event)
+    Keys.onEnterPressed: event => pressByKey(event)
 
     HitArea {
         id: hitArea

@@ -21,6 +21,12 @@ T.ItemDelegate {
             root.clicked();
     }
 
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat)
+            clicked();
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            clicked();
+    }
 }

@@ -9,6 +9,8 @@ Rectangle {
     property color start: Theme.accentFill
     property color end: Theme.progressEnd
     property bool easing: true
+    /// What runs, for assistive tools; they hear the percentage after it.
+    property string accessibleName
 
     readonly property real shownValue: Math.max(0, Math.min(1, value))
 
@@ -18,7 +20,7 @@ Rectangle {
     color: Theme.track
 
     Accessible.role: Accessible.ProgressBar
-    Accessible.name: Math.round(shownValue * 100) + "%"
+    Accessible.name: (accessibleName === "" ? "" : accessibleName + ", ") + Math.round(shownValue * 100) + "%"
 
     GradientSurface {
         width: root.shownValue === 0 ? 0 : Math.max(root.height, Math.round(root.width * root.shownValue))

@@ -16,7 +16,7 @@ Item {
         text: root.name
         size: 11
         weight: Font.DemiBold
-        color: "#CFEDEF"
+        color: Theme.promotionNote
         elide: Text.ElideRight
 
         Accessible.ignored: true

@@ -9,7 +9,7 @@ Flickable {
     readonly property T.Control focusedControl: Window.activeFocusItem as T.Control
 
     function scrollTo(position: real) {
-        contentY = Math.max(0, Math.min(position, contentHeight - height));
+        contentY = Math.max(-topMargin, Math.min(position, contentHeight + bottomMargin - height));
     }
 
     /// Brings @p item into sight, with some room around it.
@@ -42,10 +42,10 @@ Flickable {
             [Qt.Key_Up]: contentY - 40,
             [Qt.Key_PageDown]: contentY + height * 0.9,
             [Qt.Key_PageUp]: contentY - height * 0.9,
-            [Qt.Key_Home]: 0,
-            [Qt.Key_End]: contentHeight,
+            [Qt.Key_Home]: -topMargin,
+            [Qt.Key_End]: contentHeight + bottomMargin,
         };
-        if (contentHeight > height && event.key in steps) {
+        if (topMargin + contentHeight + bottomMargin > height && event.key in steps) {
             scrollTo(steps[event.key]);
             event.accepted = true;
         }

@@ -17,6 +17,13 @@ T.Control {
 
     signal picked(int index)
 
+    /// With the choice, since the arrow keys move that and not the keyboard.
+    readonly property string spokenName: {
+        const chosen = model[currentIndex] ?? "";
+        if (accessibleName === "" || chosen === "")
+            return accessibleName + chosen;
+        return accessibleName + (accessibleName.endsWith(":") ? " " : ", ") + chosen;
+    }
     readonly property real naturalWidth: {
         let sum = 6;
         for (let i = 0; i < segments.count; ++i)
@@ -38,7 +45,7 @@ T.Control {
     focusPolicy: Qt.TabFocus
 
     Accessible.role: Accessible.Grouping
-    Accessible.name: accessibleName
+    Accessible.name: spokenName
 
     Keys.onLeftPressed: move(-1)
     Keys.onRightPressed: move(1)

@@ -102,6 +102,7 @@ QtObject {
     readonly property color promotionMiddle: "#0F6072"
     readonly property color promotionBottom: "#1B7F89"
     readonly property color wizardBottom: "#15717D"
+    readonly property color promotionNote: "#CFEDEF"
     readonly property color promotionStrip: Qt.rgba(0.02, 0.13, 0.17, 0.78)
     readonly property color sun: "#F7C284"
 

@@ -31,8 +31,14 @@ T.CheckBox {
             root.clicked();
     }
 
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat)
+            clicked();
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            clicked();
+    }
 
     onClicked: switched(!on)
 

@@ -25,7 +25,7 @@ Item {
     Symbol {
         x: (root.width - width) / 2
         y: 24
-        visible: !root.isReady
+        visible: !root.isReady || (player.item?.failed ?? false)
         name: "film"
         size: 36
         color: Theme.tint(Theme.fillText, 0.8)

@@ -8,6 +8,9 @@ VideoOutput {
     property url source
     property bool isWatched: true
 
+    /// What came is no movie after all, or none that anything here can play.
+    readonly property bool failed: player.error !== MediaPlayer.NoError
+
     function play() {
         if (source.toString() === "")
             return;

@@ -10,6 +10,15 @@ Item {
     /// Where the keyboard begins in a step; nothing where there is nothing to press.
     readonly property Item defaultButton: footer.defaultButton
     readonly property int step: viewModel.currentStep
+    readonly property string family: ["welcome", "privacy", "terms", "installing", "completed"][step - 1]
+    readonly property string title: texts.of(family + ".title")
+    readonly property string message: {
+        if (step === 4)
+            return "";
+        if (step === 5)
+            return texts.of("completed.before") + viewModel.installedDestinationText + texts.of("completed.after");
+        return texts.of(family + ".text");
+    }
     readonly property int columnWidth: 196
     readonly property int footerHeight: 80
     readonly property int margin: 32
@@ -34,11 +43,21 @@ Item {
 
     Keys.forwardTo: [scroller]
 
-    onStepChanged: Qt.callLater(takeFocus)
+    onStepChanged: {
+        showFromItsTop();
+        Qt.callLater(takeFocus);
+    }
 
     function takeFocus() {
-        if (defaultButton !== null)
-            defaultButton.forceActiveFocus(Qt.TabFocusReason);
+        // The step that works has no button; there the keyboard waits on what tells how far it is.
+        const target = defaultButton ?? content.item?.focusTarget ?? null;
+        if (target !== null)
+            target.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    function showFromItsTop() {
+        scroller.contentY = -scroller.topMargin;
+        fade.restart();
     }
 
     RaisedSurface {
@@ -73,10 +92,7 @@ Item {
             sourceComponent: root.sourceOf(root.step)
             opacity: 1
 
-            onLoaded: {
-                scroller.contentY = -scroller.topMargin;
-                fade.restart();
-            }
+            onLoaded: root.showFromItsTop()
 
             NumberAnimation {
                 id: fade
@@ -142,6 +158,8 @@ Item {
         height: root.footerHeight
         viewModel: root.viewModel
         texts: root.texts
+        // A title that ends a sentence by itself needs no full stop.
+        spokenStep: root.title + (/[.!?]$/.test(root.title) ? " " : ". ") + root.message
     }
 
     Component {
@@ -166,15 +184,11 @@ Item {
         id: textStep
 
         WelcomeMessage {
-            readonly property string family: root.step === 2 ? "privacy" : root.step === 3 ? "terms" : "completed"
-
             symbol: root.step === 2 ? "hand.raised.fill" : root.step === 3 ? "exclamationmark.triangle.fill"
                                                                             : "checkmark.circle.fill"
             symbolColor: root.step === 2 ? Theme.accent : root.step === 3 ? Theme.orangeText : Theme.greenText
-            title: root.texts.of(family + ".title")
-            message: root.step === 5 ? root.texts.of("completed.before") + root.viewModel.installedDestinationText
-                                       + root.texts.of("completed.after")
-                                     : root.texts.of(family + ".text")
+            title: root.title
+            message: root.message
         }
     }
 }

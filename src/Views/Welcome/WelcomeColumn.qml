@@ -85,7 +85,7 @@ Item {
         y: 264
         width: root.width - 36
         text: root.subtitle
-        color: "#CFE7EA"
+        color: Theme.promotionNote
         lineHeight: 18
         lineHeightMode: Text.FixedHeight
         wrapMode: Text.Wrap

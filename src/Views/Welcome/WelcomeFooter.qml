@@ -7,6 +7,8 @@ Item {
 
     required property WelcomeViewModel viewModel
     required property WelcomeText texts
+    /// What the step tells, for those who hear it: the keyboard stays on a button while the rest changes.
+    property string spokenStep
 
     readonly property int step: viewModel.currentStep
     readonly property Item defaultButton: onward.visible ? onward : null
@@ -40,6 +42,10 @@ Item {
         kind: ActionButton.Primary
         text: root.texts.of(root.step === 5 ? "launch" : root.step === 3 ? "install" : "next")
 
+        Accessible.description: root.spokenStep
+
         onClicked: root.goOn()
+        // Takes the second of two quick presses, which was not meant for the next step's button.
+        onDoubleClicked: {}
     }
 }

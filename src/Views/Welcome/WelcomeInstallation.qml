@@ -8,6 +8,8 @@ Column {
     required property WelcomeViewModel viewModel
     required property WelcomeText texts
 
+    readonly property Item focusTarget: bar
+
     spacing: 14
 
     Component.onCompleted: viewModel.startInstallation()
@@ -31,7 +33,10 @@ Column {
     }
 
     ProgressBar {
+        id: bar
+
         width: root.width
+        accessibleName: root.viewModel.installStatusText
         value: root.viewModel.installProgress
     }
 

@@ -15,7 +15,7 @@ ModalPopup {
     width: parent ? parent.width : 0
     height: parent ? parent.height : 0
     dim: false
-    accessibleName: viewModel.text("welcome.title")
+    accessibleName: card.texts.of("welcome.title")
     initialFocus: card.defaultButton
 
     Component.onCompleted: viewModel.appear()

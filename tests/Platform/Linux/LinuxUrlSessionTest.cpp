@@ -197,6 +197,17 @@ TEST_F(LinuxUrlSessionTest, GivesUpAHostThatSaysNothing)
     EXPECT_EQ(host.requests().size(), 1);
 }
 
+TEST_F(LinuxUrlSessionTest, GivesUpAHostThatSendsAByteNowAndThen)
+{
+    host.trickle(u"/trickle"_qs);
+    UrlRequest asked = request(u"/trickle"_qs);
+    asked.timeout = std::chrono::minutes(10);
+    asked.deadline = std::chrono::milliseconds(300);
+
+    EXPECT_EQ(failureOf(fetched(asked)), Failure::Kind::Other);
+    EXPECT_EQ(host.requests().size(), 1);
+}
+
 TEST_F(LinuxUrlSessionTest, TellsWhereNobodyListens)
 {
     UrlRequest asked = request(u"/"_qs);

@@ -77,8 +77,7 @@ protected:
     TemporaryHome home;
     std::shared_ptr<LinuxFileManager> files;
     std::shared_ptr<LinuxPlaces> places;
-    std::shared_ptr<LinuxProcessRunner> processes
-        = std::make_shared<LinuxProcessRunner>(home.path("no helpers"));
+    std::shared_ptr<LinuxProcessRunner> processes = std::make_shared<LinuxProcessRunner>(home.path("no helpers"));
 };
 
 } // namespace
@@ -112,17 +111,19 @@ TEST_F(SetupOnDiskTest, RemovesABundleWhosePathHoldsBlanksAndSingleQuotes)
     EXPECT_TRUE(home.exists("home/Ada's own programs"));
 }
 
-TEST_F(SetupOnDiskTest, LeavesABundleBehindWhosePathHoldsADoubleQuote)
+TEST_F(SetupOnDiskTest, LeavesABundleBehindWhosePathAScriptWouldTakeForTwo)
 {
-    const FilePath bundle = addBundle("home/a\"b");
+    const FilePath bundle = addBundle("home/a\" \"b");
+    home.addFile("home/a/of somebody else");
     const FilePath other = addBundle("home/other");
 
     remove(bundle);
-    // Written later and gone: the first script has had its time as well.
+    // Begun later and gone: a script for the first would have had its time as well.
     remove(other);
 
     EXPECT_TRUE(goes(other));
     EXPECT_TRUE(itemExists(bundle));
+    EXPECT_TRUE(home.exists("home/a/of somebody else"));
 }
 
 TEST_F(SetupOnDiskTest, CopiesTheBundleForTheUserAndReplacesAnEarlierOne)
@@ -137,8 +138,8 @@ TEST_F(SetupOnDiskTest, CopiesTheBundleForTheUserAndReplacesAnEarlierOne)
     inUnprivilegedChild(home.path(), [&] {
         const auto defaults = std::make_shared<LinuxUserDefaults>(LinuxUserDefaults::fileOf(home.path("home")));
         const SetupReceipt receipt(defaults, bundles, std::make_shared<PretendClock>(), InstallerTerms(files));
-        const BundleInstaller installer({files, places, bundles, processes, std::make_shared<PretendWorkspace>(),
-                                         receipt, InstallerTerms(files)});
+        const BundleInstaller installer(
+            {files, places, bundles, processes, std::make_shared<PretendWorkspace>(), receipt, InstallerTerms(files)});
         EXPECT_EQ(installer.copyToApplications(), destination);
         EXPECT_FALSE(receipt.shouldShowWelcome());
     });

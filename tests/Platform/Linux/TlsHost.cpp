@@ -5,6 +5,7 @@
 #include <QSslCertificate>
 #include <QSslKey>
 #include <QSslSocket>
+#include <QTimer>
 
 namespace Quillmere {
 
@@ -121,10 +122,24 @@ void TlsHost::respond(QSslSocket *connection, const QByteArray &request)
         const auto more = [connection] { connection->write(QByteArray(64 * 1024, 'x')); };
         QObject::connect(connection, &QSslSocket::encryptedBytesWritten, connection, more);
         more();
+    } else if (m_trickles.contains(path)) {
+        trickleTo(connection);
     } else if (m_answers.contains(path)) {
         connection->write(m_answers.value(path));
         connection->disconnectFromHost();
     }
+}
+
+void TlsHost::trickleTo(QSslSocket *connection)
+{
+    connection->write("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n");
+    auto *const pace = new QTimer(connection);
+    QObject::connect(pace, &QTimer::timeout, connection, [connection, left = 100]() mutable {
+        connection->write("x");
+        if (--left == 0)
+            connection->disconnectFromHost();
+    });
+    pace->start(std::chrono::milliseconds(50));
 }
 
 } // namespace Quillmere

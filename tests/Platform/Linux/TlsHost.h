@@ -26,6 +26,8 @@ public:
     void answer(const QString &path, int status, const QByteArray &body, const QByteArray &headers = {});
     /// From now on @p path is answered without end.
     void flood(const QString &path) { m_floods.append(path); }
+    /// From now on @p path is answered a few bytes at a time, a hundred of them, with a while between two.
+    void trickle(const QString &path) { m_trickles.append(path); }
 
     [[nodiscard]] QUrl url(const QString &path) const;
     /// Who trusts this host.
@@ -39,12 +41,14 @@ private:
     [[nodiscard]] bool runOpenSsl(const QStringList &arguments);
     void serve(QSslSocket *connection);
     void respond(QSslSocket *connection, const QByteArray &request);
+    static void trickleTo(QSslSocket *connection);
 
     QTemporaryDir m_folder;
     QByteArray m_reasonWhyNot;
     QSslServer m_server;
     QHash<QString, QByteArray> m_answers;
     QStringList m_floods;
+    QStringList m_trickles;
     QList<QByteArray> m_requests;
     int m_connections = 0;
 };
