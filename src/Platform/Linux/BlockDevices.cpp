@@ -158,6 +158,9 @@ QList<quint64> BlockDevices::foundations(quint64 number) const
 QList<quint64> BlockDevices::directlyAbove(quint64 number) const
 {
     const QByteArray folder = folderOf(number);
+    // Of a device that has just gone; an empty name would mean the folder that this process is in.
+    if (folder.isEmpty())
+        return {};
     QList<quint64> above = numbersIn(folder + "/holders");
     // Partitions are the folders in it that have a number.
     above += numbersIn(folder);
