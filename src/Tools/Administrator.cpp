@@ -17,7 +17,8 @@ QString usage()
           "       quillmere-admin reset-index\n"
           "       quillmere-admin flush-names\n"
           "       quillmere-admin install-bundle BUNDLE\n"
-          "       quillmere-admin install-drivers"_qs;
+          "       quillmere-admin install-drivers\n"
+          "       quillmere-admin filter-policy <RECORD"_qs;
 }
 
 // pkexec(1): 126 the dialog was dismissed, 127 not authorized.
@@ -37,7 +38,8 @@ AdministratorMeans AdministratorMeans::ofThisMachine(const QString &programs)
             NameCache(bus, true),
             BundleInstallation(),
             DriverInstallation(bus),
-            DiskAdministrator(DiskTools::ofThisMachine())};
+            DiskAdministrator(DiskTools::ofThisMachine()),
+            FilterPolicy()};
 }
 
 Administrator::Administrator(AdministratorMeans means, Result<Caller> caller, bool isRoot)
@@ -79,6 +81,8 @@ ToolEnd Administrator::act(const QString &verb, const QStringList &arguments) co
         return m_means.names.restart();
     if (verb == u"install-drivers")
         return m_means.drivers.run();
+    if (verb == u"filter-policy")
+        return m_means.policy.run({});
     return {ToolEnd::wrongUse, usage()};
 }
 

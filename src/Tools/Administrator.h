@@ -3,6 +3,7 @@
 #include "Tools/BundleInstallation.h"
 #include "Tools/Disks/DiskAdministrator.h"
 #include "Tools/DriverInstallation.h"
+#include "Tools/FilterPolicy.h"
 #include "Tools/KeepAwake.h"
 #include "Tools/NameCache.h"
 #include "Tools/SearchIndex.h"
@@ -22,6 +23,7 @@ struct AdministratorMeans
     BundleInstallation bundles;
     DriverInstallation drivers;
     DiskAdministrator disks;
+    FilterPolicy policy;
 
     [[nodiscard]] static AdministratorMeans ofThisMachine(const QString &programs);
 };

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -70,7 +71,8 @@ protected:
                                NameCache(noBus, true, programs, FilePath("/no/socket")),
                                BundleInstallation(FilePath(QFile::encodeName(applications()))),
                                DriverInstallation(noBus, folder.filePath(u"driver"_qs)),
-                               DiskAdministrator(DiskTools{DiskService(noBus), BlockDevices(), nullptr, {}, {}, {}})},
+                               DiskAdministrator(DiskTools{DiskService(noBus), BlockDevices(), nullptr, {}, {}, {}}),
+                               FilterPolicy(FilePath(QFile::encodeName(folder.filePath(u"policy"_qs))))},
             Caller::ofUser(::geteuid()), isRoot};
     }
     QString applications() const { return folder.filePath(u"Applications"_qs); }
@@ -121,7 +123,8 @@ TEST_F(AdministratorTest, DoesNothingForAnybodyButRoot)
                                                        {u"reset-index"_qs},
                                                        {u"flush-names"_qs},
                                                        {u"install-bundle"_qs, u"/"_qs},
-                                                       {u"install-drivers"_qs}})
+                                                       {u"install-drivers"_qs},
+                                                       {u"filter-policy"_qs}})
         EXPECT_EQ(ordinary.carryOut(words), (ToolEnd{77, u"quillmere-admin: Only root can use this."_qs}));
     EXPECT_TRUE(state.isRunning);
     EXPECT_EQ(dropped(), "");
@@ -178,7 +181,8 @@ TEST_F(AdministratorTest, SurvivesAThousandRandomCallsOfEachVerbAndDoesNothingFo
     state.isRunning = true;
 
     for (const char *verb :
-         {"keep-awake", "purge", "reset-index", "flush-names", "install-bundle", "install-drivers", ""}) {
+         {"keep-awake", "purge", "reset-index", "flush-names", "install-bundle", "install-drivers",
+          "filter-policy", ""}) {
         for (int call = 0; call < 1000; ++call) {
             QStringList said = {QString::fromUtf8(verb)};
             for (auto count = 1 + chance() % 4; count > 0; --count)
@@ -196,6 +200,26 @@ TEST_F(AdministratorTest, SurvivesAThousandRandomCallsOfEachVerbAndDoesNothingFo
     EXPECT_EQ(state.starts, 0);
     EXPECT_EQ(dropped(), "");
     EXPECT_FALSE(QFile::exists(applications()));
+    EXPECT_FALSE(QFile::exists(folder.filePath(u"policy"_qs)));
+}
+
+TEST_F(AdministratorTest, HasAnActionInPolkitForEachVerbAndNoOther)
+{
+    QFile policy(QStringLiteral(QUILLMERE_POLICY));
+    ASSERT_TRUE(policy.open(QFile::ReadOnly));
+    const auto matchesIn = [](const QString &text, const QString &pattern) {
+        QStringList found;
+        for (const QRegularExpressionMatch &match : QRegularExpression(pattern).globalMatch(text))
+            found.append(match.captured(1));
+        found.sort();
+        return found;
+    };
+
+    const QStringList verbs
+        = matchesIn(administrator().carryOut({}).message, u"quillmere-admin ([a-z-]+)"_qs);
+
+    EXPECT_EQ(verbs.size(), 10);
+    EXPECT_EQ(matchesIn(QString::fromUtf8(policy.readAll()), u"exec\\.argv1\">([^<]*)<"_qs), verbs);
 }
 
 TEST_F(AdministratorTest, KnowsItsVerbsAndNothingElse)
