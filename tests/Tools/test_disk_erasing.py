@@ -78,7 +78,8 @@ class ListingTest(DiskTest):
         self.assertEqual(diskutil("eraseVolume", "JHFS+", "CleanDisk", name, user=rig.NOBODY).returncode, 77)
         self.assertEqual(rig.probed(device), ("ext4", "Before"))
         self.assert_refused(diskutil("eraseVolume", "JHFS+", "CleanDisk", name), "when it was listed")
-        diskutil("info", name)
+        # Each session has names of its own.
+        name = self.listed(device)
         self.assert_done(diskutil("eraseVolume", "JHFS+", "CleanDisk", name))
         self.assertEqual(rig.probed(device), ("ext4", "CleanDisk"))
 

@@ -49,8 +49,8 @@ QString mountWhatIsOnlyRead(const AdministratorRequest &request, NotCarriedOut w
     if (why == NotCarriedOut::Dismissed)
         return what + u" stays unmounted: "_qs + reason;
     const Result<FilePath> mounted = mountAsUser(DiskIdentity::parse(request.arguments.mid(1)));
-    if (mounted)
-        return what + u" is mounted again as it was: "_qs + reason;
+    if (mounted || mounted.failure().kind == Failure::Kind::AlreadyExists)
+        return what + u" is mounted as it was: "_qs + reason;
     return what + u" stays unmounted: "_qs + reason + u' ' + mounted.failure().detail;
 }
 
