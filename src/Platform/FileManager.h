@@ -76,7 +76,7 @@ struct VolumeValues
     std::optional<bool> isRemovable;
     std::optional<bool> isInternal; ///< Part of the machine, and not something that is plugged into it.
     std::optional<bool> isReadOnly; ///< As it is mounted now.
-    std::optional<bool> isWriteProtected; ///< However it is mounted: its disk takes no changes.
+    std::optional<bool> isWriteProtected = {}; ///< However it is mounted: its disk takes no changes.
 
     bool operator==(const VolumeValues &) const = default;
 };
