@@ -87,7 +87,7 @@ class ElevationTest(unittest.TestCase):
         self.assert_off(NOBODY)
 
     def test_what_is_allowed_for_one_verb_is_refused_for_another(self):
-        end = osascript("purge")
+        end = osascript("'/usr/sbin/purge'")
         self.assert_ends(end, 1)
         self.assertIn("execution error: ", end.stderr)
         self.assertIn("Not authorized", end.stderr)
