@@ -46,7 +46,7 @@ TEST_F(SettingsScreenTest, ShowsItsEightSectionsInTheirOrder)
 
     int above = 0;
     for (const QString &name : {u"Language"_qs, u"Appearance"_qs, u"Menu Bar"_qs, u"Keep Awake Mode"_qs, u"Safety"_qs,
-                                u"Permissions"_qs, u"About"_qs, u"Maintenance"_qs}) {
+                                u"Permissions"_qs, u"About"_qs}) {
         QAccessibleInterface *heading = person.find(Heading, name);
         ASSERT_NE(heading, nullptr) << name.toStdString();
         EXPECT_GT(heading->rect().y(), above) << name.toStdString();
