@@ -10,7 +10,7 @@ class InstalledLocalizer
 {
 public:
     explicit InstalledLocalizer(std::shared_ptr<UserDefaults> defaults = std::make_shared<PretendUserDefaults>())
-        : m_localizer(std::move(defaults), [this] { return m_desktopLanguage; })
+        : m_localizer(std::move(defaults), [] { return u"en"_qs; })
     {
         SharedInstance<Localizer>::install(&m_localizer);
     }
@@ -18,11 +18,8 @@ public:
     Q_DISABLE_COPY_MOVE(InstalledLocalizer)
 
     Localizer *operator->() { return &m_localizer; }
-    /// From now on the desktop speaks the language of that code.
-    void speakOnDesktop(const QString &code) { m_desktopLanguage = code; }
 
 private:
-    QString m_desktopLanguage = u"en"_qs;
     Localizer m_localizer;
 };
 

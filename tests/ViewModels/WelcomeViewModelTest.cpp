@@ -74,13 +74,15 @@ TEST_F(WelcomeViewModelTest, TakesTheLanguageThatWasChosenBefore)
 
 TEST_F(WelcomeViewModelTest, ReplacesTheSystemsLanguageByTheOneThatItLeadsTo)
 {
-    localizer.speakOnDesktop(u"ru"_qs);
-    ASSERT_EQ(localizer->language(), Language::System);
+    Localizer russian(machine.defaults, [] { return u"ru"_qs; });
+    SharedInstance<Localizer>::install(&russian);
+    ASSERT_EQ(russian.language(), Language::System);
 
     wizard.appear();
 
+    SharedInstance<Localizer>::install(localizer.operator->());
     EXPECT_EQ(wizard.selectedLanguage(), Language::Russian);
-    EXPECT_EQ(localizer->language(), Language::Russian);
+    EXPECT_EQ(russian.language(), Language::Russian);
     EXPECT_EQ(machine.defaults->string(Localizer::languageKey()), u"ru"_qs);
 }
 
