@@ -39,7 +39,8 @@ public:
     /// Waits until the program has ended and has closed its output. Standard error goes where the program's own goes.
     /// Fails when it cannot be started.
     [[nodiscard]] virtual Result<ProcessOutcome> run(const Command &command) const = 0;
-    /// The same with both outputs in one pipe, in the order in which they are written.
+    /// The same with both outputs in one pipe, in the order in which they are written. Of more than 1 MiB only the
+    /// end is kept, below a line that says how much is left out.
     [[nodiscard]] virtual Result<ProcessOutcome> runJoined(const Command &command) const = 0;
     /// Waits until the program has ended, whatever it has started, but no longer than @p patience. Both its outputs go
     /// into one pipe and are read only then, so that one that writes more than a pipe holds does not end by itself.

@@ -33,7 +33,7 @@ Result<ProcessOutcome> LinuxProcessRunner::runJoined(const Command &command) con
         = StartedProgram::start(programOf(command.launchPath), command.arguments, Capture::BothOutputs, m_environment);
     if (!program)
         return program.failure();
-    return program.value().finishWithOutput();
+    return program.value().finishWithLastOutput();
 }
 
 Result<std::optional<ProcessOutcome>> LinuxProcessRunner::runWithin(std::chrono::milliseconds patience,

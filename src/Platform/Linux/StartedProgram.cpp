@@ -1,6 +1,7 @@
 #include "Platform/Linux/StartedProgram.h"
 
 #include "Platform/Linux/ErrnoFailure.h"
+#include "Platform/Linux/LastOutput.h"
 
 #include <QDeadlineTimer>
 
@@ -164,6 +165,17 @@ ProcessOutcome StartedProgram::finishWithOutput()
     while (readBlock(m_output.number(), outcome.standardOutput)) { }
     outcome.exitStatus = exitStatusOf(m_pid);
     return outcome;
+}
+
+ProcessOutcome StartedProgram::finishWithLastOutput()
+{
+    LastOutput output;
+    QByteArray block;
+    while (readBlock(m_output.number(), block)) {
+        output.append(block);
+        block.clear();
+    }
+    return {exitStatusOf(m_pid), output.text()};
 }
 
 ProcessOutcome StartedProgram::finish()

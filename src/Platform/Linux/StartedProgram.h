@@ -29,6 +29,8 @@ public:
 
     /// Reads until nobody holds the captured output any more, then waits for the end.
     [[nodiscard]] ProcessOutcome finishWithOutput();
+    /// The same, of which only the end is kept, as LastOutput does.
+    [[nodiscard]] ProcessOutcome finishWithLastOutput();
     /// Waits for the end of this process alone, whatever it has started; the output is what has come until then.
     [[nodiscard]] ProcessOutcome finish();
     /// Only for Capture::BothOutputs. Waits for the end of this process alone and then takes what has come, which is

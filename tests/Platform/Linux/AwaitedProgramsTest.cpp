@@ -43,13 +43,41 @@ TEST_F(AwaitedProgramsTest, GivesBothOutputsOfAProgramInTheOrderInWhichItWroteTh
 
 TEST_F(AwaitedProgramsTest, ReadsMoreThanAPipeHoldsOnBothOutputsBeforeItWaits)
 {
-    const Command command = shell("head -c 1000000 /dev/zero; head -c 1000000 /dev/zero >&2");
+    const Command command = shell("head -c 500000 /dev/zero; head -c 500000 /dev/zero >&2");
 
     const Result<ProcessOutcome> outcome = m_runner.runJoined(command);
 
     ASSERT_TRUE(outcome.isOk());
-    EXPECT_EQ(outcome.value().standardOutput.size(), 2'000'000);
+    EXPECT_EQ(outcome.value().standardOutput.size(), 1'000'000);
     EXPECT_EQ(outcome.value().exitStatus, 0);
+}
+
+TEST_F(AwaitedProgramsTest, KeepsTheLastLinesOfAFloodAndSaysHowMuchIsLeftOut)
+{
+    const Command command = shell("yes 1234567 | head -c 80000000; echo 'the \303\244nd'; exit 5");
+
+    const Result<ProcessOutcome> outcome = m_runner.runJoined(command);
+
+    ASSERT_TRUE(outcome.isOk());
+    EXPECT_EQ(outcome.value().exitStatus, 5);
+    const QByteArray &text = outcome.value().standardOutput;
+    EXPECT_LE(text.size(), 1024 * 1024 + 64);
+    EXPECT_GE(text.size(), 1024 * 1024 - 64);
+    EXPECT_TRUE(text.endsWith("\n1234567\nthe \303\244nd\n"));
+    const qsizetype firstLine = text.indexOf('\n') + 1;
+    EXPECT_EQ(text.left(firstLine), "[" + QByteArray::number(80000009 - (text.size() - firstLine)) + " bytes left out]\n");
+    EXPECT_EQ(text.mid(firstLine, 8), "1234567\n");
+}
+
+TEST_F(AwaitedProgramsTest, CutsAFloodWithoutLinesWhereACharacterBegins)
+{
+    const Command command = shell("yes '\342\202\254' | tr -d '\\n' | head -c 3000000");
+
+    const Result<ProcessOutcome> outcome = m_runner.runJoined(command);
+
+    ASSERT_TRUE(outcome.isOk());
+    EXPECT_TRUE(outcome.value().standardOutput.isValidUtf8());
+    EXPECT_TRUE(outcome.value().standardOutput.startsWith("[19514"));
 }
 
 TEST_F(AwaitedProgramsTest, FailsForAProgramThatIsMissing)
