@@ -66,7 +66,7 @@ class SystemDiskTest(LockTest):
         self.assert_untouched(self.listed(outer), self.images[0], self.reason)
 
     def test_the_disk_that_the_running_program_lies_on(self):
-        device = self.disk("program", megabytes=64)
+        device = self.disk("program", megabytes=256)
         name = self.listed(device)
         self.mounted_at(device, "/run/program")
         shutil.copytree(rig.HELPERS, "/run/program/helpers")
@@ -182,7 +182,8 @@ class ExchangeTest(LockTest):
         _, device = self.divided()
         name, place = self.name_of(device + "p1")
         rig.must("umount", place)
-        rig.must("partx", "--delete", "--nr", "1", device)
+        # Whoever looks at what has changed holds the partition open for a moment.
+        rig.wait_for(lambda: rig.run("partx", "--delete", "--nr", "1", device).returncode == 0)
         with open("/run/table", "w", encoding="ascii") as file:
             file.write("label: gpt\nstart=1MiB, size=10MiB\nstart=24MiB, size=22MiB\n")
         rig.must("sh", "-c", f"sfdisk --quiet --no-reread --force --wipe never {device} </run/table")
