@@ -224,6 +224,14 @@ TEST_F(BrowsersScreenTest, IsUsedWithTheKeyboardAlone)
     EXPECT_TRUE(person.seesNo(Dialog, u"Cleaning..."_qs));
     EXPECT_EQ(records().value(0).filesRemoved, 0);
     EXPECT_TRUE(machine.files->contains(chromeCache));
+    ASSERT_TRUE(person.tabTo(u"Cache (Recommended)"_qs)) << "The keyboard outlives the row that it was in.";
+    person.press(Qt::Key_Space);
+    ASSERT_TRUE(person.tabTo(u"Clean"_qs));
+    person.press(Qt::Key_Return);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return records().size() == 2; }));
+    EXPECT_TRUE(person.seesNo(Dialog, u"Cleaning..."_qs));
+    EXPECT_FALSE(machine.files->contains(chromeCache));
+    EXPECT_TRUE(person.tabTo(u"Clean"_qs));
 }
 
 TEST_F(BrowsersScreenTest, SwitchesByItsWordsToo)

@@ -171,6 +171,7 @@ TEST_F(LargeFilesScreenTest, MovesAFileToTheTrashAfterAQuestion)
     EXPECT_TRUE(isTrashed());
     EXPECT_THAT(machine.files->trashed(), ElementsAre(FilePath("/home/ada/Downloads/disk.iso")));
     EXPECT_TRUE(person.reads(u"2 files (400 MB)"_qs));
+    EXPECT_TRUE(person.readsNo(u"disk.iso"_qs));
     expectOrder(person, {u"film.mp4"_qs, u"mail"_qs});
 }
 
@@ -223,6 +224,7 @@ TEST_F(LargeFilesScreenTest, DoesAllByKeyboard)
 
     EXPECT_TRUE(isTrashed());
     EXPECT_TRUE(person.reads(u"2 files (400 MB)"_qs));
+    EXPECT_TRUE(person.readsNo(u"disk.iso"_qs));
     EXPECT_TRUE(QTest::qWaitFor([&] { return person.focusedName().contains(u"/home/ada"_qs); }))
         << "The keyboard is still in the list, at: " << person.focusedName().toStdString();
 }

@@ -29,6 +29,7 @@ ListView {
     keyNavigationEnabled: false
 
     Accessible.role: Accessible.List
+    Accessible.name: Texts.localized("nav.applications")
 
     delegate: ApplicationRow {
         width: ListView.view.width

@@ -28,6 +28,15 @@ T.Popup {
             contentItem.nextItemInFocusChain(true).forceActiveFocus(reason);
     }
 
+    // A row that has gone meanwhile leaves the keyboard to its list.
+    function giveFocusBack() {
+        let item = focusBefore;
+        while (item !== null && !(item.visible && (item === focusBefore || item.activeFocusOnTab)))
+            item = item.parent;
+        if (item !== null)
+            item.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
+    }
+
     parent: T.Overlay.overlay
     x: parent ? Math.round((parent.width - width) / 2) : 0
     y: parent ? Math.round((parent.height - height) / 2 + rise) : 0
@@ -42,8 +51,7 @@ T.Popup {
     }
     onOpened: takeFocus()
     onClosed: {
-        if (focusBefore !== null && focusBefore.visible)
-            focusBefore.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
+        giveFocusBack();
         focusBefore = null;
     }
 

@@ -59,6 +59,11 @@ FocusScope {
             root.forceActiveFocus(reason);
     }
 
+    /// A row that was rebuilt with the work is nowhere on the screen, even where it has not been destroyed yet.
+    function canTakeFocusBack(item: Item): bool {
+        return isIn(root.parent, item) && item.visible && item.enabled && item.activeFocusOnTab;
+    }
+
     /// What had the keyboard may have gone with the work, or nothing had it yet. Then Tab begins with the first control of
     /// the screen, which shows the keyboard's mark at once only to whoever uses it.
     function giveFocusBack() {
@@ -66,8 +71,7 @@ FocusScope {
         holdsFocus = false;
         if (!isOurs)
             return;
-        const isThere = focusBefore !== null && focusBefore.visible && focusBefore.enabled && focusBefore.activeFocusOnTab;
-        if (isThere) {
+        if (canTakeFocusBack(focusBefore)) {
             focusBefore.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
         } else if (openedByKeyboard) {
             root.parent.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason);

@@ -59,6 +59,7 @@ Item {
         model: root.logs
 
         Accessible.role: Accessible.List
+        Accessible.name: Texts.localized("nav.history")
 
         delegate: HistoryRow {
             width: ListView.view.width

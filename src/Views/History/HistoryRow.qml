@@ -30,6 +30,11 @@ ListRow {
 
     Accessible.description: Texts.localized(isExpanded ? "control.collapse" : "control.expand")
 
+    HiddenWhilePooled {
+        target: root.ListView
+        row: root
+    }
+
     Item {
         anchors.fill: parent
 

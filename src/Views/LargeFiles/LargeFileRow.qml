@@ -47,6 +47,11 @@ Item {
         }
     }
 
+    HiddenWhilePooled {
+        target: root.ListView
+        row: root
+    }
+
     HoverHandler {
         id: pointer
     }

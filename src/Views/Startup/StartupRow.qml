@@ -48,6 +48,11 @@ Item {
         }
     }
 
+    HiddenWhilePooled {
+        target: root.ListView
+        row: root
+    }
+
     HoverHandler {
         id: pointer
     }

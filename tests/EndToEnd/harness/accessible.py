@@ -132,9 +132,11 @@ class Application:
             return []
 
     def find(self, role: str | None = None, name: str | None = None, within: Item | None = None,
-             patience: float = 20) -> Item:
+             patience: float = 20, description: str | None = None) -> Item:
         """The first such thing; waits for it to come."""
-        return wait_until(lambda: next(iter(self.all(role, name, within)), None),
+        def first():
+            return next((item for item in self.all(role, name, within) if description in (None, item.description)), None)
+        return wait_until(first,
                           f"a {role or 'thing'} named “{name}”", patience)
 
     def wait_gone(self, role: str | None = None, name: str | None = None, patience: float = 20) -> None:

@@ -1,5 +1,6 @@
 """Two ways to use Quillmere's window: by pointer, and by keyboard alone."""
 
+from .accessible import Item
 from .running import RunningProgram
 
 
@@ -18,8 +19,26 @@ class ByPointer:
         self._person.click(self._person.scroll_to(sidebar, "list item", destination))
         self._application.find("heading", HEADINGS.get(destination, destination))
 
-    def press(self, button: str) -> None:
-        self._person.click_on("push button", button)
+    def press(self, button: str, of: str | None = None) -> None:
+        """`of` says which, where each thing of a list has such a button."""
+        self._person.click(self._application.find("push button", button, description=of))
+
+    def pick(self, row: str) -> None:
+        """Goes to a row of a list."""
+        self._person.click(self._bring_up(row))
+
+    def switch(self, row: str) -> None:
+        """The switch of a row."""
+        self._person.click(self._application.find("check box", within=self._bring_up(row)))
+
+    def choose_for(self, row: str, entry: str) -> None:
+        """An entry of the menu of a row."""
+        self._person.click(self._bring_up(row), "right")
+        self._person.click_on("menu item", entry)
+
+    def _bring_up(self, row: str) -> Item:
+        areas = [area for area in self._application.all("list") if self._application.all("list item", row, area)]
+        return self._person.scroll_to(areas[-1], "list item", row) if areas else self._application.find("list item", row)
 
     def toggle(self, box: str) -> None:
         self._person.click_on("check box", box)
@@ -47,9 +66,28 @@ class ByKeyboard:
             self._person.reach("list item", destination, "Down" if steps > 0 else "Up", at_most=self.FAR)
         self._application.find("heading", HEADINGS.get(destination, destination))
 
-    def press(self, button: str) -> None:
-        self._person.reach("push button", button)
+    def press(self, button: str, of: str | None = None) -> None:
+        self._person.reach("push button", button, description=of)
         self._person.press("space")
+
+    def pick(self, row: str) -> None:
+        rows = [item for item in self._application.all("list") if self._application.all("list item", row, item)][-1]
+        names = [item.name for item in self._application.all("list item", within=rows)]
+        self._person.reach_any("list item", names)
+        here = self._application.focused()
+        down = names.index(row) >= names.index(here.name)
+        self._person.reach("list item", row, "Down" if down else "Up", at_most=self.FAR)
+
+    def switch(self, row: str) -> None:
+        self.pick(row)
+        self._person.press("space")
+
+    def choose_for(self, row: str, entry: str) -> None:
+        self.pick(row)
+        self._person.press("Menu")
+        self._application.find("menu item", entry)
+        self._person.reach("menu item", entry, "Down", at_most=10)
+        self._person.press("Return")
 
     def toggle(self, box: str) -> None:
         self._person.reach("check box", box)

@@ -11,10 +11,10 @@ class Person:
         self._desktop = desktop
         self._application = application
 
-    def click(self, item: Item) -> None:
+    def click(self, item: Item, button: str = "left") -> None:
         """Points at the middle of the item and clicks, once it has come to rest."""
         x, y = self._resting_centre(item)
-        self._desktop.run("xdotool", "mousemove", "--sync", str(x), str(y), "click", "1")
+        self._desktop.run("xdotool", "mousemove", "--sync", str(x), str(y), "click", {"left": "1", "right": "3"}[button])
 
     def click_on(self, role: str, name: str) -> None:
         self.click(self._application.find(role, name))
@@ -42,19 +42,28 @@ class Person:
     def type(self, text: str) -> None:
         self._desktop.run("xdotool", "type", "--delay", "20", text)
 
-    def reach(self, role: str, name: str, key: str = "Tab", at_most: int = 60) -> Item:
+    def reach(self, role: str, name: str, key: str = "Tab", at_most: int = 60, description: str | None = None) -> Item:
         """Presses the key until the focus is there, as somebody without a pointer has to."""
+        return self._reach(f"{role} “{name}”", key, at_most, lambda item: item.role == role and item.name == name
+                           and description in (None, item.description))
+
+    def reach_any(self, role: str, names: list[str]) -> Item:
+        """The first of several things that Tab leads to."""
+        return self._reach(f"{role} “{names[0]}” and its like", "Tab", 60,
+                           lambda item: item.role == role and item.name in names)
+
+    def _reach(self, goal: str, key: str, at_most: int, is_there) -> Item:
         passed = []
         for _ in range(at_most):
             item = self._application.focused()
-            if item and item.role == role and item.name == name:
+            if item and is_there(item):
                 return item
-            passed.append(f"{item.role} “{item.name}”" if item else "nothing")
+            passed.append(f"{item.role} “{item.name}” at {item.extents.x},{item.extents.y}" if item else "nothing")
             if len(passed) > 3 and len(set(passed[-4:])) == 1:
                 break
             self.press(key)
             self._settle(item)
-        raise AssertionError(f"{key} does not lead to the {role} “{name}”, but over:\n" + "\n".join(passed))
+        raise AssertionError(f"{key} does not lead to the {goal}, but over:\n" + "\n".join(passed))
 
     def _settle(self, before: Item | None) -> None:
         """Gives the focus time to move; it need not."""
