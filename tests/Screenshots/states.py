@@ -1,8 +1,9 @@
 """The states of the screens that can be reached on a machine that exists only in memory.
 
 For each destination and each name of a state: what the program is told of its machine, and what is pressed then, by the
-keys of texts, or by the names of rows where there is no such key; a name of several is parted by commas. Keys of the setup's texts begin with "setup:". What no
-screen has, such as WAIT, is not found, and lets the time of a press go by. Behind a = stands what is typed.
+keys of texts, or by the names of rows where there is no such key; a name of several is parted by commas. Keys of the
+setup's texts begin with "setup:". What no screen has, such as WAIT, is not found, and lets the time of a press go by.
+Behind a = stands what is typed.
 """
 
 SCAN = "cleanup.startScan"
@@ -14,6 +15,7 @@ OPEN_SHEET = "tools.run, tools.disk.title"
 TO_STICK = "=⇥↓"
 TO_SECOND_DRIVE = "=⇥↓↓"
 TO_SECURE = "=⇥→"
+CLEANED = ["nav.safeCleanup", SCAN, "cleanup.clean", WAIT, "common.done"]
 TO_COPYING = ["setup:next", "setup:next", "setup:install"]
 
 STATES = {
@@ -85,14 +87,21 @@ STATES = {
     },
     "largeFiles": {
         "start": ([], []),
+        "scanning": (["--hold", "/home/ada/Movies/Concert.mkv"], [SCAN]),
         "list": ([], [SCAN]),
+        "sorted": ([], [SCAN, "largeFiles.column.name"]),
         "nothing-found": (["--empty"], [SCAN]),
     },
     "browsers": {
+        "detecting": (["--hold", "/home/ada/Library/Caches/Google/Chrome"], []),
         "list": ([], []),
+        "warning": ([], ["browsers.cookiesWarning"]),
+        "question": ([], ["browsers.cookiesWarning", "common.clean"]),
+        "cleaned": ([], ["common.clean", WAIT]),
         "none": (["--empty"], []),
     },
     "systemData": {
+        "scanning": (["--hold", "/home/ada/Documents"], []),
         "list": ([], []),
         "empty": (["--empty"], []),
     },
@@ -111,6 +120,12 @@ STATES = {
         "uninstalling": (["--hold", "/Applications/Painter.app"],
                          ["Painter", UNINSTALL, "applications.confirmUninstall"]),
         "cleared": ([], ["Painter", CLEAR, "applications.confirmClear"]),
+    },
+    "history": {
+        "empty": ([], []),
+        "list": ([], [*CLEANED, "nav.history"]),
+        "question": ([], [*CLEANED, "nav.history", "common.delete"]),
+        "menu": ([], [*CLEANED, "nav.history", "history.export"]),
     },
     "startup": {
         "empty": (["--empty"], []),
