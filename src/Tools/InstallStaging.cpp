@@ -91,15 +91,10 @@ InstallStaging::~InstallStaging()
 
 Result<void> InstallStaging::replace(const QByteArray &staged, const QByteArray &name) const
 {
-    Result<void> added = add(staged, name);
+    Result<void> added = move(staged, name, RENAME_NOREPLACE);
     if (added || added.failure().kind != Failure::Kind::AlreadyExists)
         return added;
     return move(staged, name, RENAME_EXCHANGE);
-}
-
-Result<void> InstallStaging::add(const QByteArray &staged, const QByteArray &name) const
-{
-    return move(staged, name, RENAME_NOREPLACE);
 }
 
 Result<void> InstallStaging::move(const QByteArray &staged, const QByteArray &name, unsigned int how) const
