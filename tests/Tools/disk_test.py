@@ -92,6 +92,12 @@ class DiskTest(unittest.TestCase):
         self.assertEqual(end.returncode, 0, end.stderr)
         return value_of(end, "Device Identifier"), place
 
+    @staticmethod
+    def forget(name):
+        """As if it had never been shown."""
+        if os.path.exists(f"/run/user/root/quillmere-disks/{name}"):
+            os.unlink(f"/run/user/root/quillmere-disks/{name}")
+
     def listed(self, device):
         """The name of a volume that fills its disk and is not mounted."""
         name = self.whole_name(device) + "s0"

@@ -94,6 +94,7 @@ class FormattingTest(DiskTest):
             self.assert_done(diskutil("info", name))
             neighbour = rig.contents(image)[48 * MEGABYTE:94 * MEGABYTE]
             end = ordered(name, form, label)
+            self.forget(name)
             self.assert_done(end)
             self.assertIn(f"Formatted {name} with {file_system}.", end.stdout)
             self.assertEqual(rig.probed(device + "p1"), (file_system, label))
@@ -115,8 +116,15 @@ class FormattingTest(DiskTest):
         name, _ = self.name_of(device)
         self.assert_done(erase(name))
         self.assert_refused(erase(name), "no longer the disk that was chosen")
-        self.assert_done(diskutil("info", name))
-        self.assert_done(erase(name))
+        end = diskutil("info", place)
+        self.assert_done(end)
+        later = value_of(end, "Device Identifier")
+        self.assertEqual(later, name[:-1] + "256")
+        self.assert_refused(erase(name), "no longer the disk that was chosen")
+        self.assertTrue(rig.is_mounted(place))
+        self.assert_done(erase(later))
+        place = "/media/root/CleanDisk"
+        self.addCleanup(rig.run, "umount", place)
         self.assertEqual(rig.probed(device), ("ext4", "CleanDisk"))
 
     def test_a_volume_mounted_twice_is_unmounted_and_formatted(self):

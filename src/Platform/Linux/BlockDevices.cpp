@@ -80,6 +80,12 @@ QByteArray textOfDeviceNumber(quint64 number)
     return QByteArray::number(major(number)) + ':' + QByteArray::number(minor(number));
 }
 
+FilePath nodeOf(const QByteArray &name)
+{
+    // The kernel writes a slash in a name as an exclamation mark.
+    return FilePath("/dev").appending(QByteArray(name).replace('!', '/'));
+}
+
 BlockDevices::BlockDevices(FilePath sys, FilePath dev)
     : m_sys(std::move(sys))
     , m_dev(std::move(dev))

@@ -65,3 +65,5 @@ private:
 [[nodiscard]] QByteArray textOfDeviceNumber(quint64 number);
 
 } // namespace Quillmere
+/// Where the node of the device is that the kernel calls @p name.
+[[nodiscard]] FilePath nodeOf(const QByteArray &name);

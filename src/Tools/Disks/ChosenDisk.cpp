@@ -28,7 +28,12 @@ std::optional<DiskIdentity> identityNow(const DiskTools &tools, const DiskObject
         || identity.name.disk > disk->sequence + DiskName::mostBegin)
         return std::nullopt;
     const DiskCatalogue catalogue(tools.devices, objects, identity.name.disk - disk->sequence);
-    return identity.name.volume ? catalogue.volume(identity.number) : catalogue.wholeDisk(identity.number);
+    std::optional<DiskIdentity> now
+        = identity.name.volume ? catalogue.volume(identity.number) : catalogue.wholeDisk(identity.number);
+    // Which number a volume is shown under is known to the user's own programs alone.
+    if (now)
+        now->name.volume = identity.name.volume;
+    return now;
 }
 
 Failure inUse(const DiskIdentity &identity, const QString &detail)

@@ -6,7 +6,7 @@ namespace Quillmere {
 
 namespace {
 
-// Partitions have the numbers below. linux/genhd.h: DISK_MAX_PARTS.
+// linux/genhd.h: DISK_MAX_PARTS.
 constexpr quint64 partitionsOfADisk = 256;
 constexpr quint64 firstStackedVolume = 1000;
 

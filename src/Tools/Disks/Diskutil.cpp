@@ -73,7 +73,7 @@ Result<Diskutil::Target> Diskutil::find(const QString &argument) const
     if (!objects)
         return objects.failure();
     const DiskCatalogue catalogue(m_devices, objects.value(), m_listed.numbersBegin());
-    const auto volume = number ? catalogue.volume(*number) : catalogue.named(*name);
+    const auto volume = number ? catalogue.volume(*number) : named(catalogue, *name);
     if (!volume || !catalogue.objects().block(volume->number))
         return Failure{Failure::Kind::NotFound, {}, u"There is no disk %1."_qs.arg(argument)};
     return Target{catalogue, *volume};
@@ -91,6 +91,18 @@ std::optional<quint64> Diskutil::mountedAt(const FilePath &place) const
 }
 
 // Nothing that somebody else has made up, such as the volume's name or its place, is among the lines: it might look
+std::optional<DiskIdentity> Diskutil::named(const DiskCatalogue &catalogue, const DiskName &name) const
+{
+    const Result<DiskIdentity> shown = m_listed.find(name);
+    if (!shown)
+        return catalogue.named(name);
+    std::optional<DiskIdentity> now = catalogue.volume(shown.value().number);
+    if (!now || now->name.ofWholeDisk() != name.ofWholeDisk())
+        return std::nullopt;
+    now->name = name;
+    return now == shown.value() ? now : std::nullopt;
+}
+
 // like one of them.
 ToolEnd Diskutil::info(const Target &target) const
 {
@@ -98,13 +110,12 @@ ToolEnd Diskutil::info(const Target &target) const
     const DiskBlock *block = target.catalogue.objects().block(target.volume.number);
     if (!disk || !block)
         return failed(u"The disk has gone."_qs);
-    for (const DiskIdentity &shown : {target.volume, *disk}) {
-        // Without it the volume is shown all the same, and is not erased.
-        if (const Result<void> kept = m_listed.keep(shown); !kept)
-            m_say(line(u"Erasable"_qs, u"No"_qs));
-    }
-    m_say(line(u"Device Identifier"_qs, target.volume.name.text()));
-    m_say(line(u"Device Node"_qs, u"/dev/"_qs + QString::fromLatin1(target.volume.node).replace(u'!', u'/')));
+    const Result<DiskIdentity> volume = m_listed.keepVolume(target.volume);
+    // What cannot be kept is shown all the same, and is not erased.
+    if (!volume || !m_listed.keep(*disk))
+        m_say(line(u"Erasable"_qs, u"No"_qs));
+    m_say(line(u"Device Identifier"_qs, volume.valueOr(target.volume).name.text()));
+    m_say(line(u"Device Node"_qs, nodeOf(target.volume.node).displayText()));
     m_say(line(u"Part of Whole"_qs, disk->name.text()));
     if (const QString personality = personalityOf(block->type); !personality.isEmpty())
         m_say(line(u"File System Personality"_qs, personality));

@@ -14,7 +14,8 @@ namespace Quillmere {
 ///     info PLACE|VOLUME
 ///     mount VOLUME
 ///     unmount PLACE|VOLUME
-/// What a volume is when `info` tells of it is kept, so that nothing else is erased under its name later.
+/// What a volume is when `info` tells of it is kept, so that nothing else is erased under its name later. What has come
+/// to its place since then is told of under another name.
 class Diskutil final
 {
 public:
@@ -34,6 +35,8 @@ private:
 
     [[nodiscard]] Result<Target> find(const QString &argument) const;
     [[nodiscard]] std::optional<quint64> mountedAt(const FilePath &place) const;
+    /// What was shown under @p name, as long as it is still that; or what would be shown under it.
+    [[nodiscard]] std::optional<DiskIdentity> named(const DiskCatalogue &catalogue, const DiskName &name) const;
     [[nodiscard]] ToolEnd info(const Target &target) const;
     [[nodiscard]] ToolEnd mount(const Target &target) const;
     [[nodiscard]] ToolEnd unmount(const Target &target) const;

@@ -3,6 +3,7 @@
 #include "Platform/Linux/BoundedReading.h"
 #include "Platform/Linux/ErrnoFailure.h"
 #include "Platform/Linux/FileReplacement.h"
+#include "Platform/Linux/RuntimeFolder.h"
 
 #include <QRandomGenerator>
 
@@ -18,25 +19,9 @@ namespace Quillmere {
 
 namespace {
 
-constexpr mode_t writableByOthers = S_IWGRP | S_IWOTH;
 constexpr qsizetype mostBytes = 4096;
-
-Result<void> seeThatItIsOurs(const FilePath &folder)
-{
-    struct stat status = {};
-    if (!folder.bytes().startsWith('/') || ::lstat(folder.bytes().constData(), &status) != 0)
-        return Failure{Failure::Kind::NotFound, folder, u"There is no folder of the session."_qs};
-    if (!S_ISDIR(status.st_mode) || status.st_uid != ::geteuid() || (status.st_mode & writableByOthers) != 0)
-        return Failure{Failure::Kind::Protected, folder, u"Others than the user may write there."_qs};
-    return {};
-}
-
-FilePath runtimeFolderOfThisUser()
-{
-    const FilePath folder(qgetenv("XDG_RUNTIME_DIR"));
-    // Root may be without a session, or in that of whoever became root.
-    return ::geteuid() == 0 && !seeThatItIsOurs(folder) ? FilePath("/run") : folder;
-}
+// Of the volumes of one disk that take the place of others.
+constexpr quint64 mostNumbers = 10'000;
 
 } // namespace
 
@@ -70,7 +55,29 @@ Result<void> ListedDisks::keep(const DiskIdentity &identity) const
 {
     if (const Result<void> prepared = prepare(); !prepared)
         return prepared;
-    return replaceFile(fileOf(identity.name), identity.words().join(u'\n').toUtf8(), S_IRUSR | S_IWUSR);
+    const FilePath file = fileOf(identity.name);
+    const FilePath draft = m_folder.appending("new-" + QByteArray::number(::getpid()));
+    const Result<void> written = replaceFile(draft, identity.words().join(u'\n').toUtf8(), S_IRUSR | S_IWUSR);
+    if (!written)
+        return written;
+    // link(2) takes the place of nothing, so that of two that come at once one is told of the other.
+    const int error = ::link(draft.bytes().constData(), file.bytes().constData()) == 0 ? 0 : errno;
+    ::unlink(draft.bytes().constData());
+    const Result<DiskIdentity> kept = find(identity.name);
+    if (error == 0 || (error == EEXIST && kept && kept.value() == identity))
+        return {};
+    return failureFromErrno(error, file);
+}
+
+Result<DiskIdentity> ListedDisks::keepVolume(DiskIdentity volume) const
+{
+    Result<void> kept = keep(volume);
+    for (quint64 number = 0; !kept && kept.failure().kind == Failure::Kind::AlreadyExists && number < mostNumbers;
+         ++number) {
+        volume.name.volume = DiskName::firstOfReplaced + number;
+        kept = keep(volume);
+    }
+    return kept ? Result<DiskIdentity>(volume) : kept.failure();
 }
 
 Result<void> ListedDisks::prepare() const

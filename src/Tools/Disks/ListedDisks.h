@@ -7,7 +7,7 @@
 namespace Quillmere {
 
 /// What the disks were that this user has been shown, from one call of the program to the next. It lasts as long as the
-/// session. Names never pass to other disks, so that a loss of it makes names unknown.
+/// session. Names never pass to others, so that a loss of it makes names unknown.
 class ListedDisks
 {
 public:
@@ -20,8 +20,12 @@ public:
     /// Where the numbers of disks begin in this session, between DiskName::leastBegin and mostBegin. Drawn by chance
     /// at the first call. Where nothing can be kept it is always the least.
     [[nodiscard]] quint64 numbersBegin() const;
-    /// Whoever looks meanwhile finds what was kept before, or this.
+    /// Whoever looks meanwhile finds nothing, or all of this. Fails with AlreadyExists where another was shown under
+    /// its name: that name goes on to mean the other, which may be no more.
     [[nodiscard]] Result<void> keep(const DiskIdentity &identity) const;
+    /// The same for a volume that may come to another number: where another was shown under its name, it is kept, and
+    /// found again later, under the next number that is free. Answers with it as it is called now.
+    [[nodiscard]] Result<DiskIdentity> keepVolume(DiskIdentity volume) const;
     /// Fails with NotFound for a name that was not shown, and with Malformed where something else was written there.
     [[nodiscard]] Result<DiskIdentity> find(const DiskName &name) const;
 

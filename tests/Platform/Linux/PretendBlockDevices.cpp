@@ -102,10 +102,12 @@ quint64 PretendBlockDevices::addLoop(const QByteArray &name, const QByteArray &n
 
 void PretendBlockDevices::exchange(const QByteArray &disk, quint64 sequence)
 {
-    QFile file(m_root.filePath(text("sys/class/block/" + disk + "/diskseq")));
-    if (!file.open(QFile::WriteOnly | QFile::Truncate))
-        qFatal("There is no such disk.");
-    file.write(QByteArray::number(sequence));
+    write("class/block/" + disk + "/diskseq", QByteArray::number(sequence));
+}
+
+void PretendBlockDevices::resize(const QByteArray &disk, qint64 size)
+{
+    write("class/block/" + disk + "/size", QByteArray::number(size / 512));
 }
 
 void PretendBlockDevices::remove(const QByteArray &disk)

@@ -22,6 +22,7 @@ public:
     quint64 addLoop(const QByteArray &name, const QByteArray &number, quint64 sequence, const QByteArray &backingFile);
     /// Another medium in the same slot.
     void exchange(const QByteArray &disk, quint64 sequence);
+    void resize(const QByteArray &disk, qint64 size);
     void remove(const QByteArray &disk);
     void addNodeLink(const QByteArray &link, const QByteArray &name);
     void addBtrfs(const QByteArray &uuid, const QList<QByteArray> &members);

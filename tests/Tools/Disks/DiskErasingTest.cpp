@@ -30,6 +30,17 @@ TEST_F(DiskErasingTest, NamesWhatIsUnlockedAfterTheDiskThatItLiesOn)
     EXPECT_EQ(catalogue().volume(opened)->name.text(), u"disk508s4072");
 }
 
+TEST_F(DiskErasingTest, KnowsAVolumeByWhatItIsUnderWhateverNumberItWasShown)
+{
+    QStringList words = volumeWords(second);
+    words[0] = u"disk508s256"_qs;
+
+    EXPECT_EQ(erase(words), ToolEnd());
+
+    EXPECT_EQ(describe("sdb2"), u"ext4 CleanDisk");
+    EXPECT_EQ(said.last(), u"Formatted disk508s256 with ext4. Its name is CleanDisk.");
+}
+
 TEST_F(DiskErasingTest, GivesNoNamesWhereTheKernelDoesNotNumberItsDisks)
 {
     machine.exchange("sdb", 0);

@@ -102,7 +102,8 @@ TEST_F(DiskRequestsTest, TakesNoFolderForADisk)
     EXPECT_EQ(answer.failure().detail,
               u"A volume is mounted in a folder that has the name of the disk disk8s1. Nothing was done.");
     // What is cut off a name to find its disk is cut off a folder's too.
-    for (const char *place : {"/media/anna/disk8", "/media/anna/disk8s1", "/disk8s2", "/media/dis77sk8", "/mnt/diss0k8"})
+    for (const char *place :
+         {"/media/anna/disk8", "/media/anna/disk8s1", "/disk8s2", "/media/dis77sk8", "/mnt/diss0k8"})
         EXPECT_FALSE(withIdentity(overwriting, listed, mountedAt(place))) << place;
 }
 
@@ -149,6 +150,57 @@ TEST_F(DiskRequestsTest, KeepsNothingWhereOthersMayWrite)
     EXPECT_TRUE(listed.find(stick.name));
     for (const char *nowhere : {"", "relative", "/nowhere/at/all"})
         EXPECT_FALSE(ListedDisks(FilePath(QByteArray(nowhere))).keep(stick)) << nowhere;
+}
+
+TEST_F(DiskRequestsTest, AnotherNeverComesToANameThatWasShown)
+{
+    DiskIdentity another = stick;
+    another.uuid = u"another"_qs;
+    ASSERT_TRUE(listed.keep(stick));
+
+    EXPECT_EQ(listed.keep(another).failure().kind, Failure::Kind::AlreadyExists);
+    EXPECT_TRUE(listed.keep(stick));
+    EXPECT_EQ(listed.find(stick.name).value(), stick);
+    DiskIdentity whole = stick;
+    whole.name.volume.reset();
+    ASSERT_TRUE(listed.keep(whole));
+    whole.size *= 2;
+    EXPECT_EQ(listed.keep(whole).failure().kind, Failure::Kind::AlreadyExists);
+    // Nothing is left of what could not be kept.
+    EXPECT_EQ(QDir(folder()).entryList(QDir::Files), QStringList({u"disk8"_qs, u"disk8s1"_qs}));
+}
+
+TEST_F(DiskRequestsTest, AVolumeThatComesToThePlaceOfAnotherHasTheNextNumber)
+{
+    QList<DiskIdentity> volumes(4, stick);
+    for (int at = 0; at < 4; ++at) {
+        volumes[at].uuid = QString::number(at);
+        volumes[at] = listed.keepVolume(volumes.at(at)).value();
+    }
+
+    QStringList names;
+    for (const DiskIdentity &volume : volumes) {
+        names.append(volume.name.text());
+        EXPECT_EQ(listed.find(volume.name).value(), volume);
+        DiskIdentity again = volume;
+        again.name = stick.name;
+        EXPECT_EQ(listed.keepVolume(again).value(), volume);
+    }
+    EXPECT_EQ(names, QStringList({u"disk8s1"_qs, u"disk8s256"_qs, u"disk8s257"_qs, u"disk8s258"_qs}));
+}
+
+TEST_F(DiskRequestsTest, ANumberUnderWhichSomethingElseIsWrittenIsPassedOver)
+{
+    ASSERT_TRUE(listed.keep(stick));
+    for (const char16_t *name : {u"/disk8s256", u"/disk8s257"}) {
+        QFile file(folder() + QString::fromUtf16(name));
+        ASSERT_TRUE(file.open(QFile::WriteOnly));
+        file.write("nothing that is known");
+    }
+    DiskIdentity another = stick;
+    another.uuid = u"another"_qs;
+
+    EXPECT_EQ(listed.keepVolume(another).value().name.text(), u"disk8s258");
 }
 
 TEST_F(DiskRequestsTest, BelievesNoFileThatSaysSomethingElse)

@@ -77,6 +77,12 @@ def AddVolume(self, name, number, drive, kind, label, places):
     block.AddMethods(FILE_SYSTEM, [("Unmount", "a{sv}", "", UNMOUNT), ("Mount", "a{sv}", "s", MOUNT)])
 
 
+@dbus.service.method(MAIN_IFACE, in_signature="ss", out_signature="")
+def Reformat(_self, name, uuid):
+    """By somebody else, with a file system of the same kind and label."""
+    get_object(path_of(name)).props[BLOCK]["IdUUID"] = uuid
+
+
 @dbus.service.method(MAIN_IFACE, in_signature="s", out_signature="s")
 def Describe(_self, name):
     block = get_object(path_of(name)).props
