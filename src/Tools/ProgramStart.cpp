@@ -57,6 +57,12 @@ QString programFolder()
     return QFileInfo(QFile::symLinkTarget(u"/proc/self/exe"_qs)).absolutePath();
 }
 
+void say(const QString &line)
+{
+    std::puts(line.toUtf8().constData());
+    std::fflush(stdout);
+}
+
 int finish(const ToolEnd &end)
 {
     if (!end.report.isEmpty())

@@ -15,6 +15,9 @@ void startClean();
 /// The folder that the running program stands in, links resolved.
 [[nodiscard]] QString programFolder();
 
+/// Writes a line to standard output at once.
+void say(const QString &line);
+
 /// Writes the report to standard output and the message to standard error, and answers with the status, for main().
 [[nodiscard]] int finish(const ToolEnd &end);
 

@@ -1,11 +1,12 @@
 """Volumes that are mounted, their names and kinds, and those that come: as the machine itself has them."""
 
 import os
+import signal
 import subprocess
 import unittest
 
 import disk_rig as rig
-from disk_test import DiskTest, environment_of, erase
+from disk_test import DiskTest, diskutil, environment_of, erase
 
 PROGRAM = os.environ["QUILLMERE_VOLUMES"]
 
@@ -70,6 +71,23 @@ class VolumesTest(DiskTest):
         rig.stop_udisks()
         self.addCleanup(rig.start_udisks)
         self.assertEqual(described(place), f"{place} name=none internal=yes readonly=no")
+
+    def test_one_that_does_not_answer_leaves_the_list_to_the_kernel(self):
+        device = self.disk()
+        place = rig.mount(device)
+        self.addCleanup(rig.run, "umount", place)
+        udisks = rig.services["udisks"]
+        udisks.send_signal(signal.SIGSTOP)
+        try:
+            volumes = Watcher(self).volumes
+            told = diskutil("info", place)
+        finally:
+            udisks.send_signal(signal.SIGCONT)
+        self.assertIn(f"{place} name=none internal=yes readonly=no", volumes)
+        self.assert_refused(told, "udisks2 does not answer")
+        # What it was asked for meanwhile is known to all for a while.
+        rig.wait_for(lambda: diskutil("info", place).returncode == 0)
+        self.assertEqual(described(place), f"{place} name=Before internal=no readonly=no")
 
 
 class NoticeTest(DiskTest):

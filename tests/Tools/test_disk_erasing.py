@@ -72,16 +72,19 @@ class ListingTest(DiskTest):
         self.assertEqual(rig.probed(device), ("ext4", "Before"))
         self.assertRegex(name, "s0$")
 
-    def test_only_root_erases_with_it(self):
+    def test_it_erases_nothing_itself_for_nobody(self):
+        device = self.disk()
+        name, _ = self.name_of(device)
+        for words in (("eraseVolume", "JHFS+", "CleanDisk", name), ("secureErase", "0", "/dev/" + name[:-2])):
+            self.assertEqual(diskutil(*words).returncode, 64)
+        self.assertEqual(rig.probed(device), ("ext4", "Before"))
+
+    def test_each_session_has_names_of_its_own(self):
         device = self.disk()
         name, _ = self.name_of(device, user=rig.NOBODY)
-        self.assertEqual(diskutil("eraseVolume", "JHFS+", "CleanDisk", name, user=rig.NOBODY).returncode, 77)
         self.assertEqual(rig.probed(device), ("ext4", "Before"))
-        self.assert_refused(diskutil("eraseVolume", "JHFS+", "CleanDisk", name), "when it was listed")
-        # Each session has names of its own.
-        name = self.listed(device)
-        self.assert_done(diskutil("eraseVolume", "JHFS+", "CleanDisk", name))
-        self.assertEqual(rig.probed(device), ("ext4", "CleanDisk"))
+        self.assert_refused(erase(name), "when it was listed")
+        self.assertEqual(rig.probed(device), ("ext4", "Before"))
 
 
 class FormattingTest(DiskTest):
@@ -91,10 +94,10 @@ class FormattingTest(DiskTest):
                                          ("MS-DOS", "vfat", "CLEANDISK"), ("FAT32", "vfat", "CLEANDISK"),
                                          ("ExFAT", "exfat", "CleanDisk"), ("NTFS", "ntfs", "Диск")):
             name = self.whole_name(device) + "s1"
+            self.forget(name)
             self.assert_done(diskutil("info", name))
             neighbour = rig.contents(image)[48 * MEGABYTE:94 * MEGABYTE]
             end = ordered(name, form, label)
-            self.forget(name)
             self.assert_done(end)
             self.assertIn(f"Formatted {name} with {file_system}.", end.stdout)
             self.assertEqual(rig.probed(device + "p1"), (file_system, label))
@@ -115,6 +118,8 @@ class FormattingTest(DiskTest):
         device = self.disk()
         name, _ = self.name_of(device)
         self.assert_done(erase(name))
+        place = "/media/root/CleanDisk"
+        self.addCleanup(rig.run, "umount", place)
         self.assert_refused(erase(name), "no longer the disk that was chosen")
         end = diskutil("info", place)
         self.assert_done(end)
@@ -123,8 +128,6 @@ class FormattingTest(DiskTest):
         self.assert_refused(erase(name), "no longer the disk that was chosen")
         self.assertTrue(rig.is_mounted(place))
         self.assert_done(erase(later))
-        place = "/media/root/CleanDisk"
-        self.addCleanup(rig.run, "umount", place)
         self.assertEqual(rig.probed(device), ("ext4", "CleanDisk"))
 
     def test_a_volume_mounted_twice_is_unmounted_and_formatted(self):

@@ -1,6 +1,7 @@
 #include "Platform/Linux/DiskService.h"
 
 #include <QDBusArgument>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 
@@ -108,6 +109,13 @@ DiskService::DiskService(QDBusConnection systemBus, int patience)
 {
 }
 
+DiskService DiskService::toShow(QDBusConnection systemBus, int patience, DiskServiceSilence silence)
+{
+    DiskService service(std::move(systemBus), patience);
+    service.m_silence = std::move(silence);
+    return service;
+}
+
 Result<DiskObjects> DiskService::objects() const
 {
     const Result<QVariantList> answer = call(u"/org/freedesktop/UDisks2"_qs, u"org.freedesktop.DBus.ObjectManager"_qs,
@@ -181,12 +189,16 @@ Result<QVariantList> DiskService::call(const QString &object, const QString &int
 {
     if (!m_bus.isConnected())
         return Failure{Failure::Kind::NotSupported, {}, u"There is no system bus, so udisks2 cannot be asked."_qs};
+    if (m_silence && m_silence->isRecent())
+        return Failure{Failure::Kind::NotSupported, {}, u"udisks2 does not answer: It was silent just now."_qs};
     QDBusMessage question = QDBusMessage::createMethodCall(service, object, interface, method);
     question.setArguments(arguments);
     const QDBusMessage answer = m_bus.call(question, QDBus::Block, milliseconds);
-    if (answer.type() != QDBusMessage::ReplyMessage)
-        return Failure{kindOf(answer.errorName()), {}, wordsOf(answer)};
-    return answer.arguments();
+    if (answer.type() == QDBusMessage::ReplyMessage)
+        return answer.arguments();
+    if (m_silence && answer.errorName() == QDBusError::errorString(QDBusError::NoReply))
+        m_silence->remember();
+    return Failure{kindOf(answer.errorName()), {}, wordsOf(answer)};
 }
 
 } // namespace Quillmere

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Linux/DiskObjects.h"
+#include "Platform/Linux/DiskServiceSilence.h"
 #include "Values/Result.h"
 
 #include <QDBusConnection>
@@ -13,8 +14,15 @@ namespace Quillmere {
 class DiskService
 {
 public:
+    static constexpr int patienceToShow = 2'000; ///< Milliseconds.
+
     /// @p patience for questions, in milliseconds. What is ordered is waited for without end.
     explicit DiskService(QDBusConnection systemBus = QDBusConnection::systemBus(), int patience = 10'000);
+    /// For what is only shown, while the user sees nothing else: it is given up soon, and where it has just kept
+    /// somebody waiting in vain it is not asked at all.
+    [[nodiscard]] static DiskService toShow(QDBusConnection systemBus = QDBusConnection::systemBus(),
+                                            int patience = patienceToShow,
+                                            DiskServiceSilence silence = DiskServiceSilence::ofThisUser());
 
     [[nodiscard]] Result<DiskObjects> objects() const;
     /// Answers with where it is mounted now. Fails with AlreadyExists where it was mounted before.
@@ -34,6 +42,7 @@ private:
 
     QDBusConnection m_bus;
     int m_patience;
+    std::optional<DiskServiceSilence> m_silence; ///< Where it is heeded.
 };
 
 } // namespace Quillmere

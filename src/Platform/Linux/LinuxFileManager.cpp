@@ -26,8 +26,6 @@ namespace {
 
 constexpr qint64 bytesPerBlock = 512;
 constexpr mode_t allRights = 0777;
-// Milliseconds. Whoever asks for volumes is kept waiting meanwhile.
-constexpr int patienceWithDisks = 3000;
 
 EntryKind typeOf(mode_t mode)
 {
@@ -147,12 +145,12 @@ Result<VolumeCapacity> LinuxFileManager::capacityOfVolume(const FilePath &path, 
 
 QList<FilePath> LinuxFileManager::mountedVolumes() const
 {
-    return m_volumes.places(DiskService(QDBusConnection::systemBus(), patienceWithDisks));
+    return m_volumes.places(DiskService::toShow());
 }
 
 Result<VolumeValues> LinuxFileManager::valuesOfVolume(const FilePath &mountPoint) const
 {
-    return m_volumes.values(mountPoint, DiskService(QDBusConnection::systemBus(), patienceWithDisks));
+    return m_volumes.values(mountPoint, DiskService::toShow());
 }
 
 bool LinuxFileManager::areOnSameVolume(const FilePath &one, const FilePath &other) const
