@@ -119,17 +119,22 @@ class NoticeTest(DiskTest):
         # In between came no other: not for what was there before, and not for a second mount.
         self.assertEqual(watcher.next(), f"mounted {last}")
 
-    def test_what_is_erased_is_no_news(self):
+    def test_what_is_formatted_anew_is_news_and_what_is_only_mounted_again_is_none(self):
         device = self.disk()
         name, place = self.name_of(device)
         watcher = Watcher(self)
+        rig.must("umount", place)
+        rig.mount(device)
         self.assert_done(erase(name))
         self.addCleanup(rig.run, "umount", "/media/root/CleanDisk")
         self.assertFalse(rig.is_mounted(place))
-        other = self.disk("other")
-        marked = rig.mount(other)
-        self.addCleanup(rig.run, "umount", marked)
-        self.assertEqual(watcher.next(), f"mounted {marked}")
+        self.assertEqual(watcher.next(), "mounted /media/root/CleanDisk")
+        rig.must("umount", "/media/root/CleanDisk")
+        rig.must("mkfs.ntfs", "-Q", "-F", "-q", "-L", "Elsewhere", device)
+        rig.wait_for(lambda: rig.probed(device) == ("ntfs", "Elsewhere") and rig.knows(device))
+        self.addCleanup(rig.run, "umount", "/media/root/Elsewhere")
+        rig.mount(device)
+        self.assertEqual(watcher.next(), "mounted /media/root/Elsewhere")
 
 
 class NtfsTest(DiskTest):

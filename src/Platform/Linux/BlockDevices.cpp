@@ -122,6 +122,19 @@ std::optional<quint64> BlockDevices::numberOfNode(const FilePath &node) const
                                           : std::nullopt;
 }
 
+QByteArray BlockDevices::fileSystemUuid(quint64 number) const
+{
+    // 60-persistent-storage.rules of udev: each link there is called as a file system is, and leads to where it lies.
+    const QByteArray links = "/dev/disk/by-uuid";
+    const QDir folder(QFile::decodeName(m_dev.appending("disk/by-uuid").bytes()));
+    for (const QString &link : folder.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot, QDir::Name)) {
+        const QByteArray name = QFile::encodeName(link);
+        if (numberOfNode(FilePath(links).appending(name)) == number)
+            return name;
+    }
+    return {};
+}
+
 std::optional<quint64> BlockDevices::numberOfMount(const QByteArray &device, const FilePath &source) const
 {
     const std::optional<quint64> number = deviceNumberOf(device);

@@ -40,6 +40,8 @@ public:
     [[nodiscard]] std::optional<quint64> numberOf(const QByteArray &name) const;
     /// Of a location below "/dev", which may be a link to a node.
     [[nodiscard]] std::optional<quint64> numberOfNode(const FilePath &node) const;
+    /// Of the file system on it, as its makers' tools wrote it there. Empty where it has none, or none was seen yet.
+    [[nodiscard]] QByteArray fileSystemUuid(quint64 number) const;
     /// What a mount shows, of which the table of mounts says @p device and @p source. Nothing for what is on no disk.
     [[nodiscard]] std::optional<quint64> numberOfMount(const QByteArray &device, const FilePath &source) const;
     /// The disk that @p number lies on: below partitions and below what stands on one device alone. What is made out of
@@ -63,7 +65,7 @@ private:
 /// "8:17" as a number. Nothing for any other text.
 [[nodiscard]] std::optional<quint64> deviceNumberOf(const QByteArray &text);
 [[nodiscard]] QByteArray textOfDeviceNumber(quint64 number);
-
-} // namespace Quillmere
 /// Where the node of the device is that the kernel calls @p name.
 [[nodiscard]] FilePath nodeOf(const QByteArray &name);
+
+} // namespace Quillmere

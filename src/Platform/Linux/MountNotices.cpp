@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cerrno>
+#include <tuple>
 #include <utility>
 
 #include <fcntl.h>
@@ -13,7 +14,7 @@ namespace Quillmere {
 
 MountNotices::MountNotices(std::function<void(const FilePath &)> mounted, BlockDevices devices)
     : m_mounted(std::move(mounted))
-    , m_devices(std::move(devices))
+    , m_memory(std::move(devices))
     , m_file(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC))
 {
     if (!m_file.isOpen())
@@ -21,19 +22,14 @@ MountNotices::MountNotices(std::function<void(const FilePath &)> mounted, BlockD
     // proc(5): poll(2) says of this file that something exceptional has happened when the table has changed.
     m_changes = std::make_unique<QSocketNotifier>(m_file.number(), QSocketNotifier::Exception);
     connect(m_changes.get(), &QSocketNotifier::activated, this, &MountNotices::look);
-    for (const MountedVolume &volume : volumesIn(parseMountTable(table()), m_devices))
-        m_known.insert({volume.number, volume.sequence});
+    std::ignore = m_memory.takeNews(parseMountTable(table()));
 }
 
 void MountNotices::look()
 {
     const QPointer self(this);
-    for (const MountedVolume &volume : volumesIn(parseMountTable(table()), m_devices)) {
-        const std::pair identity(volume.number, volume.sequence);
-        if (m_known.contains(identity))
-            continue;
-        m_known.insert(identity);
-        m_mounted(volume.place);
+    for (const FilePath &place : m_memory.takeNews(parseMountTable(table()))) {
+        m_mounted(place);
         // Whoever is told may have had enough of it.
         if (!self)
             return;

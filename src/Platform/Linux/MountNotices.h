@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Platform/Linux/FileDescriptor.h"
-#include "Platform/Linux/MountedVolumes.h"
+#include "Platform/Linux/MountMemory.h"
 
 #include <QObject>
 #include <QSocketNotifier>
@@ -10,8 +10,8 @@
 
 namespace Quillmere {
 
-/// Tells of each volume when it is mounted for the first time since its disk came. One that is mounted at several
-/// places is told of once; one that was mounted before, and is mounted anew, is no news. GUI thread only.
+/// Tells of each volume when it is mounted, as long as MountMemory does not know it. One that is mounted at several
+/// places is told of once, and those that are there from the beginning are not. GUI thread only.
 class MountNotices final : public QObject
 {
     Q_OBJECT
@@ -24,10 +24,9 @@ private:
     [[nodiscard]] QByteArray table();
 
     std::function<void(const FilePath &)> m_mounted;
-    BlockDevices m_devices;
+    MountMemory m_memory;
     FileDescriptor m_file; ///< The kernel's table, which wakes whoever waits on it at each change.
     std::unique_ptr<QSocketNotifier> m_changes;
-    QSet<std::pair<quint64, quint64>> m_known; ///< Device and disk of what was told of, or was there before.
 };
 
 } // namespace Quillmere

@@ -1,5 +1,7 @@
 #include "Platform/Linux/MountedVolumes.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -18,23 +20,37 @@ bool isForTheUser(const MountEntry &mount)
     return !isPacked && !mount.location.isWithin(FilePath("/boot")) && !mount.location.isWithin(FilePath("/efi"));
 }
 
+struct FirstMount
+{
+    MountEntry entry;
+    quint64 number = 0;
+};
+
+/// Of each device the first mount that the user may know. Of hundreds of mounts of one, the kernel is asked once.
+QList<FirstMount> firstMounts(const QList<MountEntry> &table, const BlockDevices &devices)
+{
+    QList<FirstMount> mounts;
+    QSet<quint64> seen;
+    for (const MountEntry &entry : table) {
+        const auto number
+            = isForTheUser(entry) ? devices.numberOfMount(entry.device, FilePath(entry.source)) : std::nullopt;
+        if (!number || seen.contains(*number))
+            continue;
+        seen.insert(*number);
+        mounts.append({entry, *number});
+    }
+    return mounts;
+}
+
 } // namespace
 
 QList<MountedVolume> volumesIn(const QList<MountEntry> &table, const BlockDevices &devices)
 {
     QList<MountedVolume> volumes;
-    QList<quint64> seen;
-    for (const MountEntry &mount : table) {
-        const auto number = devices.numberOfMount(mount.device, FilePath(mount.source));
-        const auto device = number ? devices.device(*number) : std::nullopt;
-        if (!device || !isForTheUser(mount))
-            continue;
-        const qsizetype known = seen.indexOf(*number);
-        const MountedVolume volume{mount.location, *number, device->sequence, mount.isReadOnly};
-        if (known < 0) {
-            seen.append(*number);
-            volumes.append(volume);
-        }
+    for (const FirstMount &mount : firstMounts(table, devices)) {
+        if (const std::optional<BlockDevice> device = devices.device(mount.number))
+            volumes.append(
+                {mount.entry.location, mount.number, device->sequence, mount.entry.isReadOnly, mount.entry.type});
     }
     return volumes;
 }
@@ -63,9 +79,11 @@ Result<VolumeValues> MountedVolumes::values(const FilePath &place, const DiskSer
     const Result<SystemPlaces> places = m_places();
     if (!places)
         return places.failure();
-    const QList<MountedVolume> volumes = volumesIn(places.value().mounts, m_devices);
-    const auto volume = std::ranges::find(volumes, place.standardized(), &MountedVolume::place);
-    const auto disk = volume == volumes.end() ? std::nullopt : m_devices.wholeDisk(volume->number);
+    const QList<FirstMount> mounts = firstMounts(places.value().mounts, m_devices);
+    const auto isThere = [&](const FirstMount &mount) { return mount.entry.location == place.standardized(); };
+    const auto volume = std::ranges::find_if(mounts, isThere);
+    const auto device = volume == mounts.end() ? std::nullopt : m_devices.device(volume->number);
+    const auto disk = device ? m_devices.wholeDisk(volume->number) : std::nullopt;
     if (!disk)
         return Failure{Failure::Kind::NotFound, place, u"No volume is mounted there."_qs};
     const DiskObjects objects = service.objects().valueOr({});
@@ -77,9 +95,8 @@ Result<VolumeValues> MountedVolumes::values(const FilePath &place, const DiskSer
     values.isRemovable = disk->isPluggable;
     const bool isPluggedIn = diskBlock ? objects.isExternal(*diskBlock) : disk->isPluggable;
     values.isInternal = !isPluggedIn || isOfSystem(volume->number, places.value());
-    values.isReadOnly = volume->isReadOnly;
-    const std::optional<BlockDevice> device = m_devices.device(volume->number);
-    values.isWriteProtected = disk->isReadOnly || (device && device->isReadOnly);
+    values.isReadOnly = volume->entry.isReadOnly;
+    values.isWriteProtected = disk->isReadOnly || device->isReadOnly;
     return values;
 }
 

@@ -16,6 +16,7 @@ struct MountedVolume
     quint64 number = 0; ///< dev_t.
     quint64 sequence = 0; ///< The kernel's number of its disk, which no other disk has as long as the machine runs.
     bool isReadOnly = false;
+    QByteArray type = {}; ///< Of the file system, as the kernel calls it.
 
     bool operator==(const MountedVolume &) const = default;
 };

@@ -1,7 +1,11 @@
+#include "Platform/Linux/FileDescriptor.h"
 #include "Platform/Linux/MountedVolumes.h"
 #include "Platform/Linux/PretendBlockDevices.h"
 
 #include <gmock/gmock.h>
+
+#include <sys/inotify.h>
+#include <unistd.h>
 
 using namespace Quillmere;
 using testing::ElementsAre;
@@ -104,9 +108,36 @@ TEST_F(BlockDevicesTest, AVolumeMountedAtSeveralPlacesIsOneVolumeAtTheFirst)
                                      entry("/share", "0:45", "nfs4", "server:/share")};
 
     EXPECT_THAT(volumesIn(table, machine.devices()),
-                ElementsAre(MountedVolume{FilePath("/"), other, 8, false},
-                            MountedVolume{FilePath("/media/stick"), first, 7, false},
-                            MountedVolume{FilePath("/pool"), opened, 9, false}));
+                ElementsAre(MountedVolume{FilePath("/"), other, 8, false, "ext4"},
+                            MountedVolume{FilePath("/media/stick"), first, 7, false, "vfat"},
+                            MountedVolume{FilePath("/pool"), opened, 9, false, "btrfs"}));
+}
+
+TEST_F(BlockDevicesTest, TheKernelIsAskedOnceForADeviceHoweverOftenItIsMounted)
+{
+    QList<MountEntry> table = {entry("/media/stick", "8:1", "vfat")};
+    for (int place = 0; place < 300; ++place)
+        table.append(entry("/srv/again", "8:1"));
+    // One event for each opening of a file in there.
+    const FileDescriptor watch(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+    ASSERT_GE(::inotify_add_watch(watch.number(), machine.folderOf("sda1").constData(), IN_OPEN), 0);
+
+    EXPECT_EQ(volumesIn(table, machine.devices()).size(), 1);
+
+    QByteArray events(1 << 16, '\0');
+    const ssize_t length = ::read(watch.number(), events.data(), static_cast<size_t>(events.size()));
+    ASSERT_GT(length, 0);
+    EXPECT_EQ(events.first(length).count("start"), 1);
+}
+
+TEST_F(BlockDevicesTest, FindsTheUuidOfAFileSystemByItsLink)
+{
+    machine.setUuid("sda1", "1234-ABCD");
+    machine.setUuid("dm-0", "8f0c");
+
+    EXPECT_EQ(machine.devices().fileSystemUuid(first), "1234-ABCD");
+    EXPECT_EQ(machine.devices().fileSystemUuid(opened), "8f0c");
+    EXPECT_EQ(machine.devices().fileSystemUuid(second), QByteArray());
 }
 
 TEST(DiskObjectsTest, WhatIsPluggedInIsToldByTheDriveAndWithoutOneByTheHint)

@@ -16,7 +16,7 @@ QString text(const QByteArray &path)
 
 PretendBlockDevices::PretendBlockDevices()
 {
-    for (const char *folder : {"sys/dev/block", "sys/class/block", "sys/fs/btrfs", "dev/mapper"})
+    for (const char *folder : {"sys/dev/block", "sys/class/block", "sys/fs/btrfs", "dev/mapper", "dev/disk/by-uuid"})
         QDir(m_root.path()).mkpath(text(folder));
 }
 
@@ -118,6 +118,23 @@ void PretendBlockDevices::remove(const QByteArray &disk)
 void PretendBlockDevices::addNodeLink(const QByteArray &link, const QByteArray &name)
 {
     QFile::link(m_root.filePath(text("dev/" + name)), m_root.filePath(text("dev/" + link)));
+}
+
+void PretendBlockDevices::setUuid(const QByteArray &name, const QByteArray &uuid)
+{
+    const QString node = m_root.filePath(text("dev/" + name));
+    const QDir links(m_root.filePath(u"dev/disk/by-uuid"_qs));
+    for (const QFileInfo &link : links.entryInfoList(QDir::Files | QDir::System)) {
+        if (link.symLinkTarget() == node)
+            QFile::remove(link.filePath());
+    }
+    if (!uuid.isEmpty())
+        QFile::link(node, links.filePath(text(uuid)));
+}
+
+QByteArray PretendBlockDevices::folderOf(const QByteArray &name) const
+{
+    return QFile::encodeName(QFileInfo(m_root.filePath(text("sys/class/block/" + name))).canonicalFilePath());
 }
 
 void PretendBlockDevices::addBtrfs(const QByteArray &uuid, const QList<QByteArray> &members)

@@ -25,8 +25,12 @@ public:
     void resize(const QByteArray &disk, qint64 size);
     void remove(const QByteArray &disk);
     void addNodeLink(const QByteArray &link, const QByteArray &name);
+    /// The file system on @p name, as the links beside the nodes tell it. Empty: none is seen.
+    void setUuid(const QByteArray &name, const QByteArray &uuid);
     void addBtrfs(const QByteArray &uuid, const QList<QByteArray> &members);
 
+    /// Where the kernel describes @p name.
+    [[nodiscard]] QByteArray folderOf(const QByteArray &name) const;
     [[nodiscard]] BlockDevices devices() const { return BlockDevices(sys(), dev()); }
 
 private:
