@@ -29,7 +29,7 @@ bool isSaidByElevation(int status)
 
 } // namespace
 
-AdministratorMeans AdministratorMeans::ofThisMachine(const QString &programs)
+AdministratorMeans AdministratorMeans::ofThisMachine(const QString &programs, const Result<Caller> &caller)
 {
     const QDBusConnection bus = QDBusConnection::systemBus();
     return {KeepAwake::ofThisMachine(programs),
@@ -38,7 +38,7 @@ AdministratorMeans AdministratorMeans::ofThisMachine(const QString &programs)
             NameCache(bus, true),
             BundleInstallation(),
             DriverInstallation(bus),
-            DiskAdministrator(DiskTools::ofThisMachine()),
+            DiskAdministrator(DiskTools::ofThisMachine(caller)),
             FilterPolicy()};
 }
 

@@ -25,7 +25,7 @@ struct AdministratorMeans
     DiskAdministrator disks;
     FilterPolicy policy;
 
-    [[nodiscard]] static AdministratorMeans ofThisMachine(const QString &programs);
+    [[nodiscard]] static AdministratorMeans ofThisMachine(const QString &programs, const Result<Caller> &caller);
 };
 
 /// The one program that acts with an administrator's rights. It believes nothing that it is told: whoever started it

@@ -9,7 +9,7 @@ import subprocess
 import unittest
 
 import disk_rig as rig
-from disk_test import DiskTest, diskutil, environment_of, erase, osascript, overwrite
+from disk_test import DiskTest, diskutil, environment_of, erase, osascript, overwrite, value_of
 
 ADMINISTRATOR = f"{rig.HELPERS}/quillmere-admin"
 SWAPS = 100
@@ -39,11 +39,24 @@ class SystemDiskTest(LockTest):
     def test_a_disk_that_carries_a_folder_of_the_system(self):
         device = self.disk()
         name = self.listed(device)
-        for place in ("/boot", "/home"):
+        for place in ("/boot", "/home", "/usr/local", "/var/log"):
             self.mounted_at(device, place, "-o", "ro")
             self.assert_untouched(name, self.images[0], self.reason)
             self.assertTrue(rig.is_mounted(place))
             rig.must("umount", place)
+
+    def test_a_disk_that_carries_the_home_of_whoever_asks_wherever_that_is(self):
+        device = self.disk()
+        self.mounted_at(device, "/run/homes", "-o", "ro")
+        with open("/etc/passwd", encoding="utf-8") as file:
+            accounts = [line for line in file if not line.startswith("root:")]
+        with open("/run/passwd", "w", encoding="utf-8") as file:
+            file.writelines(["root:x:0:0:root:/run/homes/root:/bin/sh\n", *accounts])
+        name = value_of(diskutil("info", "/run/homes"), "Device Identifier")
+        rig.must("mount", "--bind", "/run/passwd", "/etc/passwd")
+        self.addCleanup(rig.run, "umount", "/etc/passwd")
+        self.assert_untouched(name, self.images[0], self.reason)
+        self.assertTrue(rig.is_mounted("/run/homes"))
 
     def test_a_disk_of_which_only_another_volume_carries_the_system(self):
         image, device = self.divided()

@@ -1,11 +1,15 @@
 #include "Platform/Linux/MountedVolumes.h"
 
+#include "Platform/Linux/UserEnvironment.h"
+
 #include <QSet>
 
 #include <algorithm>
 #include <array>
 #include <string_view>
 #include <utility>
+
+#include <unistd.h>
 
 namespace Quillmere {
 
@@ -42,6 +46,12 @@ QList<FirstMount> firstMounts(const QList<MountEntry> &table, const BlockDevices
     return mounts;
 }
 
+Result<SystemPlaces> placesOfThisUser()
+{
+    const auto noVariables = [](const char *) { return QByteArray(); };
+    return SystemPlaces::ofThisMachine(UserEnvironment::of(::geteuid(), noVariables).home);
+}
+
 } // namespace
 
 QList<MountedVolume> volumesIn(const QList<MountEntry> &table, const BlockDevices &devices)
@@ -53,6 +63,11 @@ QList<MountedVolume> volumesIn(const QList<MountEntry> &table, const BlockDevice
                 {mount.entry.location, mount.number, device->sequence, mount.entry.isReadOnly, mount.entry.type});
     }
     return volumes;
+}
+
+MountedVolumes::MountedVolumes()
+    : MountedVolumes(placesOfThisUser, BlockDevices())
+{
 }
 
 MountedVolumes::MountedVolumes(Places places, BlockDevices devices)

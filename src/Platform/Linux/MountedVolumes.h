@@ -32,7 +32,9 @@ public:
     /// Answers with the state of this machine.
     using Places = std::function<Result<SystemPlaces>()>;
 
-    explicit MountedVolumes(Places places = SystemPlaces::ofThisMachine, BlockDevices devices = BlockDevices());
+    /// Those of this machine, for the user we run as.
+    MountedVolumes();
+    MountedVolumes(Places places, BlockDevices devices);
 
     /// Without those that udisks2 wants to be shown to nobody.
     [[nodiscard]] QList<FilePath> places(const DiskService &service) const;

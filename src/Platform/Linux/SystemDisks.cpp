@@ -1,5 +1,7 @@
 #include "Platform/Linux/SystemDisks.h"
 
+#include "Platform/Linux/LinkResolution.h"
+
 #include <QFile>
 
 #include <algorithm>
@@ -30,6 +32,11 @@ bool isSystemPlace(const FilePath &location)
         || location.isWithin(FilePath("/boot")) || location.deletingLastPathComponent() == FilePath("/home");
 }
 
+bool isBelowSystemPlace(const FilePath &location)
+{
+    return location.isWithin(FilePath("/usr")) || location.isWithin(FilePath("/var"));
+}
+
 /// Collects devices, and remembers the first thing of which it cannot be told where it lies.
 class Collection
 {
@@ -47,12 +54,20 @@ public:
                 addMount(mount);
         }
         addPath(m_places.program);
+        for (const FilePath &home : m_places.homes)
+            addPath(home);
         for (const QByteArray &line : m_places.swaps.split('\n').mid(1)) {
             if (!line.isEmpty())
                 addSwap(FilePath(withoutEscapes(line.left(line.indexOf(' ')))));
         }
-        if (!m_unknown.isEmpty())
-            return Failure{Failure::Kind::NotSupported, m_unknown, u"It cannot be told on which disk this lies."_qs};
+        const FilePath unknown = m_unknown;
+        // Behind all that must be known: what was seen to is not looked at again.
+        for (const MountEntry &mount : m_places.mounts) {
+            if (isBelowSystemPlace(mount.location))
+                addMount(mount);
+        }
+        if (!unknown.isEmpty())
+            return Failure{Failure::Kind::NotSupported, unknown, u"It cannot be told on which disk this lies."_qs};
         return m_found;
     }
 
@@ -158,7 +173,7 @@ private:
 
 } // namespace
 
-Result<SystemPlaces> SystemPlaces::ofThisMachine()
+Result<SystemPlaces> SystemPlaces::ofThisMachine(const FilePath &home)
 {
     QFile swaps(u"/proc/swaps"_qs);
     SystemPlaces places;
@@ -169,6 +184,9 @@ Result<SystemPlaces> SystemPlaces::ofThisMachine()
     else if (QFile::exists(swaps.fileName()))
         return Failure{Failure::Kind::NoPermission, FilePath("/proc/swaps"), swaps.errorString()};
     places.program = FilePath(QFile::encodeName(QFile::symLinkTarget(u"/proc/self/exe"_qs)));
+    // Such as "/nonexistent", of those who are nobody.
+    if (home.bytes().startsWith('/'))
+        places.homes = {home.standardized(), resolveLinks(home).value_or(home.standardized())};
     if (places.mounts.isEmpty() || places.program.isEmpty())
         return Failure{Failure::Kind::NotFound, FilePath("/proc"), u"The mounts of this machine cannot be read."_qs};
     return places;

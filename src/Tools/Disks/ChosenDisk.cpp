@@ -44,11 +44,13 @@ Failure inUse(const DiskIdentity &identity, const QString &detail)
 Result<void> seeThatTheSystemDoesNotNeed(const DiskTools &tools, const DiskIdentity &identity)
 {
     const Result<QSet<quint64>> system = tools.systemDevices();
-    if (!system)
+    if (!system) {
+        const Failure &why = system.failure();
         return Failure{Failure::Kind::Protected,
                        {},
                        u"It cannot be told which disks the running system needs (%1). Nothing was erased."_qs.arg(
-                           system.failure().path.displayText())};
+                           why.path.isEmpty() ? why.detail : why.path.displayText())};
+    }
     const QList<quint64> foundations = tools.devices.foundations(identity.number);
     if (std::ranges::any_of(foundations, [&](quint64 number) { return system.value().contains(number); }))
         return Failure{

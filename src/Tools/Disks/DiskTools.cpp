@@ -3,34 +3,37 @@
 #include "Platform/Linux/SystemDisks.h"
 #include "Tools/Disks/LinuxDeviceAccess.h"
 #include "Tools/Disks/VolumeOwner.h"
+#include "Tools/ProgramStart.h"
 
-#include <cstdio>
+#include <unistd.h>
 
 namespace Quillmere {
 
 namespace {
 
-Result<QSet<quint64>> systemDevicesOfThisMachine()
+Result<QSet<quint64>> systemDevicesFor(const Result<Caller> &caller)
 {
-    const Result<SystemPlaces> places = SystemPlaces::ofThisMachine();
+    if (!caller)
+        return caller.failure();
+    const Result<SystemPlaces> places = SystemPlaces::ofThisMachine(caller.value().home);
     return places ? systemDevices(places.value(), BlockDevices()) : places.failure();
-}
-
-void sayOnStandardOutput(const QString &line)
-{
-    std::puts(line.toUtf8().constData());
-    std::fflush(stdout);
 }
 
 } // namespace
 
-DiskTools DiskTools::ofThisMachine()
+DiskTools DiskTools::ofThisMachine(const Result<Caller> &caller)
 {
-    DiskTools tools{
-        DiskService(),      BlockDevices(), std::make_shared<LinuxDeviceAccess>(), systemDevicesOfThisMachine, {},
-        sayOnStandardOutput};
-    if (const std::optional<VolumeOwner> owner = VolumeOwner::whoAskedForRights())
-        tools.giveToUser = [owner](const QByteArray &node, const QString &type) { return owner->take(node, type); };
+    DiskTools tools{DiskService(),
+                    BlockDevices(),
+                    std::make_shared<LinuxDeviceAccess>(),
+                    [caller] { return systemDevicesFor(caller); },
+                    {},
+                    Quillmere::say};
+    // What root makes for itself is its own already.
+    if (caller && caller.value().user != ::geteuid())
+        tools.giveToUser = [owner = caller.value()](const QByteArray &node, const QString &type) {
+            return giveVolume(owner, node, type);
+        };
     return tools;
 }
 

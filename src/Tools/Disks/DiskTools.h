@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/BlockDevices.h"
 #include "Platform/Linux/DiskService.h"
+#include "Tools/Caller.h"
 #include "Tools/Disks/DeviceAccess.h"
 
 #include <QSet>
@@ -23,7 +24,9 @@ struct DiskTools
     /// Tells whoever watches what has been done.
     std::function<void(const QString &line)> say;
 
-    [[nodiscard]] static DiskTools ofThisMachine();
+    /// For @p caller, who gets what is made and whose home is never erased. Where it cannot be told who that is,
+    /// nothing is erased at all.
+    [[nodiscard]] static DiskTools ofThisMachine(const Result<Caller> &caller);
 };
 
 } // namespace Quillmere

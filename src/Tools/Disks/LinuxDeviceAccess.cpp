@@ -1,5 +1,6 @@
 #include "Tools/Disks/LinuxDeviceAccess.h"
 
+#include "Platform/Linux/BlockDevices.h"
 #include "Platform/Linux/ErrnoFailure.h"
 #include "Platform/Linux/FileDescriptor.h"
 
@@ -116,8 +117,7 @@ private:
 
 Result<std::unique_ptr<OpenDevice>> LinuxDeviceAccess::open(const QByteArray &node, Way way) const
 {
-    // The kernel writes a slash in a name as an exclamation mark.
-    const FilePath path = FilePath("/dev").appending(QByteArray(node).replace('!', '/'));
+    const FilePath path = nodeOf(node);
     // Opening is an act for some devices that are no disks, so that the kind is looked at first.
     const FileDescriptor place(::open(path.bytes().constData(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
     struct stat status = {};

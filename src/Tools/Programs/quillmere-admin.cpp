@@ -13,7 +13,7 @@ int main(int argc, char *argv[])
     const QCoreApplication application(argc, argv);
     // Whoever reads what is said may go. What was begun is brought to its end.
     std::signal(SIGPIPE, SIG_IGN);
-    const Administrator administrator(AdministratorMeans::ofThisMachine(programFolder()), Caller::ofThisProcess(),
-                                      isRoot());
+    const Result<Caller> caller = Caller::ofThisProcess();
+    const Administrator administrator(AdministratorMeans::ofThisMachine(programFolder(), caller), caller, isRoot());
     return finish(administrator.carryOut(QCoreApplication::arguments().sliced(1)));
 }

@@ -1,6 +1,9 @@
 #include "Platform/Linux/SystemDisks.h"
 #include "Platform/Linux/PretendBlockDevices.h"
 
+#include <QFile>
+#include <QTemporaryDir>
+
 #include <gmock/gmock.h>
 
 using namespace Quillmere;
@@ -57,16 +60,55 @@ TEST_F(SystemDisksTest, ThePartitionOfTheRootAndItsWholeDiskButNoStickThatIsMoun
 TEST_F(SystemDisksTest, EachFolderOfTheSystemCounts)
 {
     mount("/", "259:2");
-    for (const char *place : {"/boot", "/boot/efi", "/home", "/home/user", "/usr", "/var", "/etc", "/opt", "/root"}) {
+    for (const char *place : {"/boot", "/boot/efi", "/home", "/home/user", "/usr", "/usr/local", "/var", "/var/lib",
+                              "/var/log/journal", "/etc", "/opt", "/root"}) {
         mount(place, "8:1");
         EXPECT_TRUE(needed().value().contains(stick)) << place;
         places.mounts.removeLast();
     }
-    for (const char *place : {"/home/user/stick", "/mnt", "/srv", "/media/home", "/bootleg"}) {
+    for (const char *place : {"/home/user/stick", "/mnt", "/srv", "/media/home", "/bootleg", "/various", "/usr2"}) {
         mount(place, "8:1");
         EXPECT_FALSE(needed().value().contains(stick)) << place;
         places.mounts.removeLast();
     }
+}
+
+TEST_F(SystemDisksTest, TheDiskOfTheCallersHomeCountsWhereverThatIs)
+{
+    mount("/", "259:2");
+    mount("/data", "8:1");
+    mount("/media/user/other", "8:16");
+    EXPECT_FALSE(needed().value().contains(stick));
+
+    places.homes = {FilePath("/home/anna"), FilePath("/data/homes/anna")};
+
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second, onStick, stick));
+}
+
+TEST_F(SystemDisksTest, TheHomeIsLookedForWhereItsLinksLead)
+{
+    const QTemporaryDir folder;
+    const FilePath home(QFile::encodeName(folder.filePath(u"home"_qs)));
+    ASSERT_TRUE(QFile::link(u"/usr"_qs, folder.filePath(u"home"_qs)));
+
+    EXPECT_THAT(SystemPlaces::ofThisMachine(home).value().homes, UnorderedElementsAre(home, FilePath("/usr")));
+    EXPECT_THAT(SystemPlaces::ofThisMachine(FilePath("/nowhere/at/all")).value().homes,
+                testing::Each(FilePath("/nowhere/at/all")));
+    EXPECT_TRUE(SystemPlaces::ofThisMachine(FilePath()).value().homes.isEmpty());
+}
+
+TEST_F(SystemDisksTest, WhatIsOnNoKnownDiskBelowVarKeepsNoDiskFromBeingFree)
+{
+    mount("/", "259:2");
+    mount("/var/lib/lxcfs", "0:50", "fuse.lxcfs", "lxcfs");
+    mount("/var/lib/nfs/rpc_pipefs", "0:51", "rpc_pipefs", "sunrpc");
+    mount("/var/lib/containers/merged", "0:52", "overlay", "overlay", "rw,lowerdir=l/1:l/2,upperdir=/hidden");
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second));
+
+    mount("/var/lib/containers/volume", "8:16");
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second, other));
+    mount("/var", "0:53", "fuse.unknown", "unknown");
+    expectUnknown("/var");
 }
 
 TEST_F(SystemDisksTest, EncryptionAndVolumeGroupsAreLookedThrough)
