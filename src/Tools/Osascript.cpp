@@ -14,7 +14,7 @@ constexpr int userCanceled = -128;
 
 ToolEnd executionError(const QString &reason, int number)
 {
-    return {1, u"execution error: %1 (%2)"_qs.arg(reason).arg(number)};
+    return {1, u"execution error: %1 (%2)"_qs.arg(reason, QString::number(number))};
 }
 
 std::optional<AdministratorRequest> requestOfScript(const QString &script)
@@ -31,13 +31,12 @@ Command commandFor(const AdministratorRequest &request, const ElevationSettings 
     return {settings.pkexec, QStringList{u"--disable-internal-agent"_qs, settings.administrator} + words};
 }
 
-ToolEnd notCarriedOut(const AdministratorRequest &request, const ElevationSettings &settings, const QString &reason,
-                      int number)
+ToolEnd notCarriedOut(const AdministratorRequest &request, const ElevationSettings &settings, NotCarriedOut why,
+                      const QString &reason, int number = 1)
 {
     ToolEnd end = executionError(reason, number);
     if (settings.notCarriedOut)
-        end.report = settings.notCarriedOut(
-            request, number == userCanceled ? NotCarriedOut::Dismissed : NotCarriedOut::Failed, reason);
+        end.report = settings.notCarriedOut(request, why, reason);
     return end;
 }
 
@@ -45,7 +44,7 @@ ToolEnd carryOut(const AdministratorRequest &request, const ElevationSettings &s
 {
     const Result<ChildEnd> end = runChild(commandFor(request, settings));
     if (!end)
-        return notCarriedOut(request, settings, end.failure().detail, 1);
+        return notCarriedOut(request, settings, NotCarriedOut::Failed, end.failure().detail);
     const int status = end.value().status;
     const QString text = QString::fromUtf8(end.value().standardError).trimmed();
     if (status == 0 && settings.carriedOut)
@@ -53,8 +52,9 @@ ToolEnd carryOut(const AdministratorRequest &request, const ElevationSettings &s
     if (status == 0)
         return {0, text};
     if (status == dismissed && !settings.isRoot)
-        return notCarriedOut(request, settings, u"User canceled."_qs, userCanceled);
-    return notCarriedOut(request, settings, text.isEmpty() ? u"The command failed."_qs : text, status);
+        return notCarriedOut(request, settings, NotCarriedOut::Dismissed, u"User canceled."_qs, userCanceled);
+    const NotCarriedOut why = status == ToolEnd::notBegun ? NotCarriedOut::NotBegun : NotCarriedOut::Failed;
+    return notCarriedOut(request, settings, why, text.isEmpty() ? u"The command failed."_qs : text, status);
 }
 
 } // namespace
@@ -70,7 +70,7 @@ ToolEnd runOsascript(const QStringList &arguments, const ElevationSettings &sett
         return executionError(u"There is no system bus to ask for administrator rights on."_qs, 1);
     const Result<AdministratorRequest> complete = settings.complete ? settings.complete(*request) : *request;
     return complete ? carryOut(complete.value(), settings)
-                    : notCarriedOut(*request, settings, complete.failure().detail, 1);
+                    : notCarriedOut(*request, settings, NotCarriedOut::Failed, complete.failure().detail);
 }
 
 } // namespace Quillmere

@@ -13,6 +13,7 @@ namespace Quillmere {
 /// Why a request was not carried out.
 enum class NotCarriedOut {
     Dismissed, ///< The user did not want it.
+    NotBegun, ///< Something was in the way of it, and nothing was changed.
     Failed,
 };
 

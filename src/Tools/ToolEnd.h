@@ -7,9 +7,10 @@ namespace Quillmere {
 /// How a program of this folder ends.
 struct ToolEnd
 {
-    // sysexits.h has these three.
+    // sysexits.h has these.
     static constexpr int wrongUse = 64;
     static constexpr int unavailable = 69;
+    static constexpr int notBegun = 75; ///< Something was in the way of it, and nothing was changed.
     static constexpr int needsRoot = 77;
 
     int status = 0;

@@ -132,8 +132,8 @@ TEST_P(UnknownCommandTest, IsRefusedWithNothingStarted)
 INSTANTIATE_TEST_SUITE_P(
     Commands, UnknownCommandTest,
     testing::Values(
-        UnknownCommand{"Nothing", ""}, UnknownCommand{"PurgeWithoutPath", "purge"}, UnknownCommand{"OtherProgram", "id"},
-        UnknownCommand{"OtherValue", "pmset -a disablesleep 2"},
+        UnknownCommand{"Nothing", ""}, UnknownCommand{"PurgeWithoutPath", "purge"},
+        UnknownCommand{"OtherProgram", "id"}, UnknownCommand{"OtherValue", "pmset -a disablesleep 2"},
         UnknownCommand{"EmptyValue", "pmset -a disablesleep ''"},
         UnknownCommand{"ValueWithBlank", "pmset -a disablesleep ' 1'"},
         UnknownCommand{"MissingValue", "pmset -a disablesleep"},
@@ -141,11 +141,13 @@ INSTANTIATE_TEST_SUITE_P(
         UnknownCommand{"OtherSetting", "pmset -a sleep 0"},
         UnknownCommand{"ElsewhereInThePath", "/tmp/pmset -a disablesleep 1"},
         UnknownCommand{"ClimbingPath", "/usr/sbin/../../tmp/purge"},
-        UnknownCommand{"PurgeWithArgument", "/usr/sbin/purge --help"}, UnknownCommand{"PurgeWithEmptyArgument", "/usr/sbin/purge ''"},
-        UnknownCommand{"OtherCase", "Purge"}, UnknownCommand{"Chained", "/usr/sbin/purge && /usr/sbin/purge"},
-        UnknownCommand{"ChainedWithAnother", "/usr/sbin/purge && id"}, UnknownCommand{"AnotherBefore", "id && /usr/sbin/purge"},
-        UnknownCommand{"Semicolon", "/usr/sbin/purge; id"}, UnknownCommand{"Line", "/usr/sbin/purge\nid"},
-        UnknownCommand{"TrailingLine", "/usr/sbin/purge\n"}, UnknownCommand{"Substitution", "pmset -a disablesleep $(id)"},
+        UnknownCommand{"PurgeWithArgument", "/usr/sbin/purge --help"},
+        UnknownCommand{"PurgeWithEmptyArgument", "/usr/sbin/purge ''"}, UnknownCommand{"OtherCase", "Purge"},
+        UnknownCommand{"Chained", "/usr/sbin/purge && /usr/sbin/purge"},
+        UnknownCommand{"ChainedWithAnother", "/usr/sbin/purge && id"},
+        UnknownCommand{"AnotherBefore", "id && /usr/sbin/purge"}, UnknownCommand{"Semicolon", "/usr/sbin/purge; id"},
+        UnknownCommand{"Line", "/usr/sbin/purge\nid"}, UnknownCommand{"TrailingLine", "/usr/sbin/purge\n"},
+        UnknownCommand{"Substitution", "pmset -a disablesleep $(id)"},
         UnknownCommand{"SubstitutionInQuotes", "pmset -a disablesleep '$(id)'"},
         UnknownCommand{"Redirection", "/usr/sbin/purge >/tmp/a"}, UnknownCommand{"QuotedLine", "'/usr/sbin/purge\n'"},
         UnknownCommand{"QuotedWhole", "'pmset -a disablesleep 1'"},
@@ -196,12 +198,14 @@ TEST_F(OsascriptTest, TellsWhoeverPutsThingsBackWhatWasNotCarriedOutAndWhy)
     EXPECT_EQ(run(u"/usr/sbin/purge"_qs).report, u"purge: Windows is asleep");
     settings.pkexec = makeProgram(u"pkexec"_qs, u"echo 'Not authorized' >&2; exit 127"_qs);
     EXPECT_EQ(run(u"/usr/sbin/purge"_qs).report, u"purge: Not authorized");
+    settings.pkexec = makeProgram(u"pkexec"_qs, u"echo 'It is in use.' >&2; exit 75"_qs);
+    EXPECT_EQ(run(u"/usr/sbin/purge"_qs).report, u"purge: It is in use.");
     settings.pkexec = folder.filePath(u"missing"_qs);
     EXPECT_FALSE(run(u"/usr/sbin/purge"_qs).report.isEmpty());
     settings.complete = [](const AdministratorRequest &) { return Failure{{}, {}, u"unknown"_qs}; };
     EXPECT_EQ(run(u"/usr/sbin/purge"_qs).report, u"purge: unknown");
     const auto failed = NotCarriedOut::Failed;
-    EXPECT_EQ(reasons, (QList{NotCarriedOut::Dismissed, failed, failed, failed, failed}));
+    EXPECT_EQ(reasons, (QList{NotCarriedOut::Dismissed, failed, failed, NotCarriedOut::NotBegun, failed, failed}));
 }
 
 TEST_F(OsascriptTest, AVolumeWhosePathHoldsAQuotationMarkIsMountedByNobody)
@@ -214,6 +218,13 @@ TEST_F(OsascriptTest, AVolumeWhosePathHoldsAQuotationMarkIsMountedByNobody)
 
     EXPECT_EQ(run(script.arg(u"/media/a b"_qs)), ToolEnd());
     EXPECT_EQ(started(), toPkexec("<mount-ntfs></media/a b><disk508s1>"));
+}
+
+TEST_F(OsascriptTest, SaysAReasonAsItIsWhateverSignsAreInIt)
+{
+    settings.pkexec = makeProgram(u"pkexec"_qs, u"echo '/media/100%2 %1 %n' >&2; exit 3"_qs);
+
+    EXPECT_EQ(run(u"/usr/sbin/purge"_qs), (ToolEnd{1, u"execution error: /media/100%2 %1 %n (3)"_qs}));
 }
 
 TEST_F(OsascriptTest, SaysWhyRightsWereNotGiven)

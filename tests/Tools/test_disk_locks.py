@@ -125,6 +125,18 @@ class UseTest(LockTest):
             self.assertTrue(rig.is_mounted(place))
         self.assert_done(erase(name))
 
+    def test_what_was_unmounted_for_nothing_is_mounted_again(self):
+        _, device = self.divided()
+        name, first = self.name_of(device + "p1")
+        _, second = self.name_of(device + "p2")
+        with open(f"{first}/open", "w", encoding="ascii"):
+            # Of the two the second is unmounted first.
+            end = overwrite(name.rsplit("s", 1)[0])
+        self.assert_refused(end, "is in use")
+        self.assertEqual(end.stdout, f"Unmounted {second}.\nMounted {second} again.\n")
+        self.assertTrue(rig.is_mounted(first) and rig.is_mounted(second))
+        self.assertEqual(rig.probed(device + "p2"), ("ext4", "Second"))
+
     def test_a_volume_that_is_mounted_where_nobody_else_sees_it(self):
         device = self.disk()
         name = self.listed(device)

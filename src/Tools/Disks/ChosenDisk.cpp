@@ -1,14 +1,13 @@
 #include "Tools/Disks/ChosenDisk.h"
 
+#include "Tools/Disks/Unmounting.h"
+
 #include <algorithm>
 #include <utility>
 
 namespace Quillmere {
 
 namespace {
-
-// Of one volume. Whoever mounts it again and again is not waited for.
-constexpr int mostMounts = 64;
 
 Failure exchanged(const DiskIdentity &identity)
 {
@@ -62,21 +61,11 @@ Result<void> seeThatTheSystemDoesNotNeed(const DiskTools &tools, const DiskIdent
 
 Result<void> unmountAll(const DiskTools &tools, const DiskIdentity &identity, quint64 number)
 {
-    for (int mount = 0; mount < mostMounts; ++mount) {
-        const Result<DiskObjects> objects = tools.service.objects();
-        if (!objects)
-            return objects.failure();
-        const DiskBlock *block = objects.value().block(number);
-        if (!block || block->mountPoints.isEmpty())
-            return {};
-        const QString place = block->mountPoints.first().displayText();
-        const Result<void> unmounted = tools.service.unmount(block->object);
-        if (!unmounted && unmounted.failure().kind != Failure::Kind::NotFound)
-            return inUse(identity, unmounted.failure().detail);
-        if (unmounted)
-            tools.say(u"Unmounted %1."_qs.arg(place));
-    }
-    return inUse(identity, u"it is mounted again and again"_qs);
+    const auto tell = [&](const FilePath &place) { tools.say(u"Unmounted %1."_qs.arg(place.displayText())); };
+    const Result<void> unmounted = unmountEverywhere(tools.service, number, tell);
+    if (unmounted || unmounted.failure().kind == Failure::Kind::NotSupported)
+        return unmounted;
+    return inUse(identity, unmounted.failure().detail);
 }
 
 Result<void> lockIfUnlocked(const DiskTools &tools, const DiskIdentity &identity, quint64 number)

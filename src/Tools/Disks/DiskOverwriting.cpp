@@ -94,10 +94,10 @@ ToolEnd overwriteDisk(const DiskTools &tools, const DiskIdentity &identity)
         return failed(chosen.failure());
     const ChosenDisk &disk = chosen.value();
     if (const Result<void> free = disk.release(tools); !free)
-        return failed(free.failure());
+        return {ToolEnd::notBegun, free.failure().detail};
     const Result<std::unique_ptr<OpenDevice>> alone = disk.openAlone(tools);
     if (!alone)
-        return failed(alone.failure());
+        return {ToolEnd::notBegun, alone.failure().detail};
     OpenDevice &device = *alone.value();
     if (const Result<void> written = writeAll(tools, disk, device); !written)
         return failed(written.failure());

@@ -1,5 +1,7 @@
 #include "Tools/Disks/Diskutil.h"
 
+#include "Tools/Disks/Unmounting.h"
+
 #include <QFile>
 
 #include <sys/sysmacros.h>
@@ -13,7 +15,6 @@ namespace {
 const QString usage = u"usage: diskutil info PLACE|VOLUME\n"
                       "       diskutil mount VOLUME\n"
                       "       diskutil unmount PLACE|VOLUME"_qs;
-constexpr int mostMounts = 64;
 
 ToolEnd failed(const QString &reason)
 {
@@ -90,7 +91,6 @@ std::optional<quint64> Diskutil::mountedAt(const FilePath &place) const
     return number;
 }
 
-// Nothing that somebody else has made up, such as the volume's name or its place, is among the lines: it might look
 std::optional<DiskIdentity> Diskutil::named(const DiskCatalogue &catalogue, const DiskName &name) const
 {
     const Result<DiskIdentity> shown = m_listed.find(name);
@@ -103,6 +103,7 @@ std::optional<DiskIdentity> Diskutil::named(const DiskCatalogue &catalogue, cons
     return now == shown.value() ? now : std::nullopt;
 }
 
+// Nothing that somebody else has made up, such as the volume's name or its place, is among the lines: it might look
 // like one of them.
 ToolEnd Diskutil::info(const Target &target) const
 {
@@ -134,20 +135,10 @@ ToolEnd Diskutil::mount(const Target &target) const
 
 ToolEnd Diskutil::unmount(const Target &target) const
 {
-    const QString object = target.catalogue.objects().block(target.volume.number)->object;
-    for (int mount = 0; mount < mostMounts; ++mount) {
-        const Result<DiskObjects> objects = m_service.objects();
-        if (!objects)
-            return failed(objects.failure().detail);
-        const DiskBlock *block = objects.value().block(target.volume.number);
-        if (!block || block->mountPoints.isEmpty()) {
-            m_say(u"%1 is not mounted."_qs.arg(target.volume.name.text()));
-            return {};
-        }
-        if (const Result<void> unmounted = m_service.unmount(object); !unmounted)
-            return failed(unmounted.failure().detail);
-    }
-    return failed(u"%1 is mounted again and again."_qs.arg(target.volume.name.text()));
+    if (const Result<void> unmounted = unmountEverywhere(m_service, target.volume.number); !unmounted)
+        return failed(unmounted.failure().detail);
+    m_say(u"%1 is not mounted."_qs.arg(target.volume.name.text()));
+    return {};
 }
 
 } // namespace Quillmere

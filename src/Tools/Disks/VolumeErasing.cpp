@@ -56,10 +56,10 @@ ToolEnd eraseVolume(const DiskTools &tools, const QString &format, const QString
         return failed(chosen.failure());
     const ChosenDisk &disk = chosen.value();
     if (const Result<void> free = disk.release(tools); !free)
-        return failed(free.failure());
+        return {ToolEnd::notBegun, free.failure().detail};
     // udisks2 takes it for itself in turn, so that it is only seen here that nobody else has it.
     if (const auto alone = disk.openAlone(tools); !alone)
-        return failed(alone.failure());
+        return {ToolEnd::notBegun, alone.failure().detail};
     if (const Result<void> formatted = tools.service.format(disk.block().object, *type, label); !formatted)
         return failedHalfway(disk, formatted.failure());
     if (const Result<void> seen = seeThatItIsNow(tools, disk, *type, label); !seen)

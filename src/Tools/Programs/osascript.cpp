@@ -1,7 +1,8 @@
+#include "Tools/Osascript.h"
 #include "Platform/Linux/DiskService.h"
 #include "Tools/Disks/DiskCatalogue.h"
+#include "Tools/Disks/DiskMounts.h"
 #include "Tools/Disks/DiskRequests.h"
-#include "Tools/Osascript.h"
 #include "Tools/ProgramStart.h"
 
 #include <QCoreApplication>
@@ -32,11 +33,19 @@ Result<FilePath> mountAsUser(const std::optional<DiskIdentity> &volume)
     return block ? service.mount(block->object) : Failure{Failure::Kind::NotFound, {}, u"The disk has gone."_qs};
 }
 
+/// Of an order to erase, the volume or the disk.
+std::optional<DiskIdentity> erasedBy(const AdministratorRequest &request)
+{
+    if (request.verb == u"erase-volume")
+        return DiskIdentity::parse(request.arguments.mid(2));
+    return request.verb == u"secure-erase" ? DiskIdentity::parse(request.arguments) : std::nullopt;
+}
+
 /// A volume that was shown is shown again, under its new name.
 void mountWhatWasErased(const AdministratorRequest &request)
 {
     if (request.verb == u"erase-volume")
-        std::ignore = mountAsUser(DiskIdentity::parse(request.arguments.mid(2)));
+        std::ignore = mountAsUser(erasedBy(request));
 }
 
 /// A volume that was unmounted so that another driver should write to it is to be read again at least. Whoever did not
@@ -65,10 +74,17 @@ int main(int argc, char *argv[])
     settings.administrator = administratorProgram();
     settings.isRoot = isRoot();
     settings.mayAskUser = settings.isRoot || QDBusConnection::systemBus().isConnected();
-    settings.complete = [](const AdministratorRequest &request) {
-        return withIdentity(request, ListedDisks::ofThisUser(), mountTable());
+    DiskMounts before;
+    settings.complete = [&before](const AdministratorRequest &request) {
+        const auto whole = withIdentity(request, ListedDisks::ofThisUser(), mountTable());
+        if (const auto disk = whole ? erasedBy(whole.value()) : std::nullopt)
+            before = DiskMounts::of(disk->number, DiskService::toShow(), BlockDevices());
+        return whole;
     };
     settings.carriedOut = mountWhatWasErased;
-    settings.notCarriedOut = mountWhatIsOnlyRead;
+    settings.notCarriedOut = [&before](const AdministratorRequest &request, NotCarriedOut why, const QString &reason) {
+        return why == NotCarriedOut::NotBegun ? before.restore(DiskService()).join(u'\n')
+                                              : mountWhatIsOnlyRead(request, why, reason);
+    };
     return finish(runOsascript(QCoreApplication::arguments().sliced(1), settings));
 }

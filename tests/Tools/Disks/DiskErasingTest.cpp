@@ -69,7 +69,8 @@ TEST_F(DiskErasingTest, OverwritesTheWholeDiskAndReadsItBack)
     EXPECT_EQ(devices->devices["sdb"].partitionSearches, 1);
     EXPECT_EQ(describe("sdb1"), u"vfat First");
     EXPECT_THAT(said, Contains(u"50 % of disk508"_qs));
-    EXPECT_EQ(said.last(), u"Overwrote all 33554432 bytes of disk508 with zeros, once. Read back 256 places: all zero.");
+    EXPECT_EQ(said.last(),
+              u"Overwrote all 33554432 bytes of disk508 with zeros, once. Read back 256 places: all zero.");
 }
 
 TEST_F(DiskErasingTest, LocksWhatWasUnlocked)
@@ -197,8 +198,9 @@ TEST_F(DiskErasingTest, LeavesAloneWhatCannotBeUnmounted)
 {
     const quint64 busy = addPartition("sdb", 3, "8:19", u"stick"_qs, u"ext4"_qs, u"Busy"_qs, {u"/busy/volume"_qs});
 
-    EXPECT_EQ(erase(volumeWords(busy)), (ToolEnd{1, u"disk508s3 is in use (target is busy). Nothing was erased."_qs}));
-    EXPECT_EQ(overwrite(diskWords(busy)).status, 1);
+    EXPECT_EQ(erase(volumeWords(busy)),
+              (ToolEnd{ToolEnd::notBegun, u"disk508s3 is in use (target is busy). Nothing was erased."_qs}));
+    EXPECT_EQ(overwrite(diskWords(busy)).status, ToolEnd::notBegun);
     expectNothingDone();
 }
 
