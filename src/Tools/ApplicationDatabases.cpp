@@ -27,14 +27,9 @@ QList<FilePath> dataFolders()
     return folders;
 }
 
-QString textOf(const FilePath &path)
-{
-    return QFile::decodeName(path.bytes());
-}
-
 bool isWritableFolder(const FilePath &folder)
 {
-    const QFileInfo information(textOf(folder));
+    const QFileInfo information(argumentOf(folder));
     return information.isDir() && information.isWritable();
 }
 
@@ -73,7 +68,7 @@ ToolStep ApplicationDatabases::rebuildWith(const QString &program, const FilePat
     if (path.isEmpty())
         return {};
     const QString subject = what.arg(folder.displayText());
-    return stepOf(runChild({path, {textOf(folder)}}), subject + u" was rebuilt."_qs,
+    return stepOf(runChild({path, {argumentOf(folder)}}), subject + u" was rebuilt."_qs,
                   subject + u" was not rebuilt: "_qs);
 }
 

@@ -1,5 +1,7 @@
 #include "Tools/ChildProgram.h"
 
+#include "Platform/Linux/LastOutput.h"
+
 #include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -20,13 +22,16 @@ Result<ChildEnd> finish(QProcess &process, const Command &command)
     constexpr int signalled = 128;
     process.setProcessChannelMode(QProcess::ForwardedOutputChannel);
     process.setStandardInputFile(QProcess::nullDevice());
+    LastOutput said;
+    QObject::connect(&process, &QProcess::readyReadStandardError, &process,
+                     [&] { said.append(process.readAllStandardError()); });
     process.start(command.launchPath, command.arguments);
     if (!process.waitForStarted(forever))
         return Failure{Failure::Kind::NotFound, FilePath(QFile::encodeName(command.launchPath)), process.errorString()};
     process.waitForFinished(forever);
     // Of a program that a signal ended, QProcess gives the signal's number as the code.
     const int end = process.exitStatus() == QProcess::CrashExit ? signalled : 0;
-    return ChildEnd{end + process.exitCode(), process.readAllStandardError()};
+    return ChildEnd{end + process.exitCode(), said.text()};
 }
 
 /// In the child of a process that may have threads: system calls alone. The C library's own would look for threads.
@@ -68,6 +73,11 @@ QProcessEnvironment environmentOf(const Caller &caller)
 }
 
 } // namespace
+
+QString argumentOf(const FilePath &path)
+{
+    return QFile::decodeName(path.bytes());
+}
 
 Result<ChildEnd> runChild(const Command &command)
 {

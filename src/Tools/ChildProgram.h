@@ -12,8 +12,11 @@ namespace Quillmere {
 struct ChildEnd
 {
     int status = 0; ///< 128 plus the signal where one ended it.
-    QByteArray standardError;
+    QByteArray standardError; ///< Of much only the end, as LastOutput keeps it.
 };
+
+/// @p path as a program is handed it.
+[[nodiscard]] QString argumentOf(const FilePath &path);
 
 /// Starts a program and waits for its end, however late. It reads nothing and writes its output where ours goes. Fails
 /// when it cannot be started.

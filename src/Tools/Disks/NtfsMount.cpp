@@ -4,8 +4,6 @@
 #include "Tools/Disks/ChosenDisk.h"
 #include "Tools/Disks/MountPlace.h"
 
-#include <QFile>
-
 namespace Quillmere {
 
 namespace {
@@ -15,21 +13,11 @@ constexpr int isReady = 0;
 constexpr int isHibernated = 14;
 constexpr int isUnclean = 15;
 
-QString textOf(const FilePath &path)
-{
-    return QFile::decodeName(path.bytes());
-}
-
-FilePath nodeOf(const DiskIdentity &volume)
-{
-    return FilePath("/dev").appending(QByteArray(volume.node).replace('!', '/'));
-}
-
 /// Empty when it can be written to as it is.
 QString whyNotForWriting(const ChosenDisk &disk, const NtfsPrograms &programs)
 {
     const Result<ChildEnd> probed
-        = runChild({textOf(programs.probe), {u"--readwrite"_qs, textOf(nodeOf(disk.identity()))}});
+        = runChild({argumentOf(programs.probe), {u"--readwrite"_qs, argumentOf(nodeOf(disk.identity().node))}});
     if (!probed)
         return u"ntfs-3g is not installed, so %1 cannot be mounted with it."_qs.arg(disk.name());
     switch (probed.value().status) {
@@ -51,9 +39,9 @@ QString whyNotForWriting(const ChosenDisk &disk, const NtfsPrograms &programs)
 ToolEnd mountAt(const MountPlace &place, const ChosenDisk &disk, const NtfsPrograms &programs)
 {
     // norecover: what an unclean volume remembers is never thrown away to get it mounted.
-    const Result<ChildEnd> mounted = runChild(
-        {textOf(programs.driver),
-         {textOf(nodeOf(disk.identity())), textOf(place.path()), u"-o"_qs, u"allow_other,nosuid,nodev,norecover"_qs}});
+    const Result<ChildEnd> mounted = runChild({argumentOf(programs.driver),
+                                               {argumentOf(nodeOf(disk.identity().node)), argumentOf(place.path()),
+                                                u"-o"_qs, u"allow_other,nosuid,nodev,norecover"_qs}});
     if (mounted && mounted.value().status == 0)
         return {};
     place.takeBack();

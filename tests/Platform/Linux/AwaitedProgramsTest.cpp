@@ -52,6 +52,20 @@ TEST_F(AwaitedProgramsTest, ReadsMoreThanAPipeHoldsOnBothOutputsBeforeItWaits)
     EXPECT_EQ(outcome.value().exitStatus, 0);
 }
 
+TEST_F(AwaitedProgramsTest, TakesAFloodOnBothOutputsAtOnce)
+{
+    const Command command
+        = shell("yes output | head -c 7000000 & yes errors | head -c 7000000 >&2 & wait; echo end >&2; exit 4");
+
+    const Result<ProcessOutcome> outcome = m_runner.runJoined(command);
+
+    ASSERT_TRUE(outcome.isOk());
+    EXPECT_EQ(outcome.value().exitStatus, 4);
+    EXPECT_TRUE(outcome.value().standardOutput.startsWith("["));
+    EXPECT_TRUE(outcome.value().standardOutput.endsWith("end\n"));
+    EXPECT_LT(outcome.value().standardOutput.size(), 1024 * 1024 + 100);
+}
+
 TEST_F(AwaitedProgramsTest, KeepsTheLastLinesOfAFloodAndSaysHowMuchIsLeftOut)
 {
     const Command command = shell("yes 1234567 | head -c 80000000; echo 'the \303\244nd'; exit 5");
@@ -65,7 +79,8 @@ TEST_F(AwaitedProgramsTest, KeepsTheLastLinesOfAFloodAndSaysHowMuchIsLeftOut)
     EXPECT_GE(text.size(), 1024 * 1024 - 64);
     EXPECT_TRUE(text.endsWith("\n1234567\nthe \303\244nd\n"));
     const qsizetype firstLine = text.indexOf('\n') + 1;
-    EXPECT_EQ(text.left(firstLine), "[" + QByteArray::number(80000009 - (text.size() - firstLine)) + " bytes left out]\n");
+    EXPECT_EQ(text.left(firstLine),
+              "[" + QByteArray::number(80000009 - (text.size() - firstLine)) + " bytes left out]\n");
     EXPECT_EQ(text.mid(firstLine, 8), "1234567\n");
 }
 
