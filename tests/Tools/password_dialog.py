@@ -41,9 +41,10 @@ class PasswordDialog:
         self._loop.quit()
         self._thread.join()
 
-    def start(self, *command, user=rig.NOBODY, locale="C"):
+    def start(self, *command, user=rig.NOBODY, locale="C", standard_input="/dev/null"):
         """The program waits until the dialog is its own; it keeps its number when it begins."""
-        process = subprocess.Popen(["sh", "-c", 'read line; exec "$@" </dev/null', "sh", *command],
+        waiting = 'read line; exec <"$0" "$@"'
+        process = subprocess.Popen(["sh", "-c", waiting, standard_input, *command],
                                    stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
                                    cwd="/", user=user, group=user, extra_groups=[])
         with open(f"/proc/{process.pid}/stat", encoding="ascii") as file:

@@ -28,6 +28,9 @@ DRIVERS = ("if [ -f /opt/homebrew/bin/brew ]; then /opt/homebrew/bin/brew instal
            "download/compile NTFS-3G and macFUSE'; exit 1; fi")
 INDEX = "'/usr/bin/mdutil' '-E' '/'"
 NAMES = "'/usr/bin/killall' '-HUP' 'mDNSResponder'"
+POLICY = "/etc/quillmere/filter-policy.json"
+RECORD = ('{"blockedBundleIdentifiers":["org.example.One"],"description":"Traffic","ecoAllowedBundleIdentifiers":[],'
+          '"ecoTrafficEnabled":true,"enabled":true,"filterSockets":true,"identifier":"com.veltrane.quillmere.filter"}\n')
 CANCELED = "execution error: User canceled. (-128)\n"
 
 polkit = None
@@ -142,6 +145,55 @@ class AnswerTest(DialogCase):
                 self.assert_ends(dialog.osascript(shell_text), 1, "nothing was done")
             self.assertEqual(dialog.asked, [])
         self.assertTrue(os.path.exists(BUNDLE))
+
+
+class FilterPolicyTest(DialogCase):
+    """The program runs pkexec itself for this one, since it has a record to hand over."""
+
+    def setUp(self):
+        super().setUp()
+        shutil.rmtree(os.path.dirname(POLICY), ignore_errors=True)
+        self.addCleanup(shutil.rmtree, os.path.dirname(POLICY), True)
+
+    @staticmethod
+    def save(answer, record):
+        with open("/tmp/record", "w", encoding="utf-8") as file:
+            file.write(record)
+        os.chmod("/tmp/record", 0o644)
+        with PasswordDialog(answer) as dialog:
+            # It is the parent of pkexec that is asked for.
+            end = dialog.run("sh", "-c", '"$@"; exit $?', "sh", "/usr/bin/pkexec", "--disable-internal-agent",
+                             ADMINISTRATOR, "filter-policy", standard_input="/tmp/record")
+        return end, dialog.asked
+
+    @staticmethod
+    def saved():
+        with open(POLICY, encoding="utf-8") as file:
+            return file.read()
+
+    def test_an_approved_record_is_saved_for_everybody_to_read(self):
+        end, asked = self.save("approve", RECORD)
+        self.assert_ends(end, 0)
+        self.assertEqual([action for action, _ in asked], ["com.veltrane.quillmere.filter-policy"])
+        self.assertEqual(self.saved(), RECORD)
+        status = os.stat(POLICY)
+        self.assertEqual((status.st_uid, status.st_gid, stat.S_IMODE(status.st_mode)), (0, 0, 0o644))
+
+    def test_a_dismissed_or_refused_one_changes_nothing(self):
+        self.assert_ends(self.save("approve", RECORD)[0], 0)
+        other = RECORD.replace("One", "Two")
+        for answer, status in (("dismiss", 126), ("refuse", 127)):
+            with self.subTest(answer):
+                end, asked = self.save(answer, other)
+                self.assert_ends(end, status)
+                self.assertTrue(asked)
+                self.assertEqual(self.saved(), RECORD)
+
+    def test_what_is_no_record_is_not_saved_whoever_approves_it(self):
+        for record in ("", "{}", RECORD + RECORD, "x" * 100000):
+            end, _ = self.save("approve", record)
+            self.assert_ends(end, 1, "The rules of the filter were not saved: ")
+        self.assertFalse(os.path.exists(POLICY))
 
 
 class AbsenceTest(DialogCase):
