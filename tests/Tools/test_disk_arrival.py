@@ -78,9 +78,13 @@ class VolumesTest(DiskTest):
         self.addCleanup(rig.run, "umount", place)
         udisks = rig.services["udisks"]
         udisks.send_signal(signal.SIGSTOP)
+        silence = "/run/user/root/quillmere-udisks2-silent"
         try:
-            volumes = Watcher(self).volumes
             told = diskutil("info", place)
+            self.assertTrue(os.path.exists(silence))
+            os.unlink(silence)
+            volumes = Watcher(self).volumes
+            self.assertTrue(os.path.exists(silence))
         finally:
             udisks.send_signal(signal.SIGCONT)
         self.assertIn(f"{place} name=none internal=yes readonly=no", volumes)

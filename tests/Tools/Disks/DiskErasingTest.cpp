@@ -38,7 +38,7 @@ TEST_F(DiskErasingTest, KnowsAVolumeByWhatItIsUnderWhateverNumberItWasShown)
     EXPECT_EQ(erase(words), ToolEnd());
 
     EXPECT_EQ(describe("sdb2"), u"ext4 CleanDisk");
-    EXPECT_EQ(said.last(), u"Formatted disk508s256 with ext4. Its name is CleanDisk.");
+    EXPECT_THAT(said, Contains(u"Formatted disk508s256 with ext4. Its name is CleanDisk."_qs));
 }
 
 TEST_F(DiskErasingTest, GivesNoNamesWhereTheKernelDoesNotNumberItsDisks)
