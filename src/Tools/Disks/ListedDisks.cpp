@@ -54,12 +54,12 @@ quint64 ListedDisks::numbersBegin() const
 Result<void> ListedDisks::keep(const DiskIdentity &identity) const
 {
     if (const Result<void> prepared = prepare(); !prepared)
-        return prepared;
+        return prepared.failure();
     const FilePath file = fileOf(identity.name);
     const FilePath draft = m_folder.appending("new-" + QByteArray::number(::getpid()));
     const Result<void> written = replaceFile(draft, identity.words().join(u'\n').toUtf8(), S_IRUSR | S_IWUSR);
     if (!written)
-        return written;
+        return written.failure();
     // link(2) takes the place of nothing, so that of two that come at once one is told of the other.
     const int error = ::link(draft.bytes().constData(), file.bytes().constData()) == 0 ? 0 : errno;
     ::unlink(draft.bytes().constData());
@@ -83,7 +83,7 @@ Result<DiskIdentity> ListedDisks::keepVolume(DiskIdentity volume) const
 Result<void> ListedDisks::prepare() const
 {
     if (const Result<void> ours = seeThatItIsOurs(m_runtimeFolder); !ours)
-        return ours;
+        return ours.failure();
     if (::mkdir(m_folder.bytes().constData(), S_IRWXU) != 0 && errno != EEXIST)
         return failureFromErrno(errno, m_folder);
     return seeThatItIsOurs(m_folder);

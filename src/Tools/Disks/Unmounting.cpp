@@ -21,7 +21,7 @@ Result<void> unmountEverywhere(const DiskService &service, quint64 number,
         const Result<void> done = service.unmount(block->object);
         // Somebody else may have been quicker.
         if (!done && done.failure().kind != Failure::Kind::NotFound)
-            return done;
+            return done.failure();
         if (done && unmounted)
             unmounted(block->mountPoints.first());
     }
