@@ -130,6 +130,35 @@ TEST_F(ElevatedScriptsTest, ASecureOverwriteIsTheErasingOfTheWholeDisk)
     expectTheOnly(run(), {u"secure-erase"_qs, {u"disk508"_qs}});
 }
 
+TEST_F(ElevatedScriptsTest, TheSheetReadsTheNewNameOfWhatItHasErasedAndOrdersByThatNext)
+{
+    plugIn(volume("/media/stick", u"disk508s1"_qs, u"MS-DOS"_qs));
+    machine.processes->answer(diskutil(), [this](const Command &) {
+        const bool isErased = !run().isEmpty();
+        return ProcessOutcome{0, isErased ? "Device Identifier: disk508s256\n" : "Device Identifier: disk508s1\n"};
+    });
+    machine.processes->answer(osascript(), "");
+    DiskUtilityState sheet(*tools);
+    const auto eraseStick = [&] {
+        sheet.selectRow(2);
+        sheet.run();
+        sheet.proceed();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return sheet.alert() == DiskAlert::Finished; }, 10'000));
+        EXPECT_TRUE(sheet.hasSucceeded());
+        sheet.dismiss();
+    };
+    sheet.appear();
+
+    eraseStick();
+    EXPECT_TRUE(sheet.volumeTexts().last().contains(u"(disk508s256)"_qs)) << qPrintable(sheet.volumeTexts().last());
+    eraseStick();
+
+    const QStringList scripts = run();
+    ASSERT_EQ(scripts.size(), 2);
+    EXPECT_EQ(requestOf(scripts.first())->arguments.last(), u"disk508s1");
+    EXPECT_EQ(requestOf(scripts.last())->arguments.last(), u"disk508s256");
+}
+
 TEST_F(ElevatedScriptsTest, StayingAwakeAndNoLongerAreTheTwoWordsOfOneVerb)
 {
     AppState state{machine.defaults};
