@@ -91,10 +91,15 @@ InstallStaging::~InstallStaging()
 
 Result<void> InstallStaging::replace(const QByteArray &staged, const QByteArray &name) const
 {
-    Result<void> added = move(staged, name, RENAME_NOREPLACE);
+    Result<void> added = add(staged, name);
     if (added || added.failure().kind != Failure::Kind::AlreadyExists)
         return added;
     return move(staged, name, RENAME_EXCHANGE);
+}
+
+Result<void> InstallStaging::add(const QByteArray &staged, const QByteArray &name) const
+{
+    return move(staged, name, RENAME_NOREPLACE);
 }
 
 Result<void> InstallStaging::move(const QByteArray &staged, const QByteArray &name, unsigned int how) const

@@ -23,6 +23,8 @@ public:
     /// Puts what was staged under @p staged into the place @p name beside, in one step: whoever looks finds what was
     /// there or the new one. What was there is then staged instead, and goes at the end.
     [[nodiscard]] Result<void> replace(const QByteArray &staged, const QByteArray &name) const;
+    /// The same for a place that must be free.
+    [[nodiscard]] Result<void> add(const QByteArray &staged, const QByteArray &name) const;
 
 private:
     InstallStaging(int folder, FilePath path, FileDescriptor staging);

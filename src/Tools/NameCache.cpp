@@ -83,4 +83,13 @@ ToolEnd runDscacheutil(const QStringList &arguments, const NameCache &cache)
     return endOf(cache.flush(), noCache);
 }
 
+ToolEnd runKillall(const QStringList &arguments, const NameCache &cache)
+{
+    if (arguments != QStringList{u"-HUP"_qs, u"mDNSResponder"_qs})
+        return {ToolEnd::wrongUse, u"usage: killall -HUP mDNSResponder"_qs};
+    if (!cache.isRoot())
+        return {ToolEnd::needsRoot, u"killall: Only root can use this."_qs};
+    return cache.restart();
+}
+
 } // namespace Quillmere

@@ -25,6 +25,7 @@ public:
     [[nodiscard]] ToolStep reloadDiscovery() const;
     /// Both, told.
     [[nodiscard]] ToolEnd restart() const;
+    [[nodiscard]] bool isRoot() const { return m_isRoot; }
 
 private:
     [[nodiscard]] ToolStep flushResolved() const;
@@ -38,5 +39,9 @@ private:
 
 /// Carries out the command `dscacheutil`, of which there is `-flushcache`.
 [[nodiscard]] ToolEnd runDscacheutil(const QStringList &arguments, const NameCache &cache);
+
+/// Carries out the command `killall`, of which there is `-HUP mDNSResponder`: no process of that name is here, and what
+/// stands for it is told.
+[[nodiscard]] ToolEnd runKillall(const QStringList &arguments, const NameCache &cache);
 
 } // namespace Quillmere

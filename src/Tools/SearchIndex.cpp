@@ -57,4 +57,13 @@ ToolEnd SearchIndex::run(const Result<Caller> &caller) const
     return endOf(reset(caller.value()), nothing);
 }
 
+ToolEnd runMdutil(const QStringList &arguments, const SearchIndex &index, const Result<Caller> &caller, bool isRoot)
+{
+    if (arguments != QStringList{u"-E"_qs, u"/"_qs})
+        return {ToolEnd::wrongUse, u"usage: mdutil -E /"_qs};
+    if (!isRoot)
+        return {ToolEnd::needsRoot, u"mdutil: Only root can use this."_qs};
+    return index.run(caller);
+}
+
 } // namespace Quillmere

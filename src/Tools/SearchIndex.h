@@ -5,6 +5,8 @@
 #include "Tools/ToolEnd.h"
 #include "Tools/ToolStep.h"
 
+#include <QStringList>
+
 namespace Quillmere {
 
 /// What this machine has to find files by: the indexes of a user's files, which their desktop keeps, and the one of all
@@ -22,5 +24,9 @@ public:
 private:
     ProgramFolders m_programs;
 };
+
+/// Carries out the command `mdutil`, of which there is `-E /`.
+[[nodiscard]] ToolEnd runMdutil(const QStringList &arguments, const SearchIndex &index, const Result<Caller> &caller,
+                                bool isRoot);
 
 } // namespace Quillmere

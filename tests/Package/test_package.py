@@ -15,7 +15,7 @@ import made_package
 
 IDENTIFIER = "com.veltrane.quillmere"
 BUNDLE = "usr/lib/quillmere/Quillmere.app/Contents"
-COMMANDS = {"diskutil", "dscacheutil", "lsregister", "osascript", "pmset", "ps", "purge"}
+COMMANDS = {"diskutil", "ditto", "dscacheutil", "killall", "lsregister", "mdutil", "osascript", "pmset", "ps", "purge"}
 
 
 def run(*command) -> subprocess.CompletedProcess:

@@ -20,7 +20,7 @@ protected:
                          FilePath(QFile::encodeName(programs.path(u"socket"_qs))));
     }
     [[nodiscard]] ToolEnd flush(bool isRoot = true) const { return runDscacheutil({u"-flushcache"_qs}, cache(isRoot)); }
-    [[nodiscard]] ToolEnd restart() const { return cache().restart(); }
+    [[nodiscard]] ToolEnd restart() const { return runKillall({u"-HUP"_qs, u"mDNSResponder"_qs}, cache()); }
 
     void startResolved(const QString &python)
     {
@@ -108,11 +108,18 @@ TEST_F(NameCacheTest, ReloadsAvahiOnlyWhileItRunsAndOnlyForARestart)
     EXPECT_EQ(restart(), (ToolEnd{1, u"Avahi was not reloaded: gone"_qs}));
 }
 
-TEST_F(NameCacheTest, TakesTheseWordsAlone)
+TEST_F(NameCacheTest, TakesTheseWordsAloneAndHangsUpForRootAlone)
 {
     startResolved(u""_qs);
 
     for (const QStringList &words : QList<QStringList>{{}, {u"-q"_qs}, {u"-flushcache"_qs, u"-q"_qs}})
         EXPECT_EQ(runDscacheutil(words, cache()).status, 64);
+    for (const QStringList &words : QList<QStringList>{{},
+                                                       {u"mDNSResponder"_qs},
+                                                       {u"-HUP"_qs, u"sshd"_qs},
+                                                       {u"-KILL"_qs, u"mDNSResponder"_qs},
+                                                       {u"-HUP"_qs, u"mDNSResponder"_qs, u"sshd"_qs}})
+        EXPECT_EQ(runKillall(words, cache()).status, 64);
+    EXPECT_EQ(runKillall({u"-HUP"_qs, u"mDNSResponder"_qs}, cache(false)).status, 77);
     EXPECT_EQ(resolved->calls(), QStringList());
 }

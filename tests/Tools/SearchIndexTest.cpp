@@ -99,6 +99,21 @@ TEST_F(SearchIndexTest, ActsForAUserWithThatUsersRightsAloneAndForAllNamesAsRoot
     EXPECT_EQ(root.readAll(), "0\n");
 }
 
+TEST_F(SearchIndexTest, IsMdutilForRootAndThisOneUse)
+{
+    programs.add(u"updatedb"_qs);
+    const SearchIndex index(programs.folders());
+    const Result<Caller> caller = self();
+
+    EXPECT_EQ(runMdutil({u"-E"_qs, u"/"_qs}, index, caller, false).status, 77);
+    for (const QStringList &words : QList<QStringList>{
+             {}, {u"-E"_qs}, {u"/"_qs}, {u"-E"_qs, u"/home"_qs}, {u"-E"_qs, u"/"_qs, u"/"_qs}, {u"-i"_qs, u"off"_qs}})
+        EXPECT_EQ(runMdutil(words, index, caller, true).status, 64);
+    EXPECT_EQ(programs.calls(), "");
+    EXPECT_EQ(runMdutil({u"-E"_qs, u"/"_qs}, index, caller, true).status, 0);
+    EXPECT_EQ(programs.calls(), "updatedb\n");
+}
+
 TEST_F(SearchIndexTest, KnowsItsCallerByPkexecsWordAlone)
 {
     EXPECT_EQ(Caller::ofThisProcess().valueOr({}).user, ::getuid());

@@ -13,11 +13,14 @@ struct Row
     const char *helper;
 };
 
-// What stands at these paths on Linux, if anything, knows other arguments or prints other lines. Commands that are run
-// by scripts alone are missing: osascript knows them, and starts none.
-constexpr std::array<Row, 7> rows = {{
+// What stands at these paths on Linux, if anything, knows other arguments or prints other lines.
+// Some are named by scripts alone, which osascript carries out itself; each does the same for whoever runs it alone.
+constexpr std::array<Row, 10> rows = {{
     {u"/bin/ps", "ps"},
+    {u"/usr/bin/ditto", "ditto"},
     {u"/usr/bin/dscacheutil", "dscacheutil"},
+    {u"/usr/bin/killall", "killall"},
+    {u"/usr/bin/mdutil", "mdutil"},
     {u"/usr/bin/osascript", "osascript"},
     {u"/usr/bin/pmset", "pmset"},
     {u"/usr/sbin/diskutil", "diskutil"},

@@ -87,10 +87,10 @@ TEST_F(LinuxProcessRunnerTest, WaitsForAProgramThatHasClosedItsOutputLongBeforeI
 
 TEST_F(LinuxProcessRunnerTest, FailsForAHelperThatIsMissingOrCannotBeExecuted)
 {
-    const Command command{u"/usr/bin/pmset"_qs, {u"-a"_qs}};
+    const Command command{u"/usr/bin/mdutil"_qs, {u"-E"_qs, u"/"_qs}};
 
     EXPECT_EQ(m_runner.run(command).failure().kind, Failure::Kind::NotFound);
-    QFile::setPermissions(program(u"pmset"_qs, "exit 0"), QFile::ReadOwner);
+    QFile::setPermissions(program(u"mdutil"_qs, "exit 0"), QFile::ReadOwner);
     EXPECT_EQ(m_runner.run(command).failure().kind, Failure::Kind::NoPermission);
     EXPECT_EQ(m_runner.runWithin(std::chrono::seconds(60), command).failure().kind, Failure::Kind::NoPermission);
     EXPECT_EQ(m_runner.launch(command).failure().kind, Failure::Kind::NoPermission);
@@ -208,7 +208,7 @@ TEST_F(LinuxProcessRunnerTest, RunsTheSystemsCommandsFromTheFolderOfHelpers)
 
     ASSERT_TRUE(outcome.isOk());
     EXPECT_EQ(outcome.value().standardOutput, "our ps -ax\n");
-    EXPECT_EQ(m_runner.run({u"/usr/bin/pmset"_qs, {}}).failure().kind, Failure::Kind::NotFound);
+    EXPECT_EQ(m_runner.run({u"/usr/bin/mdutil"_qs, {}}).failure().kind, Failure::Kind::NotFound);
     EXPECT_EQ(m_runner.run({u"/bin/echo"_qs, {u"itself"_qs}}).value().standardOutput, "itself\n");
 }
 
@@ -262,15 +262,15 @@ TEST_F(LinuxProcessRunnerTest, RunsFromThreadsWithoutAnEventLoop)
 
 TEST(HelperProgramsTest, KnowsTheSystemsCommandsByTheirWholePath)
 {
-    for (const char16_t *path : {u"/bin/ps", u"/usr/sbin/purge", u"/usr/bin/pmset", u"/usr/bin/osascript",
-                                 u"/usr/sbin/diskutil", u"/usr/bin/dscacheutil",
-                                 u"/System/Library/Frameworks/CoreServices.framework/Frameworks/"
-                                 "LaunchServices.framework/Support/lsregister"}) {
+    for (const char16_t *path :
+         {u"/bin/ps", u"/usr/sbin/purge", u"/usr/bin/pmset", u"/usr/bin/osascript", u"/usr/sbin/diskutil",
+          u"/usr/bin/mdutil", u"/usr/bin/dscacheutil", u"/usr/bin/killall", u"/usr/bin/ditto",
+          u"/System/Library/Frameworks/CoreServices.framework/Frameworks/"
+          "LaunchServices.framework/Support/lsregister"}) {
         const QByteArray text = QString::fromUtf16(path).toUtf8();
         EXPECT_EQ(helperProgramFor(path), text.mid(text.lastIndexOf('/') + 1));
     }
     EXPECT_EQ(helperProgramFor(u"ps"), QByteArray());
     EXPECT_EQ(helperProgramFor(u"/usr/bin/ps"), QByteArray());
     EXPECT_EQ(helperProgramFor(u"/bin/bash"), QByteArray());
-    EXPECT_EQ(helperProgramFor(u"/usr/bin/killall"), QByteArray());
 }
