@@ -221,6 +221,29 @@ TEST_F(WelcomeScreenTest, EndsByNothingButItsOwnButtons)
     EXPECT_EQ(app->appState().selectedTab(), SidebarTab::Dashboard);
 }
 
+TEST_F(WelcomeScreenTest, HidesTheWindowByKeyAndComesBackWithIt)
+{
+    const Person person = open();
+    ASSERT_TRUE(person.sees(Dialog, title));
+
+    person.press(Qt::Key_W, Qt::ControlModifier);
+
+    EXPECT_FALSE(app->mainWindow()->isVisible());
+    app->showMainWindow();
+    EXPECT_TRUE(person.sees(Dialog, title));
+}
+
+TEST_F(WelcomeScreenTest, EndsTheProgramByKey)
+{
+    const Person person = open();
+    ASSERT_TRUE(person.sees(Dialog, title));
+    QTimer::singleShot(0, app.get(), [&] { person.press(Qt::Key_Q, Qt::ControlModifier); });
+    QTimer::singleShot(10'000, app.get(), [] { QCoreApplication::exit(1); });
+
+    EXPECT_EQ(QCoreApplication::exec(), 0);
+    EXPECT_FALSE(isCompleted());
+}
+
 TEST_F(WelcomeScreenTest, GoesBackFromStepToStep)
 {
     const Person person = open();
