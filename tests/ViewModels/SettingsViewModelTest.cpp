@@ -34,7 +34,7 @@ protected:
         power,
         state,
         DiskDriverHelper(machine.files, machine.places, machine.processes),
-        SelfRemoval(machine.files, machine.places, machine.bundles, machine.processes),
+        SelfRemoval({machine.files, machine.places, machine.bundles, machine.processes, machine.workspace}),
         [this] {
             QStringList launched;
             for (const Command &command : machine.processes->launches())

@@ -10,4 +10,8 @@ namespace Quillmere {
 /// Fails for a bundle that does not say who it is and what it starts.
 [[nodiscard]] Result<void> registerApplication(const FilePath &location, const FilePath &entries);
 
+/// Workspace::unregisterApplication() on this system: removes that entry and that picture, unless the entry starts a
+/// program outside of the bundle.
+void unregisterApplication(const FilePath &location, const FilePath &entries);
+
 } // namespace Quillmere

@@ -6,6 +6,7 @@
 #include "Platform/Linux/LinuxPlaces.h"
 #include "Platform/Linux/LinuxProcessRunner.h"
 #include "Platform/Linux/LinuxUserDefaults.h"
+#include "Platform/Linux/LinuxWorkspace.h"
 #include "Platform/Linux/TemporaryHome.h"
 #include "Services/BundleInstaller.h"
 #include "Services/SelfRemoval.h"
@@ -42,9 +43,12 @@ protected:
         const QByteArray bundle = folder + "/Quillmere.app";
         home.addFile(bundle + "/Contents/Info.plist",
                      "<plist version=\"1.0\"><dict><key>CFBundleShortVersionString</key><string>1.3.4</string>"
+                     "<key>CFBundleIdentifier</key><string>com.veltrane.quillmere</string>"
+                     "<key>CFBundleExecutable</key><string>quillmere</string>"
                      "<key>CFBundleVersion</key><string>1</string></dict></plist>");
         const FilePath program = home.addFile(bundle + "/Contents/MacOS/quillmere", "program");
         ::chmod(program.bytes().constData(), 0755);
+        home.addFile(bundle + "/Contents/Resources/app_logo.png", "picture");
         return home.path(bundle);
     }
     void addData() const
@@ -53,8 +57,6 @@ protected:
              {"home/Library/Application Support/Quillmere/history.json",
               "home/Library/Caches/com.veltrane.quillmere/data", "home/Library/Caches/Quillmere/data",
               "home/Library/Preferences/com.veltrane.quillmere.plist",
-              "home/.local/share/applications/com.veltrane.quillmere.desktop",
-              "home/.local/share/icons/hicolor/512x512/apps/com.veltrane.quillmere.png",
               "home/.cache/Quillmere/compiled"})
             home.addFile(file);
         home.addFile("home/Library/Preferences/org.example.other.plist");
@@ -62,9 +64,8 @@ protected:
     }
     void remove(const FilePath &bundle) const
     {
-        SelfRemoval(files, places, std::make_shared<LinuxBundles>(bundle.appending("Contents/MacOS/quillmere")),
-                    processes)
-            .run();
+        const auto bundles = std::make_shared<LinuxBundles>(bundle.appending("Contents/MacOS/quillmere"));
+        SelfRemoval({files, places, bundles, processes, workspace}).run();
     }
     static bool goes(const FilePath &item)
     {
@@ -78,6 +79,8 @@ protected:
     std::shared_ptr<LinuxFileManager> files;
     std::shared_ptr<LinuxPlaces> places;
     std::shared_ptr<LinuxProcessRunner> processes = std::make_shared<LinuxProcessRunner>(home.path("no helpers"));
+    std::shared_ptr<LinuxWorkspace> workspace = std::make_shared<LinuxWorkspace>(
+        home.path("home"), QList<FilePath>{home.path("home/.local/share/applications")});
 };
 
 } // namespace
@@ -86,6 +89,7 @@ TEST_F(SetupOnDiskTest, RemovesAllThatIsTheProgramsAndNothingElse)
 {
     addData();
     const FilePath bundle = addBundle("home/Applications");
+    ASSERT_TRUE(workspace->registerApplication(bundle));
     home.addFile("home/Applications/Other.app/Contents/Info.plist");
 
     remove(bundle);
@@ -99,6 +103,21 @@ TEST_F(SetupOnDiskTest, RemovesAllThatIsTheProgramsAndNothingElse)
     EXPECT_FALSE(home.exists("home/.cache/Quillmere"));
     EXPECT_EQ(home.names("home/Applications"), QList<QByteArray>{"Other.app"});
     EXPECT_EQ(home.contents("tmp/uninstall.sh"), "sleep 1\nrm -rf \"" + bundle.bytes() + "\"");
+}
+
+TEST_F(SetupOnDiskTest, LeavesTheEntryOfTheInstalledCopyWhereAnotherOneGoes)
+{
+    const FilePath installed = addBundle("home/Applications");
+    ASSERT_TRUE(workspace->registerApplication(installed));
+    const FilePath stray = addBundle("home/Downloads");
+
+    remove(stray);
+
+    EXPECT_TRUE(goes(stray));
+    EXPECT_TRUE(itemExists(installed));
+    EXPECT_EQ(home.names("home/.local/share/applications"), QList<QByteArray>{"com.veltrane.quillmere.desktop"});
+    EXPECT_EQ(home.names("home/.local/share/icons/hicolor/512x512/apps"),
+              QList<QByteArray>{"com.veltrane.quillmere.png"});
 }
 
 TEST_F(SetupOnDiskTest, RemovesABundleWhosePathHoldsBlanksAndSingleQuotes)
