@@ -175,6 +175,29 @@ TEST_F(SelfRemovalTest, RunsNoScriptThatAnotherUserHasPutThere)
     EXPECT_THAT(machine.files->removed(), ElementsAreArray(data));
 }
 
+TEST_F(SelfRemovalTest, FollowsNoLinkToAScript)
+{
+    machine.files->addFile(FilePath("/home/eve/evil.sh"), 4, "evil");
+    machine.files->addLink(script, FilePath("/home/eve/evil.sh"));
+    machine.files->refuse(script, Failure::Kind::NoPermission);
+
+    removal.run();
+
+    EXPECT_THAT(machine.processes->launches(), IsEmpty());
+}
+
+TEST_F(SelfRemovalTest, WaitsForNoScriptWhereNoneCouldBeWritten)
+{
+    addData();
+    machine.files->refuse(script.deletingLastPathComponent(), Failure::Kind::NoSpace);
+
+    removal.run();
+
+    EXPECT_FALSE(machine.files->contains(script));
+    EXPECT_THAT(machine.processes->launches(), IsEmpty());
+    EXPECT_THAT(machine.files->removed(), ElementsAreArray(data));
+}
+
 TEST_F(SelfRemovalTest, PrintsOneLineWhenTheScriptCannotBeLaunched)
 {
     addData();
