@@ -4,7 +4,10 @@
 
 #include <QBuffer>
 #include <QImage>
+#include <QQuickItem>
 #include <QTest>
+
+#include <algorithm>
 
 using namespace Quillmere;
 
@@ -30,6 +33,18 @@ protected:
                             R"({"title": "Offer", "text": "Of the day", "link": "https://other.test/page", "media": ")"
                                 + media + "\"}");
     }
+    /// Whether @p message stands somewhere, and all of it.
+    [[nodiscard]] bool showsWhole(const QString &message) const
+    {
+        return holdsWhole(*app->mainWindow()->contentItem(), message);
+    }
+    static bool holdsWhole(const QQuickItem &item, const QString &message)
+    {
+        const bool isIt = item.isVisible() && item.opacity() > 0 && item.property("lineCount").isValid()
+            && item.property("text") == message && !item.property("truncated").toBool();
+        return isIt
+            || std::ranges::any_of(item.childItems(), [&](const auto *each) { return holdsWhole(*each, message); });
+    }
     /// The colour at the middle of the card of that name.
     [[nodiscard]] QColor colorOf(const QString &name, const Person &person) const
     {
@@ -50,6 +65,34 @@ TEST_F(AdvertisementBannerTest, ShowsTheFallbackWhereThereIsNoFeed)
 
     EXPECT_TRUE(person.reads(u"Farhop. We are not a VPN."_qs));
     EXPECT_EQ(machine.urls->requests().size(), 1);
+}
+
+TEST_F(AdvertisementBannerTest, LetsTheWholeTextBeReadWhereThePointerRests)
+{
+    const Person person = open();
+    for (const Language language : {Language::English, Language::Spanish, Language::Russian}) {
+        app->localizer().setLanguage(language);
+        const QString message = AdvertisementService::fallback(language).subtitle;
+        const QAccessibleInterface *const card = person.find(QAccessible::Button, u"Farhop. "_qs + message);
+        ASSERT_NE(card, nullptr);
+        EXPECT_FALSE(showsWhole(message));
+
+        QTest::mouseMove(app->mainWindow(), card->rect().center() - app->mainWindow()->position());
+        EXPECT_TRUE(QTest::qWaitFor([&] { return showsWhole(message); })) << message.toStdString();
+
+        QTest::mouseMove(app->mainWindow(), QPoint(600, 300));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !showsWhole(message); })) << message.toStdString();
+    }
+}
+
+TEST_F(AdvertisementBannerTest, LetsTheWholeTextBeReadByTheKeyboard)
+{
+    const Person person = open();
+    const QString message = AdvertisementService::fallback(Language::English).subtitle;
+
+    ASSERT_TRUE(person.tabTo(u"Farhop. "_qs + message));
+
+    EXPECT_TRUE(showsWhole(message));
 }
 
 TEST_F(AdvertisementBannerTest, ShowsTheFeedsPictureWithItsText)
