@@ -101,6 +101,23 @@ class NetworkTest(EndToEndTest):
                          "-depth", "8", f"rgb:{file}")
         return file.read_bytes()
 
+    def film(self, source: str, file: Path) -> None:
+        subprocess.run(["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i", source, "-pix_fmt", "yuv420p", "-c:v",
+                        "libx264", str(file)], check=True)
+
+    def film_that_cannot_be_decoded(self) -> bytes:
+        """All that is said of its pictures is right, and they themselves are noise."""
+        file = self.folder / "noise.mp4"
+        self.film("color=size=320x200:rate=10:duration=1", file)
+        film = file.read_bytes()
+        begin = film.index(b"mdat") + 4
+        length = int.from_bytes(film[begin - 8:begin - 4], "big") - 8
+        return film[:begin] + os.urandom(length) + film[begin + length:]
+
+    def wait_for_sign_of_a_movie(self, program) -> None:
+        box = program.application.find("push button", CARD).extents
+        wait_until(lambda: max(self.pixels(box)[::3]) > 150, "the sign of a movie")
+
     def has_begun_again_twice(self, reds: list[int], box) -> bool:
         reds.append(self.pixels(box)[0])
         return sum(later < earlier for earlier, later in zip(reds, reds[1:])) >= 2
@@ -130,8 +147,7 @@ class NetworkTest(EndToEndTest):
 
     def test_plays_a_movie_again_and_again(self):
         source = "color=size=320x200:rate=10:duration=1,format=gbrp,geq=r='25*N':g=90:b='250-25*N'"
-        subprocess.run(["ffmpeg", "-loglevel", "error", "-f", "lavfi", "-i", source, "-pix_fmt", "yuv420p",
-                        str(self.served / "a.mp4")], check=True)
+        self.film(source, self.served / "a.mp4")
         self.promote(f"https://{HOST}/a.mp4")
         program = self.start_with_feed(QT_QUICK_BACKEND="rhi", LIBGL_ALWAYS_SOFTWARE="1")
         box = program.application.find("push button", CARD).extents
@@ -153,6 +169,7 @@ class NetworkTest(EndToEndTest):
             "another movie in its place": beginning + box(b"moov", box(b"rmra", box(b"rmda", other))),
             # Its boxes are in order, so it is the player that finds nothing in it.
             "no picture": beginning + box(b"moov", track) + box(b"mdat", os.urandom(100_000)),
+            "noise for pictures": self.film_that_cannot_be_decoded(),
         }
         self.promote(f"https://{HOST}/a.mov")
         for name, content in movies.items():
@@ -161,10 +178,9 @@ class NetworkTest(EndToEndTest):
                 self.requests.write_text("")
                 program = self.start_with_feed(QT_QUICK_BACKEND="rhi", LIBGL_ALWAYS_SOFTWARE="1")
                 wait_until(lambda: "/a.mov" in self.requests.read_text(), "the request for the movie")
-                program.application.find("push button", CARD)
                 # The player takes a while to find out, and the screens work meanwhile.
                 self.visit_every_screen(program)
-                program.application.find("push button", CARD)
+                self.wait_for_sign_of_a_movie(program)
                 program.end()
                 self.assertLessEqual(self.internet_addresses(), {"127.0.0.1"})
 
