@@ -63,6 +63,7 @@ void AdvertisementBannerViewModel::load()
             return;
         m_round = loaded.isEmpty() ? QList{currentFallback()} : loaded;
         m_next = 0;
+        m_service.beginRound(m_round);
         showNext();
     });
 }
