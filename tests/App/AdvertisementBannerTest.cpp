@@ -4,10 +4,7 @@
 
 #include <QBuffer>
 #include <QImage>
-#include <QQuickItem>
 #include <QTest>
-
-#include <algorithm>
 
 using namespace Quillmere;
 
@@ -32,18 +29,6 @@ protected:
         machine.urls->serve(AdvertisementService::endpoint(),
                             R"({"title": "Offer", "text": "Of the day", "link": "https://other.test/page", "media": ")"
                                 + media + "\"}");
-    }
-    /// Whether @p message stands somewhere, and all of it.
-    [[nodiscard]] bool showsWhole(const QString &message) const
-    {
-        return holdsWhole(*app->mainWindow()->contentItem(), message);
-    }
-    static bool holdsWhole(const QQuickItem &item, const QString &message)
-    {
-        const bool isIt = item.isVisible() && item.opacity() > 0 && item.property("lineCount").isValid()
-            && item.property("text") == message && !item.property("truncated").toBool();
-        return isIt
-            || std::ranges::any_of(item.childItems(), [&](const auto *each) { return holdsWhole(*each, message); });
     }
     /// The colour at the middle of the card of that name.
     [[nodiscard]] QColor colorOf(const QString &name, const Person &person) const
@@ -85,6 +70,20 @@ TEST_F(AdvertisementBannerTest, LetsTheWholeTextBeReadWhereThePointerRests)
     }
 }
 
+TEST_F(AdvertisementBannerTest, IsOfOneHeightAndSaysWhatItIsWhereThePointerRests)
+{
+    serve("");
+    const Person person = open();
+    const QAccessibleInterface *const card = person.find(QAccessible::Button, u"Offer. Of the day"_qs);
+    ASSERT_NE(card, nullptr);
+    EXPECT_EQ(card->rect().height(), 126);
+    EXPECT_FALSE(showsWhole(u"Advertisement"_qs));
+
+    QTest::mouseMove(app->mainWindow(), card->rect().center() - app->mainWindow()->position());
+
+    EXPECT_TRUE(QTest::qWaitFor([&] { return showsWhole(u"Advertisement"_qs); }));
+}
+
 TEST_F(AdvertisementBannerTest, LetsTheWholeTextBeReadByTheKeyboard)
 {
     const Person person = open();
@@ -105,6 +104,8 @@ TEST_F(AdvertisementBannerTest, ShowsTheFeedsPictureWithItsText)
 
     ASSERT_TRUE(person.sees(QAccessible::Button, u"Offer. Of the day"_qs));
     EXPECT_TRUE(QTest::qWaitFor([&] { return colorOf(u"Offer. Of the day"_qs, person) == QColor(Qt::red); }));
+    EXPECT_FALSE(showsSymbol(u"play.circle.fill"_qs));
+    EXPECT_FALSE(showsSymbol(u"play.rectangle.fill"_qs));
 }
 
 TEST_F(AdvertisementBannerTest, StaysAsItIsWithADarkPlaceForAPictureThatDoesNotCome)
@@ -129,6 +130,8 @@ TEST_F(AdvertisementBannerTest, ShowsTheStillPictureOfAVideo)
     ASSERT_TRUE(person.sees(QAccessible::Button, u"Offer. Of the day"_qs));
     EXPECT_TRUE(QTest::qWaitFor([&] { return machine.urls->requests().size() == 2; }));
     EXPECT_EQ(machine.urls->requests().last().url.host(), u"img.youtube.com");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return showsSymbol(u"play.circle.fill"_qs); }));
+    EXPECT_TRUE(showsSymbol(u"play.rectangle.fill"_qs));
 }
 
 TEST_F(AdvertisementBannerTest, FetchesNoMovieThatItCannotShow)

@@ -34,6 +34,7 @@ protected:
         return person;
     }
 
+    static constexpr int sidebarWidth = 220;
     const QString removal = u"Remove App & Residuals (caches/settings)"_qs;
     const QString question = u"Delete App & All Data"_qs;
 };
@@ -54,7 +55,33 @@ TEST_F(SettingsScreenTest, ShowsItsEightSectionsInTheirOrder)
     }
     QAccessibleInterface *button = person.find(Button, removal);
     ASSERT_NE(button, nullptr);
-    EXPECT_GT(button->rect().y(), above);
+    // The sidebar has a heading of the same words.
+    EXPECT_TRUE(showsItem([&](const QQuickItem &item) {
+        const QPointF place = app->mainWindow()->position() + item.mapToScene({});
+        return item.property("text") == u"Maintenance"_qs && place.x() > sidebarWidth && place.y() > above
+            && place.y() < button->rect().y();
+    }));
+}
+
+TEST_F(SettingsScreenTest, ChoosesWhatTheMenuBarShowsFromFourEntriesInTheirOrder)
+{
+    const Person person = openAll();
+    const QStringList entries = {u"Icon only"_qs, u"CPU %"_qs, u"Traffic"_qs, u"RAM %"_qs};
+    int chosen = 0;
+    for (const int next : {3, 1, 2, 0}) {
+        ASSERT_TRUE(person.click(ComboBox, u"Show in menu bar, "_qs + entries.at(chosen)));
+        int above = 0;
+        for (const QString &entry : entries) {
+            const QAccessibleInterface *const row = person.find(ListItem, entry);
+            ASSERT_NE(row, nullptr) << entry.toStdString();
+            EXPECT_GT(row->rect().y(), above) << entry.toStdString();
+            above = row->rect().y();
+        }
+        ASSERT_TRUE(person.click(ListItem, entries.at(next)));
+
+        EXPECT_EQ(int(settings().menuBarDisplayMode), next);
+        chosen = next;
+    }
 }
 
 TEST_F(SettingsScreenTest, ChangesTheLanguageAtOnce)

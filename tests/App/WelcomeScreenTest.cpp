@@ -76,6 +76,44 @@ TEST_F(WelcomeScreenTest, LiesOverEverythingOnAFirstStart)
     EXPECT_TRUE(person.seesNo(Button, u"Back"_qs));
 }
 
+TEST_F(WelcomeScreenTest, IsACardOfOneSizeOverADarkLayer)
+{
+    const Person person = open();
+    ASSERT_TRUE(person.sees(Dialog, title));
+
+    EXPECT_TRUE(showsItem([](const QQuickItem &item) {
+        return item.property("step") == 1 && item.property("title").isValid() && item.size() == QSizeF(580, 480);
+    }));
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return showsItem([](const QQuickItem &item) {
+            const auto color = item.property("color").value<QColor>();
+            return item.size() == QSizeF(1100, 700) && color.rgb() == qRgb(0, 0, 0)
+                && qAbs(color.alphaF() - 0.4) < 0.01;
+        });
+    }));
+}
+
+TEST_F(WelcomeScreenTest, ScrollsItsThirdStepByTheKeyboard)
+{
+    const Person person = open();
+    ASSERT_TRUE(person.click(RadioButton, u"Русский"_qs));
+    ASSERT_TRUE(person.click(Button, u"Далее"_qs));
+    ASSERT_TRUE(person.click(Button, u"Далее"_qs));
+    ASSERT_TRUE(person.isGivenTheKeyboardAt(u"Установить"_qs));
+    const QQuickItem *const scroller = scrollerOf(person, u"Условия, правила и отказ от ответственности"_qs);
+    ASSERT_NE(scroller, nullptr);
+    const double end = scroller->property("contentHeight").toDouble() - scroller->height();
+    ASSERT_GT(end, 0);
+
+    person.press(Qt::Key_PageDown);
+    person.press(Qt::Key_PageDown);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return scroller->property("contentY").toDouble() >= end; }));
+
+    person.press(Qt::Key_Home);
+    const double top = -scroller->property("topMargin").toDouble();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return scroller->property("contentY").toDouble() <= top; }));
+}
+
 TEST_F(WelcomeScreenTest, DoesNotComeWhereThisVersionIsSetUp)
 {
     machine.completeSetup();
