@@ -58,10 +58,10 @@ bool BundleInstaller::isInstalled(const FilePath &bundle) const
 bool BundleInstaller::installBundleWithAdministratorPrivileges(const FilePath &from, const FilePath &to) const
 {
     const QByteArray target = quotedForShell(to);
-    const QString script = u"do shell script \"rm -rf %1 && /usr/bin/ditto %2 %1\" with administrator privileges"_qs.arg(
-        QString::fromUtf8(target), QString::fromUtf8(quotedForShell(from)));
-    const Result<ProcessOutcome> outcome
-        = m_parts.processes->run({u"/usr/bin/osascript"_qs, {u"-e"_qs, script}});
+    const QString script
+        = u"do shell script \"rm -rf %1 && /usr/bin/ditto %2 %1\" with administrator privileges"_qs.arg(
+            QString::fromUtf8(target), QString::fromUtf8(quotedForShell(from)));
+    const Result<ProcessOutcome> outcome = m_parts.processes->run({u"/usr/bin/osascript"_qs, {u"-e"_qs, script}});
     if (outcome)
         return outcome.value().exitStatus == 0;
     printDiagnostic(u"Privileged install failed: "_qs, outcome.failure());

@@ -22,8 +22,7 @@ protected:
     }
     [[nodiscard]] static SelfRemoval removalFrom(const PretendMachine &machine)
     {
-        return SelfRemoval(
-            {machine.files, machine.places, machine.bundles, machine.processes, machine.workspace});
+        return SelfRemoval({machine.files, machine.places, machine.bundles, machine.processes, machine.workspace});
     }
     [[nodiscard]] QByteArray writtenScript() const { return machine.files->contentsOfFile(script).valueOr("none"); }
 

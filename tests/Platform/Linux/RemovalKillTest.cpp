@@ -60,8 +60,7 @@ protected:
     /// True when the program ended by itself before it came to that call.
     bool survivesUntil(int call, const QList<QByteArray> &arguments) const
     {
-        return runHeld(home, arguments, [&](int reached, long) { return reached != call; })
-            != Ending::Killed;
+        return runHeld(home, arguments, [&](int reached, long) { return reached != call; }) != Ending::Killed;
     }
     bool runsToTheEnd(const QList<QByteArray> &arguments) const
     {
@@ -146,7 +145,7 @@ TEST_F(RemovalKillTest, FindsTheOldBundleTheNewOneOrNoneWhereverTheReplacementWa
     };
     int timesOld = 0;
     int timesNone = 0;
-    for (int call = 1;; call += stepBetweenKills(2)) {
+    for (int call = 1;; call += stepBetweenKills(5)) {
         addItem(bundle);
         if (survivesUntil(call, replace))
             break;

@@ -56,16 +56,30 @@ protected:
         for (const char *file :
              {"home/Library/Application Support/Quillmere/history.json",
               "home/Library/Caches/com.veltrane.quillmere/data", "home/Library/Caches/Quillmere/data",
-              "home/Library/Preferences/com.veltrane.quillmere.plist",
-              "home/.cache/Quillmere/compiled"})
+              "home/Library/Preferences/com.veltrane.quillmere.plist", "home/.cache/Quillmere/compiled"})
             home.addFile(file);
         home.addFile("home/Library/Preferences/org.example.other.plist");
         home.addFile("home/.local/share/applications/other.desktop");
     }
+    [[nodiscard]] static std::shared_ptr<LinuxBundles> bundlesOf(const FilePath &bundle)
+    {
+        return std::make_shared<LinuxBundles>(bundle.appending("Contents/MacOS/quillmere"));
+    }
     void remove(const FilePath &bundle) const
     {
-        const auto bundles = std::make_shared<LinuxBundles>(bundle.appending("Contents/MacOS/quillmere"));
-        SelfRemoval({files, places, bundles, processes, workspace}).run();
+        SelfRemoval({files, places, bundlesOf(bundle), processes, workspace}).run();
+    }
+    [[nodiscard]] SetupReceipt receiptOf(const FilePath &bundle) const
+    {
+        const auto defaults = std::make_shared<LinuxUserDefaults>(LinuxUserDefaults::fileOf(home.path("home")));
+        return SetupReceipt(defaults, bundlesOf(bundle), std::make_shared<PretendClock>(), InstallerTerms(files));
+    }
+    /// Sets up from @p bundle. Not for root, who could write into the folder of all users.
+    [[nodiscard]] std::optional<FilePath> install(const FilePath &bundle) const
+    {
+        return BundleInstaller({files, places, bundlesOf(bundle), processes, std::make_shared<PretendWorkspace>(),
+                                receiptOf(bundle), InstallerTerms(files)})
+            .copyToApplications();
     }
     static bool goes(const FilePath &item)
     {
@@ -151,16 +165,9 @@ TEST_F(SetupOnDiskTest, CopiesTheBundleForTheUserAndReplacesAnEarlierOne)
     home.addFile("home/Applications/Quillmere.app/Contents/MacOS/old");
     const FilePath destination = home.path("home/Applications/Quillmere.app");
 
-    const auto bundles = std::make_shared<LinuxBundles>(bundle.appending("Contents/MacOS/quillmere"));
-
-    // Root could write into the folder of all users.
     inUnprivilegedChild(home.path(), [&] {
-        const auto defaults = std::make_shared<LinuxUserDefaults>(LinuxUserDefaults::fileOf(home.path("home")));
-        const SetupReceipt receipt(defaults, bundles, std::make_shared<PretendClock>(), InstallerTerms(files));
-        const BundleInstaller installer(
-            {files, places, bundles, processes, std::make_shared<PretendWorkspace>(), receipt, InstallerTerms(files)});
-        EXPECT_EQ(installer.copyToApplications(), destination);
-        EXPECT_FALSE(receipt.shouldShowWelcome());
+        EXPECT_EQ(install(bundle), destination);
+        EXPECT_FALSE(receiptOf(bundle).shouldShowWelcome());
     });
 
     EXPECT_EQ(home.contents("home/Applications/Quillmere.app/Contents/MacOS/quillmere"), "program");
@@ -168,6 +175,22 @@ TEST_F(SetupOnDiskTest, CopiesTheBundleForTheUserAndReplacesAnEarlierOne)
     EXPECT_EQ(home.mode("home/Applications/Quillmere.app/Contents/MacOS/quillmere"), 0755u);
     EXPECT_TRUE(home.exists("home/Library/Application Support/Quillmere/"
                             "FINAL_INSTALLATION_CONDITIONS_RULES_DISCLAIMER.md"));
+}
+
+TEST_F(SetupOnDiskTest, LeavesNothingOfABundleForWhichTheDiskIsTooSmall)
+{
+    QUILLMERE_NEED(whyNoMountNamespace());
+    const FilePath bundle = addBundle("home/Downloads");
+    home.addFile("home/Downloads/Quillmere.app/Contents/Resources/large", QByteArray(1024 * 1024, 'x'));
+    home.addFolder("home/Applications");
+    inMountNamespace([&] {
+        ASSERT_TRUE(mountTmpfs(home.path("home/Applications"), "size=512k"));
+        inUnprivilegedChild(home.path(), [&] {
+            EXPECT_EQ(install(bundle), std::nullopt);
+            EXPECT_FALSE(itemExists(LinuxUserDefaults::fileOf(home.path("home"))));
+        });
+        EXPECT_THAT(home.names("home/Applications"), IsEmpty());
+    });
 }
 
 TEST_F(SetupOnDiskTest, KeepsTheDateOfTheSetupInTheSettingsFile)
