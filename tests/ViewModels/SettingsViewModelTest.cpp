@@ -193,6 +193,7 @@ TEST_F(SettingsViewModelTest, RemovesTheProgramAndThenEndsIt)
 
 TEST_F(SettingsViewModelTest, EndsTheProgramAlsoAfterALaunchThatFailed)
 {
+    machine.files->addFolder(FilePath("/tmp"));
     machine.processes->answer(u"/bin/bash"_qs, [](const Command &) {
         return Failure{Failure::Kind::NotFound, {}, u"no bash"_qs};
     });
