@@ -148,9 +148,9 @@ TEST_F(AdvertisementServiceTest, EndsEarlyWhenItIsStopped)
 TEST_F(AdvertisementServiceTest, ReadsTheFeedWhereNobodyIsKeptWaiting)
 {
     session->serve(AdvertisementService::endpoint(), good);
-    Gate gate;
+    const Gate gate;
     for (int thread = 0; thread < backgroundPool().maxThreadCount(); ++thread)
-        backgroundPool().start([&] { gate.wait(); });
+        backgroundPool().start([gate] { gate.wait(); });
 
     const QFuture<QList<Advertisement>> loading = service.loadAdvertisements({});
 
