@@ -72,6 +72,9 @@ public:
     /// Has the desktop know the application in the bundle folder @p location, so that it is found by its name. What the
     /// desktop knew of an application with the same identifier is replaced.
     [[nodiscard]] virtual Result<void> registerApplication(const FilePath &location) const = 0;
+    /// Has the desktop forget the application in the bundle folder @p location. What it knows of a copy elsewhere,
+    /// which can be started, stays; nothing is said of what cannot be forgotten.
+    virtual void unregisterApplication(const FilePath &location) const = 0;
     /// From now on @p mounted is called for each volume that is mounted, and not for those that are mounted already. A
     /// volume that comes up again only because this program has mounted it anew may be left out. It takes the place of
     /// the one before; an empty one ends it. To be called on the GUI thread alone, and calls there.

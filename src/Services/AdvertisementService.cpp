@@ -1,6 +1,7 @@
 #include "Services/AdvertisementService.h"
 
 #include "Services/AdvertisementParsing.h"
+#include "Utilities/BackgroundWork.h"
 #include "Utilities/LocalizationManager.h"
 #include "Utilities/LocalizationTable.h"
 #include "Utilities/PromotionalHost.h"
@@ -28,17 +29,13 @@ QString codeOf(Language language)
     return language == Language::System ? rawValue(Language::English) : rawValue(language);
 }
 
-QList<Advertisement> fallbackAlone()
+/// Any thread.
+QList<Advertisement> advertisementsIn(const Result<UrlResponse> &response, Language language)
 {
-    return {AdvertisementService::fallback(Localizer::shared().effectiveLanguage())};
-}
-
-QList<Advertisement> advertisementsIn(const Result<UrlResponse> &response)
-{
-    if (!response || response.value().status < 200 || response.value().status > 299 || response.value().body.isEmpty())
-        return fallbackAlone();
-    const QList<Advertisement> parsed = AdvertisementService::parseAdvertisements(response.value().body);
-    return parsed.isEmpty() ? fallbackAlone() : parsed;
+    const bool isFeed = response && response.value().status >= 200 && response.value().status <= 299;
+    const QList<Advertisement> parsed
+        = isFeed ? parseAdvertisements(response.value().body, language) : QList<Advertisement>();
+    return parsed.isEmpty() ? QList{AdvertisementService::fallback(language)} : parsed;
 }
 
 QSet<QUrl> mediaOf(const QList<Advertisement> &advertisements)
@@ -72,13 +69,15 @@ QFuture<QList<Advertisement>> AdvertisementService::loadAdvertisements(std::stop
     request.deadline = feedTimeout;
     request.mostBytes = longestFeed;
     request.ignoresCache = true;
-    return m_session->data(request, std::move(stop)).then([media = m_media](const Result<UrlResponse> &response) {
-        const QList<Advertisement> loaded = advertisementsIn(response);
-        // Whoever stops looking may look again before the next round.
-        if (response || response.failure().kind != Failure::Kind::Cancelled)
-            media->keepOnly(mediaOf(loaded));
-        return loaded;
-    });
+    const Language language = Localizer::shared().effectiveLanguage();
+    return m_session->data(request, std::move(stop))
+        .then(&backgroundPool(),
+              [language](const Result<UrlResponse> &response) { return advertisementsIn(response, language); });
+}
+
+void AdvertisementService::beginRound(const QList<Advertisement> &round) const
+{
+    m_media->keepOnly(mediaOf(round));
 }
 
 QList<Advertisement> AdvertisementService::parseAdvertisements(const QByteArray &data)

@@ -24,9 +24,11 @@ public:
 
     /// Where the pictures and movies of the promotions come from.
     [[nodiscard]] std::shared_ptr<UrlSession> media() const { return m_media; }
-    /// Lets go of what is kept of them, for a time in which nobody looks.
-    void forgetMedia() const { m_media->keepOnly({}); }
-    /// Never empty. Once @p stop is requested it ends early.
+    /// Lets go of what is kept of them but for @p round, which is shown from now on.
+    void beginRound(const QList<Advertisement> &round) const;
+    /// Lets go of all of them, for a time in which nobody looks.
+    void forgetMedia() const { beginRound({}); }
+    /// Never empty. Once @p stop is requested it ends early. The feed is read on a worker thread.
     [[nodiscard]] QFuture<QList<Advertisement>> loadAdvertisements(std::stop_token stop);
     /// The promotions of a feed, in its order; empty for what is none.
     [[nodiscard]] static QList<Advertisement> parseAdvertisements(const QByteArray &data);

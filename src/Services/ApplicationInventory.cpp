@@ -35,6 +35,14 @@ bool isGone(const Result<void> &removal)
     return !removal && removal.failure().kind == Failure::Kind::NotFound;
 }
 
+AppItem itemNamed(const QString &name, const FilePath &path)
+{
+    AppItem item;
+    item.name = name;
+    item.path = path;
+    return item;
+}
+
 } // namespace
 
 ApplicationInventory::ApplicationInventory(std::shared_ptr<const FileManager> files,
@@ -54,48 +62,45 @@ QList<FilePath> ApplicationInventory::roots() const
             m_files->resolvingSymlinks(m_files->homeDirectory().appending("Applications"))};
 }
 
-QList<FilePath> ApplicationInventory::bundlesIn(const FilePath &root) const
+QList<FoundApplication> ApplicationInventory::bundlesIn(const FilePath &root) const
 {
-    QList<FilePath> bundles;
+    QList<FoundApplication> bundles;
     for (const DirectoryEntry &entry : m_files->contentsOfDirectory(root, HiddenFiles::Skip).valueOr({})) {
         if (entry.path.pathExtension() == bundleExtension)
-            bundles.append(entry.path);
+            bundles.append({itemNamed(FilePath::displayText(nameWithoutExtension(entry.path)), entry.path), {}});
     }
     return bundles;
 }
 
-QList<ListedApplication> ApplicationInventory::listedApplications() const
+QList<FoundApplication> ApplicationInventory::listedApplications() const
 {
-    return m_applications->applications();
+    QList<FoundApplication> found;
+    for (const ListedApplication &listed : m_applications->applications()) {
+        AppItem item = itemNamed(listed.name, listed.location);
+        item.bundleIdentifier = listed.identifier;
+        item.version = listed.version.isNull() ? u""_qs : listed.version;
+        item.icon = listed.icon;
+        found.append({item, listed});
+    }
+    return found;
 }
 
-AppItem ApplicationInventory::itemOf(const FilePath &bundle) const
+FoundApplication ApplicationInventory::described(FoundApplication application) const
 {
-    AppItem item;
-    item.name = FilePath::displayText(nameWithoutExtension(bundle));
-    item.path = bundle;
+    if (application.listed)
+        return application;
+    AppItem &item = application.item;
     item.version = QString();
     const Result<QByteArray> contents
-        = m_files->contentsOfFile(bundle.appending("Contents/Info.plist"), PropertyListLimits::mostBytes);
+        = m_files->contentsOfFile(item.path.appending("Contents/Info.plist"), PropertyListLimits::mostBytes);
     if (!contents)
-        return item;
+        return application;
     if (const Result<PropertyList> information = PropertyList::read(contents.value())) {
         item.bundleIdentifier = information.value().string(u"CFBundleIdentifier"_qs).value_or(QString());
         item.version = information.value().string(u"CFBundleShortVersionString"_qs).value_or(QString());
-        item.icon = iconOf(bundle, information.value());
+        item.icon = iconOf(item.path, information.value());
     }
-    return item;
-}
-
-AppItem ApplicationInventory::itemOf(const ListedApplication &application) const
-{
-    AppItem item;
-    item.name = application.name;
-    item.bundleIdentifier = application.identifier;
-    item.path = application.location;
-    item.version = application.version.isNull() ? u""_qs : application.version;
-    item.icon = application.icon;
-    return item;
+    return application;
 }
 
 QString ApplicationInventory::iconOf(const FilePath &bundle, const PropertyList &information) const
@@ -110,11 +115,18 @@ QString ApplicationInventory::iconOf(const FilePath &bundle, const PropertyList 
     return text.toUtf8() == picture.bytes() && m_files->fileExists(picture) ? text : QString();
 }
 
-QList<FilePath> ApplicationInventory::findLeftovers(const QString &bundleId, const QByteArray &appName) const
+QList<FilePath> ApplicationInventory::findLeftovers(const FoundApplication &application) const
+{
+    return application.listed ? m_applications->leftoversOf(*application.listed) : leftoversOfBundle(application.item);
+}
+
+QList<FilePath> ApplicationInventory::leftoversOfBundle(const AppItem &bundle) const
 {
     QList<FilePath> leftovers;
     for (const LeftoverRow &row : leftoverRows) {
-        const QByteArray name = row.name == SearchName::AppName ? appName : bundleId.toUtf8();
+        // The name as it stands on disk, which need not be the one that is shown.
+        const QByteArray name
+            = row.name == SearchName::AppName ? nameWithoutExtension(bundle.path) : bundle.bundleIdentifier.toUtf8();
         if (!isPlainFileName(name))
             continue;
         const FilePath folder = m_files->resolvingSymlinks(m_files->homeDirectory().appending(row.folder));
@@ -135,11 +147,6 @@ bool ApplicationInventory::isOffered(const FilePath &candidate) const
     return !m_places->reasonToKeep(candidate);
 }
 
-QList<FilePath> ApplicationInventory::findLeftovers(const ListedApplication &application) const
-{
-    return m_applications->leftoversOf(application);
-}
-
 qint64 ApplicationInventory::sizeOf(const FilePath &folder, ScannerService &scanner, const std::stop_token &task)
 {
     try {
@@ -149,13 +156,19 @@ qint64 ApplicationInventory::sizeOf(const FilePath &folder, ScannerService &scan
     }
 }
 
-qint64 ApplicationInventory::sizeOf(const ListedApplication &application, ScannerService &scanner,
+qint64 ApplicationInventory::sizeOf(const FoundApplication &application, ScannerService &scanner,
                                     const std::stop_token &task) const
 {
-    if (application.size)
-        return *application.size;
+    if (!application.listed)
+        return sizeOf(application.item.path, scanner, task);
+    return application.listed->size ? *application.listed->size : sizeOfParts(application.parts(), scanner, task);
+}
+
+qint64 ApplicationInventory::sizeOfParts(const QList<FilePath> &parts, ScannerService &scanner,
+                                         const std::stop_token &task) const
+{
     qint64 size = 0;
-    for (const FilePath &part : application.parts) {
+    for (const FilePath &part : parts) {
         // A part may be a single file, which a measured folder never is.
         const Result<FileAttributes> attributes = m_files->attributesOfItem(part);
         const bool isFile = attributes && attributes.value().type == EntryKind::Regular;
@@ -164,21 +177,19 @@ qint64 ApplicationInventory::sizeOf(const ListedApplication &application, Scanne
     return size;
 }
 
-Result<void> ApplicationInventory::uninstall(const AppItem &item) const
+Result<void> ApplicationInventory::uninstall(const FoundApplication &application) const
 {
-    if (exists(item.path)) {
-        const Result<FilePath> trashed = m_files->trashItem(item.path);
-        if (!trashed && exists(item.path))
-            return trashed.failure();
-    }
-    return removeRelatedFiles(item);
+    const Result<void> gone
+        = application.listed ? m_applications->uninstall(*application.listed) : trash(application.item.path);
+    return gone ? removeRelatedFiles(application.item) : gone;
 }
 
-Result<void> ApplicationInventory::uninstall(const AppItem &item, const ListedApplication &application) const
+Result<void> ApplicationInventory::trash(const FilePath &bundle) const
 {
-    if (const Result<void> done = m_applications->uninstall(application); !done)
-        return done;
-    return removeRelatedFiles(item);
+    const Result<FilePath> trashed = exists(bundle) ? m_files->trashItem(bundle) : Result<FilePath>(bundle);
+    if (!trashed && exists(bundle))
+        return trashed.failure();
+    return {};
 }
 
 Result<void> ApplicationInventory::removeRelatedFiles(const AppItem &item) const

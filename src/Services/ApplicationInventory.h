@@ -1,9 +1,8 @@
 #pragma once
 
-#include "Models/AppItem.h"
 #include "Platform/FileManager.h"
-#include "Platform/InstalledApplications.h"
 #include "Platform/Places.h"
+#include "Services/FoundApplication.h"
 #include "Services/ScannerService.h"
 
 #include <memory>
@@ -29,29 +28,26 @@ public:
 
     /// The folders whose immediate children are bundles, in their order, free of links.
     [[nodiscard]] QList<FilePath> roots() const;
-    /// In the order of the listing; empty for a root that cannot be listed.
-    [[nodiscard]] QList<FilePath> bundlesIn(const FilePath &root) const;
+    /// By their names and places alone, in the order of the listing; none of a root that cannot be listed.
+    [[nodiscard]] QList<FoundApplication> bundlesIn(const FilePath &root) const;
     /// What the platform adds behind them.
-    [[nodiscard]] QList<ListedApplication> listedApplications() const;
+    [[nodiscard]] QList<FoundApplication> listedApplications() const;
 
-    /// What the bundle says of itself; its size and its related files are left for later.
-    [[nodiscard]] AppItem itemOf(const FilePath &bundle) const;
-    [[nodiscard]] AppItem itemOf(const ListedApplication &application) const;
-    /// By exact names, at most one in each folder of the table. @p appName is the name as it stands on disk. A name
-    /// that would lead out of its folder finds nothing.
-    [[nodiscard]] QList<FilePath> findLeftovers(const QString &bundleId, const QByteArray &appName) const;
-    [[nodiscard]] QList<FilePath> findLeftovers(const ListedApplication &application) const;
+    /// With what a bundle says of itself; its size and its related files are left for later.
+    [[nodiscard]] FoundApplication described(FoundApplication application) const;
+    /// Of a bundle by exact names, at most one in each folder of the table. A name that would lead out of its folder
+    /// finds nothing.
+    [[nodiscard]] QList<FilePath> findLeftovers(const FoundApplication &application) const;
 
     /// Bytes on disk. Zero when @p scanner or @p task was stopped.
     [[nodiscard]] static qint64 sizeOf(const FilePath &folder, ScannerService &scanner,
                                        const std::stop_token &task = {});
-    [[nodiscard]] qint64 sizeOf(const ListedApplication &application, ScannerService &scanner,
+    [[nodiscard]] qint64 sizeOf(const FoundApplication &application, ScannerService &scanner,
                                 const std::stop_token &task = {}) const;
 
-    /// The bundle to the Trash, and then its related files deleted for good. The first failure ends it.
-    [[nodiscard]] Result<void> uninstall(const AppItem &item) const;
-    /// The same for one beyond the bundles, which goes the way that the platform knows.
-    [[nodiscard]] Result<void> uninstall(const AppItem &item, const ListedApplication &application) const;
+    /// A bundle to the Trash, another the way that the platform knows, and then its related files deleted for good. The
+    /// first failure ends it.
+    [[nodiscard]] Result<void> uninstall(const FoundApplication &application) const;
     /// Deletes its related files for good, and keeps the application. The first failure ends it.
     [[nodiscard]] Result<Cleared> clearData(const AppItem &item) const;
 
@@ -59,6 +55,10 @@ public:
 
 private:
     [[nodiscard]] bool exists(const FilePath &path) const;
+    [[nodiscard]] QList<FilePath> leftoversOfBundle(const AppItem &bundle) const;
+    [[nodiscard]] qint64 sizeOfParts(const QList<FilePath> &parts, ScannerService &scanner,
+                                     const std::stop_token &task) const;
+    [[nodiscard]] Result<void> trash(const FilePath &bundle) const;
     /// The picture that the bundle shows itself by, where it has one that desktops of this platform can draw.
     [[nodiscard]] QString iconOf(const FilePath &bundle, const PropertyList &information) const;
     [[nodiscard]] bool isOffered(const FilePath &candidate) const;

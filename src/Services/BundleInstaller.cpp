@@ -1,5 +1,6 @@
 #include "Services/BundleInstaller.h"
 
+#include "Services/BundleReplacement.h"
 #include "Utilities/Diagnostics.h"
 
 #include <algorithm>
@@ -37,7 +38,7 @@ std::optional<FilePath> BundleInstaller::copyToApplications() const
         return std::nullopt;
     }
     const FilePath destination = FilePath(folderOfAllUsers).appending(bundleName);
-    const Result<void> copied = installBundle(current, destination);
+    const Result<void> copied = replaceBundle(*m_parts.files, current, destination);
     if (copied)
         return installed(destination);
     printDiagnostic(u"Failed to copy to global /Applications: "_qs, copied.failure());
@@ -54,28 +55,13 @@ bool BundleInstaller::isInstalled(const FilePath &bundle) const
     return std::ranges::any_of(places, [&](const PlaceEntry &place) { return bundle.isWithin(place.path); });
 }
 
-Result<void> BundleInstaller::installBundle(const FilePath &from, const FilePath &to) const
-{
-    // Removal refuses a location below a link, and the home may be one.
-    const FileManager &files = *m_parts.files;
-    const FilePath place = files.resolvingSymlinks(to.deletingLastPathComponent()).appending(to.lastPathComponent());
-    // To replace the very bundle that is to be copied would leave nothing to copy.
-    if (place == files.resolvingSymlinks(from))
-        return {};
-    if (files.attributesOfItem(place)) {
-        if (const Result<void> removed = files.removeItem(place); !removed)
-            return removed;
-    }
-    return files.copyItem(from, place);
-}
-
 bool BundleInstaller::installBundleWithAdministratorPrivileges(const FilePath &from, const FilePath &to) const
 {
     const QByteArray target = quotedForShell(to);
-    const QString script = u"do shell script \"rm -rf %1 && /usr/bin/ditto %2 %1\" with administrator privileges"_qs.arg(
-        QString::fromUtf8(target), QString::fromUtf8(quotedForShell(from)));
-    const Result<ProcessOutcome> outcome
-        = m_parts.processes->run({u"/usr/bin/osascript"_qs, {u"-e"_qs, script}});
+    const QString script
+        = u"do shell script \"rm -rf %1 && /usr/bin/ditto %2 %1\" with administrator privileges"_qs.arg(
+            QString::fromUtf8(target), QString::fromUtf8(quotedForShell(from)));
+    const Result<ProcessOutcome> outcome = m_parts.processes->run({u"/usr/bin/osascript"_qs, {u"-e"_qs, script}});
     if (outcome)
         return outcome.value().exitStatus == 0;
     printDiagnostic(u"Privileged install failed: "_qs, outcome.failure());
@@ -88,7 +74,7 @@ std::optional<FilePath> BundleInstaller::installForUser(const FilePath &from) co
     const FilePath destination = folder.appending(bundleName);
     Result<void> copied = m_parts.files->createDirectory(folder, Intermediates::Create);
     if (copied)
-        copied = installBundle(from, destination);
+        copied = replaceBundle(*m_parts.files, from, destination);
     if (copied)
         return installed(destination);
     printDiagnostic(u"Fallback copy to ~/Applications failed: "_qs, copied.failure());

@@ -36,7 +36,6 @@ public:
 
 private:
     [[nodiscard]] bool isInstalled(const FilePath &bundle) const;
-    [[nodiscard]] Result<void> installBundle(const FilePath &from, const FilePath &to) const;
     [[nodiscard]] bool installBundleWithAdministratorPrivileges(const FilePath &from, const FilePath &to) const;
     [[nodiscard]] std::optional<FilePath> installForUser(const FilePath &from) const;
     [[nodiscard]] FilePath installed(const FilePath &bundle) const;

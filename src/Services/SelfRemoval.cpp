@@ -25,19 +25,17 @@ bool staysItselfInDoubleQuotes(const FilePath &path)
 
 } // namespace
 
-SelfRemoval::SelfRemoval(std::shared_ptr<const FileManager> files, std::shared_ptr<const Places> places,
-                         std::shared_ptr<const Bundles> bundles, std::shared_ptr<const ProcessRunner> processes)
-    : m_files(std::move(files))
-    , m_places(std::move(places))
-    , m_bundles(std::move(bundles))
-    , m_processes(std::move(processes))
+SelfRemoval::SelfRemoval(Parts parts)
+    : m_parts(std::move(parts))
 {
 }
 
 void SelfRemoval::run() const
 {
-    const FilePath bundle = m_bundles->mainLocation();
+    const FilePath bundle = m_parts.bundles->mainLocation();
     removeData();
+    // Of several copies the desktop knows one.
+    m_parts.workspace->unregisterApplication(bundle);
     // Outside a bundle the program lies among others in a folder that is not its own.
     if (bundle.pathExtension() == "app")
         leaveBundleToScript(bundle);
@@ -46,29 +44,30 @@ void SelfRemoval::run() const
 void SelfRemoval::removeData() const
 {
     for (const char *item : data)
-        removeItem(m_files->homeDirectory().appending(item));
-    for (const PlaceEntry &entry : m_places->entriesBehind(u"Self Removal"_qs))
+        removeItem(m_parts.files->homeDirectory().appending(item));
+    for (const PlaceEntry &entry : m_parts.places->entriesBehind(u"Self Removal"_qs))
         removeItem(entry.path);
 }
 
 void SelfRemoval::removeItem(const FilePath &item) const
 {
     // Removal refuses a location below a link, and the home may be one.
-    const FilePath folder = m_files->resolvingSymlinks(item.deletingLastPathComponent());
-    std::ignore = m_files->removeItem(folder.appending(item.lastPathComponent()));
+    const FilePath folder = m_parts.files->resolvingSymlinks(item.deletingLastPathComponent());
+    std::ignore = m_parts.files->removeItem(folder.appending(item.lastPathComponent()));
 }
 
 void SelfRemoval::leaveBundleToScript(const FilePath &bundle) const
 {
     if (!staysItselfInDoubleQuotes(bundle))
         return printDiagnostic(u"Not removed, because a script could not name it safely: "_qs + bundle.displayText());
-    const FilePath script = m_files->temporaryDirectory().appending("uninstall.sh");
-    std::ignore = m_files->writeFile(script, "sleep 1\nrm -rf \"" + bundle.bytes() + "\"", WriteMode::Atomic);
-    // Where several users share the folder, another's file may stand there and have kept ours out.
-    const Result<FileAttributes> written = m_files->attributesOfItem(script);
-    if (written && !written.value().isOwnedByUser)
+    const FilePath script = m_parts.files->temporaryDirectory().appending("uninstall.sh");
+    std::ignore = m_parts.files->writeFile(script, "sleep 1\nrm -rf \"" + bundle.bytes() + "\"", WriteMode::Atomic);
+    // Where several users share the folder, something of another's may stand there and have kept ours out, or come now
+    // where nothing stands.
+    const Result<FileAttributes> written = m_parts.files->attributesOfItem(script);
+    if (!written || written.value().type != EntryKind::Regular || !written.value().isOwnedByUser)
         return;
-    const Result<void> launched = m_processes->launch({u"/bin/bash"_qs, {QString::fromUtf8(script.bytes())}});
+    const Result<void> launched = m_parts.processes->launch({u"/bin/bash"_qs, {QString::fromUtf8(script.bytes())}});
     if (!launched)
         printDiagnostic(u"Failed to run self-uninstall background process: "_qs, launched.failure());
 }

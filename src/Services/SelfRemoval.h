@@ -4,6 +4,7 @@
 #include "Platform/FileManager.h"
 #include "Platform/Places.h"
 #include "Platform/ProcessRunner.h"
+#include "Platform/Workspace.h"
 
 #include <memory>
 
@@ -13,8 +14,16 @@ namespace Quillmere {
 class SelfRemoval
 {
 public:
-    SelfRemoval(std::shared_ptr<const FileManager> files, std::shared_ptr<const Places> places,
-                std::shared_ptr<const Bundles> bundles, std::shared_ptr<const ProcessRunner> processes);
+    struct Parts
+    {
+        std::shared_ptr<const FileManager> files;
+        std::shared_ptr<const Places> places;
+        std::shared_ptr<const Bundles> bundles;
+        std::shared_ptr<const ProcessRunner> processes;
+        std::shared_ptr<const Workspace> workspace;
+    };
+
+    explicit SelfRemoval(Parts parts);
 
     /// Deletes the data and leaves the bundle to a script that waits a second, so that the program must end at once.
     /// What cannot be deleted stays without a word; there is no way back. A bundle whose path a shell would misread
@@ -26,10 +35,7 @@ private:
     void removeItem(const FilePath &item) const;
     void leaveBundleToScript(const FilePath &bundle) const;
 
-    std::shared_ptr<const FileManager> m_files;
-    std::shared_ptr<const Places> m_places;
-    std::shared_ptr<const Bundles> m_bundles;
-    std::shared_ptr<const ProcessRunner> m_processes;
+    Parts m_parts;
 };
 
 } // namespace Quillmere

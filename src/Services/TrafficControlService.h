@@ -17,7 +17,7 @@ namespace Quillmere {
 
 /// Decides which applications may send traffic out of the machine and hands the decision to the traffic filter. A rule
 /// is recorded only after the system has taken it: a refusal changes nothing. GUI thread only.
-class TrafficControlService final : public QObject
+class TrafficControlService : public QObject
 {
     Q_OBJECT
 
@@ -48,9 +48,9 @@ public:
     [[nodiscard]] static bool isEcoAllowed(const QString &name, const std::optional<QString> &bundleIdentifier);
 
     /// True when the rule took effect. @p applicationPath is not used.
-    [[nodiscard]] QCoro::Task<bool> setAppTrafficBlocked(bool blocked, QString name,
-                                                         std::optional<QString> bundleIdentifier,
-                                                         std::optional<FilePath> applicationPath);
+    [[nodiscard]] virtual QCoro::Task<bool> setAppTrafficBlocked(bool blocked, QString name,
+                                                                 std::optional<QString> bundleIdentifier,
+                                                                 std::optional<FilePath> applicationPath);
     /// True when the change took effect.
     [[nodiscard]] QCoro::Task<bool> setEcoTrafficEnabled(bool enabled);
 

@@ -2,18 +2,16 @@
 
 #include "Platform/Linux/ErrnoFailure.h"
 #include "Platform/Linux/FileCopy.h"
+#include "Platform/Linux/FolderNames.h"
 #include "Platform/Linux/OpenAt.h"
 #include "Tools/CallerRights.h"
 
 #include <QList>
 
-#include <array>
 #include <cerrno>
-#include <climits>
-#include <memory>
+#include <optional>
 #include <vector>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <linux/openat2.h>
 #include <sys/stat.h>
@@ -49,18 +47,6 @@ bool leadsInside(const QByteArray &link, int depth)
     return true;
 }
 
-bool isUnchanged(const struct stat &before, const struct stat &after)
-{
-    return before.st_size == after.st_size && before.st_mtim.tv_sec == after.st_mtim.tv_sec
-        && before.st_mtim.tv_nsec == after.st_mtim.tv_nsec;
-}
-
-void setTimes(int target, const struct stat &status)
-{
-    const std::array times = {status.st_atim, status.st_mtim};
-    ::futimens(target, times.data());
-}
-
 class Copying
 {
 public:
@@ -79,10 +65,10 @@ public:
         const FileDescriptor target = openAt(folder, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW, stayingInside);
         if (!target.isOpen())
             return failureFromErrno(errno, path);
-        const Result<QList<QByteArray>> names = namesIn(source, path);
+        const std::optional<QList<QByteArray>> names = namesIn(source);
         if (!names)
-            return names.failure();
-        for (const QByteArray &child : names.value()) {
+            return failureFromErrno(errno, path);
+        for (const QByteArray &child : *names) {
             if (Result<void> copied = copyEntry(source, path, target.number(), child, depth); !copied)
                 return copied;
         }
@@ -135,16 +121,13 @@ private:
     static Result<void> copyLink(int link, const struct stat &status, const FilePath &path, int folder,
                                  const QByteArray &name, int depth)
     {
-        std::array<char, PATH_MAX> text = {};
-        const ssize_t length = ::readlinkat(link, "", text.data(), text.size() - 1);
-        if (length < 0)
+        const std::optional<QByteArray> text = textOfLink(link, "");
+        if (!text)
             return failureFromErrno(errno, path);
-        if (!leadsInside(QByteArray(text.data(), length), depth))
+        if (!leadsInside(*text, depth))
             return Failure{Failure::Kind::LinkInPath, path, u"It leads out of the bundle"_qs};
-        if (::symlinkat(text.data(), folder, name.constData()) != 0)
-            return failureFromErrno(errno, path);
-        const std::array times = {status.st_atim, status.st_mtim};
-        ::utimensat(folder, name.constData(), times.data(), AT_SYMLINK_NOFOLLOW);
+        if (const int error = makeLink(*text, folder, name, status))
+            return failureFromErrno(error, path);
         return {};
     }
 
@@ -153,31 +136,19 @@ private:
         copyAttributes(source, target);
         if (::fchmod(target, modeOfCopy(status.st_mode)) != 0)
             return failureFromErrno(errno, path);
-        setTimes(target, status);
+        copyTimes(target, status);
         return {};
     }
 
     /// Only those of users: the others would give the copy rights, or give rights to it.
     void copyAttributes(int source, int target) const
     {
-        std::vector<char> names(XATTR_LIST_MAX);
-        const ssize_t length = ::flistxattr(source, names.data(), names.size());
-        std::vector<char> value(XATTR_SIZE_MAX);
-        for (ssize_t at = 0; at < length;) {
-            const QByteArray name = names.data() + at;
-            at += name.size() + 1;
-            if (!name.startsWith("user."))
-                continue;
-            const ssize_t size = readAttribute(source, name, value);
-            if (size >= 0)
-                ::fsetxattr(target, name.constData(), value.data(), static_cast<size_t>(size), 0);
-        }
-    }
-
-    ssize_t readAttribute(int source, const QByteArray &name, std::vector<char> &value) const
-    {
-        const CallerRights rights(m_caller);
-        return ::fgetxattr(source, name.constData(), value.data(), value.size());
+        copyExtendedAttributes(source, target, [&](const char *name, std::vector<char> &value) -> ssize_t {
+            if (!QByteArrayView(name).startsWith("user."))
+                return -1;
+            const CallerRights rights(m_caller);
+            return ::fgetxattr(source, name, value.data(), value.size());
+        });
     }
 
     FileDescriptor open(int folder, const QByteArray &name, int flags) const
@@ -193,27 +164,6 @@ private:
         if (m_error == EXDEV)
             return {Failure::Kind::NotSupported, path, u"Another file system is mounted here"_qs};
         return failureFromErrno(m_error, path);
-    }
-
-    static Result<QList<QByteArray>> namesIn(int folder, const FilePath &path)
-    {
-        struct Close
-        {
-            void operator()(DIR *listing) const { ::closedir(listing); }
-        };
-        const std::unique_ptr<DIR, Close> listing(::fdopendir(::fcntl(folder, F_DUPFD_CLOEXEC, 0)));
-        if (!listing)
-            return failureFromErrno(errno, path);
-        QList<QByteArray> names;
-        errno = 0;
-        while (const dirent *entry = ::readdir(listing.get())) {
-            const QByteArray name = entry->d_name;
-            if (name != "." && name != "..")
-                names.append(name);
-        }
-        if (errno != 0)
-            return failureFromErrno(errno, path);
-        return names;
     }
 
     const Caller &m_caller;

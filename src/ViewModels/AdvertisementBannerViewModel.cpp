@@ -32,6 +32,7 @@ AdvertisementBannerViewModel::AdvertisementBannerViewModel(AdvertisementService 
 {
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::VeryCoarseTimer);
+    connect(&m_loading, &QFutureWatcherBase::finished, this, &AdvertisementBannerViewModel::beginRound);
     connect(&m_timer, &QTimer::timeout, this, &AdvertisementBannerViewModel::showNext);
     connect(&Localizer::shared(), &Localizer::languageChanged, this, &AdvertisementBannerViewModel::translateFallback);
 }
@@ -57,14 +58,19 @@ void AdvertisementBannerViewModel::stop()
 
 void AdvertisementBannerViewModel::load()
 {
-    const std::stop_token stop = m_refreshTask->get_token();
-    m_service.loadAdvertisements(stop).then(this, [this, stop](const QList<Advertisement> &loaded) {
-        if (stop.stop_requested())
-            return;
-        m_round = loaded.isEmpty() ? QList{currentFallback()} : loaded;
-        m_next = 0;
-        showNext();
-    });
+    m_loading.setFuture(m_service.loadAdvertisements(m_refreshTask->get_token()));
+}
+
+void AdvertisementBannerViewModel::beginRound()
+{
+    // What was stopped meanwhile comes to its end all the same.
+    if (!m_refreshTask)
+        return;
+    const QList<Advertisement> loaded = m_loading.result();
+    m_round = loaded.isEmpty() ? QList{currentFallback()} : loaded;
+    m_next = 0;
+    m_service.beginRound(m_round);
+    showNext();
 }
 
 void AdvertisementBannerViewModel::showNext()

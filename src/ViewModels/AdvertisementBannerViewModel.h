@@ -4,6 +4,7 @@
 #include "Platform/Workspace.h"
 #include "Services/AdvertisementService.h"
 
+#include <QFutureWatcher>
 #include <QObject>
 #include <QTimer>
 
@@ -51,6 +52,7 @@ Q_SIGNALS:
 
 private:
     void load();
+    void beginRound();
     void showNext();
     void publish(const Advertisement &advertisement);
     void translateFallback();
@@ -59,6 +61,7 @@ private:
     std::shared_ptr<const Workspace> m_workspace;
     Advertisement m_advertisement;
     std::optional<std::stop_source> m_refreshTask; ///< Of the loop that is running, if one is.
+    QFutureWatcher<QList<Advertisement>> m_loading;
     QList<Advertisement> m_round;
     qsizetype m_next = 0; ///< Place in the round of the one that comes next.
     QTimer m_timer{this};

@@ -6,7 +6,7 @@
 
 namespace Quillmere {
 
-void AppListModel::setApps(const QList<AppItem> &apps)
+void AppListModel::setApps(const QList<FoundApplication> &apps)
 {
     if (m_apps.isEmpty() && apps.isEmpty())
         return;
@@ -28,9 +28,9 @@ void AppListModel::remove(const QUuid &id)
     Q_EMIT countChanged();
 }
 
-void AppListModel::replace(const AppItem &app)
+void AppListModel::replace(const FoundApplication &app)
 {
-    const int row = rowOf(app.id);
+    const int row = rowOf(app.item.id);
     if (row < 0)
         return;
     m_apps[row] = app;
@@ -54,7 +54,7 @@ void AppListModel::refreshTexts()
 
 int AppListModel::rowOf(const QUuid &id) const
 {
-    const auto found = std::ranges::find(m_apps, id, &AppItem::id);
+    const auto found = std::ranges::find(m_apps, id, [](const FoundApplication &app) { return app.item.id; });
     return found == m_apps.end() ? -1 : static_cast<int>(found - m_apps.begin());
 }
 
@@ -67,7 +67,7 @@ QVariant AppListModel::data(const QModelIndex &index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
-    const AppItem &app = m_apps.at(index.row());
+    const AppItem &app = m_apps.at(index.row()).item;
     switch (role) {
     case Name:
         return app.name;

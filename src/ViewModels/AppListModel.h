@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Models/AppItem.h"
+#include "Services/FoundApplication.h"
 
 #include <QAbstractListModel>
 #include <QSet>
@@ -21,10 +21,10 @@ public:
     {
     }
 
-    [[nodiscard]] const QList<AppItem> &apps() const { return m_apps; }
-    void setApps(const QList<AppItem> &apps);
+    [[nodiscard]] const QList<FoundApplication> &apps() const { return m_apps; }
+    void setApps(const QList<FoundApplication> &apps);
     void remove(const QUuid &id);
-    void replace(const AppItem &app);
+    void replace(const FoundApplication &app);
     /// Which of them run now.
     void setRunning(const QSet<QUuid> &running);
     [[nodiscard]] bool isRunning(const QUuid &id) const { return m_running.contains(id); }
@@ -41,7 +41,7 @@ Q_SIGNALS:
     void countChanged();
 
 private:
-    QList<AppItem> m_apps;
+    QList<FoundApplication> m_apps;
     QSet<QUuid> m_running;
 };
 

@@ -4,7 +4,7 @@
 #include "Utilities/ByteCountFormatter.h"
 #include "Utilities/Diagnostics.h"
 #include "Utilities/LocalizationManager.h"
-#include "Values/FileName.h"
+#include "ViewModels/ApplicationScan.h"
 #include "ViewModels/UnfinishedRuns.h"
 
 #include <algorithm>
@@ -14,41 +14,16 @@ namespace Quillmere {
 
 namespace {
 
-/// One application of a scan: a bundle, or one that the platform adds.
-struct Found
-{
-    FilePath path;
-    std::optional<ListedApplication> listed;
-
-    [[nodiscard]] QString name() const
-    {
-        return listed ? listed->name : FilePath::displayText(nameWithoutExtension(path));
-    }
-};
-
-AppItem measured(const ApplicationInventory &inventory, const Found &found, ScannerService &scanner,
-                 const std::stop_token &task)
-{
-    AppItem item = found.listed ? inventory.itemOf(*found.listed) : inventory.itemOf(found.path);
-    item.size = found.listed ? inventory.sizeOf(*found.listed, scanner, task)
-                             : ApplicationInventory::sizeOf(found.path, scanner, task);
-    return item;
-}
-
-QList<FilePath> leftoversOf(const ApplicationInventory &inventory, const Found &found, const AppItem &item)
-{
-    return found.listed ? inventory.findLeftovers(*found.listed)
-                        : inventory.findLeftovers(item.bundleIdentifier, nameWithoutExtension(found.path));
-}
-
 /// What the desktop and the system know to run.
 struct Running
 {
     QList<RunningApplication> applications;
     QSet<FilePath> programs;
 
-    [[nodiscard]] bool isAnyOf(const AppItem &app, const QList<FilePath> &parts) const
+    [[nodiscard]] bool isAnyOf(const FoundApplication &found) const
     {
+        const AppItem &app = found.item;
+        const QList<FilePath> parts = found.parts();
         const auto isApp = [&](const RunningApplication &each) {
             return (!app.bundleIdentifier.isEmpty() && each.bundleIdentifier == app.bundleIdentifier)
                 || (each.bundleLocation && each.bundleLocation->isWithin(app.path));
@@ -103,61 +78,18 @@ QCoro::Task<> ApplicationsViewModel::scanApplications()
     beginScan();
     const QPointer self(this);
     const std::stop_source task = m_scanTask;
-    const std::stop_token token = task.get_token();
-    const ApplicationInventory inventory = m_parts.inventory;
-    const std::shared_ptr<ScannerService> scanner = m_parts.scanner;
-    const auto isOver = [self, token, scanner] {
-        return !self || token.stop_requested() || self->m_scanCancelled || scanner->isCancelled();
-    };
-
-    QList<Found> found;
-    QSet<FilePath> known;
-    auto looking = inBackground([inventory] { return inventory.roots(); });
-    const QList<FilePath> roots = co_await looking;
-    for (const FilePath &root : roots) {
-        if (isOver())
-            break;
-        auto listing = inBackground([inventory, root] { return inventory.bundlesIn(root); });
-        const QList<FilePath> bundles = co_await listing;
-        for (const FilePath &bundle : bundles) {
-            if (!known.contains(bundle))
-                found.append({bundle, {}});
-            known.insert(bundle);
-        }
-    }
-    if (!isOver()) {
-        auto listing = inBackground([inventory] { return inventory.listedApplications(); });
-        const QList<ListedApplication> listed = co_await listing;
-        for (const ListedApplication &application : listed)
-            found.append({application.location, application});
-    }
-
-    QList<AppItem> apps;
-    QHash<QUuid, ListedApplication> listed;
-    for (qsizetype i = 0; i < found.size() && !isOver(); ++i) {
-        const Found each = found.at(i);
-        self->showProgress(double(i) / double(found.size()), each.name());
-        auto measuring = inBackground([=] { return measured(inventory, each, *scanner, token); });
-        AppItem item = co_await measuring;
-        if (isOver())
-            break;
-        auto searching = inBackground([=] { return leftoversOf(inventory, each, item); });
-        item.relatedFiles = co_await searching;
-        for (const FilePath &leftover : std::as_const(item.relatedFiles)) {
-            if (isOver())
-                break;
-            auto adding = inBackground([=] { return ApplicationInventory::sizeOf(leftover, *scanner, token); });
-            const qint64 size = co_await adding;
-            item.size += size;
-        }
-        apps.append(item);
-        if (each.listed)
-            listed.insert(item.id, *each.listed);
-    }
+    const ApplicationScan scan(m_parts.inventory, m_parts.scanner, task.get_token());
+    auto listing = ApplicationScan::list(scan);
+    const QList<FoundApplication> found = co_await listing;
+    auto measuring = ApplicationScan::measure(scan, found, [self](double fraction, const QString &name) {
+        if (self)
+            self->showProgress(fraction, name);
+    });
+    const QList<FoundApplication> apps = co_await measuring;
     if (!self)
         co_return;
-    if (!isOver() && !found.isEmpty())
-        publish(apps, listed);
+    if (!scan.isOver() && !apps.isEmpty())
+        publish(apps);
     leaveScan(task);
 }
 
@@ -166,7 +98,6 @@ void ApplicationsViewModel::beginScan()
     m_scanTask.request_stop();
     m_scanTask = {};
     m_parts.scanner->resetCancellation();
-    m_scanCancelled = false;
     m_isScanning = true;
     showProgress(0, Localizer::shared().localized(u"applications.listing"_qs));
     m_apps.setApps({});
@@ -183,21 +114,17 @@ void ApplicationsViewModel::leaveScan(const std::stop_source &task)
     Q_EMIT phaseChanged();
 }
 
-void ApplicationsViewModel::publish(QList<AppItem> apps, QHash<QUuid, ListedApplication> listed)
+void ApplicationsViewModel::publish(QList<FoundApplication> apps)
 {
-    std::ranges::stable_sort(apps, std::ranges::greater(), &AppItem::size);
+    std::ranges::stable_sort(apps, std::ranges::greater(), [](const FoundApplication &app) { return app.item.size; });
     m_apps.setApps(apps);
     // What is on the right goes on being the same application, by what is known of it now.
     // Nothing says what becomes of it at a scan, and people expect it to stay.
-    std::optional<AppItem> selected = m_selectedApp;
-    if (selected) {
-        const auto same = std::ranges::find(apps, selected->path, &AppItem::path);
-        if (same != apps.end())
-            selected = *same;
-        else if (const std::optional<ListedApplication> application = listedApplication(*selected))
-            listed.insert(selected->id, *application);
-    }
-    m_listed = std::move(listed);
+    std::optional<FoundApplication> selected = m_selectedApp;
+    const auto same = std::ranges::find_if(
+        apps, [&](const FoundApplication &app) { return selected && app.item.path == selected->item.path; });
+    if (same != apps.end())
+        selected = *same;
     Q_EMIT appsChanged();
     setSelectedApp(selected);
     refreshRunning();
@@ -205,7 +132,7 @@ void ApplicationsViewModel::publish(QList<AppItem> apps, QHash<QUuid, ListedAppl
 
 void ApplicationsViewModel::cancelScan()
 {
-    m_scanCancelled = true;
+    m_scanTask.request_stop();
     m_parts.scanner->cancelScan();
     // The scan itself comes to its next test only when whoever it asks has answered.
     if (m_isScanning)
@@ -223,15 +150,15 @@ QCoro::Task<> ApplicationsViewModel::refreshRunning()
     if (!self || look != m_looks)
         co_return;
     QSet<QUuid> ids;
-    for (const AppItem &app : m_apps.apps()) {
-        if (running.isAnyOf(app, m_listed.value(app.id).parts))
-            ids.insert(app.id);
+    for (const FoundApplication &app : m_apps.apps()) {
+        if (running.isAnyOf(app))
+            ids.insert(app.item.id);
     }
     m_apps.setRunning(ids);
     Q_EMIT runningChanged();
 }
 
-QCoro::Task<> ApplicationsViewModel::uninstallApp(AppItem app)
+QCoro::Task<> ApplicationsViewModel::uninstallApp(FoundApplication app)
 {
     setIsUninstalling(true);
     // The run outlives the screen, so all that is needed at its end is taken along now.
@@ -240,8 +167,7 @@ QCoro::Task<> ApplicationsViewModel::uninstallApp(AppItem app)
     const ApplicationInventory inventory = m_parts.inventory;
     const std::shared_ptr<const Clock> clock = m_parts.clock;
     HistoryService &history = m_parts.history;
-    const std::optional<ListedApplication> listed = listedApplication(app);
-    auto removing = inBackground([=] { return listed ? inventory.uninstall(app, *listed) : inventory.uninstall(app); });
+    auto removing = inBackground([=] { return inventory.uninstall(app); });
     const Result<void> outcome = co_await removing;
     if (!outcome) {
         printDiagnostic(u"Uninstall error: "_qs, outcome.failure());
@@ -250,18 +176,17 @@ QCoro::Task<> ApplicationsViewModel::uninstallApp(AppItem app)
         co_return;
     }
     if (self) {
-        m_apps.remove(app.id);
-        m_listed.remove(app.id);
+        m_apps.remove(app.item.id);
         Q_EMIT appsChanged();
     }
-    history.save(logOf(app.size, app.relatedFiles.size() + 1, *clock));
+    history.save(logOf(app.item.size, app.item.relatedFiles.size() + 1, *clock));
     if (!self)
         co_return;
     setSelectedApp({});
     setIsUninstalling(false);
 }
 
-QCoro::Task<> ApplicationsViewModel::clearAppData(AppItem app)
+QCoro::Task<> ApplicationsViewModel::clearAppData(FoundApplication app)
 {
     setIsUninstalling(true);
     const UnfinishedRuns::Token unfinished(UnfinishedRuns::shared());
@@ -269,8 +194,7 @@ QCoro::Task<> ApplicationsViewModel::clearAppData(AppItem app)
     const ApplicationInventory inventory = m_parts.inventory;
     const std::shared_ptr<const Clock> clock = m_parts.clock;
     HistoryService &history = m_parts.history;
-    const std::optional<ListedApplication> listed = listedApplication(app);
-    auto clearing = inBackground([=] { return inventory.clearData(app); });
+    auto clearing = inBackground([=] { return inventory.clearData(app.item); });
     const Result<ApplicationInventory::Cleared> cleared = co_await clearing;
     if (!cleared) {
         printDiagnostic(u"Clear app data error: "_qs, cleared.failure());
@@ -280,14 +204,14 @@ QCoro::Task<> ApplicationsViewModel::clearAppData(AppItem app)
     }
     auto measuring = inBackground([=] {
         const std::unique_ptr<ScannerService> scanner = inventory.makeScanner();
-        return listed ? inventory.sizeOf(*listed, *scanner) : ApplicationInventory::sizeOf(app.path, *scanner);
+        return inventory.sizeOf(app, *scanner);
     });
     const qint64 ownSize = co_await measuring;
     if (self) {
-        if (const int row = m_apps.rowOf(app.id); row >= 0) {
-            AppItem kept = m_apps.apps().at(row);
-            kept.relatedFiles.clear();
-            kept.size = ownSize;
+        if (const int row = m_apps.rowOf(app.item.id); row >= 0) {
+            FoundApplication kept = m_apps.apps().at(row);
+            kept.item.relatedFiles.clear();
+            kept.item.size = ownSize;
             m_apps.replace(kept);
             setSelectedApp(kept);
         }
@@ -346,19 +270,12 @@ void ApplicationsViewModel::clearSelected()
 void ApplicationsViewModel::toggleSelectedTraffic()
 {
     if (m_selectedApp)
-        toggleTrafficBlock(*m_selectedApp);
+        toggleTrafficBlock(m_selectedApp->item);
 }
 
-std::optional<ListedApplication> ApplicationsViewModel::listedApplication(const AppItem &app) const
+std::optional<AppItem> ApplicationsViewModel::selectedApp() const
 {
-    const auto found = m_listed.constFind(app.id);
-    return found == m_listed.constEnd() ? std::nullopt : std::optional(*found);
-}
-
-bool ApplicationsViewModel::canUninstallSelected() const
-{
-    const auto listed = m_selectedApp ? listedApplication(*m_selectedApp) : std::nullopt;
-    return m_selectedApp && (!listed || listed->removal != ApplicationRemoval::System);
+    return m_selectedApp ? std::optional(m_selectedApp->item) : std::nullopt;
 }
 
 QString ApplicationsViewModel::selectedVersionText() const
@@ -367,18 +284,18 @@ QString ApplicationsViewModel::selectedVersionText() const
     if (!m_selectedApp)
         return {};
     return texts.localized(u"applications.version"_qs) + u": "_qs
-        + m_selectedApp->version.value_or(texts.localized(u"applications.unknown"_qs));
+        + m_selectedApp->item.version.value_or(texts.localized(u"applications.unknown"_qs));
 }
 
 QString ApplicationsViewModel::selectedSizeText() const
 {
-    return m_selectedApp ? formatByteCount(m_selectedApp->size) : QString();
+    return m_selectedApp ? formatByteCount(m_selectedApp->item.size) : QString();
 }
 
 QStringList ApplicationsViewModel::selectedFileNames() const
 {
     QStringList names;
-    for (const FilePath &file : m_selectedApp ? m_selectedApp->relatedFiles : QList<FilePath>())
+    for (const FilePath &file : m_selectedApp ? m_selectedApp->item.relatedFiles : QList<FilePath>())
         names.append(FilePath::displayText(file.lastPathComponent()));
     return names;
 }
@@ -386,7 +303,7 @@ QStringList ApplicationsViewModel::selectedFileNames() const
 QStringList ApplicationsViewModel::selectedFilePaths() const
 {
     QStringList paths;
-    for (const FilePath &file : m_selectedApp ? m_selectedApp->relatedFiles : QList<FilePath>())
+    for (const FilePath &file : m_selectedApp ? m_selectedApp->item.relatedFiles : QList<FilePath>())
         paths.append(file.displayText());
     return paths;
 }
@@ -404,7 +321,7 @@ void ApplicationsViewModel::setIsUninstalling(bool isUninstalling)
     Q_EMIT phaseChanged();
 }
 
-void ApplicationsViewModel::setSelectedApp(const std::optional<AppItem> &app)
+void ApplicationsViewModel::setSelectedApp(const std::optional<FoundApplication> &app)
 {
     m_selectedApp = app;
     Q_EMIT selectedAppChanged();

@@ -8,7 +8,6 @@
 #include "Services/TrafficControlService.h"
 #include "ViewModels/AppListModel.h"
 
-#include <QHash>
 #include <QObject>
 #include <QStringList>
 
@@ -64,21 +63,24 @@ public:
     [[nodiscard]] bool isUninstalling() const { return m_isUninstalling; }
     [[nodiscard]] double scanProgress() const { return m_scanProgress; }
     [[nodiscard]] QString currentScanningApp() const { return m_currentScanningApp; }
-    [[nodiscard]] const std::optional<AppItem> &selectedApp() const { return m_selectedApp; }
+    [[nodiscard]] std::optional<AppItem> selectedApp() const;
     [[nodiscard]] const std::optional<QString> &trafficErrorMessage() const { return m_trafficErrorMessage; }
 
-    [[nodiscard]] int selectedRow() const { return m_selectedApp ? m_apps.rowOf(m_selectedApp->id) : -1; }
+    [[nodiscard]] int selectedRow() const { return m_selectedApp ? m_apps.rowOf(m_selectedApp->item.id) : -1; }
     [[nodiscard]] bool hasSelectedApp() const { return m_selectedApp.has_value(); }
-    [[nodiscard]] QString selectedName() const { return m_selectedApp ? m_selectedApp->name : QString(); }
-    [[nodiscard]] QString selectedIcon() const { return m_selectedApp ? m_selectedApp->icon : QString(); }
+    [[nodiscard]] QString selectedName() const { return m_selectedApp ? m_selectedApp->item.name : QString(); }
+    [[nodiscard]] QString selectedIcon() const { return m_selectedApp ? m_selectedApp->item.icon : QString(); }
     [[nodiscard]] QString selectedVersionText() const;
     [[nodiscard]] QString selectedSizeText() const;
     [[nodiscard]] QStringList selectedFileNames() const;
     [[nodiscard]] QStringList selectedFilePaths() const;
     /// False for what only the administrator's tools can remove.
-    [[nodiscard]] bool canUninstallSelected() const;
-    [[nodiscard]] bool isSelectedRunning() const { return m_selectedApp && m_apps.isRunning(m_selectedApp->id); }
-    [[nodiscard]] bool isSelectedTrafficBlocked() const { return m_selectedApp && isTrafficBlocked(*m_selectedApp); }
+    [[nodiscard]] bool canUninstallSelected() const { return m_selectedApp && m_selectedApp->canBeUninstalled(); }
+    [[nodiscard]] bool isSelectedRunning() const { return m_selectedApp && m_apps.isRunning(m_selectedApp->item.id); }
+    [[nodiscard]] bool isSelectedTrafficBlocked() const
+    {
+        return m_selectedApp && isTrafficBlocked(m_selectedApp->item);
+    }
     [[nodiscard]] QString trafficErrorMessageText() const { return m_trafficErrorMessage.value_or(QString()); }
     [[nodiscard]] bool showingTrafficError() const { return m_trafficErrorMessage.has_value(); }
 
@@ -87,8 +89,8 @@ public:
 
     // Started and left to themselves; whoever wants to know when they end awaits them.
     QCoro::Task<> scanApplications();
-    QCoro::Task<> uninstallApp(AppItem app);
-    QCoro::Task<> clearAppData(AppItem app);
+    QCoro::Task<> uninstallApp(FoundApplication app);
+    QCoro::Task<> clearAppData(FoundApplication app);
     QCoro::Task<> toggleTrafficBlock(AppItem app);
     /// Asks the desktop which of the applications run now.
     QCoro::Task<> refreshRunning();
@@ -118,21 +120,18 @@ private:
     void beginScan();
     /// Ends the overlay, unless a later scan has taken its place.
     void leaveScan(const std::stop_source &task);
-    void publish(QList<AppItem> apps, QHash<QUuid, ListedApplication> listed);
-    [[nodiscard]] std::optional<ListedApplication> listedApplication(const AppItem &app) const;
+    void publish(QList<FoundApplication> apps);
     void showProgress(double fraction, const QString &name);
     void setIsUninstalling(bool isUninstalling);
-    void setSelectedApp(const std::optional<AppItem> &app);
+    void setSelectedApp(const std::optional<FoundApplication> &app);
     void setTrafficErrorMessage(const std::optional<QString> &message);
 
     Parts m_parts;
     AppListModel m_apps{nullptr};
-    QHash<QUuid, ListedApplication> m_listed; ///< Those of the list that are no bundles.
-    std::optional<AppItem> m_selectedApp;
+    std::optional<FoundApplication> m_selectedApp;
     std::optional<QString> m_trafficErrorMessage;
-    std::stop_source m_scanTask; ///< Of the latest scan: an earlier one that ends late changes nothing.
+    std::stop_source m_scanTask; ///< Of the latest scan; stopped when it is cancelled or a later one begins.
     int m_looks = 0; ///< Counts those for what runs: an earlier one that ends late changes nothing.
-    bool m_scanCancelled = false;
     bool m_isScanning = false;
     bool m_isUninstalling = false;
     double m_scanProgress = 0;

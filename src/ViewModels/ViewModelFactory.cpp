@@ -133,7 +133,8 @@ SettingsViewModel *ViewModelFactory::makeSettings(QObject *screen) const
             m_services.power,
             m_services.state,
             DiskDriverHelper(m_machine.files, m_machine.places, m_machine.processes),
-            SelfRemoval(m_machine.files, m_machine.places, m_machine.bundles, m_machine.processes),
+            SelfRemoval(
+                {m_machine.files, m_machine.places, m_machine.bundles, m_machine.processes, m_machine.workspace}),
             m_services.terminate,
         },
         screen);

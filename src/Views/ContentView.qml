@@ -15,6 +15,8 @@ FocusScope {
     /// Something lies over the screen that has to be answered first.
     readonly property bool isModal: showingWelcome || (current !== null && current.isModal)
 
+    signal quitRequested
+
     /// Has the screen look at the machine anew, where it can.
     function refresh() {
         if (current !== null)
@@ -107,6 +109,7 @@ FocusScope {
             visible: root.showingWelcome
 
             onFinished: root.showingWelcome = false
+            onQuitRequested: root.quitRequested()
             onClosed: welcome.active = false
         }
         active: false

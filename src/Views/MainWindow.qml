@@ -29,6 +29,8 @@ Window {
         appState: root.appState
         viewModels: root.viewModels
         showingWelcome: root.showingWelcome
+
+        onQuitRequested: root.quitRequested()
     }
 
     WindowFrame {

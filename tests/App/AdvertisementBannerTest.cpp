@@ -52,6 +52,48 @@ TEST_F(AdvertisementBannerTest, ShowsTheFallbackWhereThereIsNoFeed)
     EXPECT_EQ(machine.urls->requests().size(), 1);
 }
 
+TEST_F(AdvertisementBannerTest, LetsTheWholeTextBeReadWhereThePointerRests)
+{
+    const Person person = open();
+    for (const Language language : {Language::English, Language::Spanish, Language::Russian}) {
+        app->localizer().setLanguage(language);
+        const QString message = AdvertisementService::fallback(language).subtitle;
+        const QAccessibleInterface *const card = person.find(QAccessible::Button, u"Farhop. "_qs + message);
+        ASSERT_NE(card, nullptr);
+        EXPECT_FALSE(showsWhole(message));
+
+        QTest::mouseMove(app->mainWindow(), card->rect().center() - app->mainWindow()->position());
+        EXPECT_TRUE(QTest::qWaitFor([&] { return showsWhole(message); })) << message.toStdString();
+
+        QTest::mouseMove(app->mainWindow(), QPoint(600, 300));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !showsWhole(message); })) << message.toStdString();
+    }
+}
+
+TEST_F(AdvertisementBannerTest, IsOfOneHeightAndSaysWhatItIsWhereThePointerRests)
+{
+    serve("");
+    const Person person = open();
+    const QAccessibleInterface *const card = person.find(QAccessible::Button, u"Offer. Of the day"_qs);
+    ASSERT_NE(card, nullptr);
+    EXPECT_EQ(card->rect().height(), 126);
+    EXPECT_FALSE(showsWhole(u"Advertisement"_qs));
+
+    QTest::mouseMove(app->mainWindow(), card->rect().center() - app->mainWindow()->position());
+
+    EXPECT_TRUE(QTest::qWaitFor([&] { return showsWhole(u"Advertisement"_qs); }));
+}
+
+TEST_F(AdvertisementBannerTest, LetsTheWholeTextBeReadByTheKeyboard)
+{
+    const Person person = open();
+    const QString message = AdvertisementService::fallback(Language::English).subtitle;
+
+    ASSERT_TRUE(person.tabTo(u"Farhop. "_qs + message));
+
+    EXPECT_TRUE(showsWhole(message));
+}
+
 TEST_F(AdvertisementBannerTest, ShowsTheFeedsPictureWithItsText)
 {
     const QUrl address(u"https://host.test/a.png"_qs);
@@ -62,6 +104,8 @@ TEST_F(AdvertisementBannerTest, ShowsTheFeedsPictureWithItsText)
 
     ASSERT_TRUE(person.sees(QAccessible::Button, u"Offer. Of the day"_qs));
     EXPECT_TRUE(QTest::qWaitFor([&] { return colorOf(u"Offer. Of the day"_qs, person) == QColor(Qt::red); }));
+    EXPECT_FALSE(showsSymbol(u"play.circle.fill"_qs));
+    EXPECT_FALSE(showsSymbol(u"play.rectangle.fill"_qs));
 }
 
 TEST_F(AdvertisementBannerTest, StaysAsItIsWithADarkPlaceForAPictureThatDoesNotCome)
@@ -86,6 +130,8 @@ TEST_F(AdvertisementBannerTest, ShowsTheStillPictureOfAVideo)
     ASSERT_TRUE(person.sees(QAccessible::Button, u"Offer. Of the day"_qs));
     EXPECT_TRUE(QTest::qWaitFor([&] { return machine.urls->requests().size() == 2; }));
     EXPECT_EQ(machine.urls->requests().last().url.host(), u"img.youtube.com");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return showsSymbol(u"play.circle.fill"_qs); }));
+    EXPECT_TRUE(showsSymbol(u"play.rectangle.fill"_qs));
 }
 
 TEST_F(AdvertisementBannerTest, FetchesNoMovieThatItCannotShow)

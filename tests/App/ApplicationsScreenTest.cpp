@@ -142,6 +142,7 @@ TEST_F(ApplicationsScreenTest, StandsUnderAnOverlayWhoseCancelDoesNothingWhileIt
 
     ASSERT_TRUE(person.sees(Dialog, u"Uninstalling App..."_qs));
     EXPECT_TRUE(person.reads(u"Removing all associated configuration folders..."_qs));
+    EXPECT_NE(person.findWhatHolds(ProgressBar, u"50%"_qs), nullptr);
     ASSERT_TRUE(person.click(Button, u"Cancel"_qs));
     EXPECT_TRUE(person.sees(Dialog, u"Uninstalling App..."_qs));
     gate.open();
@@ -157,10 +158,14 @@ TEST_F(ApplicationsScreenTest, BlocksTrafficAndAllowsItAgain)
     const Person person = openList();
     ASSERT_TRUE(person.click(ListItem, u"Painter, 6 MB"_qs));
     EXPECT_TRUE(person.reads(u"Traffic is currently allowed for this app."_qs));
+    EXPECT_TRUE(showsSymbol(u"wifi"_qs));
+    EXPECT_FALSE(showsSymbol(u"wifi.slash"_qs));
 
     ASSERT_TRUE(person.click(Button, u"Block Traffic"_qs));
     ASSERT_TRUE(person.sees(Button, u"Allow Traffic"_qs));
     EXPECT_TRUE(person.reads(u"The Quillmere content filter blocks this app's outbound network traffic."_qs));
+    EXPECT_TRUE(showsSymbol(u"wifi.slash"_qs));
+    EXPECT_FALSE(showsSymbol(u"wifi"_qs));
 
     ASSERT_TRUE(person.click(Button, u"Allow Traffic"_qs));
     EXPECT_TRUE(person.sees(Button, u"Block Traffic"_qs));

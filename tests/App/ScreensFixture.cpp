@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+#include <algorithm>
+
 namespace Quillmere {
 
 namespace {
@@ -12,6 +14,14 @@ void collectWarnings(QtMsgType type, const QMessageLogContext &, const QString &
 {
     if (type != QtDebugMsg && type != QtInfoMsg && !text.contains(u"does not support"))
         qmlWarnings.append(text);
+}
+
+bool holds(const QQuickItem &item, const std::function<bool(const QQuickItem &)> &isMeant)
+{
+    if (!item.isVisible() || item.opacity() == 0)
+        return false;
+    return isMeant(item)
+        || std::ranges::any_of(item.childItems(), [&](const QQuickItem *child) { return holds(*child, isMeant); });
 }
 
 } // namespace
@@ -39,6 +49,26 @@ Person ScreensFixture::open(SidebarTab tab)
     app->appState().setSelectedTab(tab);
     EXPECT_TRUE(QTest::qWaitForWindowExposed(app->mainWindow()));
     return Person(*app->mainWindow());
+}
+
+bool ScreensFixture::showsItem(const std::function<bool(const QQuickItem &)> &isMeant) const
+{
+    return holds(*app->mainWindow()->contentItem(), isMeant);
+}
+
+bool ScreensFixture::showsSymbol(const QString &name) const
+{
+    return showsItem([&](const QQuickItem &item) {
+        return item.property("name") == name && QByteArray(item.metaObject()->className()).startsWith("Symbol");
+    });
+}
+
+bool ScreensFixture::showsWhole(const QString &text) const
+{
+    return showsItem([&](const QQuickItem &item) {
+        return item.property("text") == text && item.property("lineCount").isValid()
+            && !item.property("truncated").toBool();
+    });
 }
 
 } // namespace Quillmere

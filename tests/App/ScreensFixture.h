@@ -6,6 +6,9 @@
 
 #include <gmock/gmock.h>
 
+#include <QQuickItem>
+
+#include <functional>
 #include <memory>
 
 namespace Quillmere {
@@ -19,6 +22,12 @@ protected:
 
     /// Starts the program and shows @p tab.
     Person open(SidebarTab tab = SidebarTab::Dashboard);
+
+    /// Whether an item that can be seen in the main window is as @p isMeant says.
+    [[nodiscard]] bool showsItem(const std::function<bool(const QQuickItem &item)> &isMeant) const;
+    [[nodiscard]] bool showsSymbol(const QString &name) const;
+    /// Whether @p text stands somewhere by itself, and all of it.
+    [[nodiscard]] bool showsWhole(const QString &text) const;
 
     PretendMachine machine;
     std::unique_ptr<QuillmereApp> app;

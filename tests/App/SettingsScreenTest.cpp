@@ -34,6 +34,7 @@ protected:
         return person;
     }
 
+    static constexpr int sidebarWidth = 220;
     const QString removal = u"Remove App & Residuals (caches/settings)"_qs;
     const QString question = u"Delete App & All Data"_qs;
 };
@@ -54,7 +55,27 @@ TEST_F(SettingsScreenTest, ShowsItsEightSectionsInTheirOrder)
     }
     QAccessibleInterface *button = person.find(Button, removal);
     ASSERT_NE(button, nullptr);
-    EXPECT_GT(button->rect().y(), above);
+    // The sidebar has a heading of the same words.
+    EXPECT_TRUE(showsItem([&](const QQuickItem &item) {
+        const QPointF place = app->mainWindow()->position() + item.mapToScene({});
+        return item.property("text") == u"Maintenance"_qs && place.x() > sidebarWidth && place.y() > above
+            && place.y() < button->rect().y();
+    }));
+}
+
+TEST_F(SettingsScreenTest, ChoosesWhatTheMenuBarShowsFromFourEntriesInTheirOrder)
+{
+    const Person person = openAll();
+    ASSERT_TRUE(person.tabTo(u"Show in menu bar, Icon only"_qs));
+
+    int mode = 0;
+    for (const QString &entry : {u"CPU %"_qs, u"Traffic"_qs, u"RAM %"_qs}) {
+        person.press(Qt::Key_Down);
+        EXPECT_EQ(person.focusedName(), u"Show in menu bar, "_qs + entry);
+        EXPECT_EQ(int(settings().menuBarDisplayMode), ++mode) << entry.toStdString();
+    }
+    person.press(Qt::Key_Down);
+    EXPECT_EQ(settings().menuBarDisplayMode, MenuBarDisplayMode::Ram);
 }
 
 TEST_F(SettingsScreenTest, ChangesTheLanguageAtOnce)

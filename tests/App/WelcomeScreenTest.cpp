@@ -76,6 +76,46 @@ TEST_F(WelcomeScreenTest, LiesOverEverythingOnAFirstStart)
     EXPECT_TRUE(person.seesNo(Button, u"Back"_qs));
 }
 
+TEST_F(WelcomeScreenTest, IsACardOfOneSizeOverADarkLayer)
+{
+    const Person person = open();
+    ASSERT_TRUE(person.sees(Dialog, title));
+
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return showsItem([](const QQuickItem &item) {
+            return item.property("step") == 1 && item.property("title").isValid() && item.size() == QSizeF(580, 480);
+        });
+    }));
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return showsItem([](const QQuickItem &item) {
+            const auto color = item.property("color").value<QColor>();
+            return item.size() == QSizeF(1100, 700) && color.rgb() == qRgb(0, 0, 0)
+                && qAbs(color.alphaF() - 0.4) < 0.01;
+        });
+    }));
+}
+
+TEST_F(WelcomeScreenTest, ScrollsItsThirdStepByTheKeyboard)
+{
+    const Person person = open();
+    ASSERT_TRUE(person.click(RadioButton, u"Русский"_qs));
+    ASSERT_TRUE(person.click(Button, u"Далее"_qs));
+    ASSERT_TRUE(person.click(Button, u"Далее"_qs));
+    ASSERT_TRUE(person.isGivenTheKeyboardAt(u"Установить"_qs));
+    const QQuickItem *const scroller = scrollerOf(person, u"Условия, правила и отказ от ответственности"_qs);
+    ASSERT_NE(scroller, nullptr);
+    const double end = scroller->property("contentHeight").toDouble() - scroller->height();
+    ASSERT_GT(end, 0);
+
+    person.press(Qt::Key_PageDown);
+    person.press(Qt::Key_PageDown);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return scroller->property("contentY").toDouble() >= end; }));
+
+    person.press(Qt::Key_Home);
+    const double top = -scroller->property("topMargin").toDouble();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return scroller->property("contentY").toDouble() <= top; }));
+}
+
 TEST_F(WelcomeScreenTest, DoesNotComeWhereThisVersionIsSetUp)
 {
     machine.completeSetup();
@@ -169,7 +209,9 @@ TEST_F(WelcomeScreenTest, TellsEachStepToThoseWhoHearIt)
                     .startsWith(u"Conditions, Rules, and Disclaimers. Quillmere works locally"_qs));
 
     ASSERT_TRUE(person.click(Button, u"Install"_qs));
-    EXPECT_TRUE(person.isGivenTheKeyboardAt(u"Preparing installation..., 0%"_qs));
+    // The clock goes on meanwhile.
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return person.focusedName().contains(u"..., "_qs) && person.focusedName().endsWith(u'%'); }));
     finishInstallation();
     EXPECT_TRUE(descriptionOf(person, u"Launch"_qs)
                     .startsWith(u"Installation Completed! Quillmere was installed to: /Applications"_qs));
@@ -219,6 +261,29 @@ TEST_F(WelcomeScreenTest, EndsByNothingButItsOwnButtons)
 
     EXPECT_TRUE(person.sees(Dialog, title));
     EXPECT_EQ(app->appState().selectedTab(), SidebarTab::Dashboard);
+}
+
+TEST_F(WelcomeScreenTest, HidesTheWindowByKeyAndComesBackWithIt)
+{
+    const Person person = open();
+    ASSERT_TRUE(person.sees(Dialog, title));
+
+    person.press(Qt::Key_W, Qt::ControlModifier);
+
+    EXPECT_FALSE(app->mainWindow()->isVisible());
+    app->showMainWindow();
+    EXPECT_TRUE(person.sees(Dialog, title));
+}
+
+TEST_F(WelcomeScreenTest, EndsTheProgramByKey)
+{
+    const Person person = open();
+    ASSERT_TRUE(person.sees(Dialog, title));
+    QTimer::singleShot(0, app.get(), [&] { person.press(Qt::Key_Q, Qt::ControlModifier); });
+    QTimer::singleShot(10'000, app.get(), [] { QCoreApplication::exit(1); });
+
+    EXPECT_EQ(QCoreApplication::exec(), 0);
+    EXPECT_FALSE(isCompleted());
 }
 
 TEST_F(WelcomeScreenTest, GoesBackFromStepToStep)

@@ -165,6 +165,11 @@ Result<void> PretendFileManager::removeItem(const FilePath &path) const
     return {};
 }
 
+Result<void> PretendFileManager::removeItemAtOnce(const FilePath &path) const
+{
+    return removeItem(path);
+}
+
 Result<void> PretendFileManager::copyItem(const FilePath &source, const FilePath &destination) const
 {
     const std::scoped_lock guard(m_mutex);

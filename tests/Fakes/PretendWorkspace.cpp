@@ -150,6 +150,12 @@ Result<void> PretendWorkspace::registerApplication(const FilePath &location) con
     return {};
 }
 
+void PretendWorkspace::unregisterApplication(const FilePath &location) const
+{
+    const std::scoped_lock lock(m_mutex);
+    m_registered.removeAll(location);
+}
+
 void PretendWorkspace::observeMounts(std::function<void(const MountNotification &)> mounted)
 {
     m_mounted = std::move(mounted);

@@ -35,7 +35,7 @@ public:
     [[nodiscard]] QList<qint32> terminated() const; ///< Which were ended by force, in their order.
     [[nodiscard]] QList<FilePath> revealed() const; ///< What was shown in the file manager, in its order.
     [[nodiscard]] QList<QUrl> opened() const; ///< What was handed to other programs, in its order.
-    [[nodiscard]] QList<FilePath> registered() const; ///< Which applications the desktop was told of, in its order.
+    [[nodiscard]] QList<FilePath> registered() const; ///< Applications that the desktop was told of and still knows.
     [[nodiscard]] int listings() const; ///< How often the applications were asked for.
 
     [[nodiscard]] QList<RunningApplication> runningApplications() const override;
@@ -47,6 +47,7 @@ public:
     void revealInFileViewer(const QList<FilePath> &files) const override;
     void openURL(const QUrl &url) const override;
     [[nodiscard]] Result<void> registerApplication(const FilePath &location) const override;
+    void unregisterApplication(const FilePath &location) const override;
     void observeMounts(std::function<void(const MountNotification &)> mounted) override;
 
 private:

@@ -22,6 +22,19 @@ def run(*command) -> subprocess.CompletedProcess:
     return subprocess.run([str(word) for word in command], capture_output=True, text=True, check=False)
 
 
+def files_brought_by(depends: str) -> set[str]:
+    """Those of the packages in such a field and of all that they need, each without a choice, as installed here."""
+    shown = run("dpkg-query", "--show", "--showformat", "${Package}\t${Pre-Depends}, ${Depends}\n").stdout
+    needs = dict(line.split("\t", 1) for line in shown.splitlines())
+    brought, waiting = set(), [depends]
+    while waiting:
+        named = {each.split()[0].split(":")[0] for each in waiting.pop().split(",") if each.strip() and "|" not in each}
+        for package in (named & needs.keys()) - brought:
+            brought.add(package)
+            waiting.append(needs[package])
+    return set(run("dpkg-query", "--listfiles", *brought).stdout.splitlines())
+
+
 class PackageTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
@@ -57,6 +70,12 @@ class PackageTest(unittest.TestCase):
         for name in imports:
             with self.subTest(name=name):
                 self.assertIn("qml6-module-" + name.lower().replace(".", "-"), self.field("Depends"))
+
+    def test_brings_what_plays_the_movies_of_promotions(self):
+        files = files_brought_by(self.field("Depends"))
+        self.assertTrue([file for file in files if file.endswith("/plugins/multimedia/libffmpegmediaplugin.so")])
+        self.assertTrue([file for file in files if re.search(r"/libavcodec\.so\.\d+$", file)])
+        self.assertRegex(run("ffmpeg", "-hide_banner", "-decoders").stdout, r"(?m)^ V\S+ h264 ")
 
     def test_holds_the_whole_bundle(self):
         contents = self.root / BUNDLE

@@ -1,6 +1,8 @@
 #include "Services/AdvertisementService.h"
+#include "Fakes/Gate.h"
 #include "Fakes/InstalledLocalizer.h"
 #include "Fakes/PretendUrlSession.h"
+#include "Utilities/BackgroundWork.h"
 #include "Utilities/PromotionalHost.h"
 
 #include <gmock/gmock.h>
@@ -114,21 +116,17 @@ TEST_F(AdvertisementServiceTest, KeepsThePicturesAndMoviesOfThePresentRound)
         }
         return session->requests().size() - before;
     };
-    loadFrom(both);
+    service.beginRound(loadFrom(both));
     EXPECT_EQ(askForBoth(), 2);
 
-    loadFrom(both);
-    EXPECT_EQ(askForBoth(), 0);
-    std::stop_source stop;
-    stop.request_stop();
-    EXPECT_EQ(service.loadAdvertisements(stop.get_token()).result(), fallback);
+    service.beginRound(loadFrom(both));
     EXPECT_EQ(askForBoth(), 0);
 
     service.forgetMedia();
     EXPECT_EQ(askForBoth(), 2);
-    loadFrom(both);
+    service.beginRound(loadFrom(both));
     EXPECT_EQ(askForBoth(), 2);
-    loadFrom(good);
+    service.beginRound(loadFrom(good));
     EXPECT_EQ(askForBoth(), 2);
 }
 
@@ -141,8 +139,24 @@ TEST_F(AdvertisementServiceTest, EndsEarlyWhenItIsStopped)
 
     stop.request_stop();
 
+    backgroundPool().waitForDone();
     EXPECT_TRUE(loading.isFinished());
     EXPECT_EQ(session->waiting(), 0);
+    EXPECT_EQ(loading.result(), fallback);
+}
+
+TEST_F(AdvertisementServiceTest, ReadsTheFeedWhereNobodyIsKeptWaiting)
+{
+    session->serve(AdvertisementService::endpoint(), good);
+    const Gate gate;
+    for (int thread = 0; thread < backgroundPool().maxThreadCount(); ++thread)
+        backgroundPool().start([gate] { gate.wait(); });
+
+    const QFuture<QList<Advertisement>> loading = service.loadAdvertisements({});
+
+    EXPECT_FALSE(loading.isFinished());
+    gate.open();
+    EXPECT_EQ(loading.result().first().title, u"Good");
 }
 
 TEST(AdvertisementFallbackTest, SpeaksEachLanguage)

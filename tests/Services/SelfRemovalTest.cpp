@@ -20,11 +20,15 @@ protected:
         for (const FilePath &item : data)
             machine.files->addFile(item, 10);
     }
+    [[nodiscard]] static SelfRemoval removalFrom(const PretendMachine &machine)
+    {
+        return SelfRemoval({machine.files, machine.places, machine.bundles, machine.processes, machine.workspace});
+    }
     [[nodiscard]] QByteArray writtenScript() const { return machine.files->contentsOfFile(script).valueOr("none"); }
 
     InstalledLocalizer localizer;
     PretendMachine machine;
-    SelfRemoval removal{machine.files, machine.places, machine.bundles, machine.processes};
+    SelfRemoval removal = removalFrom(machine);
     const FilePath home = FilePath("/home/ada");
     const FilePath script = FilePath("/tmp/uninstall.sh");
     const QList<FilePath> data = {
@@ -61,7 +65,7 @@ TEST_F(SelfRemovalTest, GoesOnToTheNextWhereAnyOfThemIsAbsent)
         for (const FilePath &item : present)
             other.files->addFile(item, 10);
 
-        SelfRemoval(other.files, other.places, other.bundles, other.processes).run();
+        removalFrom(other).run();
 
         EXPECT_THAT(other.files->removed(), ElementsAreArray(present));
         EXPECT_THAT(other.processes->launches(), ElementsAre(launched));
@@ -82,13 +86,24 @@ TEST_F(SelfRemovalTest, GoesOnToTheNextWhereOneCannotBeDeleted)
 TEST_F(SelfRemovalTest, DeletesWhatThePlatformAddsBehindTheProgramsOwn)
 {
     addData();
-    const FilePath entry("/home/ada/.local/share/applications/com.veltrane.quillmere.desktop");
-    machine.files->addFile(entry, 10);
-    machine.places->addEntry(u"Self Removal"_qs, {QString(), entry});
+    const FilePath compiled("/home/ada/.cache/Quillmere");
+    machine.files->addFile(compiled, 10);
+    machine.places->addEntry(u"Self Removal"_qs, {QString(), compiled});
 
     removal.run();
 
-    EXPECT_THAT(machine.files->removed(), ElementsAreArray(data + QList<FilePath>{entry}));
+    EXPECT_THAT(machine.files->removed(), ElementsAreArray(data + QList<FilePath>{compiled}));
+}
+
+TEST_F(SelfRemovalTest, HasTheDesktopForgetTheCopyThatGoesAndNoOther)
+{
+    const FilePath other("/home/ada/Applications/Quillmere.app");
+    for (const FilePath &bundle : {machine.bundles->main, other})
+        ASSERT_TRUE(machine.workspace->registerApplication(bundle));
+
+    removal.run();
+
+    EXPECT_THAT(machine.workspace->registered(), ElementsAre(other));
 }
 
 TEST_F(SelfRemovalTest, WorksInAHomeThatIsALink)
@@ -99,7 +114,7 @@ TEST_F(SelfRemovalTest, WorksInAHomeThatIsALink)
     files->addFile(FilePath("/disk/ada/Library/Preferences/com.veltrane.quillmere.plist"), 10);
     files->addLink(FilePath("/home/link"), FilePath("/disk/ada"));
 
-    SelfRemoval(files, machine.places, machine.bundles, machine.processes).run();
+    SelfRemoval({files, machine.places, machine.bundles, machine.processes, machine.workspace}).run();
 
     EXPECT_THAT(files->removed(), ElementsAre(FilePath("/disk/ada/Library/Preferences/com.veltrane.quillmere.plist")));
 }
@@ -124,7 +139,7 @@ TEST_F(SelfRemovalTest, LeavesABundleToNoScriptThatWouldMisreadItsPathAndSaysSo)
         other.bundles->main = home.appending(folder).appending("Quillmere.app");
 
         testing::internal::CaptureStdout();
-        SelfRemoval(other.files, other.places, other.bundles, other.processes).run();
+        removalFrom(other).run();
 
         EXPECT_THAT(testing::internal::GetCapturedStdout(),
                     StartsWith("Not removed, because a script could not name it safely: /home/ada/"))
@@ -155,6 +170,29 @@ TEST_F(SelfRemovalTest, RunsNoScriptThatAnotherUserHasPutThere)
 
     removal.run();
 
+    EXPECT_THAT(machine.processes->launches(), IsEmpty());
+    EXPECT_THAT(machine.files->removed(), ElementsAreArray(data));
+}
+
+TEST_F(SelfRemovalTest, FollowsNoLinkToAScript)
+{
+    machine.files->addFile(FilePath("/home/eve/evil.sh"), 4, "evil");
+    machine.files->addLink(script, FilePath("/home/eve/evil.sh"));
+    machine.files->refuse(script, Failure::Kind::NoPermission);
+
+    removal.run();
+
+    EXPECT_THAT(machine.processes->launches(), IsEmpty());
+}
+
+TEST_F(SelfRemovalTest, WaitsForNoScriptWhereNoneCouldBeWritten)
+{
+    addData();
+    machine.files->refuse(script.deletingLastPathComponent(), Failure::Kind::NoSpace);
+
+    removal.run();
+
+    EXPECT_FALSE(machine.files->contains(script));
     EXPECT_THAT(machine.processes->launches(), IsEmpty());
     EXPECT_THAT(machine.files->removed(), ElementsAreArray(data));
 }

@@ -23,6 +23,7 @@ protected:
     /// Lets answers that have come reach the model.
     static void settle()
     {
+        backgroundPool().waitForDone();
         for (int turn = 0; turn < 3; ++turn)
             QCoreApplication::processEvents();
     }

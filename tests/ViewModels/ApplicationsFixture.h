@@ -65,8 +65,14 @@ protected:
         addLeftover("Containers/com.example.painter", 40);
     }
 
-    void uninstall(const AppItem &item) { QCoro::waitFor(model->uninstallApp(item)); }
-    void clear(const AppItem &item) { QCoro::waitFor(model->clearAppData(item)); }
+    void uninstall(const AppItem &item) { QCoro::waitFor(model->uninstallApp(found(item))); }
+    void clear(const AppItem &item) { QCoro::waitFor(model->clearAppData(found(item))); }
+    /// With what the list knows of it.
+    [[nodiscard]] FoundApplication found(const AppItem &item) const
+    {
+        const int row = model->apps()->rowOf(item.id);
+        return {item, row >= 0 ? model->apps()->apps().at(row).listed : std::nullopt};
+    }
 
     /// The one record there is.
     [[nodiscard]] OperationLog record() const
@@ -85,7 +91,13 @@ protected:
         model->select(0);
     }
     void scan() { QCoro::waitFor(model->scanApplications()); }
-    [[nodiscard]] const QList<AppItem> &apps() const { return model->apps()->apps(); }
+    [[nodiscard]] QList<AppItem> apps() const
+    {
+        QList<AppItem> items;
+        for (const FoundApplication &each : model->apps()->apps())
+            items.append(each.item);
+        return items;
+    }
     [[nodiscard]] AppItem app(qsizetype row = 0) const { return apps().value(row); }
 
     [[nodiscard]] QStringList names() const

@@ -96,7 +96,7 @@ TEST_F(ApplicationsInformationTest, SaysUnknownForNoVersionAtAll)
 {
     AppItem without;
     without.name = u"A"_qs;
-    model->apps()->setApps({without});
+    model->apps()->setApps({FoundApplication{without, {}}});
     model->select(0);
 
     EXPECT_EQ(model->selectedVersionText(), u"Version: Unknown"_qs);

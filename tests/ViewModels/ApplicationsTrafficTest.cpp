@@ -11,6 +11,22 @@ using testing::IsEmpty;
 
 namespace {
 
+/// Notes where the applications are whose traffic it is told to change.
+class ListeningTrafficControl final : public TrafficControlService
+{
+public:
+    using TrafficControlService::TrafficControlService;
+
+    QCoro::Task<bool> setAppTrafficBlocked(bool blocked, QString name, std::optional<QString> bundleIdentifier,
+                                           std::optional<FilePath> applicationPath) override
+    {
+        paths.append(applicationPath);
+        return TrafficControlService::setAppTrafficBlocked(blocked, name, bundleIdentifier, applicationPath);
+    }
+
+    QList<std::optional<FilePath>> paths;
+};
+
 class ApplicationsTrafficTest : public ApplicationsFixture
 {
 protected:
@@ -41,6 +57,17 @@ TEST_F(ApplicationsTrafficTest, BlocksAndAllowsInTurn)
     EXPECT_FALSE(model->isTrafficBlocked(item));
     EXPECT_THAT(traffic.blockedBundleIdentifiers(), IsEmpty());
     EXPECT_FALSE(model->trafficErrorMessage().has_value());
+}
+
+TEST_F(ApplicationsTrafficTest, SaysWhereTheApplicationIs)
+{
+    ListeningTrafficControl listening(machine.defaults, machine.filter, extension);
+    ApplicationsViewModel other({scanner, ApplicationInventory(machine.files, machine.places, machine.applications),
+                                 listening, history, machine.workspace, machine.clock});
+
+    QCoro::waitFor(other.toggleTrafficBlock(item));
+
+    EXPECT_THAT(listening.paths, ElementsAre(std::optional(item.path)));
 }
 
 TEST_F(ApplicationsTrafficTest, ShowsWhatEcoTrafficHoldsBackAndSetsARuleOfItsOwnOnAClick)

@@ -55,7 +55,7 @@ TEST_F(ApplicationsUninstallTest, StandsUnderTheOverlayWhileItRemoves)
     const Gate gate;
     machine.files->onRemoval([gate](const FilePath &) { gate.wait(); });
 
-    const auto removing = model->uninstallApp(app());
+    const auto removing = model->uninstallApp(found(app()));
 
     EXPECT_TRUE(model->isUninstalling());
     EXPECT_EQ(apps().size(), 1);
@@ -141,7 +141,7 @@ TEST_F(ApplicationsUninstallTest, EndsAndRecordsAnUninstallationWhoseScreenHasGo
     scanPainter();
     const Gate gate;
     machine.files->onRemoval([gate](const FilePath &) { gate.wait(); });
-    const auto removing = model->uninstallApp(app());
+    const auto removing = model->uninstallApp(found(app()));
 
     model.reset();
     EXPECT_FALSE(runs.isEmpty());

@@ -34,7 +34,7 @@ protected:
         power,
         state,
         DiskDriverHelper(machine.files, machine.places, machine.processes),
-        SelfRemoval(machine.files, machine.places, machine.bundles, machine.processes),
+        SelfRemoval({machine.files, machine.places, machine.bundles, machine.processes, machine.workspace}),
         [this] {
             QStringList launched;
             for (const Command &command : machine.processes->launches())
@@ -193,6 +193,7 @@ TEST_F(SettingsViewModelTest, RemovesTheProgramAndThenEndsIt)
 
 TEST_F(SettingsViewModelTest, EndsTheProgramAlsoAfterALaunchThatFailed)
 {
+    machine.files->addFolder(FilePath("/tmp"));
     machine.processes->answer(u"/bin/bash"_qs, [](const Command &) {
         return Failure{Failure::Kind::NotFound, {}, u"no bash"_qs};
     });

@@ -1,12 +1,17 @@
 #include "Platform/Linux/ApplicationRegistration.h"
 
 #include "Platform/Linux/BoundedReading.h"
+#include "Platform/Linux/DesktopEntry.h"
 #include "Platform/Linux/FileReplacement.h"
+#include "Platform/Linux/LinkResolution.h"
 #include "Platform/Linux/LinuxBundles.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <optional>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace Quillmere {
 
@@ -75,24 +80,58 @@ QByteArray entryOf(const QByteArray &identifier, const FilePath &program)
           "StartupWMClass=quillmere\n";
 }
 
-} // namespace
+/// What the desktop knows of a bundle.
+struct Registration
+{
+    QByteArray identifier;
+    FilePath program;
+    FilePath entry;
+    FilePath picture;
+};
 
-Result<void> registerApplication(const FilePath &location, const FilePath &entries)
+std::optional<Registration> registrationOf(const FilePath &location, const FilePath &entries)
 {
     const std::optional<Bundle> bundle = LinuxBundles().open(location);
     const QByteArray identifier = bundle ? bundle->identifier.value_or(QString()).toUtf8() : QByteArray();
     if (!isPlainIdentifier(identifier) || !bundle->executable || entries.isEmpty())
-        return Failure{Failure::Kind::Malformed, location, u"Not the bundle of an application"_qs};
+        return std::nullopt;
+    const FilePath pictures = entries.deletingLastPathComponent().appending("icons/hicolor/512x512/apps");
+    return Registration{identifier, *bundle->executable, entries.appending(identifier + ".desktop"),
+                        pictures.appending(identifier + ".png")};
+}
 
-    const FilePath data = entries.deletingLastPathComponent();
+bool startsAnother(const QByteArray &identifier, const FilePath &location, const FilePath &entries)
+{
+    const FilePath bundle = resolveLinks(location).value_or(location);
+    // An entry whose program has gone is not among these.
+    return std::ranges::any_of(readDesktopEntries({entries}), [&](const DesktopEntry &entry) {
+        return entry.id == identifier && !entry.executable.isWithin(bundle);
+    });
+}
+
+} // namespace
+
+Result<void> registerApplication(const FilePath &location, const FilePath &entries)
+{
+    const std::optional<Registration> made = registrationOf(location, entries);
+    if (!made)
+        return Failure{Failure::Kind::Malformed, location, u"Not the bundle of an application"_qs};
     const Result<QByteArray> picture
         = readBounded(location.appending("Contents/Resources/app_logo.png"), mostBytesOfPicture);
     if (picture) {
-        const FilePath icon = data.appending("icons/hicolor/512x512/apps").appending(identifier + ".png");
-        if (const Result<void> written = write(icon, picture.value()); !written)
+        if (const Result<void> written = write(made->picture, picture.value()); !written)
             return written;
     }
-    return write(entries.appending(identifier + ".desktop"), entryOf(identifier, *bundle->executable));
+    return write(made->entry, entryOf(made->identifier, made->program));
+}
+
+void unregisterApplication(const FilePath &location, const FilePath &entries)
+{
+    const std::optional<Registration> made = registrationOf(location, entries);
+    if (!made || startsAnother(made->identifier, location, entries))
+        return;
+    ::unlink(made->entry.bytes().constData());
+    ::unlink(made->picture.bytes().constData());
 }
 
 } // namespace Quillmere

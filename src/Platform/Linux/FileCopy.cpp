@@ -61,16 +61,29 @@ int copyContents(int source, int target, qint64 size)
 
 void copyExtendedAttributes(int source, int target)
 {
+    copyExtendedAttributes(source, target, [source](const char *name, std::vector<char> &value) {
+        return ::fgetxattr(source, name, value.data(), value.size());
+    });
+}
+
+void copyExtendedAttributes(int source, int target, const AttributeReading &read)
+{
     std::vector<char> names(XATTR_LIST_MAX);
     const ssize_t length = ::flistxattr(source, names.data(), names.size());
     std::vector<char> value(XATTR_SIZE_MAX);
     for (ssize_t at = 0; at < length;) {
         const char *name = names.data() + at;
         at += static_cast<ssize_t>(qstrlen(name)) + 1;
-        const ssize_t size = ::fgetxattr(source, name, value.data(), value.size());
+        const ssize_t size = read(name, value);
         if (size >= 0)
             ::fsetxattr(target, name, value.data(), static_cast<size_t>(size), 0);
     }
+}
+
+void copyTimes(int target, const struct stat &status)
+{
+    const std::array times = {status.st_atim, status.st_mtim};
+    ::futimens(target, times.data());
 }
 
 void copyMetadata(int source, int target, const struct stat &status)
@@ -81,20 +94,39 @@ void copyMetadata(int source, int target, const struct stat &status)
     if (::fchown(target, status.st_uid, status.st_gid) != 0)
         mode &= 0777;
     ::fchmod(target, mode);
+    copyTimes(target, status);
+}
+
+bool isUnchanged(const struct stat &before, const struct stat &after)
+{
+    return before.st_size == after.st_size && before.st_mtim.tv_sec == after.st_mtim.tv_sec
+        && before.st_mtim.tv_nsec == after.st_mtim.tv_nsec;
+}
+
+std::optional<QByteArray> textOfLink(int folder, const QByteArray &name)
+{
+    std::array<char, PATH_MAX> text = {};
+    const ssize_t length = ::readlinkat(folder, name.constData(), text.data(), text.size());
+    return length < 0 ? std::nullopt : std::optional(QByteArray(text.data(), length));
+}
+
+int makeLink(const QByteArray &text, int folder, const QByteArray &name, const struct stat &status)
+{
+    if (::symlinkat(text.constData(), folder, name.constData()) != 0)
+        return errno;
     const std::array times = {status.st_atim, status.st_mtim};
-    ::futimens(target, times.data());
+    ::utimensat(folder, name.constData(), times.data(), AT_SYMLINK_NOFOLLOW);
+    return 0;
 }
 
 int copySpecial(int fromFolder, const QByteArray &from, int toFolder, const QByteArray &to, const struct stat &status)
 {
     if (S_ISLNK(status.st_mode)) {
-        std::array<char, PATH_MAX> text = {};
-        const ssize_t length = ::readlinkat(fromFolder, from.constData(), text.data(), text.size() - 1);
-        if (length < 0 || ::symlinkat(text.data(), toFolder, to.constData()) != 0)
-            return errno;
-    } else if (::mknodat(toFolder, to.constData(), status.st_mode, status.st_rdev) != 0) {
-        return errno;
+        const std::optional<QByteArray> text = textOfLink(fromFolder, from);
+        return text ? makeLink(*text, toFolder, to, status) : errno;
     }
+    if (::mknodat(toFolder, to.constData(), status.st_mode, status.st_rdev) != 0)
+        return errno;
     const std::array times = {status.st_atim, status.st_mtim};
     ::utimensat(toFolder, to.constData(), times.data(), AT_SYMLINK_NOFOLLOW);
     return 0;

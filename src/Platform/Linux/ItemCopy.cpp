@@ -5,10 +5,9 @@
 #include "Platform/Linux/ItemPlace.h"
 #include "Platform/Linux/OpenAt.h"
 #include "Platform/Linux/TreeCopy.h"
-#include "Platform/Linux/TreeRemoval.h"
+#include "Platform/Linux/UnfinishedItem.h"
 
 #include <cerrno>
-#include <cstdio>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -45,47 +44,6 @@ bool liesIn(const FileDescriptor &folder, const FileDescriptor &item)
     return false;
 }
 
-/// Where a copy grows. Unless it is moved away, it goes with this.
-class Growing
-{
-public:
-    explicit Growing(const ItemPlace &destination)
-        : m_place{openAt(destination.folder.number(), ".", O_PATH | O_DIRECTORY),
-                  ".quillmere-copy-of-" + destination.name, destination.path}
-    {
-        remove();
-    }
-    ~Growing() { remove(); }
-    Q_DISABLE_COPY_MOVE(Growing)
-
-    [[nodiscard]] const ItemPlace &place() const { return m_place; }
-
-private:
-    void remove() const
-    {
-        const FileDescriptor item = openAt(m_place.folder.number(), m_place.name, O_PATH | O_NOFOLLOW);
-        RemovalRecord record;
-        if (item.isOpen())
-            TreeRemoval().remove(m_place, item, record);
-    }
-
-    ItemPlace m_place;
-};
-
-/// 0, or an error number.
-int moveTo(const ItemPlace &destination, const ItemPlace &from)
-{
-    const int folder = destination.folder.number();
-    if (::renameat2(folder, from.name.constData(), folder, destination.name.constData(), RENAME_NOREPLACE) == 0)
-        return 0;
-    if (errno != EINVAL)
-        return errno;
-    // Not every file system knows how not to replace.
-    if (isThere(destination))
-        return EEXIST;
-    return ::renameat(folder, from.name.constData(), folder, destination.name.constData()) == 0 ? 0 : errno;
-}
-
 } // namespace
 
 Result<void> copyItem(const FilePath &source, const FilePath &destination)
@@ -102,14 +60,14 @@ Result<void> copyItem(const FilePath &source, const FilePath &destination)
     if (liesIn(to.value().folder, item))
         return Failure{Failure::Kind::NotSupported, destination, u"The copy would lie in what is copied"_qs};
 
-    const Growing growing(to.value());
-    const Result<CopiedEntries> copied = copyTree(from.value(), to.value().folder.number(), growing.place().name);
+    const UnfinishedItem growing(to.value());
+    const Result<CopiedEntries> copied = copyTree(from.value(), to.value().folder.number(), growing.name());
     if (!copied)
         return copied.failure();
     const FileDescriptor folder = openAt(to.value().folder.number(), ".", O_RDONLY | O_DIRECTORY);
     if (folder.isOpen() && ::syncfs(folder.number()) != 0)
         return failureFromErrno(errno, destination);
-    if (const int error = moveTo(to.value(), growing.place()))
+    if (const int error = growing.reveal())
         return failureFromErrno(error, destination);
     return {};
 }

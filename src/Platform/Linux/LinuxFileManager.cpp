@@ -6,10 +6,10 @@
 #include "Platform/Linux/FolderListing.h"
 #include "Platform/Linux/ItemCopy.h"
 #include "Platform/Linux/ItemPlace.h"
+#include "Platform/Linux/ItemRemoval.h"
 #include "Platform/Linux/LinkResolution.h"
 #include "Platform/Linux/Mount.h"
 #include "Platform/Linux/OpenAt.h"
-#include "Platform/Linux/TreeRemoval.h"
 #include "Platform/Linux/TreeWalk.h"
 
 #include <QSet>
@@ -177,19 +177,12 @@ Result<FilePath> LinuxFileManager::trashItem(const FilePath &path) const
 
 Result<void> LinuxFileManager::removeItem(const FilePath &path) const
 {
-    const Result<ItemPlace> place = ItemPlace::open(path, LinksAbove::Refuse);
-    if (!place)
-        return place.failure();
-    const FileDescriptor item = openAt(place.value().folder.number(), place.value().name, O_PATH | O_NOFOLLOW);
-    if (!item.isOpen())
-        return failureFromErrno(errno, path);
-    if (const Result<void> allowed = m_guard.check(place.value(), item); !allowed)
-        return allowed;
-    RemovalRecord record;
-    TreeRemoval().remove(place.value(), item, record);
-    if (const std::optional<Failure> failure = record.failure())
-        return *failure;
-    return {};
+    return Quillmere::removeItem(path, m_guard);
+}
+
+Result<void> LinuxFileManager::removeItemAtOnce(const FilePath &path) const
+{
+    return Quillmere::removeItemAtOnce(path, m_guard);
 }
 
 Result<void> LinuxFileManager::copyItem(const FilePath &source, const FilePath &destination) const

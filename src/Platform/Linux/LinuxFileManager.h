@@ -35,6 +35,7 @@ public:
     [[nodiscard]] FilePath resolvingSymlinks(const FilePath &path) const override;
     [[nodiscard]] Result<FilePath> trashItem(const FilePath &path) const override;
     [[nodiscard]] Result<void> removeItem(const FilePath &path) const override;
+    [[nodiscard]] Result<void> removeItemAtOnce(const FilePath &path) const override;
     [[nodiscard]] Result<void> copyItem(const FilePath &source, const FilePath &destination) const override;
     void synchronizeVolumes(const QList<FilePath> &paths) const override;
     [[nodiscard]] Result<void> createDirectory(const FilePath &folder, Intermediates intermediates) const override;

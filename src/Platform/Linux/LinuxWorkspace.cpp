@@ -162,6 +162,11 @@ Result<void> LinuxWorkspace::registerApplication(const FilePath &location) const
     return Quillmere::registerApplication(location, m_folders.value(0));
 }
 
+void LinuxWorkspace::unregisterApplication(const FilePath &location) const
+{
+    Quillmere::unregisterApplication(location, m_folders.value(0));
+}
+
 void LinuxWorkspace::observeMounts(std::function<void(const MountNotification &)> mounted)
 {
     m_mountNotices.reset();

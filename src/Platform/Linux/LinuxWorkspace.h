@@ -33,6 +33,7 @@ public:
     void revealInFileViewer(const QList<FilePath> &files) const override;
     void openURL(const QUrl &url) const override;
     [[nodiscard]] Result<void> registerApplication(const FilePath &location) const override;
+    void unregisterApplication(const FilePath &location) const override;
     void observeMounts(std::function<void(const MountNotification &)> mounted) override;
 
 private:

@@ -2,14 +2,13 @@
 
 #include "Platform/Linux/ErrnoFailure.h"
 #include "Platform/Linux/FileCopy.h"
+#include "Platform/Linux/FolderNames.h"
 #include "Platform/Linux/FolderStack.h"
 #include "Platform/Linux/OpenAt.h"
 
-#include <array>
 #include <cerrno>
 #include <optional>
 
-#include <dirent.h>
 #include <fcntl.h>
 
 namespace Quillmere {
@@ -18,31 +17,6 @@ namespace {
 
 constexpr quint64 stayingInside = RESOLVE_NO_SYMLINKS | RESOLVE_NO_XDEV;
 constexpr mode_t whileCopying = 0700;
-
-bool isUnchanged(const struct stat &before, const struct stat &after)
-{
-    return before.st_size == after.st_size && before.st_mtim.tv_sec == after.st_mtim.tv_sec
-        && before.st_mtim.tv_nsec == after.st_mtim.tv_nsec;
-}
-
-/// Names in the order of reading; nothing on failure, with the reason in errno.
-std::optional<QList<QByteArray>> namesIn(int folder)
-{
-    DIR *listing = ::fdopendir(::fcntl(folder, F_DUPFD_CLOEXEC, 0));
-    if (!listing)
-        return std::nullopt;
-    QList<QByteArray> names;
-    errno = 0;
-    while (const dirent64 *entry = ::readdir64(listing)) {
-        const QByteArray name = entry->d_name;
-        if (name != "." && name != "..")
-            names.append(name);
-    }
-    const int error = errno;
-    ::closedir(listing);
-    errno = error;
-    return error == 0 ? std::optional(names) : std::nullopt;
-}
 
 /// Walks down the source and builds the same folders on the other side, both with a bounded number of descriptors.
 class Copying

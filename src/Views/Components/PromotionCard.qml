@@ -1,7 +1,8 @@
 import QtQuick
 import Quillmere
 
-/// The promotion in the sidebar. Without media of its own it shows the program's: a low sun over water.
+/// The promotion in the sidebar. Without media of its own it shows the program's: a low sun over water. A message that
+/// is cut is shown whole while the keyboard is on the card or the pointer rests on it.
 PressableControl {
     id: root
 
@@ -15,6 +16,8 @@ PressableControl {
     property Component media: null
 
     readonly property bool drawn: media === null
+    readonly property bool isAsked: visualFocus || lingered
+    property bool lingered: false
 
     implicitWidth: 199
     implicitHeight: 126
@@ -22,13 +25,25 @@ PressableControl {
 
     background: PromotionDrawing {
         visible: root.drawn
+        shining: !words.unfolded
     }
 
     contentItem: PromotionText {
+        id: words
+
         visible: root.drawn
+        isAsked: root.isAsked
         name: root.name
         slogan: root.slogan
         message: root.message
+    }
+
+    onHoveredChanged: lingered = false
+
+    Timer {
+        interval: Theme.tooltipDelay
+        running: root.hovered
+        onTriggered: root.lingered = true
     }
 
     Loader {
@@ -40,6 +55,7 @@ PressableControl {
             symbol: root.symbol
             name: root.name
             message: root.message
+            isAsked: root.isAsked
         }
     }
 

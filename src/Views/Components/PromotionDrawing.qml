@@ -7,6 +7,9 @@ import Quillmere
 GradientSurface {
     id: root
 
+    /// Off where text stands in the place of the sun.
+    property bool shining: true
+
     radius: Theme.promotionRadius
     start: Theme.promotionTop
     middle: Theme.promotionMiddle
@@ -19,6 +22,7 @@ GradientSurface {
         Rectangle {
             required property var modelData
 
+            visible: root.shining
             x: root.width - 40 - width / 2
             y: 39 - height / 2
             width: modelData.side
@@ -35,6 +39,7 @@ GradientSurface {
             required property int index
             required property var modelData
 
+            visible: root.shining
             x: root.width - 40 - width / 2
             y: 70 + 5 * index
             width: modelData.length

@@ -9,6 +9,8 @@ Item {
     property string symbol
     property string name
     property string message
+    /// Somebody wants to read on.
+    property bool isAsked: false
     /// What lies around the card, of which its corners are made.
     property color ground: Qt.rgba(Theme.sidebarTop.r * 0.85 + Theme.sidebarBottom.r * 0.15,
                                    Theme.sidebarTop.g * 0.85 + Theme.sidebarBottom.g * 0.15,
@@ -83,7 +85,7 @@ Item {
             lineHeight: 14
             lineHeightMode: Text.FixedHeight
             wrapMode: Text.Wrap
-            maximumLineCount: 2
+            maximumLineCount: root.isAsked ? 6 : 2
             elide: Text.ElideRight
 
             Accessible.ignored: true

@@ -1,8 +1,8 @@
 import QtQuick
 import Quillmere
 
-/// A movie that fills its place, without sound, again and again. Where nothing but the processor draws, a sign of a
-/// movie stands for it: such a renderer shows no frames.
+/// A movie that fills its place, without sound, again and again. Until its first picture a sign of a movie stands for
+/// it, and for good where none comes: where nothing but the processor draws, no renderer shows frames.
 Item {
     id: root
 
@@ -25,7 +25,7 @@ Item {
     Symbol {
         x: (root.width - width) / 2
         y: 24
-        visible: !root.isReady || (player.item?.failed ?? false)
+        visible: !(player.item?.hasPicture ?? false)
         name: "film"
         size: 36
         color: Theme.tint(Theme.fillText, 0.8)

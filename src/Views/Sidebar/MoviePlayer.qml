@@ -8,8 +8,8 @@ VideoOutput {
     property url source
     property bool isWatched: true
 
-    /// What came is no movie after all, or none that anything here can play.
-    readonly property bool failed: player.error !== MediaPlayer.NoError
+    /// There is a picture of it. None ever comes of what is no movie after all, or none that anything here can play.
+    readonly property bool hasPicture: sourceRect.width > 0 && player.error === MediaPlayer.NoError
 
     function play() {
         if (source.toString() === "")

@@ -2,7 +2,7 @@ import QtQuick
 import Quillmere
 
 /// The setup wizard over the whole window. Nothing but its own buttons ends it; the window itself can still be moved,
-/// hidden and resized.
+/// hidden and resized, and the program ended.
 ModalPopup {
     id: root
 
@@ -11,6 +11,7 @@ ModalPopup {
     readonly property WelcomeViewModel viewModel: viewModels.makeWelcome(root)
 
     signal finished
+    signal quitRequested
 
     width: parent ? parent.width : 0
     height: parent ? parent.height : 0
@@ -45,6 +46,12 @@ ModalPopup {
 
         Accessible.role: Accessible.Dialog
         Accessible.name: root.accessibleName
+    }
+
+    // While this is open, the window's own keys reach nobody.
+    WindowShortcuts {
+        onCloseRequested: root.parent.Window.window.close()
+        onQuitRequested: root.quitRequested()
     }
 
     Connections {

@@ -88,11 +88,10 @@ TEST_F(ApplicationLeftoversTest, ClearsAndUninstallsWhatHasAHostileNameWithoutTo
         const FilePath image = addProgram("home/Applications/" + name + ".AppImage");
         const FilePath entry = addOwnEntry(name, '"' + addProgram("home/.local/bin/" + name).bytes() + '"');
         const ApplicationInventory inventory(files, places, std::make_shared<LinuxInstalledApplications>(installed()));
-        for (const ListedApplication &application : inventory.listedApplications()) {
-            AppItem item = inventory.itemOf(application);
-            item.relatedFiles = inventory.findLeftovers(application);
-            EXPECT_TRUE(inventory.clearData(item).isOk()) << name.constData();
-            EXPECT_TRUE(inventory.uninstall(item, application).isOk()) << name.constData();
+        for (FoundApplication application : inventory.listedApplications()) {
+            application.item.relatedFiles = inventory.findLeftovers(application);
+            EXPECT_TRUE(inventory.clearData(application.item).isOk()) << name.constData();
+            EXPECT_TRUE(inventory.uninstall(application).isOk()) << name.constData();
         }
         EXPECT_FALSE(itemExists(image)) << name.constData();
         EXPECT_FALSE(itemExists(entry)) << name.constData();

@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdio>
+
 #include <sys/stat.h>
 
 using namespace Quillmere;
@@ -87,6 +89,51 @@ TEST_F(ApplicationRegistrationTest, ReplacesTheEntryOfAnEarlierPlace)
 
     EXPECT_TRUE(entry().contains("/home/new/Quillmere.app"));
     EXPECT_FALSE(entry().contains("/home/old/"));
+}
+
+TEST_F(ApplicationRegistrationTest, IsForgottenWithItsPicture)
+{
+    const FilePath bundle = addBundle("home/Applications");
+    ASSERT_TRUE(registerApplication(bundle, entries));
+
+    unregisterApplication(bundle, entries);
+
+    EXPECT_TRUE(home.names("home/.local/share/applications").isEmpty());
+    EXPECT_TRUE(home.names("home/.local/share/icons/hicolor/512x512/apps").isEmpty());
+}
+
+TEST_F(ApplicationRegistrationTest, IsForgottenThroughAHomeThatIsALink)
+{
+    const FilePath bundle = addBundle("home/Applications");
+    home.addLink("link", "home");
+    ASSERT_TRUE(registerApplication(home.path("link/Applications/Quillmere.app"), entries));
+
+    unregisterApplication(bundle, entries);
+
+    EXPECT_TRUE(home.names("home/.local/share/applications").isEmpty());
+}
+
+TEST_F(ApplicationRegistrationTest, StaysKnownWhereAnotherCopyGoes)
+{
+    const FilePath stray = addBundle("home/Downloads");
+    ASSERT_TRUE(registerApplication(addBundle("home/Applications"), entries));
+
+    unregisterApplication(stray, entries);
+
+    EXPECT_TRUE(entry().contains("/home/Applications/Quillmere.app"));
+    EXPECT_EQ(home.names("home/.local/share/icons/hicolor/512x512/apps").size(), 1);
+}
+
+TEST_F(ApplicationRegistrationTest, ForgetsAnEntryThatLeadsNowhereWithAnyCopy)
+{
+    const FilePath moved = addBundle("home/Applications");
+    ASSERT_TRUE(registerApplication(moved, entries));
+    const FilePath here = home.path("home/elsewhere.app");
+    ASSERT_EQ(::rename(moved.bytes().constData(), here.bytes().constData()), 0);
+
+    unregisterApplication(here, entries);
+
+    EXPECT_TRUE(home.names("home/.local/share/applications").isEmpty());
 }
 
 TEST_F(ApplicationRegistrationTest, KnowsNoFolderThatDoesNotSayWhatItIs)

@@ -36,15 +36,26 @@ protected:
         return disk.path(bundle);
     }
 
-    [[nodiscard]] QList<FilePath> bundles() const { return inventory.bundlesIn(inventory.roots().last()); }
+    [[nodiscard]] QList<FilePath> bundles() const
+    {
+        QList<FilePath> paths;
+        for (const FoundApplication &each : inventory.bundlesIn(inventory.roots().last()))
+            paths.append(each.item.path);
+        return paths;
+    }
 
     /// As a scan has it.
-    [[nodiscard]] AppItem item(const FilePath &bundle) const
+    [[nodiscard]] FoundApplication application(const FilePath &bundle) const
     {
-        AppItem found = inventory.itemOf(bundle);
-        found.relatedFiles = inventory.findLeftovers(found.bundleIdentifier, nameWithoutExtension(bundle));
+        const QList<FoundApplication> listed = inventory.bundlesIn(bundle.deletingLastPathComponent());
+        const auto named
+            = std::ranges::find_if(listed, [&](const FoundApplication &each) { return each.item.path == bundle; });
+        EXPECT_NE(named, listed.end()) << bundle.bytes().constData();
+        FoundApplication found = inventory.described(named == listed.end() ? FoundApplication() : *named);
+        found.item.relatedFiles = inventory.findLeftovers(found);
         return found;
     }
+    [[nodiscard]] AppItem item(const FilePath &bundle) const { return application(bundle).item; }
 
     [[nodiscard]] FilePath library(const QByteArray &place) const { return disk.path("home/Library/" + place); }
 
@@ -105,7 +116,7 @@ TEST_F(ApplicationsOnDiskTest, UninstallsIntoTheTrashAndDeletesTheLeftovers)
     addPainter();
     disk.addFile("home/Library/Caches/com.example.other/file");
 
-    ASSERT_TRUE(inventory.uninstall(item(disk.path("home/Applications/Painter.app"))).isOk());
+    ASSERT_TRUE(inventory.uninstall(application(disk.path("home/Applications/Painter.app"))).isOk());
 
     EXPECT_THAT(disk.names("home/Applications"), IsEmpty());
     EXPECT_THAT(disk.names("home/.local/share/Trash/files"), ElementsAre("Painter.app"));
@@ -118,8 +129,8 @@ TEST_F(ApplicationsOnDiskTest, UninstallsIntoTheTrashAndDeletesTheLeftovers)
 TEST_F(ApplicationsOnDiskTest, RemovesTheLeftoversOfABundleThatHasGoneAndPassesOverOneThatHas)
 {
     addPainter();
-    const AppItem painter = item(bundles().first());
-    ASSERT_TRUE(files->removeItem(painter.path).isOk());
+    const FoundApplication painter = application(bundles().first());
+    ASSERT_TRUE(files->removeItem(painter.item.path).isOk());
     ASSERT_TRUE(files->removeItem(library("Caches/com.example.painter")).isOk());
 
     EXPECT_TRUE(inventory.uninstall(painter).isOk());
@@ -154,8 +165,8 @@ TEST_F(ApplicationsOnDiskTest, TrashesALinkToABundleAndNotWhatItLeadsTo)
     disk.addLink("home/Applications/Linked.app", disk.path("elsewhere").bytes());
 
     ASSERT_EQ(bundles().size(), 1);
-    const AppItem linked = item(disk.path("home/Applications/Linked.app"));
-    EXPECT_EQ(linked.bundleIdentifier, u"org.example.link"_qs);
+    const FoundApplication linked = application(disk.path("home/Applications/Linked.app"));
+    EXPECT_EQ(linked.item.bundleIdentifier, u"org.example.link"_qs);
     ASSERT_TRUE(inventory.uninstall(linked).isOk());
 
     EXPECT_THAT(bundles(), IsEmpty());
@@ -169,7 +180,7 @@ TEST_F(ApplicationsOnDiskTest, PassesOverABundleThatIsALinkToNothing)
     const FilePath dangling = disk.path("home/Applications/Dangling.app");
     ASSERT_THAT(bundles(), testing::ElementsAre(dangling));
 
-    EXPECT_TRUE(inventory.uninstall(item(dangling)).isOk());
+    EXPECT_TRUE(inventory.uninstall(application(dangling)).isOk());
 
     EXPECT_THAT(bundles(), testing::ElementsAre(dangling));
 }
@@ -198,7 +209,7 @@ TEST_F(ApplicationsOnDiskTest, WorksWhereTheFoldersThemselvesAreLinks)
     disk.addLink("home/Library/Application Support", disk.path("caches").bytes());
 
     ASSERT_EQ(bundles().size(), 1);
-    ASSERT_TRUE(inventory.uninstall(item(bundles().first())).isOk());
+    ASSERT_TRUE(inventory.uninstall(application(bundles().first())).isOk());
 
     EXPECT_FALSE(disk.exists("data/Painter.app"));
     EXPECT_FALSE(disk.exists("caches/Painter"));
@@ -222,8 +233,8 @@ TEST_F(ApplicationsOnDiskTest, IsNeverHeldUpByInformationThatIsNoFile)
 
     ASSERT_EQ(bundles().size(), 6);
     for (const FilePath &bundle : bundles()) {
-        EXPECT_EQ(inventory.itemOf(bundle).bundleIdentifier, QString());
-        EXPECT_EQ(inventory.itemOf(bundle).version, QString());
+        EXPECT_EQ(item(bundle).bundleIdentifier, QString());
+        EXPECT_EQ(item(bundle).version, QString());
     }
 }
 
@@ -234,7 +245,7 @@ TEST_F(ApplicationsOnDiskTest, ReachesNothingOutsideThroughAHostileIdentifier)
     for (const char *identifier : {"..", ".", "../../Documents", "/", "other/file", "../"}) {
         const FilePath bundle = addBundle("Evil.app", QString::fromUtf8(identifier));
         EXPECT_THAT(item(bundle).relatedFiles, IsEmpty()) << identifier;
-        ASSERT_TRUE(inventory.uninstall(item(bundle)).isOk());
+        ASSERT_TRUE(inventory.uninstall(application(bundle)).isOk());
     }
     EXPECT_TRUE(disk.exists("home/Documents/thesis"));
     EXPECT_TRUE(disk.exists("home/Library/Caches/other/file"));
@@ -255,6 +266,6 @@ TEST_F(ApplicationsOnDiskTest, FindsTheLeftoversOfANameThatIsNotUtf8)
 
     EXPECT_EQ(item(bundle).name, u"Caf\xfffd"_qs);
     ASSERT_EQ(item(bundle).relatedFiles.size(), 1);
-    EXPECT_TRUE(inventory.uninstall(item(bundle)).isOk());
+    EXPECT_TRUE(inventory.uninstall(application(bundle)).isOk());
     EXPECT_THAT(disk.names("home/Library/Application Support"), IsEmpty());
 }

@@ -121,12 +121,50 @@ TEST_F(ItemCopyTest, LeavesNothingOfACopyThatFails)
 TEST_F(ItemCopyTest, ClearsAwayWhatAKilledCopyHasLeft)
 {
     const FilePath bundle = addBundle();
-    home.addFile("to/.quillmere-copy-of-Quillmere.app/Contents/MacOS/half", "half");
+    home.addFile("to/.quillmere-unfinished-Quillmere.app/Contents/MacOS/half", "half");
 
     ASSERT_TRUE(files.copyItem(bundle, destination));
 
     EXPECT_THAT(home.names("to"), ElementsAre("Quillmere.app"));
     EXPECT_FALSE(home.exists("to/Quillmere.app/Contents/MacOS/half"));
+}
+
+TEST_F(ItemCopyTest, TakesABundleAwayWithNothingLeftBesideIt)
+{
+    addBundle();
+    home.addFile("to/Quillmere.app/Contents/MacOS/old");
+    home.addFile("to/.quillmere-unfinished-Quillmere.app/Contents/MacOS/half", "half");
+
+    ASSERT_TRUE(files.removeItemAtOnce(destination));
+    EXPECT_THAT(home.names("to"), IsEmpty());
+
+    const Result<void> again = files.removeItemAtOnce(destination);
+    ASSERT_FALSE(again);
+    EXPECT_EQ(again.failure().kind, Failure::Kind::NotFound);
+}
+
+TEST_F(ItemCopyTest, TakesNothingAwayAtOnceThatMayNeverGo)
+{
+    const Result<void> removed = files.removeItemAtOnce(home.path("home"));
+
+    ASSERT_FALSE(removed);
+    EXPECT_EQ(removed.failure().kind, Failure::Kind::Protected);
+    EXPECT_TRUE(home.exists("home"));
+}
+
+TEST_F(ItemCopyTest, LeavesNoHalfUnderTheNameOfABundleThatCannotGoWhole)
+{
+    QUILLMERE_NEED(whyNoMountNamespace());
+    home.addFile("to/Quillmere.app/Contents/MacOS/old");
+    home.addFolder("to/Quillmere.app/Contents/disk");
+    inMountNamespace([&] {
+        ASSERT_TRUE(mountTmpfs(home.path("to/Quillmere.app/Contents/disk"), "size=1m"));
+
+        EXPECT_FALSE(files.removeItemAtOnce(destination));
+
+        EXPECT_FALSE(itemExists(destination));
+        EXPECT_THAT(home.names("to"), ElementsAre(".quillmere-unfinished-Quillmere.app"));
+    });
 }
 
 TEST_F(ItemCopyTest, TellsWhatCanBeRead)

@@ -58,14 +58,13 @@ protected:
     }
 
     /// True when the program ended by itself before it came to that call.
-    bool survivesUntil(int call, const char *verb, const FilePath &item) const
+    bool survivesUntil(int call, const QList<QByteArray> &arguments) const
     {
-        return runHeld(home, {verb, item.bytes()}, [&](int reached, long) { return reached != call; })
-            != Ending::Killed;
+        return runHeld(home, arguments, [&](int reached, long) { return reached != call; }) != Ending::Killed;
     }
-    bool runsToTheEnd(const char *verb, const FilePath &item) const
+    bool runsToTheEnd(const QList<QByteArray> &arguments) const
     {
-        return runHeld(home, {verb, item.bytes()}, [](int, long) { return true; }) == Ending::Succeeded;
+        return runHeld(home, arguments, [](int, long) { return true; }) == Ending::Succeeded;
     }
 
     TemporaryHome home;
@@ -78,12 +77,12 @@ TEST_F(RemovalKillTest, FindsTheItemInItsPlaceOrWholeInTheTrashWhereverTheTrashi
     int kills = 0;
     for (int call = 1;; call += stepBetweenKills(3), ++kills) {
         const FilePath item = addItem("home/item");
-        if (survivesUntil(call, "trash", item))
+        if (survivesUntil(call, {"trash", item.bytes()}))
             break;
 
         ASSERT_EQ((isComplete("home/item") ? 1 : 0) + completeInTrash(item), 1) << "killed at call " << call;
         if (itemExists(item)) {
-            ASSERT_TRUE(runsToTheEnd("trash", item)) << "after a kill at call " << call;
+            ASSERT_TRUE(runsToTheEnd({"trash", item.bytes()})) << "after a kill at call " << call;
         }
         ASSERT_FALSE(itemExists(item));
         ASSERT_EQ(completeInTrash(item), 1) << "after a kill at call " << call;
@@ -100,13 +99,13 @@ TEST_F(RemovalKillTest, LosesNothingWhereverTheTrashingFromAnotherVolumeWasKille
         int kills = 0;
         for (int call = 1;; call += stepBetweenKills(5), ++kills) {
             const FilePath item = addItem("memory/item");
-            if (survivesUntil(call, "trash", item))
+            if (survivesUntil(call, {"trash", item.bytes()}))
                 break;
 
             ASSERT_GE((isComplete("memory/item") ? 1 : 0) + completeInTrash(item), 1) << "killed at call " << call;
             ASSERT_EQ(completeInTrash(item), home.names(filesInTrash).size()) << "killed at call " << call;
             if (itemExists(item)) {
-                ASSERT_TRUE(runsToTheEnd("trash", item)) << "after a kill at call " << call;
+                ASSERT_TRUE(runsToTheEnd({"trash", item.bytes()})) << "after a kill at call " << call;
             }
             ASSERT_FALSE(itemExists(item));
             ASSERT_GE(completeInTrash(item), 1);
@@ -123,13 +122,44 @@ TEST_F(RemovalKillTest, RemovesTheRestInASecondRunWhereverTheFirstWasKilled)
     int kills = 0;
     for (int call = 1;; call += stepBetweenKills(3), ++kills) {
         const FilePath item = addItem("home/item");
-        if (survivesUntil(call, "remove", item))
+        if (survivesUntil(call, {"remove", item.bytes()}))
             break;
 
         if (itemExists(item)) {
-            ASSERT_TRUE(runsToTheEnd("remove", item)) << "after a kill at call " << call;
+            ASSERT_TRUE(runsToTheEnd({"remove", item.bytes()})) << "after a kill at call " << call;
         }
         ASSERT_EQ(home.names("home"), QList<QByteArray>{"beside"});
     }
     EXPECT_GT(kills, 5);
+}
+
+TEST_F(RemovalKillTest, FindsTheOldBundleTheNewOneOrNoneWhereverTheReplacementWasKilled)
+{
+    const FilePath from = home.addFile("home/from/program", "new").deletingLastPathComponent();
+    home.addFile("home/from/folder/data", "new data");
+    const QByteArray bundle = "home/Applications/Quillmere.app";
+    const QList<QByteArray> replace = {"replace", from.bytes(), home.path(bundle).bytes()};
+    const auto isNew = [&] {
+        return home.names(bundle) == QList<QByteArray>{"folder", "program"}
+        && home.contents(bundle + "/program") == "new" && home.contents(bundle + "/folder/data") == "new data";
+    };
+    int timesOld = 0;
+    int timesNone = 0;
+    for (int call = 1;; call += stepBetweenKills(5)) {
+        addItem(bundle);
+        if (survivesUntil(call, replace))
+            break;
+
+        const bool isNone = !itemExists(home.path(bundle));
+        ASSERT_TRUE(isNone || isNew() || isComplete(bundle)) << "killed at call " << call;
+        timesOld += isComplete(bundle) ? 1 : 0;
+        timesNone += isNone ? 1 : 0;
+        ASSERT_TRUE(runsToTheEnd(replace)) << "after a kill at call " << call;
+        ASSERT_TRUE(isNew()) << "after a kill at call " << call;
+        ASSERT_EQ(home.names("home/Applications"), QList<QByteArray>{"Quillmere.app"});
+        ASSERT_TRUE(runsToTheEnd({"remove", home.path(bundle).bytes()}));
+    }
+    EXPECT_TRUE(isNew());
+    EXPECT_GT(timesOld, 5);
+    EXPECT_GT(timesNone, 10);
 }

@@ -6,6 +6,7 @@
 #include "Platform/Linux/LinuxPlaces.h"
 #include "Platform/Linux/LinuxProcessRunner.h"
 #include "Platform/Linux/LinuxUserDefaults.h"
+#include "Platform/Linux/LinuxWorkspace.h"
 #include "Platform/Linux/TemporaryHome.h"
 #include "Services/BundleInstaller.h"
 #include "Services/SelfRemoval.h"
@@ -42,9 +43,12 @@ protected:
         const QByteArray bundle = folder + "/Quillmere.app";
         home.addFile(bundle + "/Contents/Info.plist",
                      "<plist version=\"1.0\"><dict><key>CFBundleShortVersionString</key><string>1.3.4</string>"
+                     "<key>CFBundleIdentifier</key><string>com.veltrane.quillmere</string>"
+                     "<key>CFBundleExecutable</key><string>quillmere</string>"
                      "<key>CFBundleVersion</key><string>1</string></dict></plist>");
         const FilePath program = home.addFile(bundle + "/Contents/MacOS/quillmere", "program");
         ::chmod(program.bytes().constData(), 0755);
+        home.addFile(bundle + "/Contents/Resources/app_logo.png", "picture");
         return home.path(bundle);
     }
     void addData() const
@@ -52,19 +56,30 @@ protected:
         for (const char *file :
              {"home/Library/Application Support/Quillmere/history.json",
               "home/Library/Caches/com.veltrane.quillmere/data", "home/Library/Caches/Quillmere/data",
-              "home/Library/Preferences/com.veltrane.quillmere.plist",
-              "home/.local/share/applications/com.veltrane.quillmere.desktop",
-              "home/.local/share/icons/hicolor/512x512/apps/com.veltrane.quillmere.png",
-              "home/.cache/Quillmere/compiled"})
+              "home/Library/Preferences/com.veltrane.quillmere.plist", "home/.cache/Quillmere/compiled"})
             home.addFile(file);
         home.addFile("home/Library/Preferences/org.example.other.plist");
         home.addFile("home/.local/share/applications/other.desktop");
     }
+    [[nodiscard]] static std::shared_ptr<LinuxBundles> bundlesOf(const FilePath &bundle)
+    {
+        return std::make_shared<LinuxBundles>(bundle.appending("Contents/MacOS/quillmere"));
+    }
     void remove(const FilePath &bundle) const
     {
-        SelfRemoval(files, places, std::make_shared<LinuxBundles>(bundle.appending("Contents/MacOS/quillmere")),
-                    processes)
-            .run();
+        SelfRemoval({files, places, bundlesOf(bundle), processes, workspace}).run();
+    }
+    [[nodiscard]] SetupReceipt receiptOf(const FilePath &bundle) const
+    {
+        const auto defaults = std::make_shared<LinuxUserDefaults>(LinuxUserDefaults::fileOf(home.path("home")));
+        return SetupReceipt(defaults, bundlesOf(bundle), std::make_shared<PretendClock>(), InstallerTerms(files));
+    }
+    /// Sets up from @p bundle. Not for root, who could write into the folder of all users.
+    [[nodiscard]] std::optional<FilePath> install(const FilePath &bundle) const
+    {
+        return BundleInstaller({files, places, bundlesOf(bundle), processes, std::make_shared<PretendWorkspace>(),
+                                receiptOf(bundle), InstallerTerms(files)})
+            .copyToApplications();
     }
     static bool goes(const FilePath &item)
     {
@@ -78,6 +93,8 @@ protected:
     std::shared_ptr<LinuxFileManager> files;
     std::shared_ptr<LinuxPlaces> places;
     std::shared_ptr<LinuxProcessRunner> processes = std::make_shared<LinuxProcessRunner>(home.path("no helpers"));
+    std::shared_ptr<LinuxWorkspace> workspace = std::make_shared<LinuxWorkspace>(
+        home.path("home"), QList<FilePath>{home.path("home/.local/share/applications")});
 };
 
 } // namespace
@@ -86,6 +103,7 @@ TEST_F(SetupOnDiskTest, RemovesAllThatIsTheProgramsAndNothingElse)
 {
     addData();
     const FilePath bundle = addBundle("home/Applications");
+    ASSERT_TRUE(workspace->registerApplication(bundle));
     home.addFile("home/Applications/Other.app/Contents/Info.plist");
 
     remove(bundle);
@@ -99,6 +117,21 @@ TEST_F(SetupOnDiskTest, RemovesAllThatIsTheProgramsAndNothingElse)
     EXPECT_FALSE(home.exists("home/.cache/Quillmere"));
     EXPECT_EQ(home.names("home/Applications"), QList<QByteArray>{"Other.app"});
     EXPECT_EQ(home.contents("tmp/uninstall.sh"), "sleep 1\nrm -rf \"" + bundle.bytes() + "\"");
+}
+
+TEST_F(SetupOnDiskTest, LeavesTheEntryOfTheInstalledCopyWhereAnotherOneGoes)
+{
+    const FilePath installed = addBundle("home/Applications");
+    ASSERT_TRUE(workspace->registerApplication(installed));
+    const FilePath stray = addBundle("home/Downloads");
+
+    remove(stray);
+
+    EXPECT_TRUE(goes(stray));
+    EXPECT_TRUE(itemExists(installed));
+    EXPECT_EQ(home.names("home/.local/share/applications"), QList<QByteArray>{"com.veltrane.quillmere.desktop"});
+    EXPECT_EQ(home.names("home/.local/share/icons/hicolor/512x512/apps"),
+              QList<QByteArray>{"com.veltrane.quillmere.png"});
 }
 
 TEST_F(SetupOnDiskTest, RemovesABundleWhosePathHoldsBlanksAndSingleQuotes)
@@ -132,16 +165,9 @@ TEST_F(SetupOnDiskTest, CopiesTheBundleForTheUserAndReplacesAnEarlierOne)
     home.addFile("home/Applications/Quillmere.app/Contents/MacOS/old");
     const FilePath destination = home.path("home/Applications/Quillmere.app");
 
-    const auto bundles = std::make_shared<LinuxBundles>(bundle.appending("Contents/MacOS/quillmere"));
-
-    // Root could write into the folder of all users.
     inUnprivilegedChild(home.path(), [&] {
-        const auto defaults = std::make_shared<LinuxUserDefaults>(LinuxUserDefaults::fileOf(home.path("home")));
-        const SetupReceipt receipt(defaults, bundles, std::make_shared<PretendClock>(), InstallerTerms(files));
-        const BundleInstaller installer(
-            {files, places, bundles, processes, std::make_shared<PretendWorkspace>(), receipt, InstallerTerms(files)});
-        EXPECT_EQ(installer.copyToApplications(), destination);
-        EXPECT_FALSE(receipt.shouldShowWelcome());
+        EXPECT_EQ(install(bundle), destination);
+        EXPECT_FALSE(receiptOf(bundle).shouldShowWelcome());
     });
 
     EXPECT_EQ(home.contents("home/Applications/Quillmere.app/Contents/MacOS/quillmere"), "program");
@@ -149,6 +175,22 @@ TEST_F(SetupOnDiskTest, CopiesTheBundleForTheUserAndReplacesAnEarlierOne)
     EXPECT_EQ(home.mode("home/Applications/Quillmere.app/Contents/MacOS/quillmere"), 0755u);
     EXPECT_TRUE(home.exists("home/Library/Application Support/Quillmere/"
                             "FINAL_INSTALLATION_CONDITIONS_RULES_DISCLAIMER.md"));
+}
+
+TEST_F(SetupOnDiskTest, LeavesNothingOfABundleForWhichTheDiskIsTooSmall)
+{
+    QUILLMERE_NEED(whyNoMountNamespace());
+    const FilePath bundle = addBundle("home/Downloads");
+    home.addFile("home/Downloads/Quillmere.app/Contents/Resources/large", QByteArray(1024 * 1024, 'x'));
+    home.addFolder("home/Applications");
+    inMountNamespace([&] {
+        ASSERT_TRUE(mountTmpfs(home.path("home/Applications"), "size=512k"));
+        inUnprivilegedChild(home.path(), [&] {
+            EXPECT_EQ(install(bundle), std::nullopt);
+            EXPECT_FALSE(itemExists(LinuxUserDefaults::fileOf(home.path("home"))));
+        });
+        EXPECT_THAT(home.names("home/Applications"), IsEmpty());
+    });
 }
 
 TEST_F(SetupOnDiskTest, KeepsTheDateOfTheSetupInTheSettingsFile)

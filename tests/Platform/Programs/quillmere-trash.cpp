@@ -1,4 +1,5 @@
 #include "Platform/Linux/LinuxFileManager.h"
+#include "Services/BundleReplacement.h"
 
 #include <cstdio>
 #include <cstring>
@@ -28,10 +29,16 @@ bool remove(const LinuxFileManager &files, const FilePath &path)
     return removed || report(removed.failure());
 }
 
+bool replace(const LinuxFileManager &files, const FilePath &from, const FilePath &to)
+{
+    const Result<void> replaced = replaceBundle(files, from, to);
+    return replaced || report(replaced.failure());
+}
+
 } // namespace
 
 /// `quillmere-trash trash PATH...` prints where the items lie now; `remove` deletes them for good, `sync` sees their
-/// volumes safely onto disk.
+/// volumes safely onto disk. `replace FROM TO` puts a copy of the one bundle in place of the other.
 int main(int argc, char *argv[])
 {
     if (argc < 2)
@@ -42,6 +49,8 @@ int main(int argc, char *argv[])
         files.synchronizeVolumes(QList<FilePath>(argv + 2, argv + argc));
         return 0;
     }
+    if (std::strcmp(argv[1], "replace") == 0)
+        return argc == 4 && replace(files, FilePath(argv[2]), FilePath(argv[3])) ? 0 : 1;
     bool done = true;
     for (int argument = 2; argument < argc; ++argument) {
         const FilePath path(argv[argument]);
