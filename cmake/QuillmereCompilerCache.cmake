@@ -1,7 +1,10 @@
 # A rebuild on two cores stays short through ccache, and linking through lld, where they are installed.
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+    # Otherwise nothing that includes a precompiled header would be kept.
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=locale,pch_defines,time_macros ${CCACHE_PROGRAM}
+    )
 endif()
 
 find_program(LLD_PROGRAM ld.lld)
