@@ -9,6 +9,14 @@ set(library_headers
 )
 set(test_headers ${library_headers} <gmock/gmock.h> <gtest/gtest.h> <QCoreApplication> <QTemporaryDir>)
 
+# What ccache knows the precompiled headers of a target by: the headers, and what they are the headers of.
+function(quillmere_add_sum_of_precompiled_headers target)
+    get_target_property(headers ${target} PRECOMPILE_HEADERS)
+    get_target_property(folder ${target} BINARY_DIR)
+    string(SHA256 sum "${headers} ${Qt6_VERSION} ${GTest_VERSION} ${CMAKE_CXX_COMPILER_VERSION}")
+    file(CONFIGURE OUTPUT ${folder}/CMakeFiles/${target}.dir/cmake_pch.hxx.gch.sum CONTENT ${sum})
+endfunction()
+
 function(quillmere_add_precompiled_headers name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;LIBRARIES")
     set(source ${CMAKE_BINARY_DIR}/precompiled/${name}.cpp)
@@ -17,6 +25,7 @@ function(quillmere_add_precompiled_headers name)
     set_target_properties(${name} PROPERTIES AUTOMOC OFF)
     target_link_libraries(${name} PRIVATE QuillmereOptions ${arg_LIBRARIES})
     target_precompile_headers(${name} PRIVATE ${arg_HEADERS})
+    quillmere_add_sum_of_precompiled_headers(${name})
 endfunction()
 
 # To all targets that were made in the folder or below it; those of the tests to what links GoogleTest itself.
@@ -42,6 +51,7 @@ endfunction()
 
 if(QUILLMERE_PRECOMPILED_HEADERS)
     target_precompile_headers(QuillmereViews PRIVATE <QtQml/qqmlprivate.h>)
+    quillmere_add_sum_of_precompiled_headers(QuillmereViews)
     quillmere_add_precompiled_headers(QuillmereLibraryHeaders HEADERS ${library_headers})
     quillmere_use_precompiled_headers(src)
     if(BUILD_TESTING)
