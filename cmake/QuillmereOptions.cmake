@@ -2,6 +2,8 @@
 add_library(QuillmereOptions INTERFACE)
 target_include_directories(QuillmereOptions INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_compile_options(QuillmereOptions INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+# All code is compiled alike, also what comes with flags of its own from elsewhere, so that it can share precompiled headers.
+target_compile_options(QuillmereOptions INTERFACE -pthread)
 target_compile_definitions(QuillmereOptions INTERFACE
     QT_NO_CAST_TO_ASCII
     QT_NO_FOREACH
