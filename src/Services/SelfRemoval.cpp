@@ -62,10 +62,9 @@ void SelfRemoval::leaveBundleToScript(const FilePath &bundle) const
         return printDiagnostic(u"Not removed, because a script could not name it safely: "_qs + bundle.displayText());
     const FilePath script = m_parts.files->temporaryDirectory().appending("uninstall.sh");
     std::ignore = m_parts.files->writeFile(script, "sleep 1\nrm -rf \"" + bundle.bytes() + "\"", WriteMode::Atomic);
-    // Where several users share the folder, something of another's may stand there and have kept ours out, or come now
-    // where nothing stands.
-    const Result<FileAttributes> written = m_parts.files->attributesOfItem(script);
-    if (!written || written.value().type != EntryKind::Regular || !written.value().isOwnedByUser)
+    // Where several users share the folder, something of another's may stand there and have kept ours out.
+    const Result<FileAttributes> found = m_parts.files->attributesOfItem(script);
+    if (found && (found.value().type != EntryKind::Regular || !found.value().isOwnedByUser))
         return;
     const Result<void> launched = m_parts.processes->launch({u"/bin/bash"_qs, {QString::fromUtf8(script.bytes())}});
     if (!launched)

@@ -194,6 +194,19 @@ TEST_F(LargeFilesScreenTest, LeavesAFileWhereItIsWhenTheQuestionIsDenied)
     EXPECT_THAT(machine.files->trashed(), IsEmpty());
 }
 
+TEST_F(LargeFilesScreenTest, LeavesTheKeyboardWhereItWentWhileTheQuestionAppeared)
+{
+    const Person person = openList();
+    rightClick(person, u"disk.iso"_qs);
+    ASSERT_TRUE(person.click(MenuItem, u"Move to Trash"_qs));
+    ASSERT_TRUE(person.sees(Button, u"Cancel"_qs));
+
+    ASSERT_TRUE(person.tabTo(u"Move to Trash"_qs));
+
+    EXPECT_FALSE(QTest::qWaitFor([&] { return person.focusedName() == u"Cancel"_qs; }, 1000));
+    EXPECT_EQ(person.focusedName(), u"Move to Trash"_qs);
+}
+
 TEST_F(LargeFilesScreenTest, DoesAllByKeyboard)
 {
     const Person person = openList();

@@ -12,6 +12,7 @@ T.Popup {
     property Item initialFocus: null
     property bool openedByKeyboard: false
     property Item focusBefore: null
+    property bool hasTakenFocus: false
     property real rise: 0
 
     readonly property int edge: 22
@@ -21,6 +22,7 @@ T.Popup {
     signal dismissed()
 
     function takeFocus() {
+        hasTakenFocus = true;
         const reason = openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason;
         if (initialFocus !== null)
             initialFocus.forceActiveFocus(reason);
@@ -45,11 +47,21 @@ T.Popup {
     closePolicy: T.Popup.NoAutoClose
 
     onAboutToShow: {
+        hasTakenFocus = false;
         focusBefore = parent.Window.activeFocusItem;
         const control = focusBefore as T.Control;
         openedByKeyboard = control !== null && control.visualFocus;
     }
-    onOpened: takeFocus()
+    // At once, so that whoever goes on by Tab while it still fades in is not taken back. One that is shown anew before it
+    // has gone was visible all the time.
+    onVisibleChanged: {
+        if (visible)
+            takeFocus();
+    }
+    onOpened: {
+        if (!hasTakenFocus)
+            takeFocus();
+    }
     onClosed: {
         giveFocusBack();
         focusBefore = null;

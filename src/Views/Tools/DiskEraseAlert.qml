@@ -57,7 +57,7 @@ AlertDialog {
     onDismissed: utility.dismiss()
     // Who goes on by the keyboard begins each step at the way out.
     onShownAlertChanged: {
-        if (opened)
+        if (visible)
             Qt.callLater(takeFocus);
     }
 
