@@ -7,8 +7,10 @@ Destination {
 
     readonly property DashboardViewModel viewModel: viewModels.makeDashboard(root)
     readonly property bool isWorking: viewModel.isOptimizing || viewModel.isCleaning
-    /// Somebody can see it. Nothing is measured while nobody can.
-    readonly property bool isWatched: Window.visibility !== Window.Hidden && Window.visibility !== Window.Minimized
+    /// Somebody can see it. Nothing is measured while nobody can, nor while the window waits to be drawn at all.
+    readonly property bool isWatched: hasBeenDrawn && Window.visibility !== Window.Hidden
+                                      && Window.visibility !== Window.Minimized
+    property bool hasBeenDrawn: false
 
     function watch() {
         if (isWatched)
@@ -26,6 +28,15 @@ Destination {
     onIsWatchedChanged: watch()
     Component.onCompleted: watch()
     Component.onDestruction: viewModel.stopAutoRefresh()
+
+    Connections {
+        function onFrameSwapped() {
+            root.hasBeenDrawn = true;
+        }
+
+        target: root.Window.window
+        enabled: !root.hasBeenDrawn
+    }
 
     ScreenHeader {
         width: parent.width

@@ -21,15 +21,8 @@ ModalPopup {
 
     Component.onCompleted: viewModel.appear()
 
-    enter: Transition {
-        NumberAnimation {
-            property: "opacity"
-            from: 0
-            to: 1
-            duration: Theme.wizardDuration
-            easing.type: Easing.OutCubic
-        }
-    }
+    // It stands from the first frame on: there is nothing yet for it to come up over.
+    enter: null
 
     exit: Transition {
         NumberAnimation {
