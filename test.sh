@@ -53,8 +53,7 @@ build() {
 # ctest says at the end how many tests ran and which failed.
 run_tests() {
     build "$1"
-    # One more than there are cores, since there are tests that mostly wait.
-    ctest --test-dir "build/$1" --output-on-failure --no-tests=error --timeout "${2:-300}" --parallel "$(($(nproc) + 1))"
+    ctest --test-dir "build/$1" --output-on-failure --no-tests=error --timeout "${2:-300}" --parallel "$(nproc)"
 }
 
 sanitize() {

@@ -70,6 +70,8 @@ class Desktop:
             raise RuntimeError(self.processes.log("Xvfb").read_text())
         self.environment["DISPLAY"] = f":{display}"
         self.processes.start(["openbox"], self.environment)
+        # Windows that come before their manager does are taken over in whatever state they are just then.
+        wait_until(lambda: self.run_or_nothing("xdotool", "get_desktop"), "the window manager")
 
     def _start_buses(self) -> None:
         bus = self.processes.start(["dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"],
