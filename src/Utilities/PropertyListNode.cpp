@@ -1,6 +1,7 @@
 #include "Utilities/PropertyListNode.h"
 
 #include <QString>
+#include <QStringDecoder>
 
 #include <plist/plist.h>
 
@@ -19,6 +20,16 @@ void FreePropertyListMemory::operator()(void *memory) const
     std::free(memory); // NOLINT: the library asks malloc for what it hands out.
 }
 
+namespace {
+
+/// With a byte order mark at its beginning: a key with one is not the key without.
+QString codeUnitsOf(const QByteArray &key)
+{
+    return QStringDecoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom)(key);
+}
+
+} // namespace
+
 QList<QByteArray> sortedKeys(void *dictionary)
 {
     QList<QByteArray> keys;
@@ -33,7 +44,7 @@ QList<QByteArray> sortedKeys(void *dictionary)
             break;
         keys.append(key);
     }
-    std::ranges::sort(keys, {}, [](const QByteArray &key) { return QString::fromUtf8(key); });
+    std::ranges::sort(keys, {}, codeUnitsOf);
     return keys;
 }
 

@@ -167,6 +167,21 @@ TEST(PropertyListTest, WritesEveryTypeInTheCanonicalForm)
 )");
 }
 
+TEST(PropertyListTest, SortsAKeyWithAByteOrderMarkBehindTheOneWithout)
+{
+    const QByteArray plain = "<key>t</key><integer>1</integer>";
+    const QByteArray marked = "<key>\xEF\xBB\xBFt</key><integer>2</integer>";
+
+    const Result<PropertyList> one = PropertyList::read("<plist><dict>" + plain + marked + "</dict></plist>");
+    const Result<PropertyList> other = PropertyList::read("<plist><dict>" + marked + plain + "</dict></plist>");
+
+    ASSERT_TRUE(one);
+    ASSERT_TRUE(other);
+    EXPECT_EQ(one.value().written(PropertyList::Form::Binary), other.value().written(PropertyList::Form::Binary));
+    const QByteArray written = one.value().written(PropertyList::Form::Xml);
+    EXPECT_LT(written.indexOf("<key>t</key>"), written.indexOf("<key>\xEF\xBB\xBFt</key>"));
+}
+
 TEST(PropertyListTest, SortsKeysByCodeUnitAtEveryLevel)
 {
     PropertyList list = read(xml("<dict><key>a</key><array><dict><key>2</key><true/><key>10</key><true/></dict></array>"
