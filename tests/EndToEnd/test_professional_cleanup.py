@@ -3,35 +3,17 @@
 
 import json
 import os
-import sys
-import tempfile
 import unittest
 from collections import Counter
 from pathlib import Path
 
 import roads
-from harness.case import EndToEndTest
 from harness.hands import WAYS
-
-sys.path.insert(0, str(Path(__file__).parent.parent / "SampleHome"))
-from sample_home import inspection, world  # noqa: E402
-
-PROGRAM = os.environ["QUILLMERE_PROGRAM"]
+from sample_home_case import SampleHomeCase  # Before what it tells the way to.
+from sample_home import inspection
 
 
-class ProfessionalCleanupTest(EndToEndTest):
-    def begin(self, way):
-        parent = tempfile.TemporaryDirectory(prefix="q-home-", dir="/tmp")
-        self.addCleanup(parent.cleanup)
-        self.folder = Path(parent.name, "made")
-        world.make(self.folder)
-        self.addCleanup(inspection.remove, self.folder)
-        self.offered = inspection.account(self.folder)["offered to professionals"]
-        self.home = self.folder / "home"
-        self.program = self.start([PROGRAM], world.environment(self.folder), folder=self.home)
-        self.application = self.program.application
-        self.hands = way(self.program)
-
+class ProfessionalCleanupTest(SampleHomeCase):
     def left(self) -> list[str]:
         return [item["path"] for item in self.offered if os.path.lexists(self.folder / item["path"])]
 
@@ -42,6 +24,7 @@ class ProfessionalCleanupTest(EndToEndTest):
         for way in WAYS:
             with self.subTest(way=way.__name__):
                 self.begin(way)
+                self.offered = self.account["offered to professionals"]
                 counts = Counter(item["category"] for item in self.offered)
 
                 roads.scan(self.program, self.hands, "Professional Cleanup")

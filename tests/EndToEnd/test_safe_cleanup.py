@@ -3,40 +3,20 @@
 
 import json
 import os
-import sys
-import tempfile
 import unittest
 from collections import Counter
 from pathlib import Path
 
 import roads
-from harness.case import EndToEndTest
 from harness.desktop import wait_until
 from harness.hands import WAYS, ByPointer
+from sample_home_case import SampleHomeCase  # Before what it tells the way to.
+from sample_home import inspection
 
-sys.path.insert(0, str(Path(__file__).parent.parent / "SampleHome"))
-from sample_home import inspection, world  # noqa: E402
-
-PROGRAM = os.environ["QUILLMERE_PROGRAM"]
 CATEGORIES = ("User Cache", "User Logs", "Container Cache", "Temporary Files")
 
 
-class SafeCleanupTest(EndToEndTest):
-    def begin(self, way, linked_home: bool = False):
-        parent = tempfile.TemporaryDirectory(prefix="q-home-", dir="/tmp")
-        self.addCleanup(parent.cleanup)
-        self.folder = Path(parent.name, "made")
-        world.make(self.folder)
-        self.addCleanup(inspection.remove, self.folder)
-        self.account = inspection.account(self.folder)
-        self.home = self.folder / "home"
-        if linked_home:
-            self.home.rename(self.folder / "disk")
-            self.home.symlink_to("disk")
-        self.program = self.start([PROGRAM], world.environment(self.folder), folder=self.home)
-        self.application = self.program.application
-        self.hands = way(self.program)
-
+class SafeCleanupTest(SampleHomeCase):
     def offered(self) -> list[Path]:
         return [self.folder / item["path"] for item in self.account["offered"]]
 

@@ -3,19 +3,14 @@
 
 import os
 import plistlib
-import sys
-import tempfile
 import unittest
 from pathlib import Path
 
-from harness.case import EndToEndTest
 from harness.desktop import wait_until
 from harness.hands import WAYS
+from sample_home_case import SampleHomeCase  # Before what it tells the way to.
+from sample_home import browsers, inspection, large_files, startup
 
-sys.path.insert(0, str(Path(__file__).parent.parent / "SampleHome"))
-from sample_home import browsers, inspection, large_files, startup, world  # noqa: E402
-
-PROGRAM = os.environ["QUILLMERE_PROGRAM"]
 TRASH = ".local/share/Trash"
 #: What the program keeps of itself, and what the desktop keeps of any program.
 OWN = (TRASH, "Library/Application Support/Quillmere", "Library/Preferences/com.veltrane.quillmere.plist", ".cache/dconf",
@@ -37,28 +32,18 @@ def below(places: set[str], roots: list[str]) -> set[str]:
     return {place for place in places if any(place == root or place.startswith(root + "/") for root in roots)}
 
 
-class SampleHomeTest(EndToEndTest):
+class SampleHomeTest(SampleHomeCase):
     def in_each_way(self, act):
         """`act` may return what it was told would go with everything in it."""
         for way in WAYS:
             with self.subTest(way=way.__name__):
-                self.begin(way)
+                self.make_home()
+                self.before = entries(self.home)
+                self.start_program(way)
                 announced = act()
                 damaged = {line.split(": home/")[1] for line in inspection.damage(self.folder)}
                 self.assertEqual(damaged - below(damaged, announced or []), set())
                 self.program.end()
-
-    def begin(self, way):
-        parent = tempfile.TemporaryDirectory(prefix="q-home-", dir="/tmp")
-        self.addCleanup(parent.cleanup)
-        self.folder = Path(parent.name, "made")
-        world.make(self.folder)
-        self.addCleanup(inspection.remove, self.folder)
-        self.home = self.folder / "home"
-        self.before = entries(self.home)
-        self.program = self.start([PROGRAM], world.environment(self.folder), folder=self.home)
-        self.application = self.program.application
-        self.hands = way(self.program)
 
     def rows(self, part: str) -> list[str]:
         return [item.name for item in self.application.all("list item") if part in item.name]
