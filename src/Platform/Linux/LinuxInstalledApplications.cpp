@@ -51,7 +51,7 @@ QList<ListedApplication> LinuxInstalledApplications::applications() const
 {
     Entries entries = readEntries();
     const FilePath dataHome = m_files->resolvingSymlinks(m_entryFolders.first()).deletingLastPathComponent();
-    const QList<ListedApplication> flatpaks = userFlatpaks(*m_processes, dataHome);
+    const QList<ListedApplication> flatpaks = userFlatpaks(*m_files, *m_processes, dataHome);
     for (const ListedApplication &flatpak : flatpaks)
         entries.flatpaks.insert(flatpak.id);
     const OwnApplications own(m_files, m_home, entries.own);

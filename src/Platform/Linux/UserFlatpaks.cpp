@@ -22,6 +22,11 @@ QString columns(const QString &names)
     return u"--columns="_qs + names;
 }
 
+FilePath folderOfFlatpaks(const FilePath &dataHome)
+{
+    return dataHome.appending("flatpak/app");
+}
+
 /// Nothing where the tool is missing, fails or is late.
 std::optional<QByteArray> answerOf(const ProcessRunner &processes, const QStringList &arguments)
 {
@@ -40,8 +45,11 @@ bool isIdentifier(const QString &text)
 
 } // namespace
 
-QList<ListedApplication> userFlatpaks(const ProcessRunner &processes, const FilePath &dataHome)
+QList<ListedApplication> userFlatpaks(const FileManager &files, const ProcessRunner &processes,
+                                      const FilePath &dataHome)
 {
+    if (!files.fileExists(folderOfFlatpaks(dataHome)))
+        return {};
     const auto listed
         = answerOf(processes, {u"list"_qs, u"--user"_qs, u"--app"_qs, columns(u"application,name,version"_qs)});
     QList<ListedApplication> applications = parseFlatpaks(listed.value_or(QByteArray()), dataHome);
@@ -81,7 +89,7 @@ QList<ListedApplication> parseFlatpaks(const QByteArray &text, const FilePath &d
         application.identifier = QString::fromUtf8(ApplicationData::builtIn().identifierOf(application.id));
         application.version = FilePath::displayText(fields.value(2).trimmed());
         application.icon = identifier;
-        application.location = dataHome.appending("flatpak/app").appending(application.id);
+        application.location = folderOfFlatpaks(dataHome).appending(application.id);
         application.parts = {application.location};
         application.removal = ApplicationRemoval::Command;
         applications.append(application);

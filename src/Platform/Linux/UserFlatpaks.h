@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/FileManager.h"
 #include "Platform/InstalledApplications.h"
 #include "Platform/ProcessRunner.h"
 
@@ -7,9 +8,11 @@
 
 namespace Quillmere {
 
-/// The user's own Flatpaks, which only their tool knows and removes. Empty where the tool is missing or fails.
-/// One that is installed for all users too, or where that cannot be told, shares its data.
-[[nodiscard]] QList<ListedApplication> userFlatpaks(const ProcessRunner &processes, const FilePath &dataHome);
+/// The user's own Flatpaks, which only their tool knows and removes. Empty where the tool is missing or fails; where
+/// the user has none it is not asked, since asking alone makes it set up an installation in @p dataHome. One that is
+/// installed for all users too, or where that cannot be told, shares its data.
+[[nodiscard]] QList<ListedApplication> userFlatpaks(const FileManager &files, const ProcessRunner &processes,
+                                                    const FilePath &dataHome);
 
 /// Lines of identifier, name and version, with tabs between. A line of another shape, and an identifier that is none,
 /// says nothing.

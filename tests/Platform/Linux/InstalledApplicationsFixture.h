@@ -64,6 +64,7 @@ protected:
 
     void answerAsFlatpak(const QByteArray &own, const ProcessOutcome &everywhere) const
     {
+        disk.addFolder("home/.local/share/flatpak/app");
         processes->answer(u"/usr/bin/flatpak"_qs, [own, everywhere](const Command &command) -> Result<ProcessOutcome> {
             const bool isList = command.arguments.first() == u"list"_qs;
             const bool isOwn = command.arguments.contains(u"--user"_qs);

@@ -83,6 +83,7 @@ TEST_F(SystemPackagesTest, ListsNoCopyOfAnEntryOfTheSystemThatNoPackageOwns)
 TEST_F(SystemPackagesTest, ListsNothingWhereToolsAreMissingOrHang)
 {
     addEntry("system", "writer", "/bin/true");
+    disk.addFolder("home/.local/share/flatpak/app");
     processes->hang(u"/usr/bin/flatpak"_qs);
     processes->answer(u"/usr/bin/dpkg-query"_qs, [](const Command &) -> Result<ProcessOutcome> {
         return Failure{Failure::Kind::NotFound, {}, {}};

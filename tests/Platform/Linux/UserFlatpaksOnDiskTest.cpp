@@ -1,5 +1,6 @@
 #include "Platform/Linux/InstalledApplicationsFixture.h"
 #include "Platform/Linux/LinuxProcessRunner.h"
+#include "Platform/Linux/Need.h"
 #include "Platform/Linux/UserFlatpaks.h"
 
 using namespace Quillmere;
@@ -50,6 +51,58 @@ private:
 
 class UserFlatpaksTest : public InstalledApplicationsFixture
 {
+};
+
+/// The tool itself, on an installation of its own in the home of the test.
+class RealFlatpakTest : public InstalledApplicationsFixture
+{
+protected:
+    void SetUp() override
+    {
+        QUILLMERE_NEED(itemExists(FilePath("/usr/bin/flatpak")) ? "" : "flatpak is not installed");
+        const FilePath script = addProgram("flatpak");
+        // Neither a bus nor the repositories of this machine.
+        disk.addFile("flatpak",
+                     "#!/bin/sh\nexport HOME='" + disk.path("home").bytes() + "' LC_ALL=C.UTF-8\n"
+                         + "export XDG_DATA_HOME=\"$HOME/.local/share\" XDG_CACHE_HOME=\"$HOME/.cache\"\n"
+                         + "export FLATPAK_SYSTEM_DIR=\"$HOME/none\" DBUS_SYSTEM_BUS_ADDRESS=unix:path=/nonexistent\n"
+                         + "unset DBUS_SESSION_BUS_ADDRESS\nexec /usr/bin/flatpak \"$@\"\n");
+        tool = std::make_unique<ScriptInPlace>(script);
+    }
+
+    void run(const QStringList &arguments) const
+    {
+        const auto outcome = tool->runJoined({{}, arguments});
+        ASSERT_TRUE(outcome.isOk());
+        ASSERT_EQ(outcome.value().exitStatus, 0) << outcome.value().standardOutput.toStdString();
+    }
+
+    /// Makes an application without a runtime, and installs it from a repository of the test's own.
+    void install(const QByteArray &identifier) const
+    {
+        const QByteArray folder = "made/" + identifier;
+        disk.addFile(folder + "/metadata",
+                     "[Application]\nname=" + identifier + "\nruntime=org.example.Platform/x86_64/1\ncommand=run\n");
+        addProgram(folder + "/files/bin/run");
+        disk.addFile(folder + "/export/share/applications/" + identifier + ".desktop",
+                     "[Desktop Entry]\nType=Application\nName=" + identifier + "\nExec=run\n");
+        const QString repository = QString::fromUtf8(disk.path("repository").bytes());
+        run({u"build-export"_qs, repository, QString::fromUtf8(disk.path(folder).bytes()), u"stable"_qs});
+        run({u"remote-add"_qs, u"--user"_qs, u"--if-not-exists"_qs, u"--no-gpg-verify"_qs, u"made"_qs, repository});
+        run({u"install"_qs, u"--user"_qs, u"--noninteractive"_qs, u"--no-deps"_qs, u"--no-related"_qs, u"made"_qs,
+             QString::fromUtf8(identifier)});
+    }
+
+    static QList<QByteArray> identifiersOf(const QList<ListedApplication> &applications)
+    {
+        QList<QByteArray> identifiers;
+        for (const ListedApplication &each : applications)
+            identifiers.append(each.id);
+        std::ranges::sort(identifiers);
+        return identifiers;
+    }
+
+    std::unique_ptr<ScriptInPlace> tool;
 };
 
 } // namespace
@@ -109,6 +162,47 @@ TEST_F(UserFlatpaksTest, SaysWhatTheFlatpakToolSaidWhenItFails)
 
     ASSERT_FALSE(result.isOk());
     EXPECT_EQ(result.failure().detail, u"error: org.example.Draw is pinned"_qs);
+}
+
+TEST_F(UserFlatpaksTest, AsksNobodyWhereTheUserHasNone)
+{
+    processes->answer(u"/usr/bin/flatpak"_qs, [](const Command &) {
+        return ProcessOutcome{0, "org.example.Draw\tDraw\n"};
+    });
+
+    EXPECT_THAT(installed().applications(), IsEmpty());
+    EXPECT_THAT(processes->runs(), IsEmpty());
+}
+
+TEST_F(RealFlatpakTest, ListsWhatTheRealToolInstalledAndHasItRemoved)
+{
+    const FilePath dataHome = disk.path("home/.local/share");
+    install("org.example.Draw");
+    install("org.example.Read");
+    const FilePath data = disk.addFile("home/.var/app/org.example.Draw/data/file");
+
+    const QList<ListedApplication> found = userFlatpaks(*files, *tool, dataHome);
+
+    ASSERT_THAT(identifiersOf(found), ElementsAre("org.example.Draw", "org.example.Read"));
+    EXPECT_TRUE(itemExists(found.first().location));
+    EXPECT_FALSE(found.first().sharesData);
+    const Result<void> result = uninstallFlatpak(*tool, found.first());
+    ASSERT_TRUE(result.isOk()) << result.failure().detail.toStdString();
+    EXPECT_THAT(identifiersOf(userFlatpaks(*files, *tool, dataHome)), ElementsAre("org.example.Read"));
+    EXPECT_FALSE(itemExists(found.first().location));
+    EXPECT_TRUE(itemExists(data)) << "What the user made goes with the leftovers alone, as announced.";
+}
+
+TEST_F(RealFlatpakTest, SaysWhatTheRealToolSaysOfAFlatpakThatIsNotThere)
+{
+    install("org.example.Draw");
+    ListedApplication application;
+    application.id = "org.example.Missing";
+
+    const Result<void> result = uninstallFlatpak(*tool, application);
+
+    ASSERT_FALSE(result.isOk());
+    EXPECT_TRUE(result.failure().detail.contains(u"org.example.Missing"_qs)) << result.failure().detail.toStdString();
 }
 
 TEST_F(UserFlatpaksTest, HandsTheFlatpakToolNothingButIdentifiers)
