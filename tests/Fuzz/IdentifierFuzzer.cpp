@@ -46,6 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const char *bytes, std::size_t size)
     check(inventory.findLeftovers(application), foldersOfBundles, identifier);
 
     const ApplicationLeftovers leftovers(files, places, {}, [](const char *) { return QByteArray(); });
-    check(leftovers.of(identifier), foldersOfEntries, identifier);
+    for (const auto packaging : {ApplicationLeftovers::Packaging::Any, ApplicationLeftovers::Packaging::Flatpak})
+        check(leftovers.of(identifier, packaging), foldersOfEntries, identifier);
     return 0;
 }

@@ -1,12 +1,19 @@
 #include "Platform/Linux/ApplicationLeftovers.h"
 
 #include "Platform/Linux/ApplicationData.h"
+#include "Platform/Linux/DesktopEntryText.h"
 #include "Platform/Linux/UserFolders.h"
 #include "Values/FileName.h"
 
 #include <algorithm>
 
 namespace Quillmere {
+
+namespace {
+
+constexpr qsizetype mostBytesOfEntry = 1024 * 1024;
+
+} // namespace
 
 ApplicationLeftovers::ApplicationLeftovers(std::shared_ptr<const FileManager> files,
                                            std::shared_ptr<const Places> places, const QList<FilePath> &systemEntries,
@@ -20,13 +27,13 @@ ApplicationLeftovers::ApplicationLeftovers(std::shared_ptr<const FileManager> fi
     for (const FilePath &folder : BaseDirectories::systemConfig(environment))
         systemAutostart.append(folder.appending("autostart"));
     m_rows = {
-        {base.config, {}, true, {}},
-        {base.data, {}, true, {}},
-        {base.state, {}, false, {}},
-        {base.cache, {}, false, {}},
-        {home.appending(".var/app"), {}, false, {}},
-        {base.config.appending("autostart"), ".desktop", true, systemAutostart},
-        {base.data.appending("applications"), ".desktop", true, systemEntries},
+        {base.config, {}, Holds::FilesOfOthers, true, {}},
+        {base.data, {}, Holds::FilesOfOthers, true, {}},
+        {base.state, {}, Holds::FilesOfOthers, false, {}},
+        {base.cache, {}, Holds::FilesOfOthers, false, {}},
+        {home.appending(".var/app"), {}, Holds::FilesOfFlatpaks, false, {}},
+        {base.config.appending("autostart"), ".desktop", Holds::Entries, true, systemAutostart},
+        {base.data.appending("applications"), ".desktop", Holds::Entries, true, systemEntries},
     };
     m_shared = {home, m_files->temporaryDirectory()};
     for (Row &row : m_rows) {
@@ -39,17 +46,27 @@ ApplicationLeftovers::ApplicationLeftovers(std::shared_ptr<const FileManager> fi
         m_shared.append(m_files->resolvingSymlinks(folder));
 }
 
-QList<FilePath> ApplicationLeftovers::of(const QByteArray &id) const
+QList<FilePath> ApplicationLeftovers::of(const QByteArray &id, Packaging packaging) const
 {
     QList<FilePath> found;
     if (!isPlainFileName(id) || ApplicationData::builtIn().isSharedName(id))
         return found;
     for (const Row &row : m_rows) {
         const FilePath candidate = row.folder.appending(id + row.suffix);
-        if (m_files->fileExists(candidate) && mayGo(candidate, row) && !found.contains(candidate))
+        if (m_files->fileExists(candidate) && packagingOf(candidate, row) == packaging && mayGo(candidate, row)
+            && !found.contains(candidate))
             found.append(candidate);
     }
     return found;
+}
+
+ApplicationLeftovers::Packaging ApplicationLeftovers::packagingOf(const FilePath &candidate, const Row &row) const
+{
+    if (row.holds != Holds::Entries)
+        return row.holds == Holds::FilesOfFlatpaks ? Packaging::Flatpak : Packaging::Any;
+    const DesktopEntryText entry(m_files->contentsOfFile(candidate, mostBytesOfEntry).valueOr({}));
+    // Both the tool, which exports the entry, and the portal, which has it start at login, leave this mark.
+    return entry.value("X-Flatpak") ? Packaging::Flatpak : Packaging::Any;
 }
 
 bool ApplicationLeftovers::mayGo(const FilePath &candidate, const Row &row) const

@@ -70,12 +70,15 @@ QList<ListedApplication> LinuxInstalledApplications::applications() const
 QList<ListedApplication> LinuxInstalledApplications::appImagesOf(const Entries &entries, const OwnApplications &own)
 {
     QList<ListedApplication> images = own.appImages();
+    QHash<QByteArray, int> imagesOfName;
+    for (const ListedApplication &image : std::as_const(images))
+        ++imagesOfName[image.id];
     for (ListedApplication &image : images) {
         const bool isByFileName = image.parts.size() == 1;
         const FilePath ownFile = entries.ownFiles.value(image.id);
         const bool isAnotherOwnEntrys = !ownFile.isEmpty() && !image.parts.contains(ownFile);
-        image.sharesData
-            = entries.systemFiles.contains(image.id) || entries.flatpaks.contains(image.id) || isAnotherOwnEntrys;
+        image.sharesData = entries.systemFiles.contains(image.id) || entries.flatpaks.contains(image.id)
+            || isAnotherOwnEntrys || imagesOfName[image.id] > 1;
         if (isByFileName && image.sharesData)
             image.identifier.clear();
     }
@@ -115,7 +118,9 @@ QList<FilePath> LinuxInstalledApplications::leftoversOf(const ListedApplication 
 {
     if (application.sharesData)
         return {};
-    QList<FilePath> found = m_leftovers.of(application.id);
+    using Packaging = ApplicationLeftovers::Packaging;
+    const bool isFlatpak = application.removal == ApplicationRemoval::Command;
+    QList<FilePath> found = m_leftovers.of(application.id, isFlatpak ? Packaging::Flatpak : Packaging::Any);
     found.removeIf([&](const FilePath &leftover) {
         const auto isOfTheApplicationItself
             = [&](const FilePath &part) { return part.isWithin(leftover) || leftover.isWithin(part); };

@@ -93,6 +93,19 @@ TEST_F(AppImagesTest, KeepsTheLeftoversOfAnAppImageThatNobodyElseIsNamedAfter)
     EXPECT_EQ(application("painter").identifier, u"painter"_qs);
 }
 
+TEST_F(AppImagesTest, KeepsTheDataWhereTwoAppImagesAreNamedAlike)
+{
+    addProgram("home/Applications/painter.AppImage");
+    addProgram("home/bin/painter.appimage");
+    disk.addFile("home/.config/painter/settings");
+
+    const QList<ListedApplication> found = installed().applications();
+
+    ASSERT_EQ(found.size(), 2);
+    for (const ListedApplication &image : found)
+        EXPECT_THAT(installed().leftoversOf(image), IsEmpty());
+}
+
 TEST_F(AppImagesTest, TakesAllEntriesOfAnAppImageWithIt)
 {
     const FilePath image = addProgram("home/Applications/Sketch.AppImage");

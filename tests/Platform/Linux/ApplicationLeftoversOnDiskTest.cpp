@@ -7,6 +7,8 @@ using testing::IsEmpty;
 
 namespace {
 
+using Packaging = ApplicationLeftovers::Packaging;
+
 class ApplicationLeftoversTest : public InstalledApplicationsFixture
 {
 };
@@ -15,7 +17,7 @@ class ApplicationLeftoversTest : public InstalledApplicationsFixture
 
 TEST_F(ApplicationLeftoversTest, FindsTheLeftoversOfTheExactNameInTheirOrder)
 {
-    for (const char *folder : {".config", ".local/share", ".local/state", ".cache", ".var/app"}) {
+    for (const char *folder : {".config", ".local/share", ".local/state", ".cache"}) {
         disk.addFile(QByteArray("home/") + folder + "/org.example.a/file");
         disk.addFile(QByteArray("home/") + folder + "/org.example.a-helper/file");
     }
@@ -25,9 +27,25 @@ TEST_F(ApplicationLeftoversTest, FindsTheLeftoversOfTheExactNameInTheirOrder)
     EXPECT_THAT(leftoversOf("org.example.a"),
                 ElementsAre(disk.path("home/.config/org.example.a"), disk.path("home/.local/share/org.example.a"),
                             disk.path("home/.local/state/org.example.a"), disk.path("home/.cache/org.example.a"),
-                            disk.path("home/.var/app/org.example.a"),
                             disk.path("home/.config/autostart/org.example.a.desktop"),
                             disk.path("home/.local/share/applications/org.example.a.desktop")));
+}
+
+TEST_F(ApplicationLeftoversTest, KeepsApartWhatAFlatpakAndWhatAnotherInstallationOfItsNameLeft)
+{
+    for (const char *folder : {".config", ".local/share", ".local/state", ".cache", ".var/app"})
+        disk.addFile(QByteArray("home/") + folder + "/org.example.a/file");
+    const FilePath autostart
+        = disk.addFile("home/.config/autostart/org.example.a.desktop",
+                       "[Desktop Entry]\nExec=flatpak run org.example.a\nX-Flatpak=org.example.a\n");
+    ListedApplication flatpak;
+    flatpak.id = "org.example.a";
+    flatpak.removal = ApplicationRemoval::Command;
+
+    EXPECT_THAT(installed().leftoversOf(flatpak), ElementsAre(disk.path("home/.var/app/org.example.a"), autostart));
+    EXPECT_THAT(leftoversOf("org.example.a"),
+                ElementsAre(disk.path("home/.config/org.example.a"), disk.path("home/.local/share/org.example.a"),
+                            disk.path("home/.local/state/org.example.a"), disk.path("home/.cache/org.example.a")));
 }
 
 TEST_F(ApplicationLeftoversTest, CountsNoPartOfTheApplicationAmongItsLeftovers)
@@ -111,8 +129,8 @@ TEST_F(ApplicationLeftoversTest, LooksWhereTheUserHasMovedTheFoldersButNeverTake
     };
     const ApplicationLeftovers leftovers(files, std::make_shared<LinuxPlaces>(files, noVariables), {}, variables);
 
-    EXPECT_THAT(leftovers.of("org.example.a"), ElementsAre(disk.path("home/settings/org.example.a")));
-    EXPECT_THAT(leftovers.of("home"), IsEmpty());
+    EXPECT_THAT(leftovers.of("org.example.a", Packaging::Any), ElementsAre(disk.path("home/settings/org.example.a")));
+    EXPECT_THAT(leftovers.of("home", Packaging::Any), IsEmpty());
 }
 
 TEST_F(ApplicationLeftoversTest, KeepsWhatTheUserChangedOfTheSystemsEntries)
@@ -129,5 +147,5 @@ TEST_F(ApplicationLeftoversTest, KeepsWhatTheUserChangedOfTheSystemsEntries)
     const ApplicationLeftovers leftovers(files, std::make_shared<LinuxPlaces>(files, noVariables),
                                          {disk.path("system/applications")}, variables);
 
-    EXPECT_THAT(leftovers.of("writer"), ElementsAre(disk.path("home/.config/writer")));
+    EXPECT_THAT(leftovers.of("writer", Packaging::Any), ElementsAre(disk.path("home/.config/writer")));
 }
