@@ -3,6 +3,8 @@
 #include "Platform/Linux/DesktopEntryText.h"
 #include "Values/FileName.h"
 
+#include <QCryptographicHash>
+
 #include <algorithm>
 
 namespace Quillmere {
@@ -12,7 +14,8 @@ namespace {
 constexpr qsizetype mostBytes = 1024 * 1024;
 const QByteArray hidden = "Hidden";
 const QByteArray enabledKey = "X-GNOME-Autostart-enabled";
-// Stands in copies of the system's entries that were made here, which alone are ours to take away again.
+// Stands in copies of the system's entries that were made here, with the sum of the rest. As long as it fits, the copy
+// is as it was made, and ours to renew or to take away, whatever the system's entry has become since.
 const QByteArray copyKey = "X-Quillmere-Copy";
 
 bool isOn(const DesktopEntryText &entry)
@@ -38,11 +41,25 @@ DesktopEntryText switched(DesktopEntryText entry, bool enabled)
     return entry;
 }
 
+/// Of all but the sum itself.
+QByteArray sumOf(DesktopEntryText entry)
+{
+    entry.remove(copyKey);
+    return QCryptographicHash::hash(entry.text(), QCryptographicHash::Sha256).toHex();
+}
+
 DesktopEntryText copyOf(const DesktopEntryText &system, bool enabled)
 {
     DesktopEntryText copy = switched(system, enabled);
-    copy.setBoolean(copyKey, true);
+    // The new line may end a text that had no end, which the sum is to see.
+    copy.setPlain(copyKey, {});
+    copy.setPlain(copyKey, sumOf(copy));
     return copy;
+}
+
+bool isOurs(const DesktopEntryText &entry)
+{
+    return entry.value(copyKey) == sumOf(entry);
 }
 
 } // namespace
@@ -108,13 +125,15 @@ Result<void> AutostartEntries::setOwnEnabled(const FilePath &own, const DesktopE
     DesktopEntryText entry(contents.value());
     if (!entry.isSound())
         return Failure{Failure::Kind::Malformed, own, u"No desktop entry"_qs};
-    const bool isOurs = system.isSound() && entry.text() == copyOf(system, !enabled).text();
-    if (system.isSound() && isOn(system) == enabled && (isOurs || !entry.saysMoreThan(hidden))) {
+    const bool isRenewable = system.isSound() && isOurs(entry);
+    if (system.isSound() && isOn(system) == enabled && (isRenewable || !entry.saysMoreThan(hidden))) {
         // Removal refuses a location below a link.
         const FilePath folder = m_files->resolvingSymlinks(m_ownFolder);
         if (m_files->removeItem(folder.appending(own.lastPathComponent())))
             return {};
     }
+    if (isRenewable)
+        return write(own, copyOf(system, enabled).text());
     // What says only that the system's is not to start could not start anything by being turned around.
     if (enabled && !isComplete(entry))
         entry.addMissing(system);

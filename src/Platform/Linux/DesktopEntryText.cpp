@@ -93,17 +93,29 @@ std::optional<bool> DesktopEntryText::boolean(const QByteArray &key) const
 
 void DesktopEntryText::setBoolean(const QByteArray &key, bool value)
 {
-    const QByteArray text = value ? "true" : "false";
+    setPlain(key, value ? "true" : "false");
+}
+
+void DesktopEntryText::setPlain(const QByteArray &key, const QByteArray &value)
+{
     const QList<qsizetype> places = linesOf(key);
     for (const qsizetype line : places) {
         const QByteArray old = m_lines.at(line);
         const qsizetype assigned = old.indexOf('=') + 1;
         const bool isSpaced = assigned < old.size() && old.at(assigned) == ' ';
-        m_lines[line] = old.left(assigned) + (isSpaced ? " " : "") + text + (old.endsWith('\r') ? "\r" : "");
+        m_lines[line] = old.left(assigned) + (isSpaced ? " " : "") + value + (old.endsWith('\r') ? "\r" : "");
     }
     if (!places.isEmpty())
         return;
-    append(key + '=' + text);
+    append(key + '=' + value);
+}
+
+void DesktopEntryText::remove(const QByteArray &key)
+{
+    const QList<qsizetype> places = linesOf(key);
+    for (auto place = places.crbegin(); place != places.crend(); ++place)
+        m_lines.remove(*place);
+    m_end -= places.size();
 }
 
 void DesktopEntryText::addMissing(const DesktopEntryText &other)

@@ -29,6 +29,10 @@ public:
 
     /// In the place of the value that stands there, or else behind the last line of the group. Only when isSound().
     void setBoolean(const QByteArray &key, bool value);
+    /// The same of a text without line ends, semicolons and backslashes.
+    void setPlain(const QByteArray &key, const QByteArray &value);
+    /// Takes all values of @p key away.
+    void remove(const QByteArray &key);
     /// Adds the values of @p other whose keys do not stand here. Only when isSound().
     void addMissing(const DesktopEntryText &other);
     /// The group holds a line that is neither empty nor a value of @p key, or there is something outside of the group.

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <QCryptographicHash>
+
 #include <sys/stat.h>
 
 using namespace Quillmere;
@@ -27,6 +29,13 @@ protected:
     {
         return "# Made by hand\n[Desktop Entry]\nType=Application\nName=Clock\nName[de]=Uhr\nExec=clock\n" + more
             + "\n[Desktop Action a]\nName=b\n";
+    }
+
+    /// What stands for an entry with @p more while it is switched, with the sum that `sha256sum` tells.
+    static QByteArray markedCopy(const QByteArray &more)
+    {
+        const QByteArray sum = QCryptographicHash::hash(entry(more), QCryptographicHash::Sha256).toHex();
+        return entry(more + "X-Quillmere-Copy=" + sum + '\n');
     }
 
     FilePath own(const QByteArray &name, const QByteArray &text) const { return home.addFile(ownFolder + name, text); }
@@ -152,12 +161,62 @@ TEST_F(AutostartEntriesTest, SwitchesTheSystemsByACopyThatGoesAgain)
     EXPECT_FALSE(isEnabled());
     EXPECT_EQ(entries().first().path, file);
     EXPECT_EQ(home.contents("first/autostart/a.desktop"), entry("X-Odd=1\n"));
-    EXPECT_EQ(home.contents(ownFolder + "a.desktop"), entry("X-Odd=1\nHidden=true\nX-Quillmere-Copy=true\n"));
+    EXPECT_EQ(home.contents(ownFolder + "a.desktop"), markedCopy("X-Odd=1\nHidden=true\n"));
 
     setEnabled(file, true);
     EXPECT_TRUE(isEnabled());
     EXPECT_FALSE(home.exists(ownFolder + "a.desktop"));
     EXPECT_EQ(home.contents("first/autostart/a.desktop"), entry("X-Odd=1\n"));
+}
+
+TEST_F(AutostartEntriesTest, LetsTheSystemsEntryCountAgainThatAnUpdateChangedMeanwhile)
+{
+    const FilePath file = system("a.desktop", entry("X-Version=1\n"));
+    setEnabled(file, false);
+    system("a.desktop", entry("X-Version=2\n"));
+    EXPECT_FALSE(isEnabled());
+
+    setEnabled(file, true);
+
+    EXPECT_TRUE(isEnabled());
+    EXPECT_FALSE(home.exists(ownFolder + "a.desktop"));
+}
+
+TEST_F(AutostartEntriesTest, TakesItsCopyOfAnEntryWithoutALastLineEndAwayAgain)
+{
+    const FilePath file = system("a.desktop", "[Desktop Entry]\nType=Application\nExec=clock\nHidden=true");
+
+    setEnabled(file, true);
+    EXPECT_TRUE(isEnabled());
+    setEnabled(file, false);
+
+    EXPECT_FALSE(isEnabled());
+    EXPECT_FALSE(home.exists(ownFolder + "a.desktop"));
+}
+
+TEST_F(AutostartEntriesTest, RenewsItsCopyOfAnEntryThatAnUpdateTurnedAround)
+{
+    const FilePath file = system("a.desktop", entry("Hidden=true\n"));
+    setEnabled(file, true);
+    system("a.desktop", entry("X-Version=2\n"));
+    EXPECT_TRUE(isEnabled());
+
+    setEnabled(file, false);
+
+    EXPECT_FALSE(isEnabled());
+    EXPECT_EQ(home.contents(ownFolder + "a.desktop"), markedCopy("X-Version=2\nHidden=true\n"));
+}
+
+TEST_F(AutostartEntriesTest, KeepsWhatTheUserAddedToACopy)
+{
+    const FilePath file = system("a.desktop", entry());
+    setEnabled(file, false);
+    own("a.desktop", home.contents(ownFolder + "a.desktop") + "# Mine\n");
+
+    setEnabled(file, true);
+
+    EXPECT_TRUE(isEnabled());
+    EXPECT_TRUE(home.contents(ownFolder + "a.desktop").endsWith("# Mine\n"));
 }
 
 TEST_F(AutostartEntriesTest, KeepsTheUsersOwnVersionOfWhatTheSystemBrings)
@@ -248,7 +307,7 @@ TEST_F(AutostartEntriesTest, TurnsOnWhatTheSystemBringsTurnedOff)
 
     setEnabled(file, true);
     EXPECT_TRUE(isEnabled());
-    EXPECT_EQ(home.contents(ownFolder + "a.desktop"), entry("Hidden=false\nX-Quillmere-Copy=true\n"));
+    EXPECT_EQ(home.contents(ownFolder + "a.desktop"), markedCopy("Hidden=false\n"));
 
     setEnabled(file, false);
     EXPECT_FALSE(isEnabled());
