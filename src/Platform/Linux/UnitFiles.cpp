@@ -79,6 +79,14 @@ FilePath UnitFiles::systemFile(const QByteArray &name) const
     return {};
 }
 
+FilePath UnitFiles::fileOf(const FilePath &path) const
+{
+    const FilePath known = systemFile(path.lastPathComponent());
+    const auto folderOf
+        = [this](const FilePath &file) { return m_files->resolvingSymlinks(file.deletingLastPathComponent()); };
+    return !known.isEmpty() && folderOf(known) == folderOf(path) ? known : path;
+}
+
 bool UnitFiles::canBeEnabled(const FilePath &file) const
 {
     const QList<QByteArray> lines = m_files->contentsOfFile(file, mostBytes).valueOr({}).split('\n');

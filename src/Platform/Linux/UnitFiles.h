@@ -23,6 +23,8 @@ public:
     [[nodiscard]] bool isMasked(const QByteArray &name) const;
     /// The system's most important file of that unit; empty when there is none.
     [[nodiscard]] FilePath systemFile(const QByteArray &name) const;
+    /// @p path as it is called here: the manager knows a folder of the system's by another name, where that is a link.
+    [[nodiscard]] FilePath fileOf(const FilePath &path) const;
 
 private:
     /// What the folders of links in @p folder start.

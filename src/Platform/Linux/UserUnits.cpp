@@ -68,7 +68,7 @@ std::optional<StartupEntry> UserUnits::entryOf(const FilePath &path, const QStri
         return std::nullopt;
     if (state == enabledState || state == disabledState) {
         const auto scope = path.isWithin(m_home) ? StartupEntry::Scope::User : StartupEntry::Scope::AllUsers;
-        return StartupEntry{path, shown, scope, state == enabledState};
+        return StartupEntry{m_files.fileOf(path), shown, scope, state == enabledState};
     }
     // Masked by the user, which is how one that is enabled for all users is switched off for one.
     const FilePath system

@@ -188,6 +188,23 @@ TEST_F(SystemDisksTest, WhatIsInMemoryOrOnOtherMachinesNeedsNoDisk)
     EXPECT_TRUE(needed().value().isEmpty());
 }
 
+TEST_F(SystemDisksTest, WhatMountsAtTheFirstTouchCountsAsWhatWasMounted)
+{
+    mount("/", "259:2");
+    mount("/home", "0:40", "autofs", "auto.home");
+    expectUnknown("/home");
+
+    mount("/home/user", "0:41", "nfs4", "server:/home/user");
+    ASSERT_TRUE(needed());
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second));
+
+    mount("/boot", "0:42", "autofs", "systemd-1");
+    expectUnknown("/boot");
+    mount("/boot", "8:1", "vfat");
+    ASSERT_TRUE(needed());
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second, stick, onStick));
+}
+
 TEST_F(SystemDisksTest, NoDiskIsFreeWhereItCannotBeToldWhereTheSystemLives)
 {
     mount("/", "0:28", "zfs", "pool/root");

@@ -205,6 +205,16 @@ TEST_F(UserUnitsTest, SwitchesOffForOneUserWhatIsEnabledForAll)
     EXPECT_FALSE(home.exists("home/.config/systemd/user/agent.socket"));
 }
 
+TEST_F(UserUnitsTest, KeepTheirPathWhereTheManagerNamesTheirFolderByALink)
+{
+    home.addLink("by another name", system.bytes());
+    QString renamed = listing;
+    add(u"ListUnitFiles"_qs, {}, u"a(ss)"_qs, renamed.replace(u"SYSTEM"_qs, textOf(home.path("by another name"))));
+    home.addFile("system/music.service");
+
+    EXPECT_TRUE(isEnabled(music));
+}
+
 TEST_F(UserUnitsTest, FailsWhereTheManagerLeavesAUnitAsItWas)
 {
     answer();
