@@ -20,7 +20,6 @@ Result<ChildEnd> finish(QProcess &process, const Command &command)
 {
     constexpr int forever = -1;
     constexpr int signalled = 128;
-    process.setProcessChannelMode(QProcess::ForwardedOutputChannel);
     process.setStandardInputFile(QProcess::nullDevice());
     LastOutput said;
     QObject::connect(&process, &QProcess::readyReadStandardError, &process,
@@ -82,6 +81,7 @@ QString argumentOf(const FilePath &path)
 Result<ChildEnd> runChild(const Command &command)
 {
     QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedOutputChannel);
     return finish(process, command);
 }
 
@@ -90,6 +90,7 @@ Result<ChildEnd> runChildAs(const Caller &caller, const Command &command)
     QProcess process;
     process.setProcessEnvironment(environmentOf(caller));
     process.setChildProcessModifier([&caller] { become(caller); });
+    process.setStandardOutputFile(QProcess::nullDevice());
     return finish(process, command);
 }
 

@@ -23,7 +23,8 @@ struct ChildEnd
 [[nodiscard]] Result<ChildEnd> runChild(const Command &command);
 
 /// The same with the rights of @p caller and nothing of ours: in a session of its own, in an environment made anew that
-/// leads to the caller's home and, where there is one, to the caller's session bus.
+/// leads to the caller's home and, where there is one, to the caller's session bus. What it writes goes nowhere: a service
+/// that it leaves behind would hold our output open, and whoever reads that to its end would never get there.
 [[nodiscard]] Result<ChildEnd> runChildAs(const Caller &caller, const Command &command);
 
 } // namespace Quillmere

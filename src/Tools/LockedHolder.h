@@ -11,7 +11,7 @@ namespace Quillmere {
 class LockedHolder final : public KeepAwakeHolder
 {
 public:
-    /// @p program does what runHeldInhibitor() does; it is given @p runFolder.
+    /// @p program does what HeldInhibitor does; it is given @p runFolder.
     LockedHolder(QString program, FilePath runFolder);
 
     [[nodiscard]] Result<bool> isRunning() const override;

@@ -70,6 +70,19 @@ TEST_F(SearchIndexTest, SaysWhatFailedBesideWhatWasDone)
     EXPECT_TRUE(run().message.endsWith(u"The index of file names was not rebuilt: status 137"_qs));
 }
 
+TEST_F(SearchIndexTest, LeavesNoOutputOpenInAServiceThatIsStartedAnew)
+{
+    programs.add(u"baloo_file"_qs);
+    programs.add(u"balooctl"_qs,
+                 u"output=$(readlink /proc/$$/fd/1); echo \"$output\" >'%1'"_qs.arg(programs.path(u"output"_qs)));
+
+    EXPECT_EQ(run().status, 0);
+
+    QFile output(programs.path(u"output"_qs));
+    ASSERT_TRUE(output.open(QFile::ReadOnly));
+    EXPECT_EQ(output.readAll(), "/dev/null\n");
+}
+
 TEST_F(SearchIndexTest, ActsForAUserWithThatUsersRightsAloneAndForAllNamesAsRoot)
 {
     QUILLMERE_NEED(::geteuid() == 0 ? "" : "Only root can act for somebody else");
