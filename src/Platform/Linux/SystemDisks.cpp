@@ -83,8 +83,19 @@ private:
             addLayers(mount);
         else if (mount.source.startsWith('/') && !mount.source.startsWith("/dev/"))
             addPath(FilePath(mount.source));
-        else if (!holds(typesOnNoDisk, mount.type))
+        else if (!holds(typesOnNoDisk, mount.type) && !isMereTrigger(mount))
             fail(mount.location);
+    }
+
+    /// What mounts at the first touch holds nothing itself, once something has been mounted there. Before that nobody
+    /// can tell what it will be.
+    [[nodiscard]] bool isMereTrigger(const MountEntry &mount) const
+    {
+        if (mount.type != "autofs")
+            return false;
+        const QList<MountEntry> later = m_places.mounts.mid(m_places.mounts.indexOf(mount) + 1);
+        return std::ranges::any_of(later,
+                                   [&](const MountEntry &other) { return other.location.isWithin(mount.location); });
     }
 
     void addLayers(const MountEntry &mount)
