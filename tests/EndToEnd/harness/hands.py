@@ -1,6 +1,7 @@
 """Two ways to use Quillmere's window: by pointer, and by keyboard alone."""
 
 from .accessible import Item
+from .desktop import wait_until
 from .running import RunningProgram
 
 
@@ -58,13 +59,19 @@ class ByKeyboard:
         self._person = program.person
 
     def open(self, destination: str) -> None:
-        selected = next(item for item in self._application.all("list item") if "selected" in item.states())
+        selected = self._selected()
         self._person.reach("list item", selected.name)
         items = [item.name for item in self._application.all("list item") if item.extents.x == selected.extents.x]
         steps = items.index(destination) - items.index(selected.name)
         if steps:
             self._person.reach("list item", destination, "Down" if steps > 0 else "Up", at_most=self.FAR)
         self._application.find("heading", HEADINGS.get(destination, destination))
+
+    def _selected(self) -> Item:
+        """Where the sidebar is now. A program that has just begun says so a little later."""
+        def known():
+            return next((item for item in self._application.all("list item") if "selected" in item.states()), None)
+        return wait_until(known, "a destination to be selected")
 
     def press(self, button: str, of: str | None = None) -> None:
         self._person.reach("push button", button, description=of)
