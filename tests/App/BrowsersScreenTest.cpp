@@ -98,7 +98,8 @@ TEST_F(BrowsersScreenTest, CoversTheScreenWhileItDetectsAndOffersNoWayToStop)
     EXPECT_TRUE(person.sees(Dialog, u"Loading..."_qs));
     EXPECT_TRUE(person.sees(StaticText, u"Detecting browsers..."_qs));
     EXPECT_TRUE(person.reads(u"10%"_qs));
-    EXPECT_TRUE(person.seesNo(Button, u"Cancel"_qs));
+    EXPECT_TRUE(person.sees(Button, u"Cancel"_qs));
+    EXPECT_FALSE(person.canUse(Button, u"Cancel"_qs));
     person.press(Qt::Key_Escape);
     EXPECT_TRUE(person.sees(Dialog, u"Loading..."_qs));
 
@@ -132,7 +133,8 @@ TEST_F(BrowsersScreenTest, SaysThatItCleansFromTheFirstToTheLastAndOffersNoWayTo
     EXPECT_TRUE(person.sees(Dialog, u"Cleaning..."_qs));
     EXPECT_TRUE(person.sees(StaticText, u"Cleaning browser data..."_qs));
     EXPECT_TRUE(person.reads(u"50%"_qs));
-    EXPECT_TRUE(person.seesNo(Button, u"Cancel"_qs));
+    EXPECT_TRUE(person.sees(Button, u"Cancel"_qs));
+    EXPECT_FALSE(person.canUse(Button, u"Cancel"_qs));
     person.press(Qt::Key_Escape);
     EXPECT_TRUE(person.sees(Dialog, u"Cleaning..."_qs));
     gate.open();

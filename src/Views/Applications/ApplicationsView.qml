@@ -86,7 +86,7 @@ Destination {
         }
     }
 
-    // What goes on cannot be stopped half-way: while something is removed, the button is there and does nothing.
+    // What is being removed cannot be stopped half-way.
     ProgressOverlay {
         visible: root.isWorking
         title: Texts.localized(root.viewModel.isScanning ? "applications.scanning" : "applications.uninstalling")
@@ -95,11 +95,9 @@ Destination {
         isSentence: !root.viewModel.isScanning
         progress: root.viewModel.isScanning ? root.viewModel.scanProgress : 0.5
         symbol: root.viewModel.isScanning ? "square.grid.2x2" : "trash"
+        cancellable: root.viewModel.isScanning
 
-        onCancelled: {
-            if (root.viewModel.isScanning)
-                root.viewModel.cancelScan();
-        }
+        onCancelled: root.viewModel.cancelScan()
     }
 
     RemovalAlert {

@@ -12,7 +12,7 @@ FocusScope {
     property string message
     /// From 0.0 to 1.0; below 0 while nobody knows how far it is, which shows no bar.
     property real progress: 0
-    /// False for work that cannot be stopped: no button, and Escape does nothing.
+    /// False for work that cannot be stopped: the button is dimmed, and Escape does nothing.
     property bool cancellable: true
     property string symbol: "search"
     /// True for a sentence, which wraps; false for a path or a name, which is shortened in its middle.
@@ -122,7 +122,7 @@ FocusScope {
         elevation: Elevation.Overlay
         anchors.centerIn: parent
         width: Math.max(364, cancelButton.implicitWidth + 64)
-        height: 262 + heading.extraHeight + messageText.extraHeight - (root.progress < 0 ? 26 : 0) - (root.cancellable ? 0 : 44)
+        height: 262 + heading.extraHeight + messageText.extraHeight - (root.progress < 0 ? 26 : 0)
 
         Ripple {
             anchors.horizontalCenter: parent.horizontalCenter
@@ -176,7 +176,7 @@ FocusScope {
             anchors.horizontalCenter: parent.horizontalCenter
             y: parent.height - 56
             leftPadding: 26
-            visible: root.cancellable
+            enabled: root.cancellable
             text: Texts.localized("common.cancel")
 
             // The only stop while the overlay stands: Tab stays here and shows where it is.

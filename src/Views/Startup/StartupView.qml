@@ -50,12 +50,20 @@ Destination {
 
         EmptyState {
             anchors.fill: parent
-            visible: root.viewModel.isLoading && root.viewModel.isEmpty
+            visible: root.viewModel.isLoading
+            opacity: visible ? 1 : 0
             symbol: "power"
             working: true
 
             Accessible.role: Accessible.ProgressBar
             Accessible.name: Texts.localized("control.loading")
+
+            // Reading mostly takes no longer than a blink, which shall not be one.
+            Behavior on opacity {
+                NumberAnimation {
+                    duration: Theme.expandDuration
+                }
+            }
         }
 
         EmptyState {
@@ -66,8 +74,16 @@ Destination {
         }
 
         FocusScope {
+            // Gives way while it is read again, and keeps the keyboard meanwhile.
             anchors.fill: parent
             visible: !root.viewModel.isEmpty
+            opacity: root.viewModel.isLoading ? 0 : 1
+
+            Behavior on opacity {
+                NumberAnimation {
+                    duration: Theme.expandDuration
+                }
+            }
 
             StartupColumns {
                 id: columns
@@ -101,16 +117,6 @@ Destination {
                 y: 6
                 width: columns.statusWidth
                 text: Texts.localized("startup.column.status")
-            }
-
-            // A list that is there stays in its place while it is read again.
-            Spinner {
-                x: columns.moreX + (columns.moreWidth - width) / 2
-                y: 12
-                running: root.viewModel.isLoading
-
-                Accessible.role: Accessible.ProgressBar
-                Accessible.name: Texts.localized("control.loading")
             }
 
             Divider {
