@@ -5,7 +5,6 @@
 #include <QSet>
 #include <QStringDecoder>
 
-#include <algorithm>
 #include <chrono>
 
 namespace Quillmere {

@@ -12,7 +12,6 @@
 #include "ViewModels/UnfinishedRuns.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace Quillmere {
 

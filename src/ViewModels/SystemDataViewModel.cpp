@@ -4,10 +4,8 @@
 #include "Utilities/BackgroundWork.h"
 #include "Utilities/ByteCountFormatter.h"
 #include "Utilities/LocalizationManager.h"
-#include "Values/CancellationError.h"
 
 #include <algorithm>
-#include <functional>
 #include <numeric>
 #include <optional>
 

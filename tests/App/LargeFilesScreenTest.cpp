@@ -22,11 +22,12 @@ protected:
     }
 
     /// Three files, and their list on the screen, the largest first.
-    Person openList()
+    Person openList(const std::function<void()> &beforeTheScan = [] {})
     {
         addFile("Movies/film.mp4", 300'000'000);
         addFile("Downloads/disk.iso", 200'000'000);
         addFile("Documents/mail", 100'000'000);
+        beforeTheScan();
         const Person person = open(SidebarTab::LargeFiles);
         EXPECT_TRUE(person.click(Button, u"Start Scan"_qs));
         EXPECT_TRUE(person.reads(u"3 files (600 MB)"_qs));
@@ -120,10 +121,35 @@ TEST_F(LargeFilesScreenTest, IsSortedByAClickOnAColumnFirstDescending)
     expectOrder(person, {u"mail"_qs, u"film.mp4"_qs, u"disk.iso"_qs});
     EXPECT_EQ(person.find(Button, u"Name"_qs)->text(QAccessible::Description), u"Sorted descending"_qs);
     EXPECT_EQ(person.find(Button, u"Size"_qs)->text(QAccessible::Description), QString());
+    EXPECT_TRUE(showsSymbolOnScreen(u"chevron.down"_qs));
+    EXPECT_FALSE(showsSymbolOnScreen(u"chevron.up"_qs));
 
     ASSERT_TRUE(person.click(Button, u"Name"_qs));
     expectOrder(person, {u"disk.iso"_qs, u"film.mp4"_qs, u"mail"_qs});
     EXPECT_EQ(person.find(Button, u"Name"_qs)->text(QAccessible::Description), u"Sorted ascending"_qs);
+    EXPECT_TRUE(showsSymbolOnScreen(u"chevron.up"_qs));
+    EXPECT_FALSE(showsSymbolOnScreen(u"chevron.down"_qs));
+}
+
+TEST_F(LargeFilesScreenTest, SortsBySizeAndByTimeUnderTheirOwnHeads)
+{
+    const QDateTime now = machine.clock->now();
+    const Person person = openList([&] {
+        // The larger, the younger, but for the smallest, which is the youngest.
+        for (const auto &[path, days] :
+             {std::pair("Movies/film.mp4", -2), {"Downloads/disk.iso", -3}, {"Documents/mail", -1}}) {
+            const QDateTime changed = now.addDays(days);
+            machine.files->setTimes(FilePath("/home/ada").appending(path), changed, changed);
+        }
+    });
+
+    ASSERT_TRUE(person.click(Button, u"Size"_qs));
+    expectOrder(person, {u"mail"_qs, u"disk.iso"_qs, u"film.mp4"_qs});
+
+    ASSERT_TRUE(person.click(Button, u"Last Modified"_qs));
+    expectOrder(person, {u"mail"_qs, u"film.mp4"_qs, u"disk.iso"_qs});
+    ASSERT_TRUE(person.click(Button, u"Last Modified"_qs));
+    expectOrder(person, {u"disk.iso"_qs, u"film.mp4"_qs, u"mail"_qs});
 }
 
 TEST_F(LargeFilesScreenTest, CoversItselfWhileItScansAndIsCancelledByItsButton)

@@ -16,6 +16,19 @@ void collectWarnings(QtMsgType type, const QMessageLogContext &, const QString &
         qmlWarnings.append(text);
 }
 
+bool isOfType(const QQuickItem &item, const QByteArray &type)
+{
+    return QByteArray(item.metaObject()->className()).startsWith(type);
+}
+
+bool isInSidebar(const QQuickItem &item)
+{
+    const QQuickItem *above = &item;
+    while (above && !isOfType(*above, "SidebarView"))
+        above = above->parentItem();
+    return above != nullptr;
+}
+
 bool holds(const QQuickItem &item, const std::function<bool(const QQuickItem &)> &isMeant)
 {
     if (!item.isVisible() || item.opacity() == 0)
@@ -58,8 +71,13 @@ bool ScreensFixture::showsItem(const std::function<bool(const QQuickItem &)> &is
 
 bool ScreensFixture::showsSymbol(const QString &name) const
 {
+    return showsItem([&](const QQuickItem &item) { return item.property("name") == name && isOfType(item, "Symbol"); });
+}
+
+bool ScreensFixture::showsSymbolOnScreen(const QString &name) const
+{
     return showsItem([&](const QQuickItem &item) {
-        return item.property("name") == name && QByteArray(item.metaObject()->className()).startsWith("Symbol");
+        return item.property("name") == name && isOfType(item, "Symbol") && !isInSidebar(item);
     });
 }
 

@@ -26,6 +26,8 @@ protected:
     /// Whether an item that can be seen in the main window is as @p isMeant says.
     [[nodiscard]] bool showsItem(const std::function<bool(const QQuickItem &item)> &isMeant) const;
     [[nodiscard]] bool showsSymbol(const QString &name) const;
+    /// The same beside the sidebar, which has a symbol for each screen.
+    [[nodiscard]] bool showsSymbolOnScreen(const QString &name) const;
     /// Whether @p text stands somewhere by itself, and all of it.
     [[nodiscard]] bool showsWhole(const QString &text) const;
 

@@ -104,6 +104,7 @@ TEST_F(SystemDataScreenTest, ShowsTheStartAgainWhenCancelledAndScansFromThere)
 
     EXPECT_TRUE(person.sees(StaticText, u"Analyze disk space allocation across categories."_qs));
     EXPECT_TRUE(person.readsNo(u"Storage Categories"_qs));
+    EXPECT_TRUE(showsSymbolOnScreen(u"internaldrive"_qs));
     ASSERT_TRUE(person.click(Button, u"Scan Disk"_qs));
     EXPECT_TRUE(person.sees(ListItem, u"Applications, 10 GB, 10.0%"_qs));
     EXPECT_TRUE(person.seesNo(Button, u"Scan Disk"_qs));

@@ -25,16 +25,16 @@ protected:
     /// From now on every command that needs rights waits.
     void holdCommands()
     {
-        machine.processes->answer(u"/usr/bin/osascript"_qs, [gate = gate, files = machine.files](const Command &command) {
-            gate.wait();
-            return files->disks().diskutil(wordsOfScript(command.arguments.value(1)).mid(1), true);
-        });
+        machine.processes->answer(
+            u"/usr/bin/osascript"_qs, [gate = gate, files = machine.files](const Command &command) {
+                gate.wait();
+                return files->disks().diskutil(wordsOfScript(command.arguments.value(1)).mid(1), true);
+            });
     }
     [[nodiscard]] bool prints(const Person &person, const QString &text) const
     {
         QAccessibleInterface *console = person.find(EditableText, u"Terminal Console Output"_qs);
-        return console
-            && QTest::qWaitFor([&] { return console->text(QAccessible::Value).contains(text); }, 10'000);
+        return console && QTest::qWaitFor([&] { return console->text(QAccessible::Value).contains(text); }, 10'000);
     }
     [[nodiscard]] bool wasErased() const
     {
@@ -215,12 +215,12 @@ TEST_F(ToolsScreenTest, ErasesTheSystemDiskOnlyAfterThreeConfirmationsAndATypedW
     ASSERT_TRUE(person.sees(Heading, step1));
     ASSERT_TRUE(person.click(Button, u"Proceed"_qs));
     ASSERT_TRUE(person.sees(Heading, step2));
-    EXPECT_TRUE(person.sees(
-        StaticText, u"This is an internal system drive. Formatting it can remove macOS startup data."_qs));
+    EXPECT_TRUE(
+        person.sees(StaticText, u"This is an internal system drive. Formatting it can remove macOS startup data."_qs));
     ASSERT_TRUE(person.click(Button, u"Proceed"_qs));
     ASSERT_TRUE(person.sees(Heading, step3));
-    EXPECT_TRUE(person.sees(StaticText,
-                            u"Final confirmation. Type ERASE below to erase the internal system drive."_qs));
+    EXPECT_TRUE(
+        person.sees(StaticText, u"Final confirmation. Type ERASE below to erase the internal system drive."_qs));
     EXPECT_TRUE(machine.processes->joinedRuns().isEmpty());
     ASSERT_TRUE(person.isGivenTheKeyboardAt(u"Type ERASE"_qs));
     person.type(u"erase "_qs);
@@ -323,9 +323,8 @@ TEST_F(ToolsScreenTest, LocksTheSecureOverwriteOfAnInternalVolume)
     const Person person = openSheet();
     ASSERT_TRUE(person.click(RadioButton, u"Full Cleanup with Secure Overwrite"_qs));
 
-    EXPECT_TRUE(person.sees(
-        AlertMessage,
-        u"Secure overwrite is blocked for internal or system drives to protect macOS files."_qs));
+    EXPECT_TRUE(person.sees(AlertMessage,
+                            u"Secure overwrite is blocked for internal or system drives to protect macOS files."_qs));
     EXPECT_FALSE(person.canUse(Button, u"Run Secure Overwrite"_qs));
 
     chooseStick(person);
@@ -381,6 +380,5 @@ TEST_F(ToolsScreenTest, MountsADiskThatCameWhileTheProgramRuns)
     machine.workspace->announceMount({FilePath("/Volumes/STICK")});
     childProcessPool().waitForDone();
 
-    EXPECT_EQ(machine.processes->launches(),
-              QList({Command{u"/usr/sbin/diskutil"_qs, {u"mount"_qs, u"disk4s2"_qs}}}));
+    EXPECT_EQ(machine.processes->launches(), QList({Command{u"/usr/sbin/diskutil"_qs, {u"mount"_qs, u"disk4s2"_qs}}}));
 }

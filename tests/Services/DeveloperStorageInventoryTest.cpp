@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <stdexcept>
+
 using namespace Quillmere;
 using testing::Contains;
 using testing::Each;
@@ -255,4 +257,26 @@ TEST_F(DeveloperStorageInventoryTest, PassesOverVersionsThatVanishWhileItLooks)
         [this](const FilePath &) { machine.files->vanish(FilePath("/opt/homebrew/Cellar/python@3.13")); });
 
     EXPECT_THAT(inventory(), ElementsAre(u"Python (Homebrew)"_qs));
+}
+
+TEST_F(DeveloperStorageInventoryTest, ListsWhatCannotBeMeasuredWithoutASize)
+{
+    addTree(FilePath("/Applications/Xcode.app"), 6);
+    addTree(home.appending("go"), 7);
+    const FilePath rust("/usr/bin/rustc");
+    addProgram(rust, "rustc 1.80");
+    machine.files->onMeasure([&](const FilePath &path) {
+        if (path == FilePath("/Applications/Xcode.app") || path == rust)
+            throw std::runtime_error("the disk is on fire");
+    });
+
+    const std::optional<CleanupCategory> category = service().scanInstalledTools(scanner);
+
+    ASSERT_TRUE(category);
+    QHash<FilePath, qint64> sizes;
+    for (const CleanupItem &item : category->items)
+        sizes.insert(item.path, item.size);
+    EXPECT_EQ(sizes.value(FilePath("/Applications/Xcode.app"), -1), 0);
+    EXPECT_EQ(sizes.value(home.appending("go")), 7);
+    EXPECT_EQ(sizes.value(rust, -1), 0);
 }

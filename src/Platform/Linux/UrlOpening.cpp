@@ -14,9 +14,9 @@ constexpr auto settingsScheme = u"x-apple.systempreferences";
 
 // One for each desktop; each says itself on which it is shown.
 constexpr std::array settingsPrograms = {
-    "org.gnome.Settings.desktop",     "gnome-control-center.desktop", "systemsettings.desktop",
-    "xfce-settings-manager.desktop",  "cinnamon-settings.desktop",    "matecc.desktop",
-    "lxqt-config.desktop",            "budgie-control-center.desktop",
+    "org.gnome.Settings.desktop",    "gnome-control-center.desktop",  "systemsettings.desktop",
+    "xfce-settings-manager.desktop", "cinnamon-settings.desktop",     "matecc.desktop",
+    "lxqt-config.desktop",           "budgie-control-center.desktop",
 };
 
 struct Unref
