@@ -41,7 +41,7 @@ Rectangle {
             height: 290
             title: "Terminal Console Output"
             output: "Starting DNS cache flush...\nDNS cache flushed.\nSUCCESS: Command completed successfully.\n"
-            running: true
+            working: true
         }
 
         Console {

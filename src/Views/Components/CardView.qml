@@ -7,6 +7,9 @@ Panel {
 
     property string title
     property string icon
+    /// Turns in the place of the symbol while something goes on, and is called `workingText`.
+    property bool working: false
+    property string workingText: Texts.localized("control.loading")
     /// What stands at the right end of the header row.
     property alias trailing: trailingSlot.data
     default property alias body: bodySlot.data
@@ -22,9 +25,18 @@ Panel {
         x: Theme.cardPadding
         y: 17
         visible: root.icon !== ""
+        opacity: root.working ? 0 : 1
         name: root.icon
         size: 18
         color: Theme.accent
+    }
+
+    Spinner {
+        anchors.centerIn: symbol
+        running: root.working
+
+        Accessible.role: Accessible.ProgressBar
+        Accessible.name: root.workingText
     }
 
     HeadingText {

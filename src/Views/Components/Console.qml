@@ -6,48 +6,33 @@ CardView {
     id: root
 
     property string output
-    property bool running: false
-    /// What runs, for assistive tools.
-    property string runningText: Texts.localized("control.loading")
     property string idleText
     property string copyText: Texts.localized("control.copy")
 
-    readonly property bool idle: output === "" && !running
+    readonly property bool idle: output === "" && !working
 
     icon: "terminal"
 
-    trailing: Row {
-        spacing: 8
+    trailing: IconButton {
+        visible: root.output !== ""
+        symbol: "copy"
+        symbolSize: 16
+        accessibleName: root.copyText
 
-        Spinner {
-            anchors.verticalCenter: parent.verticalCenter
-            running: root.running
-
-            Accessible.role: Accessible.ProgressBar
-            Accessible.name: root.runningText
-        }
-
-        IconButton {
-            visible: root.output !== ""
-            symbol: "copy"
-            symbolSize: 16
-            accessibleName: root.copyText
-
-            onClicked: {
-                const start = log.selectionStart;
-                const end = log.selectionEnd;
-                if (start === end)
-                    log.selectAll();
-                log.copy();
-                log.select(start, end);
-            }
+        onClicked: {
+            const start = log.selectionStart;
+            const end = log.selectionEnd;
+            if (start === end)
+                log.selectAll();
+            log.copy();
+            log.select(start, end);
         }
     }
 
     Rectangle {
         x: -Theme.cardPadding + 12
         width: root.width - 24
-        height: root.height - 50 - 12
+        height: parent.height + Theme.cardPadding - 12
         radius: Theme.rowRadius
         color: Theme.consoleGround
 

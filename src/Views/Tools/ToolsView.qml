@@ -97,8 +97,8 @@ Destination {
         height: parent.height - y - Theme.screenMargin
         title: Texts.localized("tools.console")
         output: root.viewModel.consoleOutput
-        running: root.viewModel.isRunning
-        runningText: root.viewModel.currentToolName
+        working: root.viewModel.isRunning
+        workingText: root.viewModel.currentToolName
         idleText: Texts.localized("tools.consoleIdle")
     }
 
