@@ -17,7 +17,7 @@ class ApplicationLeftoversTest : public InstalledApplicationsFixture
 
 TEST_F(ApplicationLeftoversTest, FindsTheLeftoversOfTheExactNameInTheirOrder)
 {
-    for (const char *folder : {".config", ".local/share", ".local/state", ".cache"}) {
+    for (const char *folder : {".config", ".local/share", ".local/state", ".cache", ".var/app"}) {
         disk.addFile(QByteArray("home/") + folder + "/org.example.a/file");
         disk.addFile(QByteArray("home/") + folder + "/org.example.a-helper/file");
     }
@@ -27,21 +27,25 @@ TEST_F(ApplicationLeftoversTest, FindsTheLeftoversOfTheExactNameInTheirOrder)
     EXPECT_THAT(leftoversOf("org.example.a"),
                 ElementsAre(disk.path("home/.config/org.example.a"), disk.path("home/.local/share/org.example.a"),
                             disk.path("home/.local/state/org.example.a"), disk.path("home/.cache/org.example.a"),
+                            disk.path("home/.var/app/org.example.a"),
                             disk.path("home/.config/autostart/org.example.a.desktop"),
                             disk.path("home/.local/share/applications/org.example.a.desktop")));
 }
 
-TEST_F(ApplicationLeftoversTest, KeepsApartWhatAFlatpakAndWhatAnotherInstallationOfItsNameLeft)
+TEST_F(ApplicationLeftoversTest, KeepsApartWhatAFlatpakAndAnotherInstallationOfItsNameKeep)
 {
     for (const char *folder : {".config", ".local/share", ".local/state", ".cache", ".var/app"})
         disk.addFile(QByteArray("home/") + folder + "/org.example.a/file");
     const FilePath autostart
         = disk.addFile("home/.config/autostart/org.example.a.desktop",
                        "[Desktop Entry]\nExec=flatpak run org.example.a\nX-Flatpak=org.example.a\n");
+    disk.addFolder("home/.local/share/flatpak/app/org.example.a");
     ListedApplication flatpak;
     flatpak.id = "org.example.a";
     flatpak.removal = ApplicationRemoval::Command;
+    EXPECT_THAT(installed().leftoversOf(flatpak), testing::SizeIs(6)) << "There is no other.";
 
+    addEntry("system", "org.example.a", "/bin/true");
     EXPECT_THAT(installed().leftoversOf(flatpak), ElementsAre(disk.path("home/.var/app/org.example.a"), autostart));
     EXPECT_THAT(leftoversOf("org.example.a"),
                 ElementsAre(disk.path("home/.config/org.example.a"), disk.path("home/.local/share/org.example.a"),
