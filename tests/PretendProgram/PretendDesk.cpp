@@ -59,8 +59,6 @@ void fillPretendDesk(PretendMachine &machine, const PretendLoad &load)
     const qint64 free = bytesOfDisk * (100 - load.disk) / 100;
     machine.files->setCapacity(VolumeCapacity{bytesOfDisk, free, free});
     machine.installTrafficFilter();
-    for (const char *browser : browsers)
-        machine.workspace->install(QString::fromLatin1(browser));
 }
 
 PretendLife::PretendLife(PretendMachine machine, const PretendLoad &load)
@@ -76,6 +74,12 @@ void PretendLife::passASecond()
     m_machine.host->spend(1000, m_load.processors);
     m_machine.host->move(1'834'000, 124'000);
     m_machine.clock->set(m_machine.clock->now().addSecs(1));
+}
+
+void fillPretendBrowsers(PretendMachine &machine)
+{
+    for (const char *browser : browsers)
+        machine.workspace->install(QString::fromLatin1(browser));
 }
 
 } // namespace Quillmere

@@ -34,4 +34,7 @@ private:
     QTimer m_timer;
 };
 
+/// Installs the usual browsers on @p machine.
+void fillPretendBrowsers(PretendMachine &machine);
+
 } // namespace Quillmere

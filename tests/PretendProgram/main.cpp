@@ -82,7 +82,9 @@ private:
     QCommandLineOption m_size{u"size"_qs, u"Size of the window."_qs, u"WIDTHxHEIGHT"_qs, u"1100x700"_qs};
     QCommandLineOption m_hold{u"hold"_qs, u"Work that comes to that item stands still there."_qs, u"location"_qs};
     QCommandLineOption m_press{
-        u"press"_qs, u"Presses that button or row as soon as the screen stands. Types, behind a =, where ⇥ ↑ ↓ → are keys."_qs, u"name"_qs};
+        u"press"_qs,
+        u"Presses that button or row as soon as the screen stands. Types, behind a =, where ⇥ ↑ ↓ → are keys."_qs,
+        u"name"_qs};
     QCommandLineOption m_wizard{u"wizard"_qs, u"Starts for the first time."_qs};
     QCommandLineOption m_drivers{u"drivers"_qs, u"Starts with the drivers for disks."_qs};
     QCommandLineOption m_refused{u"refused"_qs, u"Every question for the password is dismissed."_qs};
@@ -152,6 +154,7 @@ int main(int argc, char *argv[])
         fillPretendStartup(machine);
         fillPretendTools(machine);
         fillPretendApplications(machine);
+        fillPretendBrowsers(machine);
     }
     fillPretendDesk(machine, wishes.load());
     fillPretendVolumes(machine);

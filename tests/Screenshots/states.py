@@ -93,15 +93,16 @@ STATES = {
         "nothing-found": (["--empty"], [SCAN]),
     },
     "browsers": {
-        "detecting": (["--hold", "/home/ada/Library/Caches/Google/Chrome"], []),
+        "detecting": (["--hold", "/home/ada/Library/Caches/Google/Chrome/data"], []),
         "list": ([], []),
         "warning": ([], ["browsers.cookiesWarning"]),
         "question": ([], ["browsers.cookiesWarning", "common.clean"]),
+        "cleaning": (["--hold", "/home/ada/Library/Caches/Google/Chrome"], ["common.clean"]),
         "cleaned": ([], ["common.clean", WAIT]),
         "none": (["--empty"], []),
     },
     "systemData": {
-        "scanning": (["--hold", "/home/ada/Documents"], []),
+        "scanning": (["--hold", "/home/ada/Documents/Films"], []),
         "list": ([], []),
         "empty": (["--empty"], []),
     },
