@@ -1,9 +1,11 @@
 """What becomes of a command when the system asks for a password: approved, dismissed, refused, not asked at all."""
 
 import os
+import pathlib
 import random
 import shutil
 import stat
+import tempfile
 import time
 import unittest
 
@@ -246,15 +248,20 @@ class CallerTest(DialogCase):
         self.assertIsNone(installed())
 
     def test_the_index_of_the_caller_is_reset_with_the_callers_rights(self):
+        told = tempfile.TemporaryDirectory()
+        self.addCleanup(told.cleanup)
+        os.chmod(told.name, 0o777)
         for name in ("tracker3", "tracker-miner-fs-3", "updatedb"):
             with open(f"/usr/bin/{name}", "w", encoding="utf-8") as file:
-                file.write(f'#!/bin/sh\necho "{name} $*: $(id -u) $(id -G) $(grep CapEff /proc/self/status)"\n')
+                file.write('#!/bin/sh\n'
+                           f'echo "$*: $(id -u) $(id -G) $(grep CapEff /proc/self/status)" >{told.name}/{name}\n')
             os.chmod(f"/usr/bin/{name}", 0o755)
             self.addCleanup(os.unlink, f"/usr/bin/{name}")
         end = osascript(INDEX, user=TRUSTED)
         self.assert_ends(end, 0)
-        self.assertIn("tracker3 reset --filesystem: 5 60 CapEff:\t0000000000000000\n", end.stdout)
-        self.assertIn("updatedb : 0 0 CapEff", end.stdout)
+        self.assertEqual(pathlib.Path(told.name, "tracker3").read_text(),
+                         "reset --filesystem: 5 60 CapEff:\t0000000000000000\n")
+        self.assertIn(": 0 0 CapEff", pathlib.Path(told.name, "updatedb").read_text())
         self.assertIn("The index of Tracker for games was reset.\nThe index of file names was rebuilt.\n", end.stdout)
 
     def test_what_is_not_here_is_told_through_the_dialog(self):
