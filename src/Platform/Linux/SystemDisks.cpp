@@ -19,6 +19,9 @@ constexpr std::array<std::string_view, 9> systemFolders
 constexpr std::array<std::string_view, 12> typesOnNoDisk
     = {"9p", "afs", "ceph", "cifs", "devtmpfs", "nfs", "nfs4", "ramfs", "rootfs", "smb3", "tmpfs", "virtiofs"};
 
+// What mounts at the first touch, as the kernel calls it.
+constexpr const char *trigger = "autofs";
+
 template<typename Names>
 bool holds(const Names &names, const QByteArray &name)
 {
@@ -91,7 +94,7 @@ private:
     /// can tell what it will be.
     [[nodiscard]] bool isMereTrigger(const MountEntry &mount) const
     {
-        if (mount.type != "autofs")
+        if (mount.type != trigger)
             return false;
         const QList<MountEntry> later = m_places.mounts.mid(m_places.mounts.indexOf(mount) + 1);
         return std::ranges::any_of(later,
@@ -155,7 +158,9 @@ private:
 
     void addPath(const FilePath &path)
     {
-        if (const auto holder = mountThatHolds(path, m_places.mounts))
+        const auto holder = mountThatHolds(path, m_places.mounts);
+        // What a trigger will mount for this path is yet to be seen.
+        if (holder && holder->type != trigger)
             addMount(*holder);
         else
             fail(path);

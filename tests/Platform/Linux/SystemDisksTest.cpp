@@ -198,6 +198,10 @@ TEST_F(SystemDisksTest, WhatMountsAtTheFirstTouchCountsAsWhatWasMounted)
     ASSERT_TRUE(needed());
     EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second));
 
+    places.homes = {FilePath("/home/another")};
+    expectUnknown("/home/another");
+    places.homes = {FilePath("/home/user")};
+
     mount("/boot", "0:42", "autofs", "systemd-1");
     expectUnknown("/boot");
     mount("/boot", "8:1", "vfat");
