@@ -204,8 +204,8 @@ TEST_F(BrowsersScreenTest, OffersToQuitABrowserThatRunsAndToCleanItOnlyThen)
 
     ASSERT_TRUE(person.click(Button, u"Quit Browser"_qs));
 
-    EXPECT_THAT(machine.workspace->askedToQuit(), ElementsAre(7));
     EXPECT_TRUE(person.sees(Button, u"Clean"_qs));
+    EXPECT_THAT(machine.workspace->askedToQuit(), ElementsAre(7));
     EXPECT_TRUE(person.seesNo(Button, u"Quit Browser"_qs));
     EXPECT_TRUE(person.readsNo(u"Running"_qs));
 }

@@ -71,9 +71,13 @@ class Desktop:
         if not display:
             raise RuntimeError(self.processes.log("Xvfb").read_text())
         self.environment["DISPLAY"] = f":{display}"
-        self.processes.start(["openbox"], self.environment)
+        manager = self.processes.start(["openbox"], self.environment)
         # Windows that come before their manager does are taken over in whatever state they are just then.
-        wait_until(lambda: self.run_or_nothing("xdotool", "get_desktop"), "the window manager")
+        try:
+            wait_until(lambda: self.run_or_nothing("xdotool", "get_desktop"), "the window manager")
+        except TimeoutError as late:
+            said = self.processes.log("openbox").read_text(errors="replace")
+            raise TimeoutError(f"{late}, which ended with {manager.poll()} and said: {said}") from None
 
     def _start_buses(self) -> None:
         bus = self.processes.start(["dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=1"],
