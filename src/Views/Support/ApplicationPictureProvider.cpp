@@ -22,6 +22,8 @@ bool isPicture(const QString &path, QImageReader &reader)
     if (!file.isFile() || file.size() > mostBytes)
         return false;
     reader.setFileName(path);
+    // Otherwise every reader there is looks at the file first.
+    reader.setFormat(file.suffix().toLower().toLatin1());
     const QSize own = reader.size();
     return !own.isEmpty() && own.width() <= mostSide && own.height() <= mostSide;
 }

@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Quillmere
+import Quillmere.Support
 
 /// The wizard's left column: the program's logo and name, what the step is about, and how far the wizard has come.
 Item {
@@ -11,6 +12,9 @@ Item {
     property string subtitle
     property string spokenStep
     property int step: 1
+
+    // A file's address would have Qt load every reader of pictures that there is, before the first frame.
+    readonly property string logoFile: decodeURIComponent(logo.toString().replace(/^(file:\/\/|qrc(?=:))/, ""))
 
     readonly property int radius: 20
     readonly property int rippleY: 128
@@ -62,7 +66,7 @@ Item {
         y: root.rippleY - height / 2
         width: 80
         height: 80
-        source: root.logo
+        source: ApplicationIcons.source(root.logoFile, "Quillmere")
         sourceSize.width: Math.ceil(width * Screen.devicePixelRatio)
         sourceSize.height: Math.ceil(height * Screen.devicePixelRatio)
         fillMode: Image.PreserveAspectFit
