@@ -155,10 +155,13 @@ TEST_F(ApplicationsUninstallTest, EndsAndRecordsAnUninstallationWhoseScreenHasGo
 TEST_F(ApplicationsUninstallTest, TakesASecondClickOnAQuestionForNothingNew)
 {
     scanPainter();
+    const Gate gate;
+    machine.files->onRemoval([gate](const FilePath &) { gate.wait(); });
 
     model->clearSelected();
     model->clearSelected();
     model->uninstallSelected();
+    gate.open();
     ASSERT_TRUE(QTest::qWaitFor([this] { return runs.isEmpty(); }));
 
     EXPECT_EQ(record().filesRemoved, 4);

@@ -1,12 +1,20 @@
 """Two ways to use Quillmere's window: by pointer, and by keyboard alone."""
 
-from .accessible import Item
+from .accessible import Application, Item
 from .desktop import wait_until
 from .running import RunningProgram
 
 
 # The one screen whose title is not the name of its destination shares it with a section of the sidebar.
 HEADINGS = {"Dashboard": "System Health"}
+
+
+def list_of(application: Application, row: str) -> Item:
+    """The list that has such a row, the last where there are several. A program that has just begun shows others first."""
+    def last():
+        lists = [item for item in application.all("list") if application.all("list item", row, item)]
+        return lists[-1] if lists else None
+    return wait_until(last, f"a list with “{row}”")
 
 
 class ByPointer:
@@ -16,7 +24,7 @@ class ByPointer:
 
     def open(self, destination: str) -> None:
         """Goes to a destination of the sidebar."""
-        sidebar = self._application.find("list")
+        sidebar = list_of(self._application, destination)
         self._person.click(self._person.scroll_to(sidebar, "list item", destination))
         self._application.find("heading", HEADINGS.get(destination, destination))
 
@@ -78,7 +86,7 @@ class ByKeyboard:
         self._person.press("space")
 
     def pick(self, row: str) -> None:
-        rows = [item for item in self._application.all("list") if self._application.all("list item", row, item)][-1]
+        rows = list_of(self._application, row)
         names = [item.name for item in self._application.all("list item", within=rows)]
         self._person.reach_any("list item", names)
         here = self._application.focused()
