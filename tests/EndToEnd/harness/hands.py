@@ -10,7 +10,7 @@ HEADINGS = {"Dashboard": "System Health"}
 
 
 def list_of(application: Application, row: str) -> Item:
-    """The list that has such a row, the last where there are several. A program that has just begun shows others first."""
+    """The list that has such a row, the last of several. A program that has just begun shows others first."""
     def last():
         lists = [item for item in application.all("list") if application.all("list item", row, item)]
         return lists[-1] if lists else None
