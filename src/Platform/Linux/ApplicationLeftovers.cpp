@@ -9,12 +9,6 @@
 
 namespace Quillmere {
 
-namespace {
-
-constexpr qsizetype mostBytesOfEntry = 1024 * 1024;
-
-} // namespace
-
 ApplicationLeftovers::ApplicationLeftovers(std::shared_ptr<const FileManager> files,
                                            std::shared_ptr<const Places> places, const QList<FilePath> &systemEntries,
                                            const BaseDirectories::Environment &environment)
@@ -85,7 +79,7 @@ ApplicationLeftovers::Packaging ApplicationLeftovers::packagingOf(const FilePath
 
 ApplicationLeftovers::Packaging ApplicationLeftovers::packagingOfEntry(const FilePath &entry) const
 {
-    const DesktopEntryText text(m_files->contentsOfFile(entry, mostBytesOfEntry).valueOr({}));
+    const DesktopEntryText text = DesktopEntryText::read(*m_files, entry).valueOr(DesktopEntryText());
     // Both the tool, which exports the entry, and the portal, which has it start at login, leave this mark.
     return text.value("X-Flatpak") ? Packaging::Flatpak : Packaging::Any;
 }

@@ -11,7 +11,6 @@ namespace Quillmere {
 
 namespace {
 
-constexpr qsizetype mostBytes = 1024 * 1024;
 const QByteArray hidden = "Hidden";
 const QByteArray enabledKey = "X-GNOME-Autostart-enabled";
 // Stands in copies of the system's entries that were made here, with the sum of the rest. As long as it fits, the copy
@@ -119,10 +118,10 @@ Result<void> AutostartEntries::setEnabled(const FilePath &path, bool enabled) co
 
 Result<void> AutostartEntries::setOwnEnabled(const FilePath &own, const DesktopEntryText &system, bool enabled) const
 {
-    const Result<QByteArray> contents = m_files->contentsOfFile(own, mostBytes);
-    if (!contents)
-        return contents.failure();
-    DesktopEntryText entry(contents.value());
+    const Result<DesktopEntryText> found = DesktopEntryText::read(*m_files, own);
+    if (!found)
+        return found.failure();
+    DesktopEntryText entry = found.value();
     if (!entry.isSound())
         return Failure{Failure::Kind::Malformed, own, u"No desktop entry"_qs};
     const bool isRenewable = system.isSound() && isOurs(entry);
@@ -162,7 +161,7 @@ FilePath AutostartEntries::systemFile(const QByteArray &name) const
 
 DesktopEntryText AutostartEntries::read(const FilePath &file) const
 {
-    return DesktopEntryText(file.isEmpty() ? QByteArray() : m_files->contentsOfFile(file, mostBytes).valueOr({}));
+    return file.isEmpty() ? DesktopEntryText() : DesktopEntryText::read(*m_files, file).valueOr(DesktopEntryText());
 }
 
 std::optional<StartupEntry> AutostartEntries::ownEntry(const QByteArray &name) const

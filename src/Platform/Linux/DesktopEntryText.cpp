@@ -4,6 +4,7 @@ namespace Quillmere {
 
 namespace {
 
+constexpr qsizetype mostBytes = 1024 * 1024;
 const QByteArray group = "[Desktop Entry]";
 
 bool isGroup(const QByteArray &line)
@@ -58,6 +59,13 @@ DesktopEntryText::DesktopEntryText(QByteArray text)
         }
     }
     m_end = m_lines.size();
+}
+
+Result<DesktopEntryText> DesktopEntryText::read(const FileManager &files, const FilePath &file)
+{
+    const Result<QByteArray> contents = files.contentsOfFile(file, mostBytes);
+    return contents ? Result<DesktopEntryText>(DesktopEntryText(contents.value()))
+                    : Result<DesktopEntryText>(contents.failure());
 }
 
 std::optional<QByteArray> DesktopEntryText::value(const QByteArray &key) const

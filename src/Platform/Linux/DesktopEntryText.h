@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/FileManager.h"
+
 #include <QByteArray>
 #include <QList>
 
@@ -12,7 +14,9 @@ namespace Quillmere {
 class DesktopEntryText
 {
 public:
-    explicit DesktopEntryText(QByteArray text);
+    explicit DesktopEntryText(QByteArray text = {});
+    /// Fails where @p file cannot be read, or is larger than any entry is.
+    [[nodiscard]] static Result<DesktopEntryText> read(const FileManager &files, const FilePath &file);
 
     /// There is such a group.
     [[nodiscard]] bool isSound() const { return m_header >= 0; }
