@@ -57,20 +57,9 @@ INSTANTIATE_TEST_SUITE_P(
                     CancelCase{"InTheLastBundle", "/Applications/Other.app/Contents/MacOS/program"}),
     [](const auto &info) { return info.param.name; });
 
-TEST_F(ApplicationsLifeTest, IsCancelledWhileItLists)
-{
-    addPainter();
-    const auto scanning = model->scanApplications();
-    model->cancelScan();
-
-    QCoro::waitFor(scanning);
-
-    EXPECT_THAT(apps(), IsEmpty());
-    EXPECT_FALSE(model->isScanning());
-}
-
 TEST_F(ApplicationsLifeTest, IsOverAsSoonAsItIsCancelledHoweverLongThePlatformGoesOnListing)
 {
+    addPainter();
     const Gate gate;
     const Gate reached;
     machine.applications->onListing([gate, reached] {

@@ -128,11 +128,14 @@ TEST_F(ProfessionalCleanupRunTest, PutsTheReportAwayAndScansTheDiskAsItNowIs)
     QCoro::waitFor(model->scan());
     QCoro::waitFor(model->clean());
     addTree(".gradle/caches", 7);
+    const Gate gate;
+    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
 
     model->dismissReport();
 
     EXPECT_FALSE(model->hasReport());
     EXPECT_TRUE(model->isScanning());
+    gate.open();
     ASSERT_TRUE(QTest::qWaitFor([this] { return !model->isScanning(); }));
     EXPECT_THAT(foundNames(), ElementsAre(u"Java Gradle and Maven Caches"_qs));
 }
