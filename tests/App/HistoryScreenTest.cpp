@@ -115,7 +115,9 @@ TEST_F(HistoryScreenTest, ListsEachErrorOfAnOpenRowOnALineOfItsOwn)
     const QList<QString> lines
         = {u"Files Skipped: 0"_qs, u"Errors:"_qs, u"first failure"_qs, u"second failure"_qs, u"third failure"_qs};
     for (qsizetype i = 1; i < lines.size(); ++i)
-        EXPECT_LT(heightOnScreen(person, lines.at(i - 1)), heightOnScreen(person, lines.at(i)));
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            return heightOnScreen(person, lines.at(i - 1)) < heightOnScreen(person, lines.at(i));
+        })) << lines.at(i).toStdString();
 }
 
 TEST_F(HistoryScreenTest, SaysNothingOfErrorsInAnOpenRowWithoutAny)

@@ -46,7 +46,7 @@ TEST_F(SystemDataScreenTest, ScansByItselfAndListsTheSixPartsInTheirOrder)
     for (const QString &row : rows) {
         const QQuickItem *item = itemOf(person, ListItem, row);
         ASSERT_NE(item, nullptr) << row.toStdString();
-        EXPECT_GT(item->mapToScene({0, 0}).y(), before);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return item->mapToScene({0, 0}).y() > before; })) << row.toStdString();
         before = item->mapToScene({0, 0}).y();
     }
     EXPECT_TRUE(person.sees(Heading, u"Storage Allocation"_qs));
@@ -60,6 +60,9 @@ TEST_F(SystemDataScreenTest, DrawsEachPartAsWideAsItsShareAndLeavesOutOneOfExact
     const QQuickItem *bar = itemOf(person, Chart, u"Storage Allocation"_qs);
     ASSERT_NE(bar, nullptr);
     EXPECT_EQ(bar->height(), 24);
+    const QQuickItem *last = itemOf(person, StaticText, u"Free Space, 40 GB, 40.0%"_qs);
+    ASSERT_NE(last, nullptr);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return last->width() > 0; }));
 
     const auto widthOf = [&](const QString &name) {
         const QQuickItem *part = itemOf(person, StaticText, name);
