@@ -1,4 +1,5 @@
 #include "Platform/Linux/LinuxFileManager.h"
+#include "Platform/Linux/Need.h"
 #include "Platform/Linux/TemporaryHome.h"
 #include "Platform/Linux/TracedProgram.h"
 
@@ -10,6 +11,7 @@
 
 #include <fcntl.h>
 #include <sys/syscall.h>
+#include <unistd.h>
 
 using namespace Quillmere;
 
@@ -18,16 +20,34 @@ namespace {
 constexpr int filesInItem = 8;
 constexpr int filesOutside = 9;
 
-int rounds()
+bool isLongRun()
 {
-    return qEnvironmentVariableIsSet("QUILLMERE_LONG_TESTS") ? 10'000 : 200;
+    return qEnvironmentVariableIsSet("QUILLMERE_LONG_TESTS");
+}
+
+/// Where the item and its trash lie. A round in memory takes a fortieth of one on disk.
+struct Medium
+{
+    const char *name;
+    const char *folder; ///< Null for the one of temporary files.
+    int rounds;
+    int roundsOfALongRun;
+};
+
+constexpr Medium inMemory = {"InMemory", "/dev/shm", 500, 10'000};
+constexpr Medium onDisk = {"OnDisk", nullptr, 10, 500};
+
+QByteArray reasonWhyNot(const Medium &medium)
+{
+    const bool isThere = !medium.folder || ::access(medium.folder, W_OK | X_OK) == 0;
+    return isThere ? QByteArray() : QByteArray("there is no folder in memory at ") + medium.folder;
 }
 
 /// Only calls that take a name can be misled by what the name stands for; the long run tries the others as well.
 bool isWorthAnExchange(long number)
 {
-    return qEnvironmentVariableIsSet("QUILLMERE_LONG_TESTS") || number == SYS_openat2 || number == SYS_openat
-        || number == SYS_unlinkat || number == SYS_renameat2 || number == SYS_newfstatat;
+    return isLongRun() || number == SYS_openat2 || number == SYS_openat || number == SYS_unlinkat
+        || number == SYS_renameat2 || number == SYS_newfstatat;
 }
 
 struct RaceCase
@@ -40,11 +60,16 @@ struct RaceCase
 const QByteArray deepFolder = "parent/item" + QByteArray("/down").repeated(40) + "/folder";
 
 /// An item that is removed while somebody exchanges something of it for a link that leads outside.
-class RemovalRaceTest : public testing::TestWithParam<RaceCase>
+class RemovalRaceTest : public testing::TestWithParam<std::tuple<Medium, RaceCase>>
 {
 protected:
+    static const Medium &medium() { return std::get<Medium>(GetParam()); }
+    static const QByteArray &swapped() { return std::get<RaceCase>(GetParam()).swapped; }
+    static int rounds() { return isLongRun() ? medium().roundsOfALongRun : medium().rounds; }
+
     void SetUp() override
     {
+        QUILLMERE_NEED(reasonWhyNot(medium()));
         addItem("outside/parent/item");
         home.addFile("outside/parent/canary");
     }
@@ -62,14 +87,14 @@ protected:
     FilePath addItemAndLink() const
     {
         addItem("world/parent/item");
-        const QByteArray up = QByteArray("../").repeated(GetParam().swapped.count('/') + 1);
-        home.addLink("link", up + "outside/" + GetParam().swapped);
+        const QByteArray up = QByteArray("../").repeated(swapped().count('/') + 1);
+        home.addLink("link", up + "outside/" + swapped());
         return home.path("world/parent/item");
     }
 
     bool exchange() const
     {
-        return ::renameat2(AT_FDCWD, home.path("world/" + GetParam().swapped).bytes().constData(), AT_FDCWD,
+        return ::renameat2(AT_FDCWD, home.path("world/" + swapped()).bytes().constData(), AT_FDCWD,
                            home.path("link").bytes().constData(), RENAME_EXCHANGE)
             == 0;
     }
@@ -139,17 +164,29 @@ protected:
         }
     }
 
-    TemporaryHome home;
+    TemporaryHome home = TemporaryHome(medium().folder ? QString::fromLatin1(medium().folder) : QDir::tempPath());
     LinuxFileManager files = LinuxFileManager(home.environment());
 };
 
+/// The same with one exchange, at a call of the test's choosing.
+class RemovalExchangeTest : public RemovalRaceTest
+{
+};
+
+const auto swappedCases
+    = testing::Values(RaceCase{"InnerFolder", "parent/item/folder"}, RaceCase{"DeepFolder", deepFolder},
+                      RaceCase{"Item", "parent/item"}, RaceCase{"Parent", "parent"});
+
+std::string nameOf(const testing::TestParamInfo<std::tuple<Medium, RaceCase>> &info)
+{
+    return std::string(std::get<RaceCase>(info.param).name) + std::get<Medium>(info.param).name;
+}
+
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(Swapped, RemovalRaceTest,
-                         testing::Values(RaceCase{"InnerFolder", "parent/item/folder"},
-                                         RaceCase{"DeepFolder", deepFolder}, RaceCase{"Item", "parent/item"},
-                                         RaceCase{"Parent", "parent"}),
-                         [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(Swapped, RemovalRaceTest, testing::Combine(testing::Values(inMemory, onDisk), swappedCases),
+                         nameOf);
+INSTANTIATE_TEST_SUITE_P(Swapped, RemovalExchangeTest, testing::Combine(testing::Values(onDisk), swappedCases), nameOf);
 
 TEST_P(RemovalRaceTest, DeletesNothingBehindALinkThatKeepsBeingSwappedIn)
 {
@@ -165,11 +202,11 @@ TEST_P(RemovalRaceTest, DeletesNothingBehindALinkThatKeepsBeingSwappedIn)
     EXPECT_GT(removed, 0);
 }
 
-TEST_P(RemovalRaceTest, DeletesNothingBehindALinkThatIsSwappedInBeforeAnyCall)
+TEST_P(RemovalExchangeTest, DeletesNothingBehindALinkThatIsSwappedInBeforeAnyCall)
 {
     exchangeAtEachCall("remove", [&](Ending ending) {
         // Inside the item, whatever stands in the place of a folder goes itself.
-        if (GetParam().swapped.startsWith("parent/item/")) {
+        if (swapped().startsWith("parent/item/")) {
             EXPECT_EQ(ending, Ending::Succeeded);
             EXPECT_FALSE(home.exists("world/parent/item"));
         }
@@ -191,7 +228,7 @@ TEST_P(RemovalRaceTest, TrashesNothingBehindALinkThatKeepsBeingSwappedInAndLoses
     EXPECT_GT(trashed, 0);
 }
 
-TEST_P(RemovalRaceTest, TrashesTheItemAndNothingElseWheneverALinkIsSwappedIn)
+TEST_P(RemovalExchangeTest, TrashesTheItemAndNothingElseWheneverALinkIsSwappedIn)
 {
     exchangeAtEachCall("trash", [&](Ending ending) {
         expectNothingLost();
@@ -203,7 +240,7 @@ TEST_P(RemovalRaceTest, TrashesTheItemAndNothingElseWheneverALinkIsSwappedIn)
     });
 }
 
-TEST_P(RemovalRaceTest, PutsBackWhatTookTheItemsPlaceAtTheLastMoment)
+TEST_P(RemovalExchangeTest, PutsBackWhatTookTheItemsPlaceAtTheLastMoment)
 {
     const FilePath item = addItemAndLink();
     bool exchanged = false;
@@ -216,7 +253,7 @@ TEST_P(RemovalRaceTest, PutsBackWhatTookTheItemsPlaceAtTheLastMoment)
 
     ASSERT_TRUE(exchanged);
     expectNothingLost();
-    const bool isAnotherItem = GetParam().swapped == "parent/item";
+    const bool isAnotherItem = swapped() == "parent/item";
     EXPECT_EQ(ending, isAnotherItem ? Ending::Failed : Ending::Succeeded);
     EXPECT_EQ(home.names("home/.local/share/Trash/files").isEmpty(), isAnotherItem);
     if (isAnotherItem) {

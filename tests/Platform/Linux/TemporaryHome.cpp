@@ -24,7 +24,8 @@ void makeFolders(const FilePath &folder)
 
 } // namespace
 
-TemporaryHome::TemporaryHome()
+TemporaryHome::TemporaryHome(const QString &parent)
+    : m_folder(parent + u"/quillmere-test"_qs)
 {
     m_folder.setAutoRemove(false);
     m_root = FilePath(QFileInfo(m_folder.path()).canonicalFilePath().toUtf8());

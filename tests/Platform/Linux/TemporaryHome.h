@@ -3,6 +3,7 @@
 #include "Platform/Linux/UserEnvironment.h"
 
 #include <QByteArray>
+#include <QDir>
 #include <QList>
 #include <QTemporaryDir>
 
@@ -12,8 +13,10 @@ namespace Quillmere {
 class TemporaryHome
 {
 public:
-    TemporaryHome();
+    /// Below @p parent, or where temporary files belong.
+    explicit TemporaryHome(const QString &parent = QDir::tempPath());
     ~TemporaryHome();
+    Q_DISABLE_COPY_MOVE(TemporaryHome)
 
     /// Home "home", data home "home/.local/share", the user who runs the test.
     [[nodiscard]] UserEnvironment environment() const;
