@@ -1,5 +1,5 @@
-# The headers that nearly every file includes are read once for all libraries, once for all tests, and once for the many
-# files that the screens become. A build without them, such as the release's, shows that each file names what it uses.
+# The headers that nearly every file includes are read once for all libraries and once for all tests. A build without
+# them, such as the release's, shows that each file names what it uses.
 option(QUILLMERE_PRECOMPILED_HEADERS "Read the most used headers once" ON)
 
 set(library_headers
@@ -7,7 +7,10 @@ set(library_headers
     <QByteArray> <QDateTime> <QFile> <QFuture> <QHash> <QList> <QObject> <QPointer> <QSet> <QString> <QStringList> <QUrl>
     <QVariant>
 )
-set(test_headers ${library_headers} <gmock/gmock.h> <gtest/gtest.h> <QCoreApplication> <QTemporaryDir>)
+set(test_headers
+    ${library_headers} <condition_variable> <latch> <thread> <gmock/gmock.h> <gtest/gtest.h> <QCoreApplication> <QCoro/QCoroCore>
+    <QDir> <QProcess> <QTemporaryDir> <QThreadPool> <QTimer> <QtConcurrentRun>
+)
 
 # What ccache knows the precompiled headers of a target by: the headers, and what they are the headers of.
 function(quillmere_add_sum_of_precompiled_headers target)
@@ -50,12 +53,16 @@ function(quillmere_use_precompiled_headers folder)
 endfunction()
 
 if(QUILLMERE_PRECOMPILED_HEADERS)
-    target_precompile_headers(QuillmereViews PRIVATE <QtQml/qqmlprivate.h>)
-    quillmere_add_sum_of_precompiled_headers(QuillmereViews)
     quillmere_add_precompiled_headers(QuillmereLibraryHeaders HEADERS ${library_headers})
     quillmere_use_precompiled_headers(src)
     if(BUILD_TESTING)
         quillmere_add_precompiled_headers(QuillmereTestHeaders HEADERS ${test_headers} LIBRARIES GTest::gmock)
+        # Their folders alone: a test that does not link them lacks their definitions, and could not use the headers.
+        foreach(library QCoro6::Core Qt6::Concurrent)
+            target_include_directories(QuillmereTestHeaders SYSTEM PRIVATE
+                $<TARGET_PROPERTY:${library},INTERFACE_INCLUDE_DIRECTORIES>
+            )
+        endforeach()
         quillmere_use_precompiled_headers(tests)
     endif()
 endif()
