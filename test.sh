@@ -57,10 +57,6 @@ run_tests() {
 }
 
 sanitize() {
-    export ASAN_OPTIONS=detect_stack_use_after_return=1 UBSAN_OPTIONS=print_stacktrace=1
-    export LSAN_OPTIONS=suppressions=$here/tests/lsan-suppressions.txt:print_suppressions=0
-    # A program with threads may start another one, which has threads too.
-    export TSAN_OPTIONS=suppressions=$here/tests/tsan-suppressions.txt:print_suppressions=0:die_after_fork=0
     local failed=0
     run_tests sanitize 1200 || failed=1
     run_tests threads 1200 || failed=1

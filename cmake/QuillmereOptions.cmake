@@ -23,6 +23,15 @@ if(QUILLMERE_SANITIZE)
     if(QUILLMERE_SANITIZE MATCHES "undefined" AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         add_compile_options(-fno-sanitize=vptr)
     endif()
+    # In every program, so that no way of starting it can lose them.
+    file(READ ${CMAKE_SOURCE_DIR}/tests/tsan-suppressions.txt thread_suppressions)
+    file(READ ${CMAKE_SOURCE_DIR}/tests/lsan-suppressions.txt leak_suppressions)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+        ${CMAKE_SOURCE_DIR}/tests/tsan-suppressions.txt ${CMAKE_SOURCE_DIR}/tests/lsan-suppressions.txt
+    )
+    configure_file(${CMAKE_CURRENT_LIST_DIR}/SanitizerDefaults.cpp.in ${CMAKE_BINARY_DIR}/SanitizerDefaults.cpp @ONLY)
+    add_library(QuillmereSanitizerDefaults OBJECT ${CMAKE_BINARY_DIR}/SanitizerDefaults.cpp)
+    link_libraries(QuillmereSanitizerDefaults)
     # Qt's headers hold fences, which the thread sanitizer does not see; ours has none.
     if(QUILLMERE_SANITIZE MATCHES "thread")
         add_compile_options(-Wno-tsan)
