@@ -241,7 +241,9 @@ TEST(FileSearchTest, LosesNothingWhenDescriptorsAreFew)
 {
     TemporaryTree tree;
     tree.addBush("bush", 3, 6, 2);
-    const auto expected = findFiles(tree.path(), searchFor(1), {}).valueOr({});
+    // Without threads, of which a forked child would have the locks alone.
+    WalkPool alone(0, 0);
+    const auto expected = findFiles(tree.path(), searchFor(1), {}, alone).valueOr({});
     rlimit before = {};
     ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
     const int next = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
