@@ -3,6 +3,7 @@
 
 #include <QColor>
 #include <QQuickItem>
+#include <QTest>
 
 using namespace Quillmere;
 using enum QAccessible::Role;
