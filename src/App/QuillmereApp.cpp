@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <cstdlib>
 
 namespace Quillmere {
 
@@ -15,6 +16,10 @@ namespace {
 
 // Who hides the window by mistake has it back before anything was let go.
 constexpr std::chrono::seconds untilRest{2};
+// A window that turns from light to dark is worse than one that comes a moment later.
+constexpr std::chrono::milliseconds mostWaitForTheDesktop{150};
+// A double click on the menu is one wish for the end.
+constexpr std::chrono::seconds untilQuitIsInsistedOn{3};
 
 } // namespace
 
@@ -98,6 +103,7 @@ bool QuillmereApp::start()
             QTimer::singleShot(untilRest, this, &QuillmereApp::rest);
     });
     m_delegate.windowDidBecomeKey(m_mainWindow);
+    m_machine.appearance->awaitAnswers(mostWaitForTheDesktop);
     showMainWindow();
     contentDidAppear();
     return true;
@@ -203,11 +209,23 @@ void QuillmereApp::quit()
 {
     for (QWindow *window : QGuiApplication::topLevelWindows())
         window->hide();
+    const QDateTime now = m_machine.clock->now();
     // exit() and not quit(), which asks the windows first: the main window would refuse to close.
-    if (m_unfinishedRuns.isEmpty())
+    if (m_unfinishedRuns.isEmpty() || (m_pendingQuit && m_quitWish.addDuration(untilQuitIsInsistedOn) <= now)) {
         QCoreApplication::exit(0);
-    else if (!m_pendingQuit)
+    } else if (!m_pendingQuit) {
+        m_quitWish = now;
         m_pendingQuit = connect(&m_unfinishedRuns, &UnfinishedRuns::finished, qApp, [] { QCoreApplication::exit(0); });
+    }
+}
+
+int QuillmereApp::exec()
+{
+    const int code = QCoreApplication::exec();
+    // The worker that a run hangs on, as on a mount that no longer answers, would be waited for.
+    if (!m_unfinishedRuns.isEmpty())
+        std::_Exit(code);
+    return code;
 }
 
 } // namespace Quillmere

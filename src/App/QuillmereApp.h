@@ -37,6 +37,9 @@ public:
 
     /// Loads the windows and shows the main one. False when the program's own files are broken.
     [[nodiscard]] bool start();
+    /// Handles events until the program is ended, and gives its exit code. Does not return where a run was cut off: the
+    /// process ends then.
+    [[nodiscard]] int exec();
 
     /// The appearance that the settings ask for; nothing where the desktop decides.
     [[nodiscard]] std::optional<ColorScheme> colorScheme() const;
@@ -51,7 +54,8 @@ public Q_SLOTS:
     /// Brings the main window back, to the front and to the keyboard.
     void showMainWindow();
     void showSettings();
-    /// Ends the program. A cleanup under way is brought to its end and recorded first, out of sight.
+    /// Ends the program. A cleanup under way is brought to its end and recorded first, out of sight, unless the user
+    /// asks again after a while.
     void quit();
 
 private:
@@ -88,6 +92,7 @@ private:
     std::unique_ptr<QQmlApplicationEngine> m_engine;
     QTranslator m_qtTexts;
     QMetaObject::Connection m_pendingQuit; ///< The end that waits for a run.
+    QDateTime m_quitWish; ///< When the user asked for that end.
     QPointer<QQuickWindow> m_mainWindow;
     QPointer<QQuickWindow> m_settingsWindow;
 };

@@ -4,16 +4,29 @@
 #include <QLocalSocket>
 #include <QThread>
 
-#include <algorithm>
-
 namespace Quillmere {
 
 namespace {
 
-// Long enough for a busy machine; an instance that hangs must not keep the user from a new one for ever.
-constexpr int answerTimeoutMilliseconds = 3000;
 // A token is some tens of characters; whatever is longer is no start of ours.
 constexpr qint64 mostBytesOfARequest = 4096;
+
+constexpr unsigned long millisecondsBetweenTries = 20;
+
+enum class Response { Answered, Silent, NobodyThere };
+
+Response askForWindow(const QString &socketPath, std::chrono::milliseconds patience)
+{
+    QLocalSocket socket;
+    socket.connectToServer(socketPath);
+    if (!socket.waitForConnected())
+        return Response::NobodyThere;
+    socket.write(qgetenv("XDG_ACTIVATION_TOKEN") + '\n');
+    // The kernel takes the request in the name of an instance that hangs; only its own answer counts.
+    if (socket.waitForReadyRead(int(patience.count())))
+        return Response::Answered;
+    return socket.state() == QLocalSocket::ConnectedState ? Response::Silent : Response::NobodyThere;
+}
 
 } // namespace
 
@@ -26,28 +39,23 @@ SingleInstance::SingleInstance(const QString &folder, const QString &name, QObje
     m_lock.setStaleLockTime(0);
 }
 
-bool SingleInstance::claim()
+bool SingleInstance::claim(const Patience &patience)
 {
-    if (m_lock.tryLock(0)) {
-        listen();
-        return true;
-    }
-    return !askRunningInstance();
-}
-
-bool SingleInstance::askRunningInstance() const
-{
-    const QDeadlineTimer patience(answerTimeoutMilliseconds);
-    QLocalSocket socket;
-    // An instance that is just starting holds the lock and does not listen yet.
-    for (socket.connectToServer(m_socketPath); !socket.waitForConnected(); socket.connectToServer(m_socketPath)) {
-        if (patience.hasExpired())
+    const QDeadlineTimer deadline(patience.untilItListens);
+    // Who holds the lock and does not listen is still starting, or already ending.
+    while (!m_lock.tryLock(0)) {
+        if (m_lock.error() != QLockFile::LockFailedError)
+            return true;
+        const Response response = askForWindow(m_socketPath, patience.untilItAnswers);
+        if (response == Response::Answered)
             return false;
-        QThread::msleep(20);
+        if (response == Response::Silent || deadline.hasExpired())
+            return true;
+        QThread::msleep(millisecondsBetweenTries);
     }
-    socket.write(qgetenv("XDG_ACTIVATION_TOKEN") + '\n');
-    // The kernel takes the request in the name of an instance that hangs; only its own answer counts.
-    return socket.waitForReadyRead(std::max<int>(1, int(patience.remainingTime())));
+    // Not before events are handled, which is after the program has loaded: who is heard is also answered.
+    QMetaObject::invokeMethod(this, &SingleInstance::listen, Qt::QueuedConnection);
+    return true;
 }
 
 void SingleInstance::listen()

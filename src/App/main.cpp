@@ -74,5 +74,5 @@ int main(int argc, char *argv[])
     });
     if (!quillmere.start())
         return 1;
-    return QApplication::exec();
+    return quillmere.exec();
 }

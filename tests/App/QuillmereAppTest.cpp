@@ -1,11 +1,17 @@
 #include "App/QuillmereApp.h"
 #include "Fakes/PretendMachine.h"
 
+#include "Services/AppSettingsStore.h"
+#include "Utilities/BackgroundWork.h"
+
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 
 #include <gtest/gtest.h>
+
+#include <semaphore>
+#include <unistd.h>
 
 using namespace Quillmere;
 
@@ -22,6 +28,8 @@ protected:
         settings.theme = theme;
         app.appState().setSettings(settings);
     }
+
+    void letSecondsPass(qint64 seconds) { machine.clock->set(machine.clock->now().addSecs(seconds)); }
 
     PretendMachine machine;
     QuillmereApp app{machine.machine()};
@@ -47,6 +55,34 @@ TEST_F(QuillmereAppTest, SharesItsStateOnceTheContentHasAppeared)
     ASSERT_TRUE(app.start());
 
     EXPECT_EQ(AppState::shared(), &app.appState());
+}
+
+TEST_F(QuillmereAppTest, StartsItsServicesInTheirOrder)
+{
+    // The dashboard looks at the processors too.
+    app.appState().setSelectedTab(SidebarTab::History);
+    int looksBefore = 0;
+    machine.statusBar->onMake = [&] {
+        EXPECT_EQ(AppState::shared(), &app.appState());
+        looksBefore = machine.host->looks;
+        EXPECT_FALSE(machine.workspace->isObservedForMounts());
+    };
+
+    ASSERT_TRUE(app.start());
+
+    EXPECT_EQ(machine.statusBar->items, 1);
+    EXPECT_EQ(looksBefore, 1);
+    EXPECT_TRUE(machine.workspace->isObservedForMounts());
+}
+
+TEST_F(QuillmereAppTest, ShowsTheFiguresOfTheMachineInItsStatusItem)
+{
+    machine.host->memory = VmStatistics{(quint64{4} << 30) / 4096, 0, 0};
+
+    ASSERT_TRUE(app.start());
+
+    EXPECT_TRUE(QTest::qWaitFor([this] { return machine.statusBar->shown.toolTip.contains(u"RAM 75%"); }))
+        << machine.statusBar->shown.toolTip.toStdString();
 }
 
 TEST_F(QuillmereAppTest, HidesTheMainWindowOnCloseAndBringsItBackAsItWas)
@@ -102,6 +138,34 @@ TEST_F(QuillmereAppTest, FollowsTheDesktopWhileItRuns)
     EXPECT_TRUE(Appearance::shared().isDark());
 }
 
+TEST_F(QuillmereAppTest, GivesAllItsWindowsTheChosenAppearance)
+{
+    ASSERT_TRUE(app.start());
+    app.showSettings();
+    const QColor light = app.settingsWindow()->color();
+    EXPECT_EQ(light, app.mainWindow()->color());
+
+    choose(AppTheme::Dark);
+
+    EXPECT_LT(app.settingsWindow()->color().lightness(), light.lightness());
+    EXPECT_EQ(app.settingsWindow()->color(), app.mainWindow()->color());
+}
+
+TEST_F(QuillmereAppTest, AsksTheDesktopForItsAppearanceBeforeTheFirstWindowIsShown)
+{
+    machine.appearance->onWait([this](std::chrono::milliseconds patience) {
+        EXPECT_GT(patience, std::chrono::milliseconds(0));
+        EXPECT_LE(patience, std::chrono::milliseconds(150));
+        EXPECT_FALSE(app.mainWindow()->isVisible());
+        machine.appearance->set(ColorScheme::Dark, false);
+    });
+
+    ASSERT_TRUE(app.start());
+
+    EXPECT_TRUE(app.mainWindow()->isVisible());
+    EXPECT_TRUE(Appearance::shared().isDark());
+}
+
 TEST_F(QuillmereAppTest, WaitsWithItsEndForARunThatIsUnderWay)
 {
     ASSERT_TRUE(app.start());
@@ -114,7 +178,7 @@ TEST_F(QuillmereAppTest, WaitsWithItsEndForARunThatIsUnderWay)
         run.reset();
     });
 
-    QCoreApplication::exec();
+    EXPECT_EQ(app.exec(), 0);
 
     EXPECT_TRUE(hasEnded);
 }
@@ -130,7 +194,7 @@ TEST_F(QuillmereAppTest, StaysWhenTheWindowIsAskedForBeforeARunHasEnded)
         QTimer::singleShot(0, &app, [] { QCoreApplication::exit(7); });
     });
 
-    EXPECT_EQ(QCoreApplication::exec(), 7);
+    EXPECT_EQ(app.exec(), 7);
     EXPECT_TRUE(app.mainWindow()->isVisible());
 }
 
@@ -146,7 +210,7 @@ TEST_F(QuillmereAppTest, StaysWhenTheWindowIsAskedForAfterTwoWishesForTheEnd)
         QTimer::singleShot(0, &app, [] { QCoreApplication::exit(7); });
     });
 
-    EXPECT_EQ(QCoreApplication::exec(), 7);
+    EXPECT_EQ(app.exec(), 7);
 }
 
 TEST_F(QuillmereAppTest, GivesMemoryBackOnceItsWindowHasBeenHiddenForAWhile)
@@ -164,5 +228,101 @@ TEST_F(QuillmereAppTest, EndsAtOnceWhenNothingIsUnderWay)
     ASSERT_TRUE(app.start());
     QTimer::singleShot(0, &app, [&] { app.quit(); });
 
-    EXPECT_EQ(QCoreApplication::exec(), 0);
+    EXPECT_EQ(app.exec(), 0);
+}
+
+TEST_F(QuillmereAppTest, EndsWithTheRunWhenTheWindowWasWantedInBetween)
+{
+    ASSERT_TRUE(app.start());
+    auto run = std::make_unique<UnfinishedRuns::Token>(UnfinishedRuns::shared());
+    app.quit();
+    app.showMainWindow();
+    app.quit();
+    QTimer::singleShot(0, &app, [&run] { run.reset(); });
+    QTimer::singleShot(20'000, &app, [] { QCoreApplication::exit(7); });
+
+    EXPECT_EQ(app.exec(), 0);
+    EXPECT_FALSE(app.mainWindow()->isVisible());
+}
+
+TEST_F(QuillmereAppTest, TakesADoubleClickForOneWishForTheEnd)
+{
+    ASSERT_TRUE(app.start());
+    const UnfinishedRuns::Token run(UnfinishedRuns::shared());
+    QTimer::singleShot(0, &app, [this] {
+        app.quit();
+        letSecondsPass(2);
+        app.quit();
+        QTimer::singleShot(0, &app, [] { QCoreApplication::exit(7); });
+    });
+
+    EXPECT_EQ(QCoreApplication::exec(), 7);
+}
+
+TEST_F(QuillmereAppTest, CountsTheWaitForARunAnewAfterTheWindowWasWanted)
+{
+    ASSERT_TRUE(app.start());
+    const UnfinishedRuns::Token run(UnfinishedRuns::shared());
+    QTimer::singleShot(0, &app, [this] {
+        app.quit();
+        app.showMainWindow();
+        letSecondsPass(10);
+        app.quit();
+        QTimer::singleShot(0, &app, [] { QCoreApplication::exit(7); });
+    });
+
+    EXPECT_EQ(QCoreApplication::exec(), 7);
+}
+
+using QuillmereAppDeathTest = QuillmereAppTest;
+
+TEST_F(QuillmereAppDeathTest, EndsWhereARunHangsAndTheUserAsksAgain)
+{
+    // Another process carries this out from the start, since threads do not survive a fork.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto endTwice = [this] {
+        // Who waits for the run after all is ended by this.
+        alarm(30);
+        std::ignore = app.start();
+        std::binary_semaphore answerOfADeadMount(0);
+        const UnfinishedRuns::Token run(UnfinishedRuns::shared());
+        std::ignore = inBackground([&answerOfADeadMount] { answerOfADeadMount.acquire(); });
+        QTimer::singleShot(0, &app, [this] {
+            app.quit();
+            letSecondsPass(5);
+            app.quit();
+        });
+        std::ignore = app.exec();
+    };
+
+    EXPECT_EXIT(endTwice(), testing::ExitedWithCode(0), "");
+}
+
+TEST(QuillmereAppAtItsEndTest, HasSentNothingToTheFilterAndUndoesNothing)
+{
+    PretendMachine machine;
+    machine.completeSetup();
+    machine.installTrafficFilter();
+    machine.defaults->setBoolean(TrafficControlService::ecoTrafficKey(), true);
+    machine.defaults->setStringArray(TrafficControlService::blockedBundleIdentifiersKey(), {u"org.example.Draw"_qs});
+    AppSettings settings;
+    settings.keepAwakeEnabled = true;
+    AppSettingsStore::save(settings, *machine.defaults);
+    auto app = std::make_unique<QuillmereApp>(machine.machine());
+
+    ASSERT_TRUE(app->start());
+    ASSERT_TRUE(QTest::qWaitFor([&machine] { return machine.processes->scripts().size() == 1; }));
+    const auto runs = machine.processes->runs();
+    const int writes = machine.defaults->writes();
+    app.reset();
+    elevationPool().waitForDone();
+
+    EXPECT_TRUE(machine.filter->saves.isEmpty());
+    EXPECT_TRUE(machine.extensions->submitted.isEmpty());
+    EXPECT_EQ(machine.processes->scripts().size(), 1);
+    EXPECT_EQ(machine.processes->runs(), runs);
+    EXPECT_TRUE(machine.processes->launches().isEmpty());
+    EXPECT_EQ(machine.assertions->created, 1);
+    EXPECT_EQ(machine.assertions->released, 0);
+    EXPECT_EQ(machine.defaults->writes(), writes);
 }

@@ -12,16 +12,32 @@ using namespace Quillmere;
 
 namespace {
 
+// More than any of them takes.
+constexpr std::chrono::seconds aLongTime{30};
+constexpr SingleInstance::Patience forLong{aLongTime, aLongTime};
+
 class SingleInstanceTest : public testing::Test
 {
 protected:
-    /// A later start, as from another process: this one goes on answering meanwhile.
-    bool claimElsewhere()
+    /// A later start, as from another process: this one can go on meanwhile.
+    [[nodiscard]] QFuture<bool> claimElsewhere(SingleInstance::Patience patience = forLong) const
     {
-        QFuture<bool> claimed
-            = QtConcurrent::run([path = folder.path()] { return SingleInstance(path, u"here"_qs).claim(); });
-        (void)QTest::qWaitFor([&] { return claimed.isFinished(); }, 20000);
+        return QtConcurrent::run(
+            [path = folder.path(), patience] { return SingleInstance(path, u"here"_qs).claim(patience); });
+    }
+
+    /// Handles events until that start has been decided.
+    static bool result(const QFuture<bool> &claimed)
+    {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return claimed.isFinished(); }, 60'000));
         return claimed.result();
+    }
+
+    [[nodiscard]] bool canConnect() const
+    {
+        QLocalSocket caller;
+        caller.connectToServer(folder.filePath(u"here.socket"_qs));
+        return caller.waitForConnected();
     }
 
     QTemporaryDir folder;
@@ -41,7 +57,7 @@ TEST_F(SingleInstanceTest, SendsALaterStartToTheFirst)
     QSignalSpy asked(&first, &SingleInstance::activationRequested);
     qputenv("XDG_ACTIVATION_TOKEN", "token-1");
 
-    EXPECT_FALSE(claimElsewhere());
+    EXPECT_FALSE(result(claimElsewhere()));
     qunsetenv("XDG_ACTIVATION_TOKEN");
 
     ASSERT_EQ(asked.count(), 1);
@@ -65,7 +81,7 @@ TEST_F(SingleInstanceTest, TakesOverFromAnInstanceThatHasEnded)
     }
 
     EXPECT_TRUE(first.claim());
-    EXPECT_FALSE(claimElsewhere());
+    EXPECT_FALSE(result(claimElsewhere()));
 }
 
 TEST_F(SingleInstanceTest, RunsOnItsOwnWhereThereIsNoFolder)
@@ -78,30 +94,83 @@ TEST_F(SingleInstanceTest, RunsOnItsOwnWhereThereIsNoFolder)
 TEST_F(SingleInstanceTest, RunsOnItsOwnWhereTheFirstHangs)
 {
     ASSERT_TRUE(first.claim());
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(canConnect());
 
-    // Nobody handles the first one's events while this waits.
+    // Nobody handles the first one's events any more while this waits.
     SingleInstance second(folder.path(), u"here"_qs);
 
-    EXPECT_TRUE(second.claim());
+    EXPECT_TRUE(second.claim({aLongTime, std::chrono::milliseconds(50)}));
 }
 
-TEST_F(SingleInstanceTest, WaitsForAFirstStartThatDoesNotListenYet)
+TEST_F(SingleInstanceTest, RunsOnItsOwnWhereTheFirstNeverComesToListen)
 {
-    QLockFile starting(folder.filePath(u"here.lock"_qs));
-    ASSERT_TRUE(starting.tryLock());
-    QFuture<bool> later
-        = QtConcurrent::run([path = folder.path()] { return SingleInstance(path, u"here"_qs).claim(); });
-    QTest::qWait(100);
-    starting.unlock();
     ASSERT_TRUE(first.claim());
 
-    ASSERT_TRUE(QTest::qWaitFor([&] { return later.isFinished(); }, 20000));
-    EXPECT_FALSE(later.result());
+    SingleInstance second(folder.path(), u"here"_qs);
+
+    EXPECT_FALSE(canConnect());
+    EXPECT_TRUE(second.claim({std::chrono::milliseconds(50), aLongTime}));
+}
+
+TEST_F(SingleInstanceTest, IsWaitedForWhileItLoadsHoweverShortThePatienceForAnswers)
+{
+    ASSERT_TRUE(first.claim());
+    QFuture<bool> later = claimElsewhere({aLongTime, std::chrono::milliseconds(1)});
+
+    // No events are handled while the first one's windows are built.
+    QThread::msleep(200);
+
+    EXPECT_FALSE(canConnect());
+    EXPECT_FALSE(later.isFinished());
+    ASSERT_TRUE(QTest::qWaitFor([this] { return canConnect(); }));
+    later.waitForFinished();
+}
+
+TEST_F(SingleInstanceTest, AnswersALaterStartAsSoonAsItHandlesEvents)
+{
+    ASSERT_TRUE(first.claim());
+    const QSignalSpy asked(&first, &SingleInstance::activationRequested);
+    const QFuture<bool> later = claimElsewhere();
+    QThread::msleep(100);
+    EXPECT_EQ(asked.count(), 0);
+
+    EXPECT_FALSE(result(later));
+    EXPECT_EQ(asked.count(), 1);
+}
+
+TEST_F(SingleInstanceTest, TakesOverFromAFirstThatEndsBeforeItListens)
+{
+    auto starting = std::make_unique<SingleInstance>(folder.path(), u"here"_qs);
+    ASSERT_TRUE(starting->claim());
+    const QFuture<bool> later = claimElsewhere();
+
+    starting.reset();
+
+    EXPECT_TRUE(result(later));
+}
+
+TEST_F(SingleInstanceTest, TakesOverFromAFirstThatEndsInsteadOfAnswering)
+{
+    QLockFile lock(folder.filePath(u"here.lock"_qs));
+    ASSERT_TRUE(lock.tryLock());
+    QLocalServer ending;
+    ASSERT_TRUE(ending.listen(folder.filePath(u"here.socket"_qs)));
+    const QFuture<bool> later = QtConcurrent::run([this] { return first.claim(forLong); });
+    ASSERT_TRUE(ending.waitForNewConnection(20'000));
+
+    ending.close();
+    delete ending.nextPendingConnection();
+    lock.unlock();
+
+    ASSERT_TRUE(result(later));
+    EXPECT_FALSE(lock.tryLock());
 }
 
 TEST_F(SingleInstanceTest, ShutsOutACallerThatFloods)
 {
     ASSERT_TRUE(first.claim());
+    QCoreApplication::processEvents();
     const QSignalSpy asked(&first, &SingleInstance::activationRequested);
     QLocalSocket caller;
     QSignalSpy gone(&caller, &QLocalSocket::disconnected);

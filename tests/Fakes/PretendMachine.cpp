@@ -14,6 +14,12 @@ void PretendDesktopAppearance::set(ColorScheme scheme, bool reducedMotion)
         m_changed();
 }
 
+void PretendDesktopAppearance::awaitAnswers(std::chrono::milliseconds patience)
+{
+    if (m_onWait)
+        m_onWait(patience);
+}
+
 std::optional<QString> PretendPlaces::reasonToKeep(const FilePath &item) const
 {
     const auto found = m_kept.constFind(item);

@@ -36,13 +36,17 @@ public:
     [[nodiscard]] ColorScheme colorScheme() const override { return m_scheme; }
     [[nodiscard]] bool prefersReducedMotion() const override { return m_reducedMotion; }
     void observe(std::function<void()> changed) override { m_changed = std::move(changed); }
+    void awaitAnswers(std::chrono::milliseconds patience) override;
 
     void set(ColorScheme scheme, bool reducedMotion);
+    /// Called when the program waits for what it asked.
+    void onWait(std::function<void(std::chrono::milliseconds patience)> observer) { m_onWait = std::move(observer); }
 
 private:
     ColorScheme m_scheme = ColorScheme::Light;
     bool m_reducedMotion = false;
     std::function<void()> m_changed;
+    std::function<void(std::chrono::milliseconds)> m_onWait;
 };
 
 /// A platform that adds nothing until it is told to.

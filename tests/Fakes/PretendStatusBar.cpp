@@ -32,6 +32,8 @@ private:
 
 std::unique_ptr<StatusItem> PretendStatusBar::makeStatusItem()
 {
+    if (onMake)
+        onMake();
     ++items;
     return std::make_unique<PretendStatusItem>(shown);
 }

@@ -2,6 +2,8 @@
 
 #include "Platform/StatusItem.h"
 
+#include <functional>
+
 namespace Quillmere {
 
 /// A status bar that remembers what stands in it.
@@ -18,6 +20,7 @@ public:
     };
 
     int items = 0; ///< How many were made.
+    std::function<void()> onMake; ///< Called before one is made.
     Shown shown; ///< By the latest.
 
     [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem() override;

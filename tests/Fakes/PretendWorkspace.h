@@ -28,6 +28,7 @@ public:
     /// From now on it stays when it is asked to quit.
     void letStay(qint32 pid);
 
+    [[nodiscard]] bool isObservedForMounts() const { return bool(m_mounted); }
     /// Tells of a volume as if it had just been mounted. On the GUI thread.
     void announceMount(const MountNotification &notification) const;
 

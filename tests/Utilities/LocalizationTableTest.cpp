@@ -1,6 +1,7 @@
 #include "Utilities/LocalizationTable.h"
 #include "Utilities/TextData.h"
 
+#include <QDirIterator>
 #include <QFile>
 #include <QMap>
 #include <QRegularExpression>
@@ -36,6 +37,20 @@ QStringList keysInFile(const QString &name)
     while (match.hasNext())
         keys.append(match.next().captured(1));
     return keys;
+}
+
+/// All that the program is built from, one file behind the other.
+QByteArray sources()
+{
+    QByteArray text;
+    QDirIterator files(QStringLiteral(QUILLMERE_SOURCES), {u"*.cpp"_qs, u"*.h"_qs, u"*.qml"_qs}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        QFile file(files.next());
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();
+        text += file.readAll();
+    }
+    return text;
 }
 
 } // namespace
@@ -115,6 +130,15 @@ TEST(LocalizationTableTest, SharesNoKeyBetweenScreensAndControls)
     EXPECT_EQ(controls.size(), LocalizationTable::controls().keys().size());
     for (const QString &key : controls)
         EXPECT_FALSE(strings().text(key, u"en"_qs)) << key.toStdString();
+}
+
+TEST(LocalizationTableTest, HoldsNoTextOfControlsThatTheProgramNeverShows)
+{
+    const QByteArray text = sources();
+
+    ASSERT_FALSE(LocalizationTable::controls().keys().isEmpty());
+    for (const QString &key : LocalizationTable::controls().keys())
+        EXPECT_TRUE(text.contains('"' + key.toUtf8() + '"')) << key.toStdString();
 }
 
 TEST(LocalizationTableTest, AnswersInEnglishWhereARowLacksTheLanguage)

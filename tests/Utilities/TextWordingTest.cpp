@@ -154,6 +154,29 @@ TEST(TextWordingTest, KeepsButtonsShortInEachLanguage)
     }
 }
 
+TEST(TextWordingTest, NamesTheHealthOfTheSystemInTheGenderOfItsStates)
+{
+    const Wording health = wordingOf(LocalizationTable::strings(), u"dashboard.healthOverview"_qs);
+
+    for (const QString &state : {u"good"_qs, u"critical"_qs}) {
+        const Wording row = wordingOf(LocalizationTable::strings(), u"dashboard.status."_qs + state);
+        EXPECT_TRUE(row.spanish.endsWith(u'o')) << row.described();
+        EXPECT_TRUE(has(row.russian, "[ое]е$")) << row.described();
+    }
+    EXPECT_TRUE(has(health.spanish, "^\\w+o\\b")) << health.described();
+    EXPECT_TRUE(has(health.russian, "^\\w+ие\\b")) << health.described();
+}
+
+/// The same text heads a column, names a figure in each row and stands in the menu of orders.
+TEST(TextWordingTest, HeadsFiguresWithWhatTheyMeasureAndNotWithAComparison)
+{
+    for (const QString &key : {u"dashboard.topCPU"_qs, u"dashboard.topRAM"_qs}) {
+        const Wording row = wordingOf(LocalizationTable::strings(), key);
+        EXPECT_FALSE(has(row.spanish, "\\bmás\\b")) << row.described();
+        EXPECT_FALSE(has(row.russian, "\\bтоп\\b")) << row.described();
+    }
+}
+
 /// A thing and the word that stands for it in each language.
 struct Term
 {
@@ -186,6 +209,7 @@ INSTANTIATE_TEST_SUITE_P(
     Terms, TermTest,
     testing::Values(
         Term{"Application", "\\bapp(lication)?s?\\b", "aplicaci|\\bapps?\\b", "приложени", {u"applications.scan"_qs}},
+        Term{"Awake", "^keep awake(:| \\()", "mantener activo", "без сна"},
         Term{"Browser", "browser", "navegador", "браузер"}, Term{"Cache", "cache", "caché", "кэш"},
         Term{"Clean", "\\bclean", "limp", "очи[щс]", {u"developer.installed.keep"_qs}},
         Term{"Drive", "\\bdrive\\b", "unidad", "диск", {u"settings.scanICloud"_qs}},
@@ -195,6 +219,7 @@ INSTANTIATE_TEST_SUITE_P(
         Term{"Overwrite", "overwrite", "sobrescri", "перезапис"},
         Term{"Remove", "remov(?!able)|delet", "elimin", "удал"},
         Term{"Scan", "\\bscan", "analiz|analic|análisis", "скан"}, Term{"Setting", "setting", "ajuste", "настро"},
+        Term{"Starting", "^starting\\b", "iniciando", "запуск"},
         Term{"Startup", "startup", "inicio", "автозагрузк", {u"disk.systemWarning"_qs}},
         Term{"Traffic", "traffic", "tráfico", "трафик"}, Term{"Trash", "\\btrash\\b", "Papelera", "Корзин"},
         Term{"Volume", "volume", "volumen|volúmenes", "том"}),

@@ -1,4 +1,5 @@
 #include "Fakes/Gate.h"
+#include "Fakes/HeldCalls.h"
 #include "ViewModels/ApplicationsFixture.h"
 
 #include <QTest>
@@ -105,17 +106,22 @@ TEST_F(ApplicationsLifeTest, KeepsAListThatIsThereWhenTheScreenComesUp)
 TEST_F(ApplicationsLifeTest, LetsALaterScanTakeThePlaceOfAnEarlierOne)
 {
     addPainter();
-    const Gate gate;
-    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
+    const HeldCalls held(2);
+    machine.files->onMeasure([held](const FilePath &) { held.pass(); });
     const auto earlier = model->scanApplications();
+    EXPECT_TRUE(QTest::qWaitFor([&held] { return held.arrived() == 1; }));
     const auto later = model->scanApplications();
-    gate.open();
+    EXPECT_TRUE(QTest::qWaitFor([&held] { return held.arrived() == 2; }));
 
+    held.release(0);
     QCoro::waitFor(earlier);
-    QCoro::waitFor(later);
+    EXPECT_TRUE(model->isScanning());
+    EXPECT_THAT(names(), IsEmpty());
 
-    EXPECT_THAT(names(), ElementsAre(u"Painter"_qs));
+    held.release(1);
+    QCoro::waitFor(later);
     EXPECT_FALSE(model->isScanning());
+    EXPECT_THAT(names(), ElementsAre(u"Painter"_qs));
 }
 
 TEST_F(ApplicationsLifeTest, OutlivesNoScreen)

@@ -1,4 +1,5 @@
 #include "Fakes/Gate.h"
+#include "Fakes/HeldCalls.h"
 #include "ViewModels/BrowsersFixture.h"
 
 #include <QSignalSpy>
@@ -90,21 +91,22 @@ TEST_F(BrowsersViewModelTest, DetectsAnewAfterOneThatWasCancelled)
 
 TEST_F(BrowsersViewModelTest, TakesTheResultOfTheLatestDetectionAlone)
 {
-    const Gate gate;
-    const auto isFirst = std::make_shared<std::atomic<bool>>(true);
-    machine.files->onMeasure([gate, isFirst](const FilePath &) {
-        if (isFirst->exchange(false))
-            gate.wait();
-    });
+    const HeldCalls held(2);
+    machine.files->onMeasure([held](const FilePath &) { held.pass(); });
     const auto first = model->detectBrowsers();
-    QTest::qWait(1);
+    EXPECT_TRUE(QTest::qWaitFor([&held] { return held.arrived() == 1; }));
     const auto second = model->detectBrowsers();
-    testing::internal::CaptureStdout();
-    gate.open();
-    QCoro::waitFor(first);
-    QCoro::waitFor(second);
-    testing::internal::GetCapturedStdout();
+    EXPECT_TRUE(QTest::qWaitFor([&held] { return held.arrived() == 2; }));
 
+    testing::internal::CaptureStdout();
+    held.release(0);
+    QCoro::waitFor(first);
+    testing::internal::GetCapturedStdout();
+    EXPECT_TRUE(model->isScanning());
+    EXPECT_EQ(model->profiles()->rowCount(), 0);
+
+    held.release(1);
+    QCoro::waitFor(second);
     EXPECT_FALSE(model->isScanning());
     EXPECT_EQ(model->profiles()->rowCount(), 2);
 }

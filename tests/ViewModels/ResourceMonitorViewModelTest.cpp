@@ -1,5 +1,6 @@
 #include "ViewModels/ResourceMonitorViewModel.h"
 
+#include "Fakes/Gate.h"
 #include "Fakes/InstalledLocalizer.h"
 #include "Fakes/PretendMachine.h"
 
@@ -318,13 +319,17 @@ TEST_F(ResourceMonitorViewModelTest, MakesNoRuleForWhoeverCameToTheNumberSinceTh
     EXPECT_THAT(traffic.blockedBundleIdentifiers(), IsEmpty());
 }
 
-TEST_F(ResourceMonitorViewModelTest, SurvivesItsEndDuringASwitch)
+TEST_F(ResourceMonitorViewModelTest, SwitchesNothingWhereItEndsBeforeItKnowsWhom)
 {
+    machine.installTrafficFilter();
     startSome();
+    const Gate gate;
+    machine.workspace->onListing([gate](int) { gate.wait(); });
     auto other = std::make_unique<ResourceMonitorViewModel>(
         std::make_unique<ResourceMonitorService>(machine.workspace, machine.processes, traffic));
     QCoro::Task<> toggling = other->toggle(3);
     other.reset();
+    gate.open();
 
     QCoro::waitFor(toggling);
     EXPECT_THAT(machine.extensions->submitted, IsEmpty());

@@ -1,4 +1,5 @@
 #include "Fakes/Gate.h"
+#include "Fakes/HeldCalls.h"
 #include "ViewModels/SafeCleanupFixture.h"
 
 #include <QCoro/QCoroCore>
@@ -121,21 +122,21 @@ TEST_F(SafeCleanupScanTest, TakesTheOverlayAwayAtOnceWhenCancelled)
 TEST_F(SafeCleanupScanTest, IsNotDisturbedByACancelledScanThatEndsLate)
 {
     addTree("Caches/app", 7);
-    const Gate gate;
-    const auto isFirst = std::make_shared<std::atomic<bool>>(true);
-    machine.files->onMeasure([gate, isFirst](const FilePath &) {
-        if (isFirst->exchange(false))
-            gate.wait();
-    });
+    const HeldCalls held(2);
+    machine.files->onMeasure([held](const FilePath &) { held.pass(); });
     const auto cancelled = model->scan();
-    QTest::qWait(1);
+    EXPECT_TRUE(QTest::qWaitFor([&held] { return held.arrived() == 1; }));
     model->cancel();
-
     const auto second = model->scan();
-    gate.open();
-    QCoro::waitFor(cancelled);
-    QCoro::waitFor(second);
+    EXPECT_TRUE(QTest::qWaitFor([&held] { return held.arrived() == 2; }));
 
+    held.release(0);
+    QCoro::waitFor(cancelled);
+    EXPECT_TRUE(model->isScanning());
+    EXPECT_FALSE(model->isScanComplete());
+
+    held.release(1);
+    QCoro::waitFor(second);
     EXPECT_TRUE(model->isScanComplete());
     EXPECT_THAT(shownNames(), ElementsAre(u"User Cache"_qs));
 }

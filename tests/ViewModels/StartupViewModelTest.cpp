@@ -1,5 +1,6 @@
 #include "ViewModels/StartupViewModel.h"
 #include "Fakes/Gate.h"
+#include "Fakes/HeldCalls.h"
 #include "Fakes/InstalledLocalizer.h"
 #include "Fakes/PretendMachine.h"
 
@@ -202,15 +203,15 @@ TEST_F(StartupViewModelTest, SaysTheErrorInTheLanguageOfTheScreens)
 
 TEST_F(StartupViewModelTest, LetsAnEarlierLoadThatEndsLateChangeNothing)
 {
-    const Gate gate;
-    machine.startupEntries->onListing([gate] { gate.wait(); });
+    const HeldCalls held(1);
+    machine.startupEntries->onListing([held] { held.pass(); });
     QCoro::Task<> earlier = model.loadItems();
-    machine.startupEntries->onListing({});
+    EXPECT_TRUE(QTest::qWaitFor([&held] { return held.arrived() == 1; }));
     machine.startupEntries->add({FilePath("/etc/xdg/autostart/a.desktop"), u"a"_qs, {}, true});
 
     load();
     const QUuid id = model.items().first().id;
-    gate.open();
+    held.release(0);
     QCoro::waitFor(earlier);
 
     EXPECT_EQ(model.items().first().id, id);
