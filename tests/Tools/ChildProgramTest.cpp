@@ -63,7 +63,7 @@ TEST(ChildProgramTest, DoesNoHarmToWhatIsLeftBehindAndGoesOnToWrite)
 {
     const QTemporaryDir folder;
     const QString service = u"cd '%1'; while [ -e . ] && [ ! -e go ]; do sleep 0.02; done; "
-                            "echo late; echo late >&2; echo alive >alive"_qs.arg(folder.path());
+                            "echo late >&2 && echo grew >alive || echo refused >alive"_qs.arg(folder.path());
     QFile alive(folder.filePath(u"alive"_qs));
 
     const ChildEnd end = runForCaller(u"echo early; (%1) & exit 0"_qs.arg(service));
@@ -74,5 +74,5 @@ TEST(ChildProgramTest, DoesNoHarmToWhatIsLeftBehindAndGoesOnToWrite)
     for (int turn = 0; turn < 1000 && alive.size() == 0; ++turn)
         ::usleep(10'000);
     ASSERT_TRUE(alive.open(QFile::ReadOnly));
-    EXPECT_EQ(alive.readAll(), "alive\n");
+    EXPECT_EQ(alive.readAll(), "refused\n");
 }
