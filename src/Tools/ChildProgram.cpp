@@ -1,11 +1,14 @@
 #include "Tools/ChildProgram.h"
 
+#include "Platform/Linux/FileDescriptor.h"
 #include "Platform/Linux/LastOutput.h"
 
 #include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
 
+#include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -16,21 +19,48 @@ namespace {
 
 constexpr int notStarted = 255;
 
-Result<ChildEnd> finish(QProcess &process, const Command &command)
+/// A file without a name that takes what a program writes. Whoever is left behind by that program may go on to write,
+/// which fails and does no harm: into a pipe of ours it would be its end.
+class WrittenOutput
+{
+public:
+    /// For one that appends.
+    [[nodiscard]] QString path() const { return u"/proc/self/fd/%1"_qs.arg(m_file.number()); }
+
+    /// What it holds, which is all that it ever will.
+    [[nodiscard]] QByteArray end() const
+    {
+        ::fcntl(m_file.number(), F_ADD_SEALS, F_SEAL_GROW);
+        LastOutput output;
+        QByteArray block(blockSize, '\0');
+        for (off_t at = 0;;) {
+            const ssize_t count = ::pread(m_file.number(), block.data(), static_cast<size_t>(blockSize), at);
+            if (count <= 0)
+                return output.text();
+            output.append(block.first(count));
+            at += count;
+        }
+    }
+
+private:
+    static constexpr qsizetype blockSize = 64 * 1024;
+
+    FileDescriptor m_file{::memfd_create("quillmere-output", MFD_CLOEXEC | MFD_ALLOW_SEALING)};
+};
+
+/// The status of its end.
+Result<int> finish(QProcess &process, const Command &command)
 {
     constexpr int forever = -1;
     constexpr int signalled = 128;
     process.setStandardInputFile(QProcess::nullDevice());
-    LastOutput said;
-    QObject::connect(&process, &QProcess::readyReadStandardError, &process,
-                     [&] { said.append(process.readAllStandardError()); });
     process.start(command.launchPath, command.arguments);
     if (!process.waitForStarted(forever))
         return Failure{Failure::Kind::NotFound, FilePath(QFile::encodeName(command.launchPath)), process.errorString()};
     process.waitForFinished(forever);
     // Of a program that a signal ended, QProcess gives the signal's number as the code.
     const int end = process.exitStatus() == QProcess::CrashExit ? signalled : 0;
-    return ChildEnd{end + process.exitCode(), said.text()};
+    return end + process.exitCode();
 }
 
 /// In the child of a process that may have threads: system calls alone. The C library's own would look for threads.
@@ -82,7 +112,11 @@ Result<ChildEnd> runChild(const Command &command)
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedOutputChannel);
-    return finish(process, command);
+    LastOutput said;
+    QObject::connect(&process, &QProcess::readyReadStandardError, &process,
+                     [&] { said.append(process.readAllStandardError()); });
+    const Result<int> status = finish(process, command);
+    return status ? Result(ChildEnd{status.value(), said.text()}) : status.failure();
 }
 
 Result<ChildEnd> runChildAs(const Caller &caller, const Command &command)
@@ -90,8 +124,11 @@ Result<ChildEnd> runChildAs(const Caller &caller, const Command &command)
     QProcess process;
     process.setProcessEnvironment(environmentOf(caller));
     process.setChildProcessModifier([&caller] { become(caller); });
-    process.setStandardOutputFile(QProcess::nullDevice());
-    return finish(process, command);
+    const WrittenOutput output;
+    process.setStandardOutputFile(output.path(), QProcess::Append);
+    process.setStandardErrorFile(output.path(), QProcess::Append);
+    const Result<int> status = finish(process, command);
+    return status ? Result(ChildEnd{status.value(), output.end()}) : status.failure();
 }
 
 } // namespace Quillmere

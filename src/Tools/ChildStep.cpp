@@ -8,7 +8,7 @@ ToolStep stepOf(const Result<ChildEnd> &end, const QString &done, const QString 
         return {ToolStep::Kind::Failed, failed + end.failure().detail};
     if (end.value().status == 0)
         return {ToolStep::Kind::Done, done};
-    const QString said = QString::fromUtf8(end.value().standardError).trimmed();
+    const QString said = QString::fromUtf8(end.value().said).trimmed();
     return {ToolStep::Kind::Failed, failed + (said.isEmpty() ? u"status %1"_qs.arg(end.value().status) : said)};
 }
 

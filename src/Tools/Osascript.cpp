@@ -46,7 +46,7 @@ ToolEnd carryOut(const AdministratorRequest &request, const ElevationSettings &s
     if (!end)
         return notCarriedOut(request, settings, NotCarriedOut::Failed, end.failure().detail);
     const int status = end.value().status;
-    const QString text = QString::fromUtf8(end.value().standardError).trimmed();
+    const QString text = QString::fromUtf8(end.value().said).trimmed();
     if (status == 0 && settings.carriedOut)
         settings.carriedOut(request);
     if (status == 0)

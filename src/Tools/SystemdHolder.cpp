@@ -16,7 +16,7 @@ Result<void> succeeded(const Result<ChildEnd> &end)
     if (!end)
         return end.failure();
     if (end.value().status != 0)
-        return Failure{Failure::Kind::Other, {}, QString::fromUtf8(end.value().standardError).trimmed()};
+        return Failure{Failure::Kind::Other, {}, QString::fromUtf8(end.value().said).trimmed()};
     return {};
 }
 

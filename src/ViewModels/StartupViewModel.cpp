@@ -69,14 +69,14 @@ QCoro::Task<> StartupViewModel::toggleItem(StartupItem item)
 
 void StartupViewModel::toggle(int row)
 {
-    if (hasRow(row))
+    if (showsRow(row))
         toggleItem(items().at(row));
 }
 
 void StartupViewModel::revealInFinder(int row) const
 {
     // The desktop may be slow to answer, and nobody waits for it.
-    if (hasRow(row))
+    if (showsRow(row))
         (void)inBackground(
             [workspace = m_workspace, path = items().at(row).path] { workspace->revealInFileViewer({path}); });
 }

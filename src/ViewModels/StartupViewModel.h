@@ -36,6 +36,7 @@ public:
     QCoro::Task<> toggleItem(StartupItem item);
 
     Q_INVOKABLE void startLoading() { loadItems(); }
+    // Of a row that is shown. Any other is passed over.
     Q_INVOKABLE void toggle(int row);
     Q_INVOKABLE void revealInFinder(int row) const;
     Q_INVOKABLE void dismissError() { setErrorMessage({}); }
@@ -46,7 +47,8 @@ Q_SIGNALS:
     void errorMessageChanged();
 
 private:
-    [[nodiscard]] bool hasRow(int row) const { return row >= 0 && row < items().size(); }
+    /// While they are read again, none is.
+    [[nodiscard]] bool showsRow(int row) const { return !m_isLoading && row >= 0 && row < items().size(); }
     void setIsLoading(bool isLoading);
     void setErrorMessage(const std::optional<QString> &message);
 

@@ -38,11 +38,18 @@ protected:
         return found && found->state().checked;
     }
 
-    static bool listFadesTo(const Person &person, qreal opacity)
+    static QQuickItem *itemOf(const Person &person, QAccessible::Role role, const QString &name)
     {
-        QAccessibleInterface *list = person.find(List, u"Startup Items"_qs);
-        const auto *item = list ? qobject_cast<QQuickItem *>(list->object()) : nullptr;
-        return item && QTest::qWaitFor([&] { return item->parentItem()->opacity() == opacity; }, 10'000);
+        QAccessibleInterface *found = person.find(role, name);
+        return found ? qobject_cast<QQuickItem *>(found->object()) : nullptr;
+    }
+    static bool fadesTo(const QQuickItem &list, qreal opacity)
+    {
+        return QTest::qWaitFor([&] { return list.parentItem()->opacity() == opacity; }, 10'000);
+    }
+    static void click(const QQuickItem &item)
+    {
+        QTest::mouseClick(item.window(), Qt::LeftButton, {}, item.mapToScene(item.boundingRect().center()).toPoint());
     }
 
     const QString warning = u"System Integrity Warning. Warning: Disabling system Launch Agents or Daemons may cause "
@@ -164,17 +171,51 @@ TEST_F(StartupScreenTest, ShowsThatItLoadsAgainInPlaceOfTheListWhichKeepsTheKeyb
     ASSERT_TRUE(person.reads(u"a, Launch Agent"_qs));
     EXPECT_TRUE(person.seesNo(ProgressBar, u"Loading"_qs));
     ASSERT_TRUE(person.tabToWhatHolds(u"a, Launch Agent"_qs));
+    const QQuickItem *list = itemOf(person, List, u"Startup Items"_qs);
+    ASSERT_TRUE(list);
     const Gate gate;
     machine.startupEntries->onListing([gate] { gate.wait(); });
 
     person.press(Qt::Key_Space);
 
     EXPECT_TRUE(person.sees(ProgressBar, u"Loading"_qs));
-    EXPECT_TRUE(listFadesTo(person, 0));
+    EXPECT_TRUE(person.readsNo(u"a, Launch Agent"_qs));
+    EXPECT_TRUE(fadesTo(*list, 0));
     gate.open();
-    EXPECT_TRUE(listFadesTo(person, 1));
+    EXPECT_TRUE(fadesTo(*list, 1));
     EXPECT_TRUE(person.isGivenTheKeyboardAt(u"a, Launch Agent, Safe, Off, /home/ada/Library/LaunchAgents/a.plist"_qs));
     EXPECT_TRUE(person.seesNo(ProgressBar, u"Loading"_qs));
+}
+
+TEST_F(StartupScreenTest, SwitchesAndOpensNothingThatIsNotSeenWhileItLoads)
+{
+    const FilePath file = addAgent("a.plist");
+    const Person person = open(SidebarTab::Startup);
+    ASSERT_TRUE(person.reads(u"a, Launch Agent"_qs));
+    ASSERT_TRUE(person.tabToWhatHolds(u"a, Launch Agent"_qs));
+    const QQuickItem *list = itemOf(person, List, u"Startup Items"_qs);
+    const QQuickItem *toggle = itemOf(person, CheckBox, u"a"_qs);
+    const QQuickItem *more = itemOf(person, Button, u"Open menu"_qs);
+    ASSERT_TRUE(list && toggle && more);
+    const Gate gate;
+    machine.startupEntries->onListing([gate] { gate.wait(); });
+    person.press(Qt::Key_F5);
+    ASSERT_TRUE(fadesTo(*list, 0));
+
+    click(*toggle);
+    person.press(Qt::Key_Space);
+    click(*more);
+    person.press(Qt::Key_Menu);
+
+    EXPECT_FALSE(isDisabled(file));
+    EXPECT_TRUE(person.seesNo(MenuItem, u"Reveal in Finder"_qs));
+    EXPECT_TRUE(person.seesNo(CheckBox, u"a"_qs));
+    EXPECT_TRUE(person.seesNo(StaticText, u"Status"_qs));
+    gate.open();
+    EXPECT_TRUE(fadesTo(*list, 1));
+    EXPECT_FALSE(isDisabled(file));
+    ASSERT_TRUE(person.click(CheckBox, u"a"_qs));
+    EXPECT_TRUE(becomesDisabled(file));
 }
 
 TEST_F(StartupScreenTest, SaysThatTheItemsCouldNotBeLoaded)

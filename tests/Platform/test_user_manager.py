@@ -10,6 +10,7 @@ import unittest
 
 SKIPPED = 77
 MANAGER = "/lib/systemd/systemd"
+BUS = "/usr/lib/systemd/user/dbus.socket"
 PROGRAM = os.environ["QUILLMERE_STARTUP_ENTRIES"]
 ALL_USERS = pathlib.Path("/etc/systemd/user")
 
@@ -77,6 +78,40 @@ class UserManagerTest(unittest.TestCase):
         self.assertFalse(link.is_symlink())
         self.assertTrue(unit.is_file())
 
+    def test_keeps_the_link_that_the_user_has_in_the_place_of_a_unit(self):
+        dotfiles = self.home / "dotfiles"
+        dotfiles.mkdir()
+        for name, target in (("near.service", "../../../dotfiles/near.service"), ("far.service", dotfiles / "far.service")):
+            self.add(dotfiles / name, "default.target")
+            unit = self.own / name
+            unit.symlink_to(target)
+            self.assertEqual(self.entries()[str(unit)], "off")
+
+            self.assertEqual(self.switch("on", unit).returncode, 0)
+            self.assertEqual(self.entries()[str(unit)], "on")
+            self.assertEqual(self.switch("off", unit).returncode, 0)
+            self.assertEqual(self.entries()[str(unit)], "off")
+            self.assertEqual(os.readlink(unit), str(target))
+            self.assertFalse((self.own / "default.target.wants" / name).is_symlink())
+            self.assertEqual(self.switch("on", unit).returncode, 0)
+            self.assertEqual(self.entries()[str(unit)], "on")
+
+    def test_can_undo_what_it_does_to_a_unit_that_links_alone_start(self):
+        """Nothing in these units says by what they are started: the manager would never make their links again."""
+        wants = self.own / "default.target.wants"
+        wants.mkdir(exist_ok=True)
+        mine, everyones = self.own / "plain.service", ALL_USERS / "simple.service"
+        for unit in (mine, everyones):
+            unit.write_text("[Service]\nExecStart=/bin/true\n")
+            (wants / unit.name).symlink_to(unit)
+
+        self.assertEqual(self.switch("off", mine).returncode, 1)
+        self.assertEqual(self.entries()[str(mine)], "on")
+        for state in ("off", "on"):
+            self.assertEqual(self.switch(state, everyones).returncode, 0)
+            self.assertEqual(self.entries()[str(everyones)], state)
+        self.assertTrue((wants / everyones.name).is_symlink())
+
     def test_switches_off_for_one_user_what_is_enabled_for_all(self):
         unit = ALL_USERS / "everyones.service"
         mask = self.own / "everyones.service"
@@ -124,6 +159,8 @@ def missing():
         return "Only root can run a systemd of its own for a user."
     if not os.path.exists(MANAGER):
         return "systemd is not installed."
+    if not os.path.exists(BUS):
+        return "dbus-user-session, which gives each user a bus, is not installed."
     if not control_groups() or not os.access(control_groups(), os.W_OK):
         return "This machine gives no control groups."
     own = ["--mount", "--pid", "--fork", "--mount-proc"]

@@ -2,7 +2,12 @@
 
 #include "Platform/Linux/LastOutput.h"
 
+#include <QFile>
+#include <QTemporaryDir>
+
 #include <gtest/gtest.h>
+
+#include <unistd.h>
 
 using namespace Quillmere;
 
@@ -13,6 +18,22 @@ ChildEnd run(const QString &text)
     return runChild({u"/bin/sh"_qs, {u"-c"_qs, text}}).valueOr({-1, {}});
 }
 
+ChildEnd runForCaller(const QString &text)
+{
+    const Caller self = Caller::ofUser(::geteuid()).valueOr({});
+    return runChildAs(self, {u"/bin/sh"_qs, {u"-c"_qs, text}}).valueOr({-1, {}});
+}
+
+const QString flood = u"yes 1234567 | head -c 16000000 >&2; echo 'the end' >&2; exit 3"_qs;
+
+void expectEndOfFlood(const ChildEnd &end)
+{
+    EXPECT_EQ(end.status, 3);
+    EXPECT_TRUE(end.said.startsWith("[")) << end.said.left(40).constData();
+    EXPECT_TRUE(end.said.endsWith("1234567\nthe end\n"));
+    EXPECT_LT(end.said.size(), LastOutput::mostBytes + 100);
+}
+
 } // namespace
 
 TEST(ChildProgramTest, GivesTheStatusAndWhatWasSaidOnStandardError)
@@ -20,16 +41,38 @@ TEST(ChildProgramTest, GivesTheStatusAndWhatWasSaidOnStandardError)
     const ChildEnd end = run(u"echo one >&2; echo two >&2; exit 7"_qs);
 
     EXPECT_EQ(end.status, 7);
-    EXPECT_EQ(end.standardError, "one\ntwo\n");
+    EXPECT_EQ(end.said, "one\ntwo\n");
     EXPECT_EQ(run(u"echo begun >&2; kill -KILL $$"_qs).status, 128 + 9);
 }
 
 TEST(ChildProgramTest, KeepsTheEndOfAFloodOnStandardError)
 {
-    const ChildEnd end = run(u"yes 1234567 | head -c 16000000 >&2; echo 'the end' >&2; exit 3"_qs);
+    expectEndOfFlood(run(flood));
+    expectEndOfFlood(runForCaller(flood));
+}
 
-    EXPECT_EQ(end.status, 3);
-    EXPECT_TRUE(end.standardError.startsWith("[")) << end.standardError.left(40).constData();
-    EXPECT_TRUE(end.standardError.endsWith("1234567\nthe end\n"));
-    EXPECT_LT(end.standardError.size(), LastOutput::mostBytes + 100);
+TEST(ChildProgramTest, GivesAllThatWasSaidInACallersPlace)
+{
+    const ChildEnd end = runForCaller(u"echo one; echo two >&2; exit 7"_qs);
+
+    EXPECT_EQ(end.status, 7);
+    EXPECT_EQ(end.said, "one\ntwo\n");
+}
+
+TEST(ChildProgramTest, DoesNoHarmToWhatIsLeftBehindAndGoesOnToWrite)
+{
+    const QTemporaryDir folder;
+    const QString service = u"cd '%1'; while [ -e . ] && [ ! -e go ]; do sleep 0.02; done; "
+                            "echo late >&2 && echo grew >alive || echo refused >alive"_qs.arg(folder.path());
+    QFile alive(folder.filePath(u"alive"_qs));
+
+    const ChildEnd end = runForCaller(u"echo early; (%1) & exit 0"_qs.arg(service));
+
+    EXPECT_EQ(end.said, "early\n");
+    QFile go(folder.filePath(u"go"_qs));
+    ASSERT_TRUE(go.open(QFile::WriteOnly));
+    for (int turn = 0; turn < 1000 && alive.size() == 0; ++turn)
+        ::usleep(10'000);
+    ASSERT_TRUE(alive.open(QFile::ReadOnly));
+    EXPECT_EQ(alive.readAll(), "refused\n");
 }

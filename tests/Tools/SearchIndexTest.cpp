@@ -57,13 +57,13 @@ TEST_F(SearchIndexTest, LeavesAToolAloneWhoseIndexNobodyKeeps)
 
 TEST_F(SearchIndexTest, SaysWhatFailedBesideWhatWasDone)
 {
-    programs.add(u"tracker3"_qs, u"echo 'no session' >&2; exit 3"_qs);
+    programs.add(u"tracker3"_qs, u"echo 'No session'; echo 'is here' >&2; exit 3"_qs);
     programs.add(u"tracker-miner-fs-3"_qs);
     programs.add(u"updatedb"_qs);
     const QString user = QString::fromUtf8(self().name);
 
     EXPECT_EQ(run(),
-              (ToolEnd{1, u"The index of Tracker for %1 was not reset: no session"_qs.arg(user),
+              (ToolEnd{1, u"The index of Tracker for %1 was not reset: No session\nis here"_qs.arg(user),
                        u"The index of file names was rebuilt."_qs}));
 
     programs.add(u"updatedb"_qs, u"kill -9 $$"_qs);
@@ -74,13 +74,15 @@ TEST_F(SearchIndexTest, LeavesNoOutputOpenInAServiceThatIsStartedAnew)
 {
     programs.add(u"baloo_file"_qs);
     programs.add(u"balooctl"_qs,
-                 u"output=$(readlink /proc/$$/fd/1); echo \"$output\" >'%1'"_qs.arg(programs.path(u"output"_qs)));
+                 u"outputs=$(readlink /proc/$$/fd/1 /proc/$$/fd/2); echo \"$outputs\" >'%1'"_qs.arg(
+                     programs.path(u"outputs"_qs)));
 
     EXPECT_EQ(run().status, 0);
 
-    QFile output(programs.path(u"output"_qs));
-    ASSERT_TRUE(output.open(QFile::ReadOnly));
-    EXPECT_EQ(output.readAll(), "/dev/null\n");
+    QFile outputs(programs.path(u"outputs"_qs));
+    ASSERT_TRUE(outputs.open(QFile::ReadOnly));
+    const QByteArray file = "/memfd:quillmere-output (deleted)\n";
+    EXPECT_EQ(outputs.readAll(), file + file);
 }
 
 TEST_F(SearchIndexTest, ActsForAUserWithThatUsersRightsAloneAndForAllNamesAsRoot)

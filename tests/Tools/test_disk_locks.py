@@ -6,6 +6,7 @@ import random
 import shutil
 import signal
 import subprocess
+import sys
 import unittest
 
 import disk_rig as rig
@@ -44,6 +45,30 @@ class SystemDiskTest(LockTest):
             self.assert_untouched(name, self.images[0], self.reason)
             self.assertTrue(rig.is_mounted(place))
             rig.must("umount", place)
+
+    def mounted_at_the_first_touch(self, device, place):
+        script = os.path.join(os.path.dirname(os.path.abspath(__file__)), "pretend_automount.py")
+        automounter = subprocess.Popen([sys.executable, "-B", script, place, device], stdout=subprocess.PIPE, text=True)
+        self.addCleanup(rig.run, "umount", place)
+        self.addCleanup(automounter.stdout.close)
+        self.addCleanup(automounter.wait)
+        self.addCleanup(automounter.kill)
+        if automounter.stdout.readline() != "ready\n":
+            self.assertNotIn("CI", os.environ)
+            self.skipTest("This kernel mounts nothing at the first touch.")
+        self.addCleanup(rig.run, "umount", device)
+
+    def test_a_folder_of_the_boot_loader_that_is_idle_keeps_its_own_disk_alone(self):
+        carrier, stick = self.disk("carrier"), self.disk("stick")
+        name = self.listed(carrier)
+        stick_name, stick_place = self.name_of(stick)
+        self.mounted_at_the_first_touch(carrier, "/boot")
+
+        self.assertIn("internal=no", rig.run(os.environ["QUILLMERE_VOLUMES"], stick_place).stdout)
+        rig.must("umount", carrier)
+        self.assert_untouched(name, self.images[0], self.reason)
+        rig.must("umount", carrier)
+        self.assert_done(erase(stick_name))
 
     def test_a_disk_that_carries_the_home_of_whoever_asks_wherever_that_is(self):
         device = self.disk()

@@ -3,6 +3,7 @@
 #include "Fakes/HeldCalls.h"
 #include "Fakes/InstalledLocalizer.h"
 #include "Fakes/PretendMachine.h"
+#include "Utilities/BackgroundWork.h"
 
 #include <QCoro/QCoroTask>
 #include <QSignalSpy>
@@ -216,6 +217,24 @@ TEST_F(StartupViewModelTest, LetsAnEarlierLoadThatEndsLateChangeNothing)
 
     EXPECT_EQ(model.items().first().id, id);
     EXPECT_FALSE(model.isLoading());
+}
+
+TEST_F(StartupViewModelTest, SwitchesAndRevealsNothingWhileTheRowsAreReadAgain)
+{
+    const FilePath file = add(agents + "a.plist");
+    load();
+    const Gate gate;
+    machine.startupEntries->onListing([gate] { gate.wait(); });
+    QCoro::Task<> loading = model.loadItems();
+
+    model.toggle(0);
+    model.revealInFinder(0);
+
+    gate.open();
+    QCoro::waitFor(loading);
+    backgroundPool().waitForDone();
+    EXPECT_TRUE(model.items().first().isEnabled);
+    EXPECT_TRUE(machine.workspace->revealed().isEmpty());
 }
 
 TEST_F(StartupViewModelTest, MayGoWhileItLoads)

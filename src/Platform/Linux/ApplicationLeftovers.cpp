@@ -29,8 +29,6 @@ ApplicationLeftovers::ApplicationLeftovers(std::shared_ptr<const FileManager> fi
         {base.config.appending("autostart"), ".desktop", Holds::Entries, true, systemAutostart},
         {base.data.appending("applications"), ".desktop", Holds::Entries, true, systemEntries},
     };
-    m_entryFolders = QList<FilePath>{base.data.appending("applications")} + systemEntries;
-    m_flatpakFolders = {base.data.appending("flatpak/app"), FilePath("/var/lib/flatpak/app")};
     m_shared = {home, m_files->temporaryDirectory()};
     for (Row &row : m_rows) {
         // Removal refuses a location below a link.
@@ -47,27 +45,13 @@ QList<FilePath> ApplicationLeftovers::of(const QByteArray &id, Packaging packagi
     QList<FilePath> found;
     if (!isPlainFileName(id) || ApplicationData::builtIn().isSharedName(id))
         return found;
-    const bool isTwice = isInstalledTwice(id, packaging);
     for (const Row &row : m_rows) {
         const FilePath candidate = row.folder.appending(id + row.suffix);
-        if (!m_files->fileExists(candidate) || !mayGo(candidate, row) || found.contains(candidate))
-            continue;
-        if (!isTwice || packagingOf(candidate, row) == packaging)
+        const bool isThere = m_files->fileExists(candidate) && packagingOf(candidate, row) == packaging;
+        if (isThere && mayGo(candidate, row) && !found.contains(candidate))
             found.append(candidate);
     }
     return found;
-}
-
-bool ApplicationLeftovers::isInstalledTwice(const QByteArray &id, Packaging packaging) const
-{
-    if (packaging == Packaging::Any) {
-        return std::ranges::any_of(m_flatpakFolders,
-                                   [&](const FilePath &folder) { return m_files->fileExists(folder.appending(id)); });
-    }
-    return std::ranges::any_of(m_entryFolders, [&](const FilePath &folder) {
-        const FilePath entry = folder.appending(id + ".desktop");
-        return m_files->fileExists(entry) && packagingOfEntry(entry) == Packaging::Any;
-    });
 }
 
 ApplicationLeftovers::Packaging ApplicationLeftovers::packagingOf(const FilePath &candidate, const Row &row) const

@@ -16,8 +16,8 @@ public:
     ApplicationLeftovers(std::shared_ptr<const FileManager> files, std::shared_ptr<const Places> places,
                          const QList<FilePath> &systemEntries, const BaseDirectories::Environment &environment);
 
-    /// An application may be installed as a Flatpak and otherwise too, under one name. Then what one of them keeps is
-    /// not the other's.
+    /// An application may be installed as a Flatpak and otherwise too, under one name, and not every installation can
+    /// be seen from here. So what one of them keeps is never the other's, whether or not there is another.
     enum class Packaging { Any, Flatpak };
 
     /// In the order of the folders, and only what exists. Nothing for a name that leads elsewhere, and nothing that
@@ -39,15 +39,11 @@ private:
 
     [[nodiscard]] Packaging packagingOf(const FilePath &candidate, const Row &row) const;
     [[nodiscard]] Packaging packagingOfEntry(const FilePath &entry) const;
-    /// Installed in the other way than @p packaging too.
-    [[nodiscard]] bool isInstalledTwice(const QByteArray &id, Packaging packaging) const;
     [[nodiscard]] bool mayGo(const FilePath &candidate, const Row &row) const;
 
     std::shared_ptr<const FileManager> m_files;
     std::shared_ptr<const Places> m_places;
     QList<Row> m_rows;
-    QList<FilePath> m_entryFolders; ///< The user's own and the system's.
-    QList<FilePath> m_flatpakFolders; ///< The same of what is installed as Flatpaks.
     QList<FilePath> m_shared; ///< Folders of which none may go, nor one that holds them.
 };
 

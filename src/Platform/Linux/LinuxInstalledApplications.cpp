@@ -6,6 +6,16 @@
 
 namespace Quillmere {
 
+namespace {
+
+FilePath installationOfFlatpaks(const FilePath &home, const BaseDirectories::Environment &environment)
+{
+    const FilePath usual = BaseDirectories::of(home, environment).data.appending("flatpak");
+    return BaseDirectories::location(environment, "FLATPAK_USER_DIR", usual);
+}
+
+} // namespace
+
 LinuxInstalledApplications::LinuxInstalledApplications(std::shared_ptr<const FileManager> files,
                                                        std::shared_ptr<const Places> places,
                                                        std::shared_ptr<const ProcessRunner> processes,
@@ -15,6 +25,7 @@ LinuxInstalledApplications::LinuxInstalledApplications(std::shared_ptr<const Fil
     , m_processes(std::move(processes))
     , m_entryFolders(std::move(entryFolders))
     , m_home(files->resolvingSymlinks(files->homeDirectory()))
+    , m_flatpaks(installationOfFlatpaks(files->homeDirectory(), environment))
     , m_leftovers(std::move(files), std::move(places), m_entryFolders.mid(1), environment)
 {
 }
@@ -50,8 +61,8 @@ LinuxInstalledApplications::Entries LinuxInstalledApplications::readEntries() co
 QList<ListedApplication> LinuxInstalledApplications::applications() const
 {
     Entries entries = readEntries();
-    const FilePath dataHome = m_files->resolvingSymlinks(m_entryFolders.first()).deletingLastPathComponent();
-    const QList<ListedApplication> flatpaks = userFlatpaks(*m_files, *m_processes, dataHome);
+    const QList<ListedApplication> flatpaks
+        = userFlatpaks(*m_files, *m_processes, m_files->resolvingSymlinks(m_flatpaks));
     for (const ListedApplication &flatpak : flatpaks)
         entries.flatpaks.insert(flatpak.id);
     const OwnApplications own(m_files, m_home, entries.own);

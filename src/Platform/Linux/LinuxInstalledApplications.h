@@ -41,6 +41,7 @@ private:
     std::shared_ptr<const ProcessRunner> m_processes;
     QList<FilePath> m_entryFolders;
     FilePath m_home;
+    FilePath m_flatpaks; ///< The user's own installation, as the tool finds it.
     ApplicationLeftovers m_leftovers;
 };
 

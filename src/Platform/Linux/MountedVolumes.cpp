@@ -1,5 +1,6 @@
 #include "Platform/Linux/MountedVolumes.h"
 
+#include "Platform/Linux/IdleMounts.h"
 #include "Platform/Linux/UserEnvironment.h"
 
 #include <QSet>
@@ -118,7 +119,8 @@ Result<VolumeValues> MountedVolumes::values(const FilePath &place, const DiskSer
 // A system that runs from a stick has that stick for its disk. Where it cannot be told, every disk may be it.
 bool MountedVolumes::isOfSystem(quint64 number, const SystemPlaces &places) const
 {
-    const Result<QSet<quint64>> system = systemDevices(places, m_devices);
+    const SystemPlaces awake = wakeBootFolders(places.mounts) ? m_places().valueOr(places) : places;
+    const Result<QSet<quint64>> system = systemDevices(awake, m_devices);
     const QList<quint64> foundations = m_devices.foundations(number);
     return !system || std::ranges::any_of(foundations, [&](quint64 device) { return system.value().contains(device); });
 }

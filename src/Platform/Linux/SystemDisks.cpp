@@ -15,6 +15,9 @@ namespace {
 constexpr std::array<std::string_view, 9> systemFolders
     = {"/", "/boot", "/efi", "/etc", "/home", "/nix", "/opt", "/root", "/usr"};
 
+// Those of them below which more of the system may be mounted.
+constexpr std::array<std::string_view, 6> deepFolders = {"/efi", "/etc", "/nix", "/opt", "/usr", "/var"};
+
 // In memory, or on other machines.
 constexpr std::array<std::string_view, 12> typesOnNoDisk
     = {"9p", "afs", "ceph", "cifs", "devtmpfs", "nfs", "nfs4", "ramfs", "rootfs", "smb3", "tmpfs", "virtiofs"};
@@ -37,7 +40,9 @@ bool isSystemPlace(const FilePath &location)
 
 bool isBelowSystemPlace(const FilePath &location)
 {
-    return location.isWithin(FilePath("/usr")) || location.isWithin(FilePath("/var"));
+    return std::ranges::any_of(deepFolders, [&](std::string_view folder) {
+        return location.isWithin(FilePath(QByteArray(folder.data(), qsizetype(folder.size()))));
+    });
 }
 
 /// Collects devices, and remembers the first thing of which it cannot be told where it lies.
@@ -66,7 +71,7 @@ public:
         const FilePath unknown = m_unknown;
         // Behind all that must be known: what was seen to is not looked at again.
         for (const MountEntry &mount : m_places.mounts) {
-            if (isBelowSystemPlace(mount.location))
+            if (isBelowSystemPlace(mount.location) || isBelowTrigger(mount.location))
                 addMount(mount);
         }
         if (!unknown.isEmpty())
@@ -80,25 +85,34 @@ private:
         if (m_mounts.contains(mount))
             return;
         m_mounts.append(mount);
-        if (const auto number = m_devices.numberOfMount(mount.device, FilePath(mount.source)))
+        if (mount.type == trigger)
+            addTrigger(mount);
+        else if (const auto number = m_devices.numberOfMount(mount.device, FilePath(mount.source)))
             addMembers(*number);
         else if (mount.type == "overlay")
             addLayers(mount);
         else if (mount.source.startsWith('/') && !mount.source.startsWith("/dev/"))
             addPath(FilePath(mount.source));
-        else if (!holds(typesOnNoDisk, mount.type) && !isMereTrigger(mount))
+        else if (!holds(typesOnNoDisk, mount.type))
             fail(mount.location);
     }
 
     /// What mounts at the first touch holds nothing itself, once something has been mounted there. Before that nobody
-    /// can tell what it will be.
-    [[nodiscard]] bool isMereTrigger(const MountEntry &mount) const
+    /// can tell what it will be, and its source is but a list of what may be.
+    void addTrigger(const MountEntry &mount)
     {
-        if (mount.type != trigger)
-            return false;
         const QList<MountEntry> later = m_places.mounts.mid(m_places.mounts.indexOf(mount) + 1);
-        return std::ranges::any_of(later,
-                                   [&](const MountEntry &other) { return other.location.isWithin(mount.location); });
+        const bool isTouched = std::ranges::any_of(
+            later, [&](const MountEntry &other) { return other.location.isWithin(mount.location); });
+        if (isTouched)
+            m_triggers.append(mount.location);
+        else
+            fail(mount.location);
+    }
+
+    [[nodiscard]] bool isBelowTrigger(const FilePath &location) const
+    {
+        return std::ranges::any_of(m_triggers, [&](const FilePath &each) { return location.isWithin(each); });
     }
 
     void addLayers(const MountEntry &mount)
@@ -183,6 +197,7 @@ private:
     const SystemPlaces &m_places;
     const BlockDevices &m_devices;
     QSet<quint64> m_found;
+    QList<FilePath> m_triggers; ///< Where something has been mounted at the first touch.
     QList<MountEntry> m_mounts; ///< Seen to already, so that no ring goes round for ever.
     FilePath m_unknown;
 };

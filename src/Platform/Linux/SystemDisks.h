@@ -23,8 +23,8 @@ struct SystemPlaces
 /// The numbers of all devices that the running system needs: those that carry "/", "/boot", the homes and the like,
 /// swap or the running program, and everything these stand on, through partitions, encryption, volume groups, arrays
 /// and images in files. Fails where that cannot be told of one of them, and then no disk may be taken for free. Below
-/// "/usr" and "/var", where much is mounted that is on no disk, what is on one counts too, and of the rest nothing is
-/// asked.
+/// the system's folders, and below what mounts at the first touch, much is mounted that is on no disk: there what is on
+/// one counts too, and of the rest nothing is asked.
 [[nodiscard]] Result<QSet<quint64>> systemDevices(const SystemPlaces &places, const BlockDevices &devices);
 
 } // namespace Quillmere

@@ -1,8 +1,14 @@
 #include "Platform/Linux/UnitFiles.h"
 
+#include "Platform/Linux/ErrnoFailure.h"
+
 #include <QSet>
 
 #include <algorithm>
+#include <cerrno>
+#include <climits>
+
+#include <unistd.h>
 
 namespace Quillmere {
 
@@ -68,6 +74,21 @@ QList<QByteArray> UnitFiles::linkedIn(const FilePath &folder) const
 bool UnitFiles::isMasked(const QByteArray &name) const
 {
     return m_files->resolvingSymlinks(m_own.appending(name)) == FilePath("/dev/null");
+}
+
+QByteArray UnitFiles::ownLink(const QByteArray &name) const
+{
+    QByteArray target(PATH_MAX, '\0');
+    const ssize_t length = ::readlink(m_own.appending(name).bytes().constData(), target.data(), PATH_MAX);
+    return length > 0 && !isMasked(name) ? target.first(length) : QByteArray();
+}
+
+Result<void> UnitFiles::restoreOwnLink(const QByteArray &name, const QByteArray &target) const
+{
+    const FilePath link = m_own.appending(name);
+    if (::symlink(target.constData(), link.bytes().constData()) != 0 && errno != EEXIST)
+        return failureFromErrno(errno, link);
+    return {};
 }
 
 FilePath UnitFiles::systemFile(const QByteArray &name) const

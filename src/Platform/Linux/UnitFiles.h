@@ -21,6 +21,13 @@ public:
     [[nodiscard]] QList<StartupEntry> entries() const;
     /// Whether the user has a link to nothing in the place of the unit called @p name.
     [[nodiscard]] bool isMasked(const QByteArray &name) const;
+    /// What the user's own link in the place of that unit holds, as `systemctl link` and tools for dotfiles make it.
+    /// Empty where there is none, and for a mask.
+    [[nodiscard]] QByteArray ownLink(const QByteArray &name) const;
+    /// Has that link again, unless something stands there.
+    [[nodiscard]] Result<void> restoreOwnLink(const QByteArray &name, const QByteArray &target) const;
+    /// Whether the unit's file says by what it is started once it is enabled.
+    [[nodiscard]] bool canBeEnabled(const FilePath &file) const;
     /// The system's most important file of that unit; empty when there is none.
     [[nodiscard]] FilePath systemFile(const QByteArray &name) const;
     /// @p path as it is called here: the manager knows a folder of the system's by another name, where that is a link.
@@ -29,7 +36,6 @@ public:
 private:
     /// What the folders of links in @p folder start.
     [[nodiscard]] QList<QByteArray> linkedIn(const FilePath &folder) const;
-    [[nodiscard]] bool canBeEnabled(const FilePath &file) const;
 
     std::shared_ptr<const FileManager> m_files;
     FilePath m_own;

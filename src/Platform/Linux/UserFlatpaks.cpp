@@ -2,9 +2,11 @@
 
 #include "Platform/Linux/ApplicationData.h"
 
+#include <QHash>
 #include <QRegularExpression>
 
 #include <chrono>
+#include <utility>
 
 namespace Quillmere {
 
@@ -22,9 +24,9 @@ QString columns(const QString &names)
     return u"--columns="_qs + names;
 }
 
-FilePath folderOfFlatpaks(const FilePath &dataHome)
+FilePath folderOfFlatpaks(const FilePath &installation)
 {
-    return dataHome.appending("flatpak/app");
+    return installation.appending("app");
 }
 
 /// Nothing where the tool is missing, fails or is late.
@@ -43,22 +45,53 @@ bool isIdentifier(const QString &text)
     return text.size() <= 255 && pattern.match(text).hasMatch();
 }
 
+/// Identifier, architecture and branch, which is where one lies below the folder of all.
+bool isRefOf(const QString &identifier, const QString &text)
+{
+    static const QRegularExpression pattern(u"\\A/[A-Za-z0-9_]+/[A-Za-z0-9_-][A-Za-z0-9._-]*\\z"_qs);
+    return isIdentifier(identifier) && text.size() <= 255 && text.startsWith(identifier)
+        && pattern.match(text.mid(identifier.size())).hasMatch();
+}
+
+QString refOf(const ListedApplication &application)
+{
+    const FilePath &branch = application.location;
+    const FilePath architecture = branch.deletingLastPathComponent();
+    const QByteArrayList parts = {architecture.deletingLastPathComponent().lastPathComponent(),
+                                  architecture.lastPathComponent(), branch.lastPathComponent()};
+    return QString::fromUtf8(parts.join('/'));
+}
+
+/// What an application keeps is kept for all of its branches together.
+void markBranches(QList<ListedApplication> &applications)
+{
+    QHash<QByteArray, int> branches;
+    for (const ListedApplication &application : std::as_const(applications))
+        ++branches[application.id];
+    for (ListedApplication &application : applications) {
+        if (branches[application.id] < 2)
+            continue;
+        application.sharesData = true;
+        application.name += u" (%1)"_qs.arg(FilePath::displayText(application.location.lastPathComponent()));
+    }
+}
+
 } // namespace
 
 QList<ListedApplication> userFlatpaks(const FileManager &files, const ProcessRunner &processes,
-                                      const FilePath &dataHome)
+                                      const FilePath &installation)
 {
-    if (!files.fileExists(folderOfFlatpaks(dataHome)))
+    if (!files.fileExists(folderOfFlatpaks(installation)))
         return {};
     const auto listed
-        = answerOf(processes, {u"list"_qs, u"--user"_qs, u"--app"_qs, columns(u"application,name,version"_qs)});
-    QList<ListedApplication> applications = parseFlatpaks(listed.value_or(QByteArray()), dataHome);
+        = answerOf(processes, {u"list"_qs, u"--user"_qs, u"--app"_qs, columns(u"application,name,version,ref"_qs)});
+    QList<ListedApplication> applications = parseFlatpaks(listed.value_or(QByteArray()), installation);
     if (applications.isEmpty())
         return applications;
     const auto everywhere = answerOf(processes, {u"list"_qs, u"--app"_qs, columns(u"application,installation"_qs)});
     const QSet<QByteArray> elsewhere = parseInstalledElsewhere(everywhere.value_or(QByteArray()));
     for (ListedApplication &application : applications)
-        application.sharesData = !everywhere || elsewhere.contains(application.id);
+        application.sharesData = application.sharesData || !everywhere || elsewhere.contains(application.id);
     return applications;
 }
 
@@ -73,13 +106,14 @@ QSet<QByteArray> parseInstalledElsewhere(const QByteArray &text)
     return identifiers;
 }
 
-QList<ListedApplication> parseFlatpaks(const QByteArray &text, const FilePath &dataHome)
+QList<ListedApplication> parseFlatpaks(const QByteArray &text, const FilePath &installation)
 {
     QList<ListedApplication> applications;
     for (const QByteArray &line : text.split('\n')) {
         const QList<QByteArray> fields = line.split('\t');
         const QString identifier = QString::fromUtf8(fields.first());
-        if (fields.size() < 2 || !isIdentifier(identifier))
+        const QByteArray ref = fields.value(3).trimmed();
+        if (!isRefOf(identifier, QString::fromUtf8(ref)))
             continue;
         ListedApplication application;
         application.id = fields.first();
@@ -89,22 +123,25 @@ QList<ListedApplication> parseFlatpaks(const QByteArray &text, const FilePath &d
         application.identifier = QString::fromUtf8(ApplicationData::builtIn().identifierOf(application.id));
         application.version = FilePath::displayText(fields.value(2).trimmed());
         application.icon = identifier;
-        application.location = folderOfFlatpaks(dataHome).appending(application.id);
+        application.location = folderOfFlatpaks(installation).appending(ref);
         application.parts = {application.location};
         application.removal = ApplicationRemoval::Command;
         applications.append(application);
     }
+    markBranches(applications);
     return applications;
 }
 
 Result<void> uninstallFlatpak(const ProcessRunner &processes, const ListedApplication &application)
 {
-    const QString identifier = QString::fromUtf8(application.id);
-    if (!isIdentifier(identifier))
+    const QString ref = refOf(application);
+    if (!isRefOf(QString::fromUtf8(application.id), ref))
         return Failure{Failure::Kind::Malformed, application.location, {}};
-    // What it has to say of a failure goes to standard error.
+    // Of several branches it would ask which, even where it is told to ask nothing. What it has to say of a failure
+    // goes to standard error.
     const Result<ProcessOutcome> outcome = processes.runJoined(
-        {tool(), {u"uninstall"_qs, u"--user"_qs, u"--app"_qs, u"--assumeyes"_qs, u"--noninteractive"_qs, identifier}});
+        {tool(),
+         {u"uninstall"_qs, u"--user"_qs, u"--app"_qs, u"--assumeyes"_qs, u"--noninteractive"_qs, u"app/"_qs + ref}});
     if (!outcome)
         return outcome.failure();
     if (outcome.value().exitStatus == 0)

@@ -14,6 +14,7 @@ const QString managerInterface = u"org.freedesktop.systemd1.Manager"_qs;
 const QString accessDenied = u"org.freedesktop.DBus.Error.AccessDenied"_qs;
 const QString enabledState = u"enabled"_qs;
 const QString disabledState = u"disabled"_qs;
+const QString linkedState = u"linked"_qs;
 const QString maskedState = u"masked"_qs;
 
 /// Of this and no other shape the answer is read: a list of pairs of texts.
@@ -66,7 +67,8 @@ std::optional<StartupEntry> UserUnits::entryOf(const FilePath &path, const QStri
     const QString shown = FilePath::displayText(name);
     if (!owns(path) || isTemplate(name))
         return std::nullopt;
-    if (state == enabledState || state == disabledState) {
+    const bool isLinked = state == linkedState && m_files.canBeEnabled(path);
+    if (state == enabledState || state == disabledState || isLinked) {
         const auto scope = path.isWithin(m_home) ? StartupEntry::Scope::User : StartupEntry::Scope::AllUsers;
         return StartupEntry{m_files.fileOf(path), shown, scope, state == enabledState};
     }
@@ -91,7 +93,10 @@ Result<void> UserUnits::setEnabled(const FilePath &path, bool enabled) const
     if (!done)
         return done;
     // What became of it shows only now: the manager also accepts what changes nothing.
-    if ((stateOf(path) == enabledState) != enabled)
+    const QString state = stateOf(path);
+    if (state.isEmpty())
+        return Failure{Failure::Kind::Other, path, u"The manager of units does not know it any more"_qs};
+    if ((state == enabledState) != enabled)
         return Failure{Failure::Kind::Other, path, u"The manager of units has left it as it was"_qs};
     return {};
 }
@@ -109,9 +114,27 @@ Result<void> UserUnits::enable(const FilePath &path) const
 
 Result<void> UserUnits::disable(const FilePath &path) const
 {
+    const QByteArray name = path.lastPathComponent();
+    if (!m_files.canBeEnabled(path)) {
+        // Links of the user's start it, which the manager would remove and never make again.
+        if (path.isWithin(m_files.ownFolder()))
+            return Failure{Failure::Kind::NotSupported, path, u"It could not be switched on again"_qs};
+        return mask(path);
+    }
+    const QByteArray link = m_files.ownLink(name);
     const Result<void> done = change(u"DisableUnitFiles"_qs, path, {false});
+    // systemctl(1): disabling removes all links to the unit, including those that were made by hand.
+    if (!link.isEmpty()) {
+        if (const Result<void> restored = m_files.restoreOwnLink(name, link); !restored)
+            return restored;
+    }
     // The links of one that is enabled for all users are not this user's to take away.
-    return done && stateOf(path) == enabledState ? change(u"MaskUnitFiles"_qs, path, {false, false}) : done;
+    return done && stateOf(path) == enabledState ? mask(path) : done;
+}
+
+Result<void> UserUnits::mask(const FilePath &path) const
+{
+    return change(u"MaskUnitFiles"_qs, path, {false, false});
 }
 
 /// @p how says that it is for good, and where asked that nothing is taken by force from another unit.

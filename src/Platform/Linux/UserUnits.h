@@ -23,14 +23,16 @@ public:
     /// that are made while running.
     [[nodiscard]] QList<StartupEntry> entries() const;
     [[nodiscard]] static bool owns(const FilePath &path);
-    /// One that is enabled for all users is switched off by masking it for this one. Fails also where the manager
-    /// leaves it as it was.
+    /// What can be switched off can be switched on again: a link of the user's own in the place of a unit stays, one of
+    /// the system's that no enabling would bring back is masked for this user, as is one that is enabled for all, and
+    /// the user's own without such a way is refused. Fails also where the manager leaves it as it was.
     [[nodiscard]] Result<void> setEnabled(const FilePath &path, bool enabled) const;
 
 private:
     [[nodiscard]] std::optional<StartupEntry> entryOf(const FilePath &path, const QString &state) const;
     [[nodiscard]] Result<void> enable(const FilePath &path) const;
     [[nodiscard]] Result<void> disable(const FilePath &path) const;
+    [[nodiscard]] Result<void> mask(const FilePath &path) const;
     [[nodiscard]] Result<void> change(const QString &method, const FilePath &path, const QVariantList &how) const;
     [[nodiscard]] QString stateOf(const FilePath &path) const;
     [[nodiscard]] bool hasManager() const;

@@ -1,5 +1,6 @@
 #include "Tools/Disks/DiskTools.h"
 
+#include "Platform/Linux/IdleMounts.h"
 #include "Platform/Linux/SystemDisks.h"
 #include "Tools/Disks/LinuxDeviceAccess.h"
 #include "Tools/Disks/VolumeOwner.h"
@@ -15,7 +16,9 @@ Result<QSet<quint64>> systemDevicesFor(const Result<Caller> &caller)
 {
     if (!caller)
         return caller.failure();
-    const Result<SystemPlaces> places = SystemPlaces::ofThisMachine(caller.value().home);
+    Result<SystemPlaces> places = SystemPlaces::ofThisMachine(caller.value().home);
+    if (places && wakeBootFolders(places.value().mounts))
+        places = SystemPlaces::ofThisMachine(caller.value().home);
     return places ? systemDevices(places.value(), BlockDevices()) : places.failure();
 }
 

@@ -32,7 +32,7 @@ QString whyNotForWriting(const ChosenDisk &disk, const NtfsPrograms &programs)
             .arg(disk.name());
     default:
         return u"%1 cannot be mounted for writing: %2"_qs.arg(
-            disk.name(), QString::fromUtf8(probed.value().standardError).trimmed());
+            disk.name(), QString::fromUtf8(probed.value().said).trimmed());
     }
 }
 
@@ -46,7 +46,7 @@ ToolEnd mountAt(const MountPlace &place, const ChosenDisk &disk, const NtfsProgr
         return {};
     place.takeBack();
     const QString reason
-        = mounted ? QString::fromUtf8(mounted.value().standardError).trimmed() : mounted.failure().detail;
+        = mounted ? QString::fromUtf8(mounted.value().said).trimmed() : mounted.failure().detail;
     return {1, u"%1 could not be mounted: %2"_qs.arg(disk.name(), reason)};
 }
 

@@ -11,6 +11,8 @@ ListView {
 
     required property StartupColumns columns
 
+    /// Not to be seen, and so not to be used, but the keyboard may stay.
+    property bool concealed: false
     /// The keyboard was last used, and not the pointer.
     property bool isByKeyboard: false
     // What was chosen in the menu waits until that has gone: only then does the keyboard come back here.
@@ -35,6 +37,7 @@ ListView {
 
     Accessible.role: Accessible.List
     Accessible.name: Texts.localized("nav.startup")
+    Accessible.ignored: concealed
 
     onActiveFocusChanged: {
         if (activeFocus && currentIndex < 0)
@@ -61,6 +64,7 @@ ListView {
 
         width: ListView.view.width
         columns: root.columns
+        concealed: root.concealed
         last: index === ListView.view.count - 1
         ringed: activeFocus && root.isByKeyboard
 
@@ -70,7 +74,10 @@ ListView {
             root.isByKeyboard = false;
         }
         onSwitched: root.switchRequested(index)
-        onMenuRequested: (x, y, byKeyboard) => contextMenu.show(row, x, y, byKeyboard)
+        onMenuRequested: (x, y, byKeyboard) => {
+            if (!root.concealed)
+                contextMenu.show(row, x, y, byKeyboard);
+        }
     }
 
     ContextMenu {

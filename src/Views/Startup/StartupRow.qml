@@ -14,6 +14,7 @@ Item {
     required property StartupColumns columns
 
     property bool last: false
+    property bool concealed: false
     /// The keyboard is here and was brought here by keys.
     property bool ringed: false
 
@@ -33,6 +34,7 @@ Item {
     Accessible.name: name + ", " + typeText + ", " + badge.label + ", "
                      + Texts.localized(isEnabled ? "control.on" : "control.off") + ", " + pathText
     Accessible.description: Texts.localized("control.hint.toggle") + ". " + Texts.localized("control.hint.menu")
+    Accessible.ignored: concealed
     Accessible.focusable: true
     Accessible.focused: activeFocus
     Accessible.onPressAction: switched()
@@ -143,6 +145,8 @@ Item {
         on: root.isEnabled
         accessibleName: root.name
 
+        Accessible.ignored: root.concealed
+
         onSwitched: {
             root.picked();
             root.switched();
@@ -159,6 +163,8 @@ Item {
         focusPolicy: Qt.NoFocus
         symbol: "ellipsis"
         accessibleName: Texts.localized("control.openMenu")
+
+        Accessible.ignored: root.concealed
 
         onClicked: {
             root.picked();

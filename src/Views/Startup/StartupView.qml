@@ -74,7 +74,7 @@ Destination {
         }
 
         FocusScope {
-            // Gives way while it is read again, and keeps the keyboard meanwhile.
+            // Gives way while it is read again, and keeps the keyboard meanwhile. Nobody is to use what is not seen.
             anchors.fill: parent
             visible: !root.viewModel.isEmpty
             opacity: root.viewModel.isLoading ? 0 : 1
@@ -96,6 +96,8 @@ Destination {
                 y: 6
                 width: columns.nameWidth
                 text: Texts.localized("startup.column.name")
+
+                Accessible.ignored: root.viewModel.isLoading
             }
 
             ColumnHeading {
@@ -103,6 +105,8 @@ Destination {
                 y: 6
                 width: columns.typeWidth
                 text: Texts.localized("startup.column.type")
+
+                Accessible.ignored: root.viewModel.isLoading
             }
 
             ColumnHeading {
@@ -110,6 +114,8 @@ Destination {
                 y: 6
                 width: columns.riskWidth
                 text: Texts.localized("cleanup.preview.risk")
+
+                Accessible.ignored: root.viewModel.isLoading
             }
 
             ColumnHeading {
@@ -117,6 +123,8 @@ Destination {
                 y: 6
                 width: columns.statusWidth
                 text: Texts.localized("startup.column.status")
+
+                Accessible.ignored: root.viewModel.isLoading
             }
 
             Divider {
@@ -131,10 +139,20 @@ Destination {
                 width: parent.width
                 height: parent.height - y - 1
                 columns: columns
+                concealed: root.viewModel.isLoading
                 model: root.viewModel.rows
 
                 onSwitchRequested: row => root.viewModel.toggle(row)
                 onRevealRequested: row => root.viewModel.revealInFinder(row)
+            }
+
+            MouseArea {
+                anchors.fill: parent
+                visible: root.viewModel.isLoading
+                acceptedButtons: Qt.AllButtons
+                hoverEnabled: true
+
+                onWheel: wheel => wheel.accepted = true
             }
         }
     }

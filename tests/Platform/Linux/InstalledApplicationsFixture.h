@@ -52,14 +52,15 @@ protected:
         });
     }
 
-    [[nodiscard]] LinuxInstalledApplications installed() const
+    [[nodiscard]] LinuxInstalledApplications installed(const BaseDirectories::Environment &environment
+                                                       = noVariables) const
     {
         const auto places = std::make_shared<LinuxPlaces>(files, noVariables);
         return {files,
                 places,
                 processes,
                 {disk.path("home/.local/share/applications"), disk.path("system/applications")},
-                noVariables};
+                environment};
     }
 
     void answerAsFlatpak(const QByteArray &own, const ProcessOutcome &everywhere) const

@@ -1,4 +1,5 @@
 #include "Platform/Linux/SystemDisks.h"
+#include "Platform/Linux/IdleMounts.h"
 #include "Platform/Linux/PretendBlockDevices.h"
 
 #include <QFile>
@@ -207,6 +208,49 @@ TEST_F(SystemDisksTest, WhatMountsAtTheFirstTouchCountsAsWhatWasMounted)
     mount("/boot", "8:1", "vfat");
     ASSERT_TRUE(needed());
     EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second, stick, onStick));
+}
+
+TEST_F(SystemDisksTest, WhatIsMountedBelowAFolderThatMountsAtTheFirstTouchCounts)
+{
+    mount("/", "259:2");
+    mount("/home", "0:40", "autofs", "/etc/auto.home");
+    expectUnknown("/home");
+
+    mount("/home/staff/user", "8:16");
+    mount("/home/staff/user/elsewhere", "0:50", "fuse.sshfs", "server:");
+
+    ASSERT_TRUE(needed());
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second, other));
+}
+
+TEST_F(SystemDisksTest, WhatIsMountedBelowASystemFolderCounts)
+{
+    mount("/", "259:2");
+    for (const char *place : {"/opt/suite", "/nix/store", "/etc/keys", "/efi/loader"}) {
+        mount(place, "8:16");
+        EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second, other)) << place;
+        places.mounts.removeLast();
+    }
+    mount("/opt/remote", "0:50", "fuse.sshfs", "server:");
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second));
+
+    mount("/opt", "0:51", "autofs", "auto.opt");
+    mount("/opt/suite", "8:16");
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second, other));
+}
+
+TEST_F(SystemDisksTest, FoldersOfTheBootLoaderAreIdleUntilSomethingIsMountedThere)
+{
+    mount("/", "259:2");
+    EXPECT_FALSE(wakeBootFolders(places.mounts));
+    for (const char *place : {"/boot", "/boot/efi", "/efi", "/home", "/media/stick"})
+        mount(place, "0:42", "autofs", "systemd-1");
+    EXPECT_EQ(idleBootFolders(places.mounts),
+              (QList<FilePath>{FilePath("/boot"), FilePath("/boot/efi"), FilePath("/efi")}));
+
+    mount("/boot/efi", "8:1", "vfat");
+    mount("/efi", "8:1", "vfat");
+    EXPECT_EQ(idleBootFolders(places.mounts), QList<FilePath>{FilePath("/boot")});
 }
 
 TEST_F(SystemDisksTest, NoDiskIsFreeWhereItCannotBeToldWhereTheSystemLives)

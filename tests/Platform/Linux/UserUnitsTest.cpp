@@ -5,9 +5,13 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 using namespace Quillmere;
 
 namespace {
+
+const QByteArray install = "[Unit]\n[Install]\nWantedBy=default.target\n";
 
 /// A manager of units in Python's words, whose files are switched for real. OWN and SYSTEM are its two folders.
 const QString listing = uR"(
@@ -60,6 +64,14 @@ for path, state in self.units.items():
         ret = state
 )"_qs;
 
+/// As systemd does it: one that nothing leads to any more is not known.
+const QString tellingOfLink = uR"(
+import os
+state = 'enabled' if getattr(self, 'is_wanted', True) else 'linked'
+if not os.path.islink('OWN/linked.service'):
+    state = ''
+)"_qs;
+
 const QString changes = u"dbus.Array([], signature='(sss)')"_qs;
 
 class UserUnitsTest : public testing::Test
@@ -73,7 +85,8 @@ protected:
         ASSERT_TRUE(manager->isRunning());
         manager->addProperty(u"UnitPath"_qs, QStringList{textOf(own), textOf(system)});
         home.addFolder("home/.config/systemd/user");
-        home.addFile("system/agent.socket");
+        for (const char *unit : {"agent.socket", "backup.timer", "music.service"})
+            home.addFile(QByteArray("system/") + unit, install);
     }
     void add(const QString &method, const QString &in, const QString &out, QString python)
     {
@@ -89,6 +102,24 @@ protected:
         add(u"MaskUnitFiles"_qs, u"asbb"_qs, u"a(sss)"_qs, masking + u"ret = "_qs + changes);
         add(u"UnmaskUnitFiles"_qs, u"asb"_qs, u"a(sss)"_qs, unmasking + u"ret = "_qs + changes);
         add(u"GetUnitFileState"_qs, u"s"_qs, u"s"_qs, telling);
+    }
+    /// A manager of one unit, which is a link of the user's.
+    void answerForLink()
+    {
+        add(u"ListUnitFiles"_qs, {}, u"a(ss)"_qs,
+            tellingOfLink + u"ret = dbus.Array([('OWN/linked.service', state)] if state else [], signature='(ss)')"_qs);
+        add(u"GetUnitFileState"_qs, u"s"_qs, u"s"_qs, tellingOfLink + u"ret = state"_qs);
+        add(u"EnableUnitFiles"_qs, u"asbb"_qs, u"ba(sss)"_qs, u"self.is_wanted = True\nret = (True, %1)"_qs.arg(changes));
+        add(u"DisableUnitFiles"_qs, u"asb"_qs, u"a(sss)"_qs,
+            u"import os\nos.unlink('OWN/linked.service')\nself.is_wanted = False\nret = "_qs + changes);
+    }
+    [[nodiscard]] QStringList methodsCalled() const
+    {
+        QStringList methods;
+        for (const QString &call : manager->calls())
+            methods.append(call.section(u' ', 0, 0));
+        methods.removeAll(u"GetUnitFileState"_qs);
+        return methods;
     }
     [[nodiscard]] static QString textOf(const FilePath &path) { return QString::fromUtf8(path.bytes()); }
     [[nodiscard]] UserUnits unitsOn(const QDBusConnection &connection) const
@@ -151,11 +182,7 @@ TEST_F(UserUnitsTest, NeitherStartsNorStopsNorReloadsAnything)
     EXPECT_TRUE(units.setEnabled(music, false));
     EXPECT_TRUE(units.setEnabled(music, true));
 
-    QStringList methods;
-    for (const QString &call : manager->calls())
-        methods.append(call.section(u' ', 0, 0));
-    methods.removeAll(u"GetUnitFileState"_qs);
-    EXPECT_EQ(methods, (QStringList{u"ListUnitFiles"_qs, u"DisableUnitFiles"_qs, u"EnableUnitFiles"_qs}));
+    EXPECT_EQ(methodsCalled(), (QStringList{u"ListUnitFiles"_qs, u"DisableUnitFiles"_qs, u"EnableUnitFiles"_qs}));
 }
 
 TEST_F(UserUnitsTest, TellsWhyAUnitWasNotSwitched)
@@ -210,9 +237,72 @@ TEST_F(UserUnitsTest, KeepTheirPathWhereTheManagerNamesTheirFolderByALink)
     home.addLink("by another name", system.bytes());
     QString renamed = listing;
     add(u"ListUnitFiles"_qs, {}, u"a(ss)"_qs, renamed.replace(u"SYSTEM"_qs, textOf(home.path("by another name"))));
-    home.addFile("system/music.service");
 
     EXPECT_TRUE(isEnabled(music));
+}
+
+TEST_F(UserUnitsTest, KeepTheLinkThatTheUserHasInThePlaceOfOne)
+{
+    const QByteArray target = "../../../dotfiles/linked.service";
+    home.addFile("home/dotfiles/linked.service", install);
+    home.addLink("home/.config/systemd/user/linked.service", target);
+    answerForLink();
+    const FilePath linked = own.appending("linked.service");
+    ASSERT_TRUE(isEnabled(linked));
+
+    EXPECT_TRUE(units.setEnabled(linked, false));
+    EXPECT_EQ(std::filesystem::read_symlink(linked.bytes().constData()), target.constData());
+    EXPECT_FALSE(isEnabled(linked));
+
+    EXPECT_TRUE(units.setEnabled(linked, true));
+    EXPECT_TRUE(isEnabled(linked));
+}
+
+TEST_F(UserUnitsTest, LeaveOutALinkedOneThatNothingWouldStart)
+{
+    home.addFile("home/dotfiles/linked.service", "[Service]\nExecStart=/bin/true\n");
+    home.addLink("home/.config/systemd/user/linked.service", "../../../dotfiles/linked.service");
+    add(u"ListUnitFiles"_qs, {}, u"a(ss)"_qs,
+        u"ret = dbus.Array([('OWN/linked.service', 'linked')], signature='(ss)')"_qs);
+
+    EXPECT_TRUE(units.entries().isEmpty());
+}
+
+TEST_F(UserUnitsTest, TakeOneThatIsGoneAfterwardsForNoSuccess)
+{
+    answer();
+    (void)units.entries();
+    add(u"DisableUnitFiles"_qs, u"asb"_qs, u"a(sss)"_qs,
+        u"del self.units['SYSTEM/music.service']; ret = "_qs + changes);
+
+    EXPECT_FALSE(units.setEnabled(music, false));
+}
+
+TEST_F(UserUnitsTest, AreMaskedWhereTheManagerWouldNotEnableThemAgain)
+{
+    answer();
+    home.addFile("system/music.service", "[Service]\nExecStart=/bin/true\n");
+    ASSERT_TRUE(isEnabled(music));
+
+    EXPECT_TRUE(units.setEnabled(music, false));
+    EXPECT_FALSE(isEnabled(music));
+    EXPECT_FALSE(methodsCalled().contains(u"DisableUnitFiles"_qs));
+
+    EXPECT_TRUE(units.setEnabled(music, true));
+    EXPECT_TRUE(isEnabled(music));
+}
+
+TEST_F(UserUnitsTest, AreLeftOnWhereTheyAreTheUsersAndTheManagerWouldNotEnableThemAgain)
+{
+    answer();
+    home.addFile("home/.config/systemd/user/own.service", "[Service]\nExecStart=/bin/true\n");
+    ASSERT_TRUE(isEnabled(own.appending("own.service")));
+
+    const Result<void> result = units.setEnabled(own.appending("own.service"), false);
+
+    ASSERT_FALSE(result);
+    EXPECT_EQ(result.failure().kind, Failure::Kind::NotSupported);
+    EXPECT_TRUE(isEnabled(own.appending("own.service")));
 }
 
 TEST_F(UserUnitsTest, FailsWhereTheManagerLeavesAUnitAsItWas)
@@ -249,7 +339,6 @@ TEST(UnitFilesTest, AreTheUsersOwnAndWhatTheFoldersOfLinksStart)
 {
     const TemporaryHome home;
     const QByteArray own = "home/.config/systemd/user/";
-    const QByteArray install = "[Unit]\n[Install]\nWantedBy=default.target\n";
     const FilePath off = home.addFile(own + "off.timer", install);
     const FilePath on = home.addFile(own + "on.service", install);
     home.addFile(own + "static.service", "[Unit]\n");
