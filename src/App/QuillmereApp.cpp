@@ -1,5 +1,6 @@
 #include "App/QuillmereApp.h"
 
+#include "Utilities/BackgroundWork.h"
 #include "Views/Support/RemoteImageProvider.h"
 #include "Views/ViewsModule.h"
 
@@ -18,8 +19,16 @@ namespace {
 constexpr std::chrono::seconds untilRest{2};
 // A window that turns from light to dark is worse than one that comes a moment later.
 constexpr std::chrono::milliseconds mostWaitForTheDesktop{150};
+// What was begun with a click right before the end, such as a switch, has ended by then.
+constexpr std::chrono::milliseconds mostWaitForWorkers{500};
 // A double click on the menu is one wish for the end.
 constexpr std::chrono::seconds untilQuitIsInsistedOn{3};
+
+bool areWorkersDone()
+{
+    return childProcessPool().activeThreadCount() == 0 && elevationPool().activeThreadCount() == 0
+        && backgroundPool().waitForDone(int(mostWaitForWorkers.count()));
+}
 
 } // namespace
 
@@ -54,6 +63,8 @@ QuillmereApp::~QuillmereApp()
 {
     m_machine.appearance->observe({});
     m_engine.reset();
+    // What the screens had begun may still ask for what goes now.
+    backgroundPool().waitForDone();
     AppState::setShared(nullptr);
     SharedInstance<UnfinishedRuns>::install(nullptr);
     SharedInstance<Appearance>::install(nullptr);
@@ -222,8 +233,8 @@ void QuillmereApp::quit()
 int QuillmereApp::exec()
 {
     const int code = QCoreApplication::exec();
-    // The worker that a run hangs on, as on a mount that no longer answers, would be waited for.
-    if (!m_unfinishedRuns.isEmpty())
+    // A scan only looks. It may hang, as on a mount that no longer answers, and would ask for what goes now.
+    if (!m_unfinishedRuns.isEmpty() || !areWorkersDone())
         std::_Exit(code);
     return code;
 }

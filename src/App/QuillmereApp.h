@@ -37,8 +37,8 @@ public:
 
     /// Loads the windows and shows the main one. False when the program's own files are broken.
     [[nodiscard]] bool start();
-    /// Handles events until the program is ended, and gives its exit code. Does not return where a run was cut off: the
-    /// process ends then.
+    /// Handles events until the program is ended, and gives its exit code. Does not return where something still goes
+    /// on, which the end of the process then cuts off.
     [[nodiscard]] int exec();
 
     /// The appearance that the settings ask for; nothing where the desktop decides.

@@ -1,7 +1,9 @@
 #include "App/ScreensFixture.h"
 #include "Fakes/Gate.h"
+#include "Utilities/BackgroundWork.h"
 
 #include <QTest>
+#include <QThread>
 #include <QTimer>
 
 using namespace Quillmere;
@@ -186,6 +188,26 @@ TEST_F(ScreensTest, TakesEscapeForCancelDuringAScan)
     gate.open();
 
     EXPECT_TRUE(person.sees(Button, u"Start Scan"_qs));
+}
+
+TEST_F(ScreensTest, LetsAScanEndBeforeWhatItAsksForGoes)
+{
+    addTree("Caches/browser", 1000);
+    const Gate gate;
+    const Gate reached;
+    machine.files->onMeasure([gate, reached](const FilePath &) {
+        reached.open();
+        gate.wait();
+        QThread::msleep(50);
+    });
+    const Person person = open(SidebarTab::SafeCleanup);
+    ASSERT_TRUE(person.click(Button, u"Start Scan"_qs));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return reached.isOpen(); }));
+    QObject::connect(app->mainWindow(), &QObject::destroyed, [gate] { gate.open(); });
+
+    app.reset();
+
+    EXPECT_EQ(backgroundPool().activeThreadCount(), 0);
 }
 
 TEST_F(ScreensTest, ShowsTheCleaningOverTheScreenAndTheReportAfterACancel)
