@@ -19,8 +19,8 @@ public:
     [[nodiscard]] virtual bool prefersReducedMotion() const = 0;
     /// Calls @p changed after each change of either, on the GUI thread. A second call replaces the first.
     virtual void observe(std::function<void()> changed) = 0;
-    /// Waits until the desktop has said all that it was asked, at most for @p patience, and handles no events meanwhile.
-    /// What is not answered by then is told to the observer when it comes.
+    /// Waits until the desktop has said all that it was asked, at most for @p patience, and handles no events
+    /// meanwhile. What is not answered by then is told to the observer when it comes.
     virtual void awaitAnswers(std::chrono::milliseconds patience) = 0;
 };
 

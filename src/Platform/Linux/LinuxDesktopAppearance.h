@@ -14,8 +14,8 @@
 namespace Quillmere {
 
 /// Asks the desktop portal, and listens to it. The questions are answered later or never. Where the portal has no
-/// preference or there is none, the GTK theme of the environment decides; where that names none, a dark GTK theme of the
-/// desktop or a dark palette makes the scheme dark. Motion is not reduced unless the portal says so.
+/// preference or there is none, the GTK theme of the environment decides; where that names none, a dark GTK theme of
+/// the desktop or a dark palette makes the scheme dark. Motion is not reduced unless the portal says so.
 class LinuxDesktopAppearance final : public QObject, public DesktopAppearance
 {
     Q_OBJECT
