@@ -204,6 +204,7 @@ void QuillmereApp::showSettings()
             return;
         connect(m_settingsWindow, SIGNAL(quitRequested()), this, SLOT(quit()));
     }
+    m_settingsWindow->setWindowStates(m_settingsWindow->windowStates() & ~Qt::WindowMinimized);
     m_settingsWindow->show();
     m_settingsWindow->raise();
     m_settingsWindow->requestActivate();

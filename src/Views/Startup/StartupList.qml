@@ -34,6 +34,7 @@ ListView {
     reuseItems: true
     activeFocusOnTab: true
     highlightMoveDuration: 0
+    keyNavigationEnabled: visible
 
     Accessible.role: Accessible.List
     Accessible.name: Texts.localized("nav.startup")
@@ -46,6 +47,7 @@ ListView {
             isByKeyboard = true;
     }
 
+    Keys.enabled: visible
     Keys.onPressed: event => {
         isByKeyboard = true;
         const steps = {

@@ -39,6 +39,7 @@ Item {
     Accessible.focused: activeFocus
     Accessible.onPressAction: switched()
 
+    Keys.enabled: visible
     Keys.onMenuPressed: askForMenu()
     Keys.onReturnPressed: switched()
     Keys.onEnterPressed: switched()
