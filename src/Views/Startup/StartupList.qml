@@ -34,7 +34,6 @@ ListView {
     reuseItems: true
     activeFocusOnTab: true
     highlightMoveDuration: 0
-    keyNavigationEnabled: visible
 
     Accessible.role: Accessible.List
     Accessible.name: Texts.localized("nav.startup")
@@ -47,7 +46,6 @@ ListView {
             isByKeyboard = true;
     }
 
-    Keys.enabled: visible
     Keys.onPressed: event => {
         isByKeyboard = true;
         const steps = {

@@ -39,7 +39,6 @@ Item {
     Accessible.focused: activeFocus
     Accessible.onPressAction: switched()
 
-    Keys.enabled: visible
     Keys.onMenuPressed: askForMenu()
     Keys.onReturnPressed: switched()
     Keys.onEnterPressed: switched()

@@ -74,13 +74,9 @@ Destination {
         }
 
         FocusScope {
-<<<<<<< HEAD
             // Gives way while it is read again, and keeps the keyboard meanwhile. Nobody is to use what is not seen.
-=======
-            // Gives way while it is read again, and keeps the keyboard meanwhile, as what is hidden may.
->>>>>>> 495e0aa (Leave the window its keys, buttons and edges under every sheet and alert)
             anchors.fill: parent
-            visible: !root.viewModel.isEmpty && opacity > 0
+            visible: !root.viewModel.isEmpty
             opacity: root.viewModel.isLoading ? 0 : 1
 
             Behavior on opacity {
