@@ -113,6 +113,19 @@ TEST_F(QuillmereAppTest, ReallyClosesTheSettingsWindow)
     EXPECT_TRUE(app.settingsWindow()->isVisible());
 }
 
+TEST_F(QuillmereAppTest, BringsAMaximisedWindowBackMaximised)
+{
+    ASSERT_TRUE(app.start());
+    app.mainWindow()->showMaximized();
+    app.mainWindow()->close();
+    ASSERT_FALSE(app.mainWindow()->isVisible());
+
+    app.showMainWindow();
+
+    EXPECT_TRUE(app.mainWindow()->isVisible());
+    EXPECT_TRUE(app.mainWindow()->windowStates() & Qt::WindowMaximized);
+}
+
 TEST_F(QuillmereAppTest, BringsAMinimisedSettingsWindowBack)
 {
     ASSERT_TRUE(app.start());
