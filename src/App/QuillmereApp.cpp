@@ -30,6 +30,15 @@ bool areWorkersDone()
         && backgroundPool().waitForDone(int(mostWaitForWorkers.count()));
 }
 
+void bringBack(QWindow &window)
+{
+    window.setWindowStates(window.windowStates() & ~Qt::WindowMinimized);
+    // Not by show(), which would also restore one that is maximised.
+    window.setVisible(true);
+    window.raise();
+    window.requestActivate();
+}
+
 } // namespace
 
 QuillmereApp::QuillmereApp(Machine machine, QObject *parent)
@@ -190,10 +199,7 @@ void QuillmereApp::showMainWindow()
 {
     // Who asks for the window no longer wants the program to end.
     disconnect(m_pendingQuit);
-    m_mainWindow->setWindowStates(m_mainWindow->windowStates() & ~Qt::WindowMinimized);
-    m_mainWindow->show();
-    m_mainWindow->raise();
-    m_mainWindow->requestActivate();
+    bringBack(*m_mainWindow);
 }
 
 void QuillmereApp::showSettings()
@@ -204,9 +210,7 @@ void QuillmereApp::showSettings()
             return;
         connect(m_settingsWindow, SIGNAL(quitRequested()), this, SLOT(quit()));
     }
-    m_settingsWindow->show();
-    m_settingsWindow->raise();
-    m_settingsWindow->requestActivate();
+    bringBack(*m_settingsWindow);
 }
 
 void QuillmereApp::terminate()

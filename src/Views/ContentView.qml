@@ -15,8 +15,6 @@ FocusScope {
     /// Something lies over the screen that has to be answered first.
     readonly property bool isModal: showingWelcome || (current !== null && current.isModal)
 
-    signal quitRequested
-
     /// Has the screen look at the machine anew, where it can.
     function refresh() {
         if (current !== null)
@@ -109,7 +107,6 @@ FocusScope {
             visible: root.showingWelcome
 
             onFinished: root.showingWelcome = false
-            onQuitRequested: root.quitRequested()
             onClosed: welcome.active = false
         }
         active: false

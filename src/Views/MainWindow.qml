@@ -11,6 +11,12 @@ Window {
     required property ViewModelFactory viewModels
     property bool showingWelcome: false
 
+    readonly property WindowShortcuts shortcuts: WindowShortcuts {
+        onCloseRequested: root.close()
+        onSettingsRequested: root.settingsRequested()
+        onQuitRequested: root.quitRequested()
+    }
+
     signal settingsRequested
     signal quitRequested
 
@@ -29,18 +35,10 @@ Window {
         appState: root.appState
         viewModels: root.viewModels
         showingWelcome: root.showingWelcome
-
-        onQuitRequested: root.quitRequested()
     }
 
     WindowFrame {
         anchors.fill: parent
-    }
-
-    WindowShortcuts {
-        onCloseRequested: root.close()
-        onSettingsRequested: root.settingsRequested()
-        onQuitRequested: root.quitRequested()
     }
 
     Repeater {

@@ -8,6 +8,12 @@ Window {
     required property AppState appState
     required property ViewModelFactory viewModels
 
+    readonly property Destination current: screen.item as Destination
+    readonly property WindowShortcuts shortcuts: WindowShortcuts {
+        onCloseRequested: root.close()
+        onQuitRequested: root.quitRequested()
+    }
+
     signal quitRequested
 
     width: 720
@@ -51,8 +57,9 @@ Window {
         anchors.fill: parent
     }
 
-    WindowShortcuts {
-        onCloseRequested: root.close()
-        onQuitRequested: root.quitRequested()
+    Shortcut {
+        sequence: "F5"
+        enabled: root.current !== null && !root.current.isModal
+        onActivated: root.current.refreshRequested()
     }
 }

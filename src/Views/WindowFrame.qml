@@ -1,93 +1,21 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
+import Quillmere
 
 /// The edges of a window that has no frame of its own: a hairline around it, and the strips by which it is resized.
 Item {
     id: root
 
-    readonly property bool isFree: Window.visibility === Window.Windowed
-    readonly property int grip: 6
-
     Rectangle {
         anchors.fill: parent
-        visible: root.isFree
+        visible: grips.isFree
         color: "transparent"
         border.width: 1
         border.color: Theme.sidebarHairline
     }
 
-    component Grip: MouseArea {
-        required property int edges
+    WindowGrips {
+        id: grips
 
-        enabled: root.isFree
-        acceptedButtons: Qt.LeftButton
-        onPressed: root.Window.window.startSystemResize(edges)
-    }
-
-    Grip {
-        edges: Qt.TopEdge
-        x: root.grip
-        width: root.width - 2 * root.grip
-        height: root.grip / 2
-        cursorShape: Qt.SizeVerCursor
-    }
-
-    Grip {
-        edges: Qt.BottomEdge
-        x: root.grip
-        y: root.height - height
-        width: root.width - 2 * root.grip
-        height: root.grip
-        cursorShape: Qt.SizeVerCursor
-    }
-
-    Grip {
-        edges: Qt.LeftEdge
-        y: root.grip
-        width: root.grip
-        height: root.height - 2 * root.grip
-        cursorShape: Qt.SizeHorCursor
-    }
-
-    Grip {
-        edges: Qt.RightEdge
-        x: root.width - width
-        y: root.grip
-        width: root.grip
-        height: root.height - 2 * root.grip
-        cursorShape: Qt.SizeHorCursor
-    }
-
-    Grip {
-        edges: Qt.TopEdge | Qt.LeftEdge
-        width: root.grip
-        height: root.grip
-        cursorShape: Qt.SizeFDiagCursor
-    }
-
-    Grip {
-        edges: Qt.TopEdge | Qt.RightEdge
-        x: root.width - width
-        width: root.grip
-        height: root.grip
-        cursorShape: Qt.SizeBDiagCursor
-    }
-
-    Grip {
-        edges: Qt.BottomEdge | Qt.LeftEdge
-        y: root.height - height
-        width: root.grip
-        height: root.grip
-        cursorShape: Qt.SizeBDiagCursor
-    }
-
-    Grip {
-        edges: Qt.BottomEdge | Qt.RightEdge
-        x: root.width - width
-        y: root.height - height
-        width: root.grip
-        height: root.grip
-        cursorShape: Qt.SizeFDiagCursor
+        anchors.fill: parent
     }
 }

@@ -33,12 +33,8 @@ protected:
     /// The colour at the middle of the card of that name.
     [[nodiscard]] QColor colorOf(const QString &name, const Person &person) const
     {
-        QAccessibleInterface *const card = person.find(QAccessible::Button, name);
-        if (!card)
-            return {};
-        const QPoint window = app->mainWindow()->position();
-        const QPoint middle = card->rect().center() - window - QPoint(0, 30);
-        return app->mainWindow()->grabWindow().pixelColor(middle);
+        const QRect card = person.placeOf(QAccessible::Button, name);
+        return app->mainWindow()->grabWindow().pixelColor(card.center() - QPoint(0, 30));
     }
 };
 
@@ -58,11 +54,11 @@ TEST_F(AdvertisementBannerTest, LetsTheWholeTextBeReadWhereThePointerRests)
     for (const Language language : {Language::English, Language::Spanish, Language::Russian}) {
         app->localizer().setLanguage(language);
         const QString message = AdvertisementService::fallback(language).subtitle;
-        const QAccessibleInterface *const card = person.find(QAccessible::Button, u"Farhop. "_qs + message);
-        ASSERT_NE(card, nullptr);
+        const QRect card = person.placeOf(QAccessible::Button, u"Farhop. "_qs + message);
+        ASSERT_FALSE(card.isEmpty());
         EXPECT_FALSE(showsWhole(message));
 
-        QTest::mouseMove(app->mainWindow(), card->rect().center() - app->mainWindow()->position());
+        QTest::mouseMove(app->mainWindow(), card.center());
         EXPECT_TRUE(QTest::qWaitFor([&] { return showsWhole(message); })) << message.toStdString();
 
         QTest::mouseMove(app->mainWindow(), QPoint(600, 300));
@@ -74,12 +70,11 @@ TEST_F(AdvertisementBannerTest, IsOfOneHeightAndSaysWhatItIsWhereThePointerRests
 {
     serve("");
     const Person person = open();
-    const QAccessibleInterface *const card = person.find(QAccessible::Button, u"Offer. Of the day"_qs);
-    ASSERT_NE(card, nullptr);
-    EXPECT_EQ(card->rect().height(), 126);
+    const QRect card = person.placeOf(QAccessible::Button, u"Offer. Of the day"_qs);
+    EXPECT_EQ(card.height(), 126);
     EXPECT_FALSE(showsWhole(u"Advertisement"_qs));
 
-    QTest::mouseMove(app->mainWindow(), card->rect().center() - app->mainWindow()->position());
+    QTest::mouseMove(app->mainWindow(), card.center());
 
     EXPECT_TRUE(QTest::qWaitFor([&] { return showsWhole(u"Advertisement"_qs); }));
 }

@@ -240,12 +240,10 @@ TEST_F(BrowsersScreenTest, SwitchesByItsWordsToo)
 {
     installChrome();
     const Person person = openDetected();
-    QAccessibleInterface *toggle = person.find(CheckBox, u"History"_qs);
-    ASSERT_NE(toggle, nullptr);
-    const QRect drawn = toggle->rect();
-    const QPoint words = app->mainWindow()->mapFromGlobal(QPoint(drawn.right() + 30, drawn.center().y()));
+    const QRect toggle = person.placeOf(CheckBox, u"History"_qs);
+    ASSERT_FALSE(toggle.isEmpty());
 
-    QTest::mouseClick(app->mainWindow(), Qt::LeftButton, {}, words);
+    QTest::mouseClick(app->mainWindow(), Qt::LeftButton, {}, QPoint(toggle.right() + 30, toggle.center().y()));
 
     EXPECT_TRUE(person.find(CheckBox, u"History"_qs)->state().checked);
 }

@@ -1,6 +1,9 @@
 #include "App/ScreensFixture.h"
 
 #include "Fakes/Gate.h"
+#include "Utilities/BackgroundWork.h"
+#include "ViewModels/DashboardViewModel.h"
+#include "ViewModels/ResourceMonitorViewModel.h"
 
 #include <QQuickItem>
 #include <QTest>
@@ -41,16 +44,22 @@ protected:
         return person;
     }
 
+    /// Whether both parts of the screen that measure by a clock let it run, or both let it stand.
+    [[nodiscard]] bool clocksBecome(bool isRunning) const
+    {
+        const auto *figures = app->mainWindow()->findChild<DashboardViewModel *>();
+        const auto *processes = app->mainWindow()->findChild<ResourceMonitorViewModel *>();
+        return figures && processes && QTest::qWaitFor([&] {
+            return figures->findChild<QTimer *>()->isActive() == isRunning && processes->isMonitoring() == isRunning;
+        });
+    }
+
     /// The button of a row, told by what stands in the row.
     bool clickInRow(const Person &person, const QString &row, const QString &button)
     {
-        QAccessibleInterface *found = nullptr;
-        (void)QTest::qWaitFor([&] { return (found = findInRow(person, row, button)) != nullptr; }, 3000);
-        if (!found)
-            return false;
-        const QPoint middle = app->mainWindow()->mapFromGlobal(found->rect().center());
-        QTest::mouseClick(app->mainWindow(), Qt::LeftButton, Qt::NoModifier, middle);
-        return true;
+        const QRect place = person.placeOf([&] { return findInRow(person, row, button); });
+        QTest::mouseClick(app->mainWindow(), Qt::LeftButton, Qt::NoModifier, place.center());
+        return !place.isEmpty();
     }
 
     static QAccessibleInterface *findInRow(const Person &person, const QString &row, const QString &button)
@@ -347,8 +356,12 @@ TEST_F(DashboardScreenTest, MeasuresNothingWhileNobodyCanSeeIt)
 {
     const Person person = openTall();
     ASSERT_TRUE(person.reads(u"Editor, "_qs));
+    EXPECT_TRUE(clocksBecome(true));
+
     app->mainWindow()->hide();
-    QCoreApplication::processEvents();
+    EXPECT_TRUE(clocksBecome(false));
+    // A look that is under way counts too, as soon as it comes to it.
+    ASSERT_TRUE(backgroundPool().waitForDone(10'000));
     const int listings = machine.workspace->listings();
     const qsizetype requests = machine.files->capacityRequests().size();
 

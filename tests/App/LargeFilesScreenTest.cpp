@@ -54,10 +54,9 @@ protected:
 
     void rightClick(const Person &person, const QString &text)
     {
-        QAccessibleInterface *row = person.findWhatHolds(ListItem, text);
-        ASSERT_NE(row, nullptr);
-        QTest::mouseClick(app->mainWindow(), Qt::RightButton, Qt::NoModifier,
-                          app->mainWindow()->mapFromGlobal(row->rect().center()));
+        const QRect row = person.placeOf([&] { return person.findWhatHolds(ListItem, text); });
+        ASSERT_FALSE(row.isEmpty());
+        QTest::mouseClick(app->mainWindow(), Qt::RightButton, Qt::NoModifier, row.center());
     }
 
     bool isRevealed() const

@@ -2,6 +2,9 @@
 
 #include <QQuickItem>
 #include <QTest>
+#include <QtQuickTest/quicktest.h>
+
+#include <utility>
 
 namespace Quillmere {
 
@@ -90,13 +93,30 @@ QString Person::focusedName() const
     return accessible ? accessible->text(QAccessible::Name) : QString();
 }
 
+QRect Person::placeOf(const std::function<QAccessibleInterface *()> &find) const
+{
+    QRect place;
+    (void)QTest::qWaitFor(
+        [&] {
+            QAccessibleInterface *item = find();
+            const QRect before = std::exchange(place, item ? item->rect() : QRect());
+            return item && place == before && !QQuickTest::qIsPolishScheduled(&m_window);
+        },
+        patienceMilliseconds);
+    return place.translated(-m_window.position());
+}
+
+QRect Person::placeOf(QAccessible::Role role, const QString &name) const
+{
+    return placeOf([&] { return searchWindow(m_window, named(role, name)); });
+}
+
 bool Person::click(QAccessible::Role role, const QString &name) const
 {
     QAccessibleInterface *item = find(role, name);
     if (!item || !isEnabled(item))
         return false;
-    const QPoint middle = m_window.mapFromGlobal(item->rect().center());
-    QTest::mouseClick(&m_window, Qt::LeftButton, Qt::NoModifier, middle);
+    QTest::mouseClick(&m_window, Qt::LeftButton, Qt::NoModifier, placeOf(role, name).center());
     return true;
 }
 

@@ -28,6 +28,9 @@ public:
 
     /// Whether it can be used. Asks the item itself: in Qt 6.4 a disabled one does not tell assistive tools so.
     [[nodiscard]] bool canUse(QAccessible::Role role, const QString &name) const;
+    /// Where in the window the item is that @p find gives, once the layout stands; nothing when it does not come.
+    [[nodiscard]] QRect placeOf(const std::function<QAccessibleInterface *()> &find) const;
+    [[nodiscard]] QRect placeOf(QAccessible::Role role, const QString &name) const;
     /// Clicks the middle of the item. False when it is not there or cannot be used.
     [[nodiscard]] bool click(QAccessible::Role role, const QString &name) const;
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;

@@ -226,18 +226,18 @@ TEST_F(ProfessionalCleanupScreenTest, ReachesEachRowOfALongListByKeyboardAndBrin
           "Library/Containers/com.apple.mail/Data/Library/Mail Downloads"})
         addTree(folder, 1000);
     const Person person = openScanned();
-    const QRect window(app->mainWindow()->position(), app->mainWindow()->size());
-    EXPECT_FALSE(window.contains(person.find(CheckBox, systemRow)->rect()));
+    const QRect window(QPoint(), app->mainWindow()->size());
+    EXPECT_FALSE(window.contains(person.placeOf(CheckBox, systemRow)));
 
     for (const QString &row : {u"Xcode build caches"_qs, javaRow, u"Media and game-development caches"_qs, systemRow,
                                u"Mail Downloads"_qs}) {
         ASSERT_TRUE(person.tabTo(row)) << row.toStdString();
-        EXPECT_TRUE(window.contains(person.find(CheckBox, row)->rect())) << row.toStdString();
+        EXPECT_TRUE(window.contains(person.placeOf(CheckBox, row))) << row.toStdString();
     }
     ASSERT_TRUE(person.tabTo(u"Clean"_qs));
     person.press(Qt::Key_Backtab, Qt::ShiftModifier);
     for (int i = 0; i < 100 && !person.focusedName().startsWith(codeRow); ++i)
         person.press(Qt::Key_Backtab, Qt::ShiftModifier);
 
-    EXPECT_TRUE(window.contains(person.find(CheckBox, codeRow)->rect()));
+    EXPECT_TRUE(window.contains(person.placeOf(CheckBox, codeRow)));
 }

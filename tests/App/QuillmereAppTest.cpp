@@ -113,6 +113,32 @@ TEST_F(QuillmereAppTest, ReallyClosesTheSettingsWindow)
     EXPECT_TRUE(app.settingsWindow()->isVisible());
 }
 
+TEST_F(QuillmereAppTest, BringsAMaximisedWindowBackMaximised)
+{
+    ASSERT_TRUE(app.start());
+    app.mainWindow()->showMaximized();
+    app.mainWindow()->close();
+    ASSERT_FALSE(app.mainWindow()->isVisible());
+
+    app.showMainWindow();
+
+    EXPECT_TRUE(app.mainWindow()->isVisible());
+    EXPECT_TRUE(app.mainWindow()->windowStates() & Qt::WindowMaximized);
+}
+
+TEST_F(QuillmereAppTest, BringsAMinimisedSettingsWindowBack)
+{
+    ASSERT_TRUE(app.start());
+    app.showSettings();
+    app.settingsWindow()->showMinimized();
+    ASSERT_TRUE(app.settingsWindow()->windowStates() & Qt::WindowMinimized);
+
+    app.showSettings();
+
+    EXPECT_FALSE(app.settingsWindow()->windowStates() & Qt::WindowMinimized);
+    EXPECT_TRUE(app.settingsWindow()->isVisible());
+}
+
 TEST_F(QuillmereAppTest, LetsTheDesktopDecideOnTheAppearanceUntilASettingDoes)
 {
     EXPECT_EQ(app.colorScheme(), std::nullopt);

@@ -45,14 +45,6 @@ TEST_F(ScreensTest, ReachesEveryDestinationFromTheSidebar)
     }
 }
 
-TEST_F(ScreensTest, ShowsTheSidebarsSectionsInTheirOrder)
-{
-    const Person person = open();
-    for (const QString &name :
-         {u"Overview"_qs, u"Cleanup"_qs, u"Analysis"_qs, u"System"_qs, u"Maintenance"_qs, u"App"_qs})
-        EXPECT_TRUE(person.sees(Heading, name)) << name.toStdString();
-}
-
 TEST_F(ScreensTest, TurnsTheSidebarAndTheScreenAtOnceWhenTheLanguageChanges)
 {
     const Person person = open(SidebarTab::SafeCleanup);
@@ -378,21 +370,6 @@ TEST_F(ScreensTest, LooksAnewByKey)
     person.press(Qt::Key_F5);
 
     EXPECT_TRUE(person.reads(u"User Cache"_qs));
-}
-
-TEST_F(ScreensTest, WidensTheSidebarWithinItsLimits)
-{
-    const Person person = open(SidebarTab::Tools);
-    const auto width = [&] { return person.find(Heading, u"Tools"_qs)->rect().left() - app->mainWindow()->x(); };
-    const int ideal = width();
-    ASSERT_TRUE(person.tabTo(u"Sidebar width"_qs));
-
-    for (int i = 0; i < 20; ++i)
-        person.press(Qt::Key_Right);
-    EXPECT_EQ(width(), ideal + 60);
-    for (int i = 0; i < 20; ++i)
-        person.press(Qt::Key_Left);
-    EXPECT_EQ(width(), ideal - 20);
 }
 
 TEST_F(ScreensTest, HasNamedWindowButtons)

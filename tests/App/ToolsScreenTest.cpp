@@ -308,11 +308,8 @@ TEST_F(ToolsScreenTest, TakesTwoQuickPressesForOne)
     const Person person = openSheet();
     ASSERT_TRUE(person.click(Button, u"Run Quick Format"_qs));
     ASSERT_TRUE(person.sees(Heading, step1));
-    QAccessibleInterface *proceed = person.find(Button, u"Proceed"_qs);
-    ASSERT_NE(proceed, nullptr);
 
-    const QPoint place = app->mainWindow()->mapFromGlobal(proceed->rect().center());
-    QTest::mouseDClick(app->mainWindow(), Qt::LeftButton, {}, place);
+    QTest::mouseDClick(app->mainWindow(), Qt::LeftButton, {}, person.placeOf(Button, u"Proceed"_qs).center());
 
     EXPECT_TRUE(person.sees(Heading, step2));
     EXPECT_TRUE(person.seesNo(Heading, step3));

@@ -9,6 +9,17 @@ class ComponentsTest : public ViewsFixture
 {
 protected:
     [[nodiscard]] QQuickItem *focused() const { return m_view->activeFocusItem(); }
+    /// The first item of that type below @p from, or anywhere.
+    [[nodiscard]] QQuickItem *descendant(const char *type, const QQuickItem *from = nullptr) const
+    {
+        for (QQuickItem *child : (from ? from : m_view->contentItem())->childItems()) {
+            if (QByteArray(child->metaObject()->className()).startsWith(type))
+                return child;
+            if (QQuickItem *found = descendant(type, child))
+                return found;
+        }
+        return nullptr;
+    }
     [[nodiscard]] QString focusedName() const { return focused()->property("accessibleName").toString(); }
 };
 
@@ -121,6 +132,109 @@ TEST_F(ComponentsTest, ProgressOverlayHandsTheKeyboardOnWhenWhatHadItIsGone)
     EXPECT_TRUE(hasFocusRing(u"next"_qs));
 }
 
+TEST_F(ComponentsTest, ProgressOverlayDimsWhatLiesUnderItByAThird)
+{
+    show("Rectangle { anchors.fill: parent; color: 'white' }\nProgressOverlay {}");
+
+    const QColor dimmed = m_view->grabWindow().pixelColor(20, 20);
+
+    EXPECT_NEAR(dimmed.redF(), 0.67, 0.005);
+    EXPECT_EQ(dimmed, QColor(dimmed.red(), dimmed.red(), dimmed.red()));
+}
+
+TEST_F(ComponentsTest, ProgressOverlayCutsALongNameInTheMiddleOf300PixelsAndFillsABarAsWide)
+{
+    show("ProgressOverlay { objectName: 'overlay'; message: '/home/ada/a/long/way/down/to/a/folder/with/a/name/that/is/"
+         "long/too'; progress: 0.25 }");
+
+    const QQuickItem *message = descendant("ElidingText");
+    ASSERT_NE(message, nullptr);
+    EXPECT_EQ(message->width(), 300);
+    EXPECT_EQ(message->property("elide").toInt(), int(Qt::ElideMiddle));
+    EXPECT_TRUE(message->property("truncated").toBool());
+    const QQuickItem *bar = descendant("ProgressBar");
+    ASSERT_NE(bar, nullptr);
+    EXPECT_EQ(bar->width(), 300);
+    EXPECT_EQ(bar->childItems().first()->width(), 75);
+}
+
+TEST_F(ComponentsTest, ProgressOverlayFillsItsBarAtATotalOfOne)
+{
+    show("ProgressOverlay { objectName: 'overlay'; progress: 1.0 }");
+
+    EXPECT_EQ(descendant("ProgressBar")->childItems().first()->width(), 300);
+}
+
+TEST_F(ComponentsTest, ProgressOverlayCastsAShadowOfFourTenthsAtItsFoot)
+{
+    for (const bool isDark : {false, true}) {
+        m_appearance.setDark(isDark);
+        show("ProgressOverlay {}");
+        const QQuickItem *shadow = descendant("Elevation");
+        ASSERT_NE(shadow, nullptr);
+
+        double light = 1;
+        for (const QQuickItem *layer : shadow->childItems()) {
+            if (layer->property("color").isValid())
+                light *= 1 - layer->property("color").value<QColor>().alphaF();
+        }
+
+        EXPECT_NEAR(1 - light, 0.4, 0.01);
+    }
+}
+
+TEST_F(ComponentsTest, QuickActionCardIsNeverLowerThan80)
+{
+    show("QuickActionCard { objectName: 'card'; title: 'A'; symbol: 'globe' }");
+
+    EXPECT_GE(item(u"card"_qs)->height(), 80);
+}
+
+TEST_F(ComponentsTest, QuickActionCardGrowsUnderThePointerAlone)
+{
+    m_appearance.setReducedMotion(false);
+    show("QuickActionCard { objectName: 'card'; x: 40; y: 40; title: 'A'; symbol: 'globe' }");
+    const QQuickItem *card = item(u"card"_qs);
+    QTest::mouseMove(m_view.get(), QPoint(400, 400));
+    EXPECT_EQ(card->scale(), 1.0);
+
+    QTest::mouseMove(m_view.get(), middle(u"card"_qs));
+    EXPECT_TRUE(QTest::qWaitFor([card] { return card->scale() == 1.02; }));
+
+    QTest::mouseMove(m_view.get(), QPoint(400, 400));
+    EXPECT_TRUE(QTest::qWaitFor([card] { return card->scale() == 1.0; }));
+}
+
+TEST_F(ComponentsTest, CardViewShowsASymbolOnlyWhereItHasOne)
+{
+    show("CardView { objectName: 'plain'; width: 200; title: 'Plain' }\n"
+         "CardView { objectName: 'marked'; y: 200; width: 200; title: 'Marked'; icon: 'globe' }");
+    const auto showsSymbol = [this](const QString &card) {
+        const QQuickItem *symbol = descendant("Symbol", item(card));
+        return symbol && symbol->isVisible();
+    };
+
+    EXPECT_FALSE(showsSymbol(u"plain"_qs));
+    EXPECT_TRUE(showsSymbol(u"marked"_qs));
+}
+
+TEST_F(ComponentsTest, CardViewHasASpinnerOnlyWhileSomethingGoesOn)
+{
+    show("CardView { objectName: 'card'; width: 200; title: 'Card'; icon: 'globe'; workingText: 'Turning' }");
+    QQuickItem *card = item(u"card"_qs);
+    EXPECT_EQ(descendant("Spinner", card), nullptr);
+
+    card->setProperty("working", true);
+    QQuickItem *spinner = descendant("Spinner", card);
+    ASSERT_NE(spinner, nullptr);
+    QAccessibleInterface *told = QAccessible::queryAccessibleInterface(spinner);
+    EXPECT_EQ(told->role(), QAccessible::ProgressBar);
+    EXPECT_EQ(told->text(QAccessible::Name), u"Turning"_qs);
+
+    card->setProperty("working", false);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return descendant("Spinner", card) == nullptr; }));
+}
+
 TEST_F(ComponentsTest, ProgressOverlayLetsNoClickThrough)
 {
     show("ActionButton { objectName: 'below'; text: 'Below'; onClicked: window.note('below') }\nProgressOverlay {}");
@@ -228,12 +342,13 @@ TEST_F(ComponentsTest, SheetIsDismissedByEscapeAndItsButtonAndKeepsTheKeyboardIn
 
 TEST_F(ComponentsTest, SheetStays22FromTheEdgeOfASmallWindowAndScrollsInside)
 {
-    show("Sheet { objectName: 'sheet'; visible: true; title: 'Long'; Rectangle { width: 10; height: 2000 } }");
-    QObject *sheet = m_view->rootObject()->findChild<QObject *>(u"sheet"_qs);
+    show("Sheet { visible: true; title: 'Long'; Rectangle { objectName: 'inside'; width: 10; height: 2000 } }");
+    const QQuickItem *surface = item(u"inside"_qs);
+    while (surface && QAccessible::queryAccessibleInterface(const_cast<QQuickItem *>(surface)) == nullptr)
+        surface = surface->parentItem();
+    ASSERT_NE(surface, nullptr);
 
-    EXPECT_EQ(sheet->property("height").toInt(), 480 - 44);
-    EXPECT_EQ(sheet->property("width").toInt(), 640 - 44);
-    EXPECT_EQ(sheet->property("y").toInt(), 22);
+    EXPECT_EQ(surface->mapRectToScene(surface->boundingRect()), QRectF(22, 22, 640 - 44, 480 - 44));
 }
 
 TEST_F(ComponentsTest, AlertIsConfirmedByItsRightButtonAndDismissedByEscape)

@@ -56,7 +56,7 @@ ViewsFixture::~ViewsFixture()
 
 void ViewsFixture::show(const QByteArray &body, const QSize &size)
 {
-    m_view = std::make_unique<QQuickView>();
+    m_view = makeView();
     QQmlEngine &engine = *m_view->engine();
     installViews(engine);
     QObject::connect(&engine, &QQmlEngine::warnings, &engine, [this](const QList<QQmlError> &warnings) {

@@ -23,6 +23,9 @@ protected:
     ViewsFixture();
     ~ViewsFixture() override;
 
+    /// What show() shows it in.
+    [[nodiscard]] virtual std::unique_ptr<QQuickView> makeView() const { return std::make_unique<QQuickView>(); }
+
     /// Shows @p body inside a window-filling item with the id `window` and, in it, `property var log: []`.
     void show(const QByteArray &body, const QSize &size = {640, 480});
 

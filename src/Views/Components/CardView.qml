@@ -31,12 +31,13 @@ Panel {
         color: Theme.accent
     }
 
-    Spinner {
+    Loader {
         anchors.centerIn: symbol
-        running: root.working
-
-        Accessible.role: Accessible.ProgressBar
-        Accessible.name: root.workingText
+        active: root.working
+        sourceComponent: Spinner {
+            Accessible.role: Accessible.ProgressBar
+            Accessible.name: root.workingText
+        }
     }
 
     HeadingText {

@@ -2,12 +2,20 @@ import QtQuick
 import QtQuick.Templates as T
 import Quillmere
 
-/// What sheets and alerts have in common: they stand in the middle of a dimmed window, keep the keyboard inside, and
-/// ask by `dismissed` when Escape is pressed. The owner shows and hides them by `visible`.
+/// What sheets, alerts and the wizard have in common: a surface in the middle of a dimmed window, which keeps the
+/// keyboard inside and asks by `dismissed` when Escape is pressed. The window itself can still be moved, resized and
+/// hidden: what lies under a modal popup is out of reach, so it brings the window's edges and buttons along. The owner
+/// shows and hides it by `visible`.
 T.Popup {
     id: root
 
     property string accessibleName
+    property real surfaceWidth: 0
+    property real surfaceHeight: 0
+    property alias surfaceRadius: surface.radius
+    property alias elevation: surface.elevation
+    /// What lies on the surface, which is as large as that.
+    default property alias surfaceData: slot.data
     /// Takes the keyboard first. By default the first control inside.
     property Item initialFocus: null
     property bool openedByKeyboard: false
@@ -27,7 +35,7 @@ T.Popup {
         if (initialFocus !== null)
             initialFocus.forceActiveFocus(reason);
         else
-            contentItem.nextItemInFocusChain(true).forceActiveFocus(reason);
+            slot.nextItemInFocusChain(true).forceActiveFocus(reason);
     }
 
     // A row that has gone meanwhile leaves the keyboard to its list.
@@ -40,8 +48,8 @@ T.Popup {
     }
 
     parent: T.Overlay.overlay
-    x: parent ? Math.round((parent.width - width) / 2) : 0
-    y: parent ? Math.round((parent.height - height) / 2 + rise) : 0
+    width: parent ? parent.width : 0
+    height: parent ? parent.height : 0
     modal: true
     focus: true
     closePolicy: T.Popup.NoAutoClose
@@ -105,8 +113,44 @@ T.Popup {
         }
     }
 
-    background: RaisedSurface {
-        Accessible.role: Accessible.Dialog
-        Accessible.name: root.accessibleName
+    contentItem: FocusScope {
+        focus: true
+
+        Keys.onEscapePressed: root.dismissed()
+
+        WindowDragArea {
+            width: parent.width
+            height: Theme.windowBarHeight
+        }
+
+        RaisedSurface {
+            id: surface
+
+            x: Math.round((parent.width - width) / 2)
+            y: Math.round((parent.height - height) / 2 + root.rise)
+            width: root.surfaceWidth
+            height: root.surfaceHeight
+
+            Accessible.role: Accessible.Dialog
+            Accessible.name: root.accessibleName
+
+            Item {
+                id: slot
+
+                anchors.fill: parent
+            }
+        }
+
+        WindowButtons {
+            anchors.right: parent.right
+            anchors.rightMargin: 10
+            y: 12
+            // The dimmed ground is dark enough for any colour, or too dark for the quiet one.
+            color: Theme.dark ? Theme.textTertiary : Theme.text
+        }
+
+        WindowGrips {
+            anchors.fill: parent
+        }
     }
 }

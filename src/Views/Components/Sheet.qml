@@ -18,81 +18,72 @@ ModalPopup {
     readonly property real footerHeight: footerSlot.children.length === 0 ? 0 : footerSlot.height + 46
     readonly property real bodyHeight: bodySlot.childrenRect.height + 2 * scroll.gap
 
-    width: Math.min(sheetWidth, roomWidth)
-    height: Math.min(headerHeight + 1 + bodyHeight + footerHeight, roomHeight)
+    surfaceWidth: Math.min(sheetWidth, roomWidth)
+    surfaceHeight: Math.min(headerHeight + 1 + bodyHeight + footerHeight, roomHeight)
     accessibleName: title
 
-    FocusScope {
-        id: scope
+    SheetTitleText {
+        id: heading
 
-        anchors.fill: parent
-        focus: true
+        x: root.contentMargin
+        y: (root.headerHeight - height) / 2
+        width: (closeButton.visible ? closeButton.x - 12 : root.surfaceWidth - root.contentMargin) - x
+        visible: text !== ""
+        text: root.title
+    }
 
-        Keys.onEscapePressed: root.dismissed()
+    ActionButton {
+        id: closeButton
 
-        SheetTitleText {
-            id: heading
+        anchors.right: parent.right
+        anchors.rightMargin: 20
+        y: (root.headerHeight - height) / 2
+        visible: root.closable && root.title !== ""
+        size: ActionButton.Small
+        text: Texts.localized("common.close")
+
+        onClicked: root.dismissed()
+    }
+
+    Divider {
+        y: root.headerHeight
+        width: parent.width
+        visible: root.title !== ""
+    }
+
+    ScrollArea {
+        id: scroll
+
+        readonly property int gap: 16
+
+        y: root.headerHeight + 1
+        width: parent.width
+        height: parent.height - y - root.footerHeight
+        contentHeight: root.bodyHeight
+
+        Item {
+            id: bodySlot
 
             x: root.contentMargin
-            y: (root.headerHeight - height) / 2
-            width: (closeButton.visible ? closeButton.x - 12 : root.width - root.contentMargin) - x
-            visible: text !== ""
-            text: root.title
+            y: scroll.gap
+            width: root.surfaceWidth - 2 * root.contentMargin
+            height: childrenRect.height
         }
+    }
 
-        ActionButton {
-            id: closeButton
+    Divider {
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: root.footerHeight
+        width: parent.width
+        visible: root.footerHeight > 0
+    }
 
-            anchors.right: parent.right
-            anchors.rightMargin: 20
-            y: (root.headerHeight - height) / 2
-            visible: root.closable && root.title !== ""
-            size: ActionButton.Small
-            text: Texts.localized("common.close")
+    Row {
+        id: footerSlot
 
-            onClicked: root.dismissed()
-        }
-
-        Divider {
-            y: root.headerHeight
-            width: parent.width
-            visible: root.title !== ""
-        }
-
-        ScrollArea {
-            id: scroll
-
-            readonly property int gap: 16
-
-            y: root.headerHeight + 1
-            width: parent.width
-            height: parent.height - y - root.footerHeight
-            contentHeight: root.bodyHeight
-
-            Item {
-                id: bodySlot
-
-                x: root.contentMargin
-                y: scroll.gap
-                width: root.width - 2 * root.contentMargin
-                height: childrenRect.height
-            }
-        }
-
-        Divider {
-            anchors.bottom: parent.bottom
-            anchors.bottomMargin: root.footerHeight
-            width: parent.width
-            visible: root.footerHeight > 0
-        }
-
-        Row {
-            id: footerSlot
-
-            anchors.right: parent.right
-            anchors.rightMargin: 24
-            y: parent.height - root.footerHeight + (root.footerHeight - height) / 2
-            spacing: 10
-        }
+        anchors.right: parent.right
+        anchors.rightMargin: 24
+        y: parent.height - root.footerHeight + (root.footerHeight - height) / 2
+        spacing: 10
     }
 }

@@ -6,6 +6,8 @@ import Quillmere
 Row {
     id: root
 
+    property color color: Theme.textTertiary
+
     readonly property bool maximized: Window.visibility === Window.Maximized
 
     spacing: 4
@@ -17,7 +19,7 @@ Row {
         side: 28
         symbolSize: 16
         symbol: "window.minimize"
-        color: Theme.textTertiary
+        color: root.color
         accessibleName: Texts.localized("control.minimize")
 
         onClicked: root.Window.window.showMinimized()
@@ -27,7 +29,7 @@ Row {
         side: 28
         symbolSize: 16
         symbol: root.maximized ? "window.restore" : "window.maximize"
-        color: Theme.textTertiary
+        color: root.color
         accessibleName: Texts.localized(root.maximized ? "control.restore" : "control.maximize")
 
         onClicked: {
@@ -42,7 +44,7 @@ Row {
         side: 28
         symbolSize: 16
         symbol: "window.close"
-        color: Theme.textTertiary
+        color: root.color
         accessibleName: Texts.localized("control.close")
 
         onClicked: root.Window.window.close()

@@ -1,8 +1,11 @@
 import QtQuick
 
 /// Moves the window that it lies in, as a title bar would, and maximises or restores it on a double click.
-Item {
+MouseArea {
     id: root
+
+    property point from
+    property bool isMoving: false
 
     function toggleMaximized() {
         const window = root.Window.window;
@@ -12,19 +15,20 @@ Item {
             window.showMaximized();
     }
 
+    preventStealing: true
+
     Accessible.ignored: true
 
-    DragHandler {
-        target: null
-        grabPermissions: PointerHandler.TakeOverForbidden
-        onActiveChanged: {
-            if (active)
-                root.Window.window.startSystemMove();
-        }
+    // Not by pointer handlers, whose double tap is lost to whatever takes the press as well, such as a popup.
+    onPressed: mouse => {
+        from = Qt.point(mouse.x, mouse.y);
+        isMoving = false;
     }
-
-    TapHandler {
-        gesturePolicy: TapHandler.DragThreshold
-        onDoubleTapped: root.toggleMaximized()
+    onPositionChanged: mouse => {
+        if (isMoving || Math.max(Math.abs(mouse.x - from.x), Math.abs(mouse.y - from.y)) < drag.threshold)
+            return;
+        isMoving = true;
+        root.Window.window.startSystemMove();
     }
+    onDoubleClicked: toggleMaximized()
 }

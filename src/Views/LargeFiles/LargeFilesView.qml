@@ -10,7 +10,12 @@ Destination {
     /// The file that is asked about; null for none.
     property var fileToConfirmDelete: null
 
-    isModal: viewModel.isScanning || trashDialog.visible
+    isModal: trashDialog.visible
+
+    onRefreshRequested: {
+        if (!isModal && !viewModel.isScanning)
+            viewModel.startScan();
+    }
 
     ScreenHeader {
         width: parent.width

@@ -9,10 +9,10 @@ Destination {
     readonly property ProfessionalCleanupViewModel viewModel: viewModels.makeProfessionalCleanup(root)
     readonly property bool isWorking: viewModel.isScanning || viewModel.isCleaning
 
-    isModal: isWorking || viewModel.hasReport
+    isModal: viewModel.isCleaning || viewModel.hasReport
 
     onRefreshRequested: {
-        if (!isModal)
+        if (!isModal && !isWorking)
             viewModel.startScan();
     }
 

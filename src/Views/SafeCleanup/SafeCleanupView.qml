@@ -8,10 +8,10 @@ Destination {
     readonly property SafeCleanupViewModel viewModel: viewModels.makeSafeCleanup(root)
     readonly property bool isWorking: viewModel.isScanning || viewModel.isCleaning
 
-    isModal: isWorking || viewModel.hasReport
+    isModal: viewModel.isCleaning || viewModel.hasReport
 
     onRefreshRequested: {
-        if (!isModal)
+        if (!isModal && !isWorking)
             viewModel.startScan();
     }
 

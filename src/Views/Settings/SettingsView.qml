@@ -11,6 +11,7 @@ Destination {
 
     isModal: showingUninstallConfirmation
 
+    onRefreshRequested: viewModel.appear()
     Component.onCompleted: viewModel.appear()
 
     ScreenHeader {

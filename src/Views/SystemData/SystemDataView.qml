@@ -9,7 +9,7 @@ Destination {
 
     onRefreshRequested: {
         if (!viewModel.isScanning)
-            viewModel.appear();
+            viewModel.startScan();
     }
     Component.onCompleted: viewModel.appear()
 

@@ -51,7 +51,7 @@ Sheet {
 
             CaptionText {
                 anchors.verticalCenter: parent.verticalCenter
-                width: root.width - 2 * root.contentMargin - runButton.width - lock.width - 24
+                width: root.surfaceWidth - 2 * root.contentMargin - runButton.width - lock.width - 24
                 text: Texts.localized("disk.secureBlocked")
                 color: Theme.orangeText
                 wrapMode: Text.Wrap
@@ -75,7 +75,7 @@ Sheet {
 
             ElidingText {
                 anchors.verticalCenter: parent.verticalCenter
-                width: Math.min(implicitWidth, root.width - runButton.width - 110)
+                width: Math.min(implicitWidth, root.surfaceWidth - runButton.width - 110)
                 text: root.runningText
                 color: Theme.textSecondary
                 elide: Text.ElideMiddle

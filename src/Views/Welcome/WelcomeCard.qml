@@ -38,9 +38,6 @@ Item {
         }
     }
 
-    width: 580
-    height: 480
-
     Keys.forwardTo: [scroller]
 
     onStepChanged: {
@@ -58,12 +55,6 @@ Item {
     function showFromItsTop() {
         scroller.contentY = -scroller.topMargin;
         fade.restart();
-    }
-
-    RaisedSurface {
-        anchors.fill: parent
-        radius: 20
-        elevation: Elevation.Overlay
     }
 
     WelcomeColumn {

@@ -1,8 +1,7 @@
 import QtQuick
 import Quillmere
 
-/// The setup wizard over the whole window. Nothing but its own buttons ends it; the window itself can still be moved,
-/// hidden and resized, and the program ended.
+/// The setup wizard over the whole window. Nothing but its own buttons ends it.
 ModalPopup {
     id: root
 
@@ -11,10 +10,11 @@ ModalPopup {
     readonly property WelcomeViewModel viewModel: viewModels.makeWelcome(root)
 
     signal finished
-    signal quitRequested
 
-    width: parent ? parent.width : 0
-    height: parent ? parent.height : 0
+    surfaceWidth: 580
+    surfaceHeight: 480
+    surfaceRadius: 20
+    elevation: Elevation.Overlay
     dim: false
     accessibleName: card.texts.of("welcome.title")
     initialFocus: card.defaultButton
@@ -36,15 +36,6 @@ ModalPopup {
 
     background: Rectangle {
         color: Theme.wizardDim
-
-        Accessible.role: Accessible.Dialog
-        Accessible.name: root.accessibleName
-    }
-
-    // While this is open, the window's own keys reach nobody.
-    WindowShortcuts {
-        onCloseRequested: root.parent.Window.window.close()
-        onQuitRequested: root.quitRequested()
     }
 
     Connections {
@@ -55,21 +46,10 @@ ModalPopup {
         target: root.viewModel
     }
 
-    WindowDragArea {
-        width: parent.width
-        height: Theme.windowBarHeight
-    }
-
     WelcomeCard {
         id: card
 
-        anchors.centerIn: parent
+        anchors.fill: parent
         viewModel: root.viewModel
-    }
-
-    WindowButtons {
-        anchors.right: parent.right
-        anchors.rightMargin: 10
-        y: 12
     }
 }
