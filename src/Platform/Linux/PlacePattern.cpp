@@ -62,6 +62,8 @@ QList<FilePath> PlacePattern::existing(const FileManager &files) const
 
 bool PlacePattern::nameMatches(QByteArrayView pattern, QByteArrayView name)
 {
+    if (!pattern.contains('*'))
+        return pattern == name;
     qsizetype inPattern = 0;
     qsizetype inName = 0;
     qsizetype star = -1; // The last one met, and where in the name that which follows it was last tried.

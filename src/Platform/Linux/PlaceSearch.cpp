@@ -22,11 +22,12 @@ PlaceSearch::PlaceSearch(const FileManager &files, FilePath item, const Cancella
 
 void PlaceSearch::add(const PlacePattern &pattern, const FilePath &writtenItem, const QString &reason)
 {
-    std::optional<PlacePattern::Inside> place = pattern.inside(writtenItem);
+    std::optional<PlacePattern::Inside> place = m_isSettled ? std::nullopt : pattern.inside(writtenItem);
     if (!place)
         return;
     if (place->folder == writtenItem)
         place->folder = m_item;
+    m_isSettled = place->names.empty() && place->folder == m_item;
     const bool isKnown = std::ranges::any_of(m_wanted, [&](const Wanted &known) {
         return known.place.folder == place->folder && areSame(known.place.names, place->names);
     });

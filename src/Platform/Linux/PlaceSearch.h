@@ -49,6 +49,7 @@ private:
     const FilePath m_item;
     const Cancellation m_cancellation;
     std::vector<Wanted> m_wanted;
+    bool m_isSettled = false; ///< The item is such a place itself; what is added later no longer counts.
     int m_levelsOfSockets = 0;
     QString m_reasonOfSockets;
     size_t m_best = 0; ///< The lowest rank found; as many as there are where none is.
