@@ -110,7 +110,7 @@ TEST(LinuxPlacesTest, GivesTheReasonThatStandsFirstHoweverLateItsPlaceIsFound)
     PlacesData data;
     const FilePath item = home.appending(".cache/item");
     data.keep = {{PlacesData::Place::parse("$cache/*/z*"), u"first"_qs},
-                 {PlacesData::Place::parse("$cache/*/a"), u"second"_qs}};
+                 {PlacesData::Place::parse("$cache/*/a*"), u"second"_qs}};
     world.disk->addFile(item.appending("a"), 1);
     world.disk->addSocket(item.appending("m"));
     world.disk->addFile(item.appending("zz"), 1);
