@@ -1,6 +1,8 @@
 #pragma once
 
+#include "Platform/EntryKind.h"
 #include "Platform/FileSearch.h"
+#include "Platform/OpenFolder.h"
 #include "Values/Cancellation.h"
 #include "Values/FilePath.h"
 #include "Values/Result.h"
@@ -11,8 +13,6 @@
 #include <optional>
 
 namespace Quillmere {
-
-enum class EntryKind { Regular, Directory, SymbolicLink, Other };
 
 /// One thing that stands directly inside a folder.
 struct DirectoryEntry
@@ -107,9 +107,18 @@ public:
     /// HiddenFiles::Skip leaves out names that begin with a point.
     [[nodiscard]] virtual Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder,
                                                                             HiddenFiles hidden) const = 0;
+    /// The folder at @p path, links above it followed. None for a link, for what is no folder, and for the mount point
+    /// of a volume that might not answer.
+    [[nodiscard]] virtual std::unique_ptr<OpenFolder> openFolder(const FilePath &path) const = 0;
+    /// Whether something is mounted at @p path, which is free of links. Asks no volume.
+    [[nodiscard]] virtual bool isMountPoint(const FilePath &path) const = 0;
+    /// Whether what lies at @p path, links followed, can be asked for without waiting for a server or a program that
+    /// has gone. Never holds the caller up for long. True also where there is nothing.
+    [[nodiscard]] virtual bool isAnswering(const FilePath &path) const = 0;
     /// Adds up all regular files below @p folder, hidden ones and packages included. Symbolic links are not
     /// followed, @p folder itself included; other file systems mounted below are not entered. What cannot be read or
-    /// vanishes meanwhile adds nothing. Zero for a file, a link or nothing at all. Fails with Cancelled alone.
+    /// vanishes meanwhile adds nothing. Zero for a file, a link or nothing at all. Fails with Cancelled alone, and only
+    /// when something was left out: what is empty is zero, and what is finished its sum, even after a request to stop.
     [[nodiscard]] virtual Result<TreeSize> measureTree(const FilePath &folder,
                                                        const Cancellation &cancellation) const = 0;
     /// The regular files below @p folder that @p search is after, in the order of their paths: name by name from the
@@ -117,7 +126,8 @@ public:
     /// point and nothing else. All else that is met counts as an item, folders and links too. Symbolic links are not
     /// followed, @p folder itself included; packages (PackageNames.h), closed folders and other file systems mounted
     /// below are not searched, of which closed folders alone have their direct entries counted. What cannot be read or
-    /// vanishes meanwhile adds nothing. Nothing below a file, a link or nothing at all. Fails with Cancelled alone.
+    /// vanishes meanwhile adds nothing. Nothing below a file, a link or nothing at all. Fails with Cancelled alone, as
+    /// measureTree().
     [[nodiscard]] virtual Result<QList<FoundFile>> findFiles(const FilePath &folder, const FileSearch &search,
                                                              const Cancellation &cancellation) const = 0;
 
@@ -143,7 +153,8 @@ public:
     /// exist.
     [[nodiscard]] virtual bool areOnSameVolume(const FilePath &one, const FilePath &other) const = 0;
     /// The location with every link resolved, standardized. All or nothing: if a component is missing or the links
-    /// go round in a loop, only the text is tidied.
+    /// go round in a loop, only the text is tidied. A volume that might not answer is not asked: below its mount point
+    /// the path is taken as written.
     [[nodiscard]] virtual FilePath resolvingSymlinks(const FilePath &path) const = 0;
 
     /// Moves the item to a recoverable place and answers with its location there. A link moves itself, never its

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Values/Cancellation.h"
 #include "Values/FilePath.h"
 
 #include <QList>
@@ -42,8 +43,10 @@ public:
     /// moment: in order, each once, and only what exists.
     [[nodiscard]] virtual QList<PlaceEntry> entriesBehind(const QString &list) const = 0;
     /// Why @p item is not offered, because it is, or holds, something that would not come back; in English, for
-    /// developers. Nothing when it may be offered.
-    [[nodiscard]] virtual std::optional<QString> reasonToKeep(const FilePath &item) const = 0;
+    /// developers. Nothing when it may be offered. A look that is cancelled is a reason, too.
+    [[nodiscard]] virtual std::optional<QString> reasonToKeep(const FilePath &item,
+                                                              const Cancellation &cancellation) const = 0;
+    [[nodiscard]] std::optional<QString> reasonToKeep(const FilePath &item) const { return reasonToKeep(item, {}); }
 };
 
 } // namespace Quillmere

@@ -169,7 +169,7 @@ QList<PlaceRow> ScannerService::existingRows(const CategoryRow &row) const
 {
     QList<PlaceRow> rows;
     for (const PlaceRow &place : QList<PlaceRow>{row.ownPlace} + m_places->rowsBehind(row.table)) {
-        if (m_files->fileExists(place.root))
+        if (m_files->isAnswering(place.root) && m_files->fileExists(place.root))
             rows.append(place);
     }
     return rows;
@@ -188,17 +188,16 @@ void ScannerService::scanPlace(const PlaceRow &place, const CategoryRow &row, co
         if (i % entriesPerReport == 0)
             walk.progress(slice.at(i, entries.size()), name);
 
-        const FilePath measured = measuredPlace(entries.at(i).path, place.suffix);
-        if (!place.suffix.isEmpty() && !m_files->fileExists(measured))
+        const std::optional<FilePath> offered
+            = place.suffix.isEmpty() ? offeredChild(entries.at(i)) : offeredInside(entries.at(i).path, place.suffix);
+        if (!offered || m_places->reasonToKeep(*offered, cancellation(walk.task)))
             continue;
-        if (m_places->reasonToKeep(measured))
-            continue;
-        const TreeSize size = scanDirectory(measured, walk.task);
+        const TreeSize size = scanDirectory(*offered, walk.task);
         if (size.allocatedSize < 1)
             continue;
         CleanupItem item;
         item.name = name;
-        item.path = measured;
+        item.path = *offered;
         item.size = size.allocatedSize;
         item.category = row.itemCategory.isEmpty() ? FilePath::displayText(place.root.lastPathComponent())
                                                    : row.itemCategory.toString();
@@ -207,12 +206,20 @@ void ScannerService::scanPlace(const PlaceRow &place, const CategoryRow &row, co
     }
 }
 
-FilePath ScannerService::measuredPlace(const FilePath &entry, const QByteArray &suffix) const
+std::optional<FilePath> ScannerService::offeredChild(const DirectoryEntry &child) const
 {
-    if (suffix.isEmpty())
-        return entry;
-    const FilePath inside = entry.appending(suffix);
-    return m_files->resolvingSymlinks(inside.deletingLastPathComponent()).appending(inside.lastPathComponent());
+    const bool isOfRoot = child.type == EntryKind::Directory && !m_files->isMountPoint(child.path);
+    return isOfRoot ? std::optional(child.path) : std::nullopt;
+}
+
+std::optional<FilePath> ScannerService::offeredInside(const FilePath &child, const QByteArray &suffix) const
+{
+    const FilePath inside = child.appending(suffix);
+    const FilePath folder = m_files->resolvingSymlinks(inside.deletingLastPathComponent());
+    const FilePath offered = folder.appending(inside.lastPathComponent());
+    const bool isThere
+        = m_files->isAnswering(offered) && !m_files->isMountPoint(offered) && m_files->fileExists(offered);
+    return isThere ? std::optional(offered) : std::nullopt;
 }
 
 TreeSize ScannerService::scanDirectory(const FilePath &folder, const std::stop_token &task)

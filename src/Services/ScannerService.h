@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <stop_token>
 
 namespace Quillmere {
@@ -49,8 +50,11 @@ private:
     /// The items of @p place appended to @p found, each an immediate child or what it keeps at the place's suffix.
     void scanPlace(const PlaceRow &place, const CategoryRow &row, const Slice &slice, const Walk &walk, Found &found);
 
-    /// Where @p entry of a place keeps what is offered, below no link, since removal refuses those.
-    [[nodiscard]] FilePath measuredPlace(const FilePath &entry, const QByteArray &suffix) const;
+    /// What may become an item of a root's child: the child, when it is a folder. A file or link holds nothing to
+    /// measure, and what is mounted there is no part of the root.
+    [[nodiscard]] std::optional<FilePath> offeredChild(const DirectoryEntry &child) const;
+    /// The same of a child that keeps at @p suffix what is offered: below no link, since removal refuses those.
+    [[nodiscard]] std::optional<FilePath> offeredInside(const FilePath &child, const QByteArray &suffix) const;
 
     std::shared_ptr<const FileManager> m_files;
     std::shared_ptr<const Places> m_places;

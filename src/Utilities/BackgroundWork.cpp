@@ -9,7 +9,8 @@ namespace {
 // Scans and cleanups of different screens may be under way at once; each waits for the disk most of its time.
 constexpr int mostRunsAtOnce = 8;
 
-/// Never destroyed: what still waits in it, as for a dialog that nobody answers, does not keep the program from ending.
+/// Never destroyed: what still waits in it, as for a disk or a dialog that nobody answers, does not keep the program
+/// from ending.
 QThreadPool *makeLastingPool(int mostThreads)
 {
     auto *made = new QThreadPool;
@@ -21,9 +22,8 @@ QThreadPool *makeLastingPool(int mostThreads)
 
 QThreadPool &backgroundPool()
 {
-    static QThreadPool pool;
-    pool.setMaxThreadCount(mostRunsAtOnce);
-    return pool;
+    static QThreadPool *const pool = makeLastingPool(mostRunsAtOnce);
+    return *pool;
 }
 
 QThreadPool &elevationPool()

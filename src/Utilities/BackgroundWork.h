@@ -12,7 +12,7 @@
 namespace Quillmere {
 
 /// Where background work runs. Not Qt's own pool: the painter lends its threads from there, and a window would stand
-/// still as soon as long scans held them all.
+/// still as soon as long scans held them all. The end of the program waits for none of the pools here.
 [[nodiscard]] QThreadPool &backgroundPool();
 
 /// Where runs what may raise the system's password dialog: one at a time, in the order of asking.
@@ -36,7 +36,7 @@ template<typename Work>
     return QtConcurrent::run(&elevationPool(), std::move(work));
 }
 
-/// The same for work that waits for another program. The end of this one does not wait for it.
+/// The same for work that waits for another program.
 template<typename Work>
 [[nodiscard]] QFuture<std::invoke_result_t<Work>> inChildProcess(Work work)
 {

@@ -6,7 +6,7 @@ namespace Quillmere {
 
 /// Which locations must never be removed. Whole paths are compared, not prefixes: a protected folder is refused,
 /// what lies in it is not, since caches live in the Library. Links are not resolved; whoever holds a link asks a
-/// second time about its target. Any thread.
+/// second time about its target. A home that is a link is known by both its names. Any thread.
 class PathValidator
 {
 public:

@@ -31,6 +31,9 @@ TEST_P(EmptyScreenTest, ShowsItsSymbol)
 INSTANTIATE_TEST_SUITE_P(
     Screens, EmptyScreenTest,
     testing::Values(
+        SymbolCase{"SafeCleanup", SidebarTab::SafeCleanup, u"Find and safely remove cache files and logs."_qs,
+                   u"checkmark.shield"_qs},
+        SymbolCase{"History", SidebarTab::History, u"No history available"_qs, u"clock.arrow.circlepath"_qs},
         SymbolCase{"ProfessionalCleanup", SidebarTab::ProfessionalCleanup,
                    u"Scan advanced user caches, Xcode derived data, and system logs."_qs, u"wrench.and.screwdriver"_qs},
         SymbolCase{"ProfessionalCleanupWarning", SidebarTab::ProfessionalCleanup, u"Scan advanced user caches"_qs,

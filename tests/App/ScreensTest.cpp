@@ -63,13 +63,14 @@ TEST_F(ScreensTest, InvitesToScanAndShowsWhatWasFound)
     addTree("Logs/app", 500'000);
     const Person person = open(SidebarTab::SafeCleanup);
     EXPECT_TRUE(person.reads(u"Find and safely remove cache files and logs."_qs));
+    EXPECT_TRUE(person.readsNo(u"selected"_qs));
 
     ASSERT_TRUE(person.click(Button, u"Start Scan"_qs));
 
     EXPECT_TRUE(person.reads(u"User Cache"_qs));
     EXPECT_TRUE(person.reads(u"User Logs"_qs));
     EXPECT_TRUE(person.readsNo(u"Container Cache"_qs));
-    EXPECT_TRUE(person.reads(u"2 MB"_qs));
+    EXPECT_TRUE(person.reads(u"2 MB selected"_qs));
     EXPECT_TRUE(person.seesNo(Button, u"Start Scan"_qs));
 }
 
@@ -127,6 +128,7 @@ TEST_F(ScreensTest, CleansReportsAndScansAnew)
     ASSERT_TRUE(person.click(Button, u"Clean"_qs));
 
     EXPECT_TRUE(person.reads(u"Cleanup Report"_qs));
+    EXPECT_TRUE(showsSymbolOnScreen(u"checkmark.circle.fill"_qs));
     EXPECT_TRUE(person.reads(u"Space Freed: 2 MB"_qs));
     EXPECT_TRUE(person.reads(u"Files Removed: 2"_qs));
     EXPECT_TRUE(person.reads(u"Files Skipped: 1"_qs));
@@ -165,6 +167,7 @@ TEST_F(ScreensTest, ShowsTheScanOverTheScreenUntilItIsCancelled)
 
     EXPECT_TRUE(person.seesNo(Dialog, u"Scanning..."_qs));
     EXPECT_TRUE(person.sees(Button, u"Start Scan"_qs));
+    EXPECT_TRUE(person.readsNo(u"selected"_qs));
 }
 
 TEST_F(ScreensTest, TakesEscapeForCancelDuringAScan)

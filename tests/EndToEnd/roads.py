@@ -44,6 +44,14 @@ def export(program: RunningProgram, hands, kind: str) -> None:
     hands.press(button)
 
 
+def cancel_export(program: RunningProgram, hands, kind: str) -> None:
+    """Comes as far as the save panel, and thinks better of it."""
+    hands.choose("Export", f"Export to {kind}")
+    button = wait_until(lambda: save_button(program.application), "the save panel")
+    hands.press("Cancel")
+    program.application.wait_gone("push button", button)
+
+
 def clear_history(program: RunningProgram, hands) -> None:
     hands.press("Delete")
     hands.press("Clear All")

@@ -61,10 +61,14 @@ class SafeCleanupTest(SampleHomeCase):
                 roads.clean(self.program, self.hands)
                 roads.history(self.program, self.hands)
 
+                before = set(self.home.iterdir())
+                roads.cancel_export(self.program, self.hands, "JSON")
+
                 roads.export(self.program, self.hands, "CSV")
                 saved = self.home / "Quillmere_History.csv"
                 wait_until(saved.exists, "the saved file")
                 self.assertIn("Safe Cleanup", saved.read_text())
+                self.assertEqual(set(self.home.iterdir()) - before, {saved})
                 self.program.end()
 
     def test_works_all_the_same_in_a_home_that_is_a_link(self):

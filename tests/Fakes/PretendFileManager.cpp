@@ -22,7 +22,7 @@ FilePath PretendFileManager::temporaryDirectory() const
 
 FilePath PretendFileManager::applicationSupportDirectory() const
 {
-    return m_home.appending("Library/Application Support");
+    return m_home.isEmpty() ? FilePath() : m_home.appending("Library/Application Support");
 }
 
 Result<QList<DirectoryEntry>> PretendFileManager::contentsOfDirectory(const FilePath &folder, HiddenFiles hidden) const

@@ -30,6 +30,8 @@ public:
     void lock(const FilePath &path); ///< From now on it may not be read.
     void refuse(const FilePath &path, Failure::Kind kind); ///< From now on it may not be trashed, removed or written.
     void setTemporaryDirectory(const FilePath &path);
+    /// The machine reports it so; nothing is made there. Empty: it has no folders for the user.
+    void setHome(const FilePath &path);
     void makeExecutable(const FilePath &path);
     void addVolume(const FilePath &path); ///< From now on another file system begins there.
     /// What every volume answers from now on, whatever is asked.
@@ -38,11 +40,14 @@ public:
     void setCapacity(CapacityKeys keys, const Result<VolumeCapacity> &capacity);
     /// What is plugged into the machine. A volume of it has the capacity of its own.
     [[nodiscard]] PretendDisks &disks() const { return *m_disks; }
+    void fallSilent(const FilePath &volume); ///< From now on the volume that begins there answers nobody.
     void vanish(const FilePath &path); ///< Takes it away as another program would.
 
     /// Called before each entry of a measured or searched tree, with its location: the place to cancel from, or to
     /// change things.
     void onMeasure(std::function<void(const FilePath &)> observer);
+    /// Called before each entry that is shown of a folder held open, with its location.
+    void onLook(std::function<void(const FilePath &)> observer);
     /// Called before an item is trashed or removed, with its location, on the working thread.
     void onRemoval(std::function<void(const FilePath &)> observer);
 
@@ -57,6 +62,9 @@ public:
     [[nodiscard]] FilePath applicationSupportDirectory() const override;
     [[nodiscard]] Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder,
                                                                     HiddenFiles hidden) const override;
+    [[nodiscard]] std::unique_ptr<OpenFolder> openFolder(const FilePath &path) const override;
+    [[nodiscard]] bool isMountPoint(const FilePath &path) const override;
+    [[nodiscard]] bool isAnswering(const FilePath &path) const override;
     [[nodiscard]] Result<TreeSize> measureTree(const FilePath &folder, const Cancellation &cancellation) const override;
     [[nodiscard]] Result<QList<FoundFile>> findFiles(const FilePath &folder, const FileSearch &search,
                                                      const Cancellation &cancellation) const override;
@@ -83,6 +91,7 @@ public:
 
 private:
     class Unlocked;
+    class OpenedFolder;
     /// Locked once by the caller. False when it was stopped.
     bool measure(const FilePath &folder, TreeSize &size, const Cancellation &cancellation) const;
     struct Searching;
@@ -93,6 +102,7 @@ private:
     std::shared_ptr<PretendDisks> m_disks = std::make_shared<PretendDisks>();
     mutable std::recursive_mutex m_mutex;
     mutable PretendTree m_tree;
+    QSet<FilePath> m_silentVolumes;
     mutable QList<FilePath> m_trashed;
     mutable QList<FilePath> m_removed;
     mutable int m_synchronizations = 0;
@@ -101,6 +111,7 @@ private:
     mutable QList<CapacityKeys> m_capacityRequests;
     std::function<void(const FilePath &)> m_onMeasure;
     std::function<void(const FilePath &)> m_onRemoval;
+    std::function<void(const FilePath &)> m_onLook;
 };
 
 } // namespace Quillmere

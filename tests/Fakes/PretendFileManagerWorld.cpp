@@ -108,6 +108,11 @@ void PretendFileManager::setTemporaryDirectory(const FilePath &path)
     m_temporary = path;
 }
 
+void PretendFileManager::setHome(const FilePath &path)
+{
+    m_home = path;
+}
+
 void PretendFileManager::vanish(const FilePath &path)
 {
     const std::scoped_lock guard(m_mutex);

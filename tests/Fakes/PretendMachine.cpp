@@ -20,8 +20,10 @@ void PretendDesktopAppearance::awaitAnswers(std::chrono::milliseconds patience)
         m_onWait(patience);
 }
 
-std::optional<QString> PretendPlaces::reasonToKeep(const FilePath &item) const
+std::optional<QString> PretendPlaces::reasonToKeep(const FilePath &item, const Cancellation &cancellation) const
 {
+    if (m_onQuestion)
+        m_onQuestion(item, cancellation);
     const auto found = m_kept.constFind(item);
     return found == m_kept.constEnd() ? std::nullopt : std::optional(*found);
 }

@@ -16,6 +16,8 @@
 
 #include <QHash>
 
+#include <functional>
+
 namespace Quillmere {
 
 /// A clock that stands still until it is told otherwise.
@@ -55,16 +57,24 @@ class PretendPlaces final : public Places
 public:
     [[nodiscard]] QList<PlaceRow> rowsBehind(PlaceTable table) const override { return m_rows.value(table); }
     [[nodiscard]] QList<PlaceEntry> entriesBehind(const QString &list) const override { return m_lists.value(list); }
-    [[nodiscard]] std::optional<QString> reasonToKeep(const FilePath &item) const override;
+    using Places::reasonToKeep;
+    [[nodiscard]] std::optional<QString> reasonToKeep(const FilePath &item,
+                                                      const Cancellation &cancellation) const override;
 
     void addEntry(const QString &list, const PlaceEntry &entry) { m_lists[list].append(entry); }
     void addRow(PlaceTable table, const PlaceRow &row) { m_rows[table].append(row); }
     void keep(const FilePath &item, const QString &reason) { m_kept.insert(item, reason); }
+    /// Called before each answer, on the thread that asks.
+    void onQuestion(std::function<void(const FilePath &, const Cancellation &)> observer)
+    {
+        m_onQuestion = std::move(observer);
+    }
 
 private:
     QHash<PlaceTable, QList<PlaceRow>> m_rows;
     QHash<QString, QList<PlaceEntry>> m_lists;
     QHash<FilePath, QString> m_kept;
+    std::function<void(const FilePath &, const Cancellation &)> m_onQuestion;
 };
 
 /// A whole machine in memory, complete enough to run the program on. Every part can be told how to behave.

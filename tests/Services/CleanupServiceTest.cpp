@@ -114,6 +114,28 @@ TEST_F(CleanupServiceTest, RefusesALinkToTheDocumentsOfTheHome)
     EXPECT_THAT(cleaner.validateBeforeCleanup({itemAt("/home/ada/Library/Caches/link")}), IsEmpty());
 }
 
+TEST_F(CleanupServiceTest, RefusesTheDocumentsOfAHomeThatIsALinkByEitherName)
+{
+    PretendMachine elsewhere;
+    elsewhere.files = std::make_shared<PretendFileManager>(FilePath("/disk/ada"));
+    elsewhere.files->setHome(FilePath("/home/ada"));
+    elsewhere.files->addLink(FilePath("/home/ada"), FilePath("/disk/ada"));
+    elsewhere.files->addFolder(FilePath("/disk/ada/Documents"));
+    const FilePath cache("/disk/ada/Library/Caches");
+    elsewhere.files->addLink(cache.appending("documents"), FilePath("/home/ada/Documents"));
+    elsewhere.files->addLink(cache.appending("home"), FilePath("/home/ada"));
+    elsewhere.files->addFile(cache.appending("mere/data"), 1);
+    const CleanupService careful(elsewhere.files, elsewhere.places);
+
+    const QList<CleanupItem> valid = careful.validateBeforeCleanup(
+        {itemAt("/disk/ada"), itemAt("/disk/ada/Documents"), itemAt("/home/ada/Documents"),
+         itemAt("/disk/ada/Library/Caches/documents"), itemAt("/disk/ada/Library/Caches/home"),
+         itemAt("/disk/ada/Library/Caches/mere")});
+
+    ASSERT_EQ(valid.size(), 1);
+    EXPECT_EQ(valid.first().path, cache.appending("mere"));
+}
+
 TEST_F(CleanupServiceTest, RefusesALinkToTheHomeOrToASystemFolder)
 {
     machine.files->addFolder(FilePath("/private/etc"));

@@ -69,6 +69,13 @@ protected:
     HistoryService history{machine.files};
 };
 
+TEST_F(HistoryServiceTest, StopsTheProgramWhereThereIsNoApplicationSupportFolder)
+{
+    machine.files->setHome(FilePath());
+
+    EXPECT_DEATH((void)HistoryService(machine.files).loadHistory(), "no Application Support folder");
+}
+
 TEST_F(HistoryServiceTest, IsReachedThroughItsSharedInstance)
 {
     SharedInstance<HistoryService>::install(&history);

@@ -309,6 +309,59 @@ TEST_F(ScannerServiceTest, DoesNotOfferWhatIsKept)
     EXPECT_THAT(names(scan().at(0)), ElementsAre(u"thumbnails"_qs));
 }
 
+TEST_F(ScannerServiceTest, ThrowsWhenCancelledWhileItLooksWhatIsKept)
+{
+    addTree(caches.appending("a"), 1);
+    bool wasTold = false;
+    machine.places->onQuestion([&](const FilePath &, const Cancellation &cancellation) {
+        scanner.cancelScan();
+        wasTold = cancellation.isRequested();
+    });
+
+    EXPECT_THROW((void)scan(), CancellationError);
+    EXPECT_TRUE(wasTold);
+}
+
+TEST_F(ScannerServiceTest, OffersNeitherWhatIsMountedInARootNorWhatAContainerHasMounted)
+{
+    addTree(caches.appending("own"), 1);
+    addTree(caches.appending("mounted"), 2);
+    machine.files->addVolume(caches.appending("mounted"));
+    addTree(containers.appending("org.example.mail/Data/Library/Caches"), 3);
+    machine.files->addVolume(containers.appending("org.example.mail/Data/Library/Caches"));
+
+    const QList<CleanupCategory> categories = scan();
+
+    EXPECT_THAT(names(categories.at(0)), ElementsAre(u"own"_qs));
+    EXPECT_EQ(categories.at(0).totalSize, 1);
+    EXPECT_EQ(categories.at(2).itemCount, 0);
+}
+
+TEST_F(ScannerServiceTest, ReportsChildrenThatAreNoFoldersLikeAllOthers)
+{
+    for (int i = 0; i < 10; ++i)
+        machine.files->addFile(caches.appending("file" + QByteArray::number(i)), 1);
+    machine.files->addLink(caches.appending("link"), FilePath("/home/ada"));
+
+    (void)scan();
+
+    EXPECT_THAT(reports, testing::Contains(Pair(0.0, u"file0"_qs)));
+    EXPECT_THAT(reports, testing::Contains(Pair(testing::DoubleEq(0.25 * 10 / 11), u"link"_qs)));
+}
+
+TEST_F(ScannerServiceTest, PassesOverARootOfAVolumeThatAnswersNobody)
+{
+    addTree(caches.appending("own"), 1);
+    addTree(FilePath("/mnt/nas/a"), 2);
+    machine.files->addVolume(FilePath("/mnt/nas"));
+    machine.files->addLink(FilePath("/home/ada/.cache"), FilePath("/mnt/nas"));
+    machine.files->fallSilent(FilePath("/mnt/nas"));
+    machine.places->addRow(PlaceTable::UserCache, {FilePath("/home/ada/.cache"), {}});
+
+    EXPECT_THAT(names(scan().at(0)), ElementsAre(u"own"_qs));
+    EXPECT_THAT(reports, testing::Contains(Pair(0.0, u"own"_qs)));
+}
+
 TEST_F(ScannerServiceTest, NamesItemsBelowTheTruePlaceOfARootThatIsALink)
 {
     addTree(FilePath("/data/cache/a"), 5);

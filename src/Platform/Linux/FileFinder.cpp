@@ -50,9 +50,13 @@ bool FileFinder::takeIn(const DirectoryBuffer &entries, const WalkFolder &folder
     qint64 number = m_counter.reserve(countItems(entries));
     bool isLast = false;
     for (const dirent64 &entry : entries) {
-        if (m_cancellation.isRequested())
-            return true;
         isLast = DirectoryBuffer::isLast(entry);
+        if (DirectoryBuffer::isDots(entry))
+            continue;
+        if (m_cancellation.isRequested()) {
+            m_findings.isPart = true;
+            return true;
+        }
         if (isHiddenOrDots(entry))
             continue;
         if (m_counter.isToldOf(++number))

@@ -23,8 +23,16 @@ EntryKind typeOfMode(unsigned mode)
     return S_ISLNK(mode) ? EntryKind::SymbolicLink : EntryKind::Other;
 }
 
-/// Nothing for an entry that has vanished. Only where the file system does not tell the type is it asked for.
-std::optional<EntryKind> typeOf(const dirent64 &entry, int folder)
+bool isListed(const dirent64 &entry, HiddenFiles hidden)
+{
+    if (hidden == HiddenFiles::Skip && entry.d_name[0] == '.')
+        return false;
+    return !DirectoryBuffer::isDots(entry);
+}
+
+} // namespace
+
+std::optional<EntryKind> kindOf(const dirent64 &entry, int folder)
 {
     if (entry.d_type != DT_UNKNOWN)
         return typeOfMode(DTTOIF(entry.d_type));
@@ -34,15 +42,6 @@ std::optional<EntryKind> typeOf(const dirent64 &entry, int folder)
         return typeOfMode(status.stx_mode);
     return errno == ENOENT ? std::nullopt : std::optional(EntryKind::Other);
 }
-
-bool isListed(const dirent64 &entry, HiddenFiles hidden)
-{
-    if (hidden == HiddenFiles::Skip && entry.d_name[0] == '.')
-        return false;
-    return !DirectoryBuffer::isDots(entry);
-}
-
-} // namespace
 
 Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder, HiddenFiles hidden)
 {
@@ -56,7 +55,7 @@ Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder, Hidden
         for (const dirent64 &entry : buffer) {
             if (!isListed(entry, hidden))
                 continue;
-            if (const std::optional<EntryKind> type = typeOf(entry, opened.number()))
+            if (const std::optional<EntryKind> type = kindOf(entry, opened.number()))
                 entries.append({folder.appending(entry.d_name), *type});
         }
     }

@@ -20,7 +20,7 @@ public:
     Q_DISABLE_COPY_MOVE(FolderReader)
 
     /// Takes in the @p entries of @p folder. True when they are known to be the last, or the walk is to stop, which is
-    /// asked before every entry.
+    /// asked before every entry; what was found is then a part.
     virtual bool takeIn(const DirectoryBuffer &entries, const WalkFolder &folder, NameList &subfolders) = 0;
 
     [[nodiscard]] const TreeSize &size() const { return m_findings.size; }

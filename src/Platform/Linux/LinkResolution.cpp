@@ -5,6 +5,7 @@
 #include <QList>
 
 #include <array>
+#include <cerrno>
 #include <climits>
 #include <vector>
 
@@ -43,9 +44,32 @@ bool isLink(const FileDescriptor &item)
     return ::fstat(item.number(), &status) == 0 && S_ISLNK(status.st_mode);
 }
 
+FilePath joined(const std::vector<QByteArray> &names)
+{
+    QByteArray path = "/";
+    for (const QByteArray &name : names)
+        path += name + '/';
+    return FilePath(path).standardized();
+}
+
+/// @p reached with the names after it, none of which is looked at.
+FilePath asWritten(std::vector<QByteArray> reached, const Waiting &waiting)
+{
+    reached.insert(reached.end(), waiting.rbegin(), waiting.rend());
+    return joined(reached);
+}
+
+/// One step of the way; nothing open, with EXDEV in errno, where it would lead into a mount.
+FileDescriptor step(const FileDescriptor &folder, const QByteArray &name, bool intoMounts)
+{
+    // The way up leads to where the way down came through.
+    const quint64 resolve = intoMounts || name == ".." ? 0 : RESOLVE_NO_XDEV;
+    return openAt(folder.number(), name, O_PATH | O_NOFOLLOW, resolve);
+}
+
 } // namespace
 
-std::optional<FilePath> resolveLinks(const FilePath &path)
+std::optional<FilePath> resolveLinks(const FilePath &path, const MayEnter &mayEnter)
 {
     if (!path.bytes().startsWith('/') || path.bytes().contains('\0'))
         return std::nullopt;
@@ -57,7 +81,15 @@ std::optional<FilePath> resolveLinks(const FilePath &path)
     while (!waiting.empty()) {
         const QByteArray name = waiting.back();
         waiting.pop_back();
-        FileDescriptor next = openAt(folder.number(), name, O_PATH | O_NOFOLLOW);
+        FileDescriptor next = step(folder, name, !mayEnter);
+        if (!next.isOpen() && errno == EXDEV) {
+            const FilePath mountPoint = joined(reached).appending(name);
+            if (!mayEnter(mountPoint)) {
+                reached.push_back(name);
+                return asWritten(std::move(reached), waiting);
+            }
+            next = step(folder, name, true);
+        }
         if (!next.isOpen())
             return std::nullopt;
         if (isLink(next)) {
@@ -77,10 +109,7 @@ std::optional<FilePath> resolveLinks(const FilePath &path)
         else if (!reached.empty())
             reached.pop_back();
     }
-    QByteArray resolved = "/";
-    for (const QByteArray &name : reached)
-        resolved += name + '/';
-    return FilePath(resolved).standardized();
+    return joined(reached);
 }
 
 } // namespace Quillmere

@@ -4,16 +4,19 @@
 #include "Platform/Linux/ErrnoFailure.h"
 #include "Platform/Linux/FileWriting.h"
 #include "Platform/Linux/FolderListing.h"
+#include "Platform/Linux/FolderOnDisk.h"
+#include "Platform/Linux/FolderOpening.h"
 #include "Platform/Linux/ItemCopy.h"
 #include "Platform/Linux/ItemPlace.h"
 #include "Platform/Linux/ItemRemoval.h"
+#include "Platform/Linux/KnownMounts.h"
 #include "Platform/Linux/LinkResolution.h"
-#include "Platform/Linux/Mount.h"
 #include "Platform/Linux/OpenAt.h"
 #include "Platform/Linux/TreeWalk.h"
 
 #include <QSet>
 
+#include <algorithm>
 #include <cerrno>
 
 #include <fcntl.h>
@@ -64,6 +67,7 @@ FileDescriptor openNearest(FilePath path)
 
 LinuxFileManager::LinuxFileManager(UserEnvironment environment)
     : m_environment(std::move(environment))
+    , m_home(resolveLinks(m_environment.home).value_or(m_environment.home.standardized()))
     , m_guard(m_environment)
     , m_trashCan(m_environment)
 {
@@ -87,6 +91,45 @@ FilePath LinuxFileManager::applicationSupportDirectory() const
 Result<QList<DirectoryEntry>> LinuxFileManager::contentsOfDirectory(const FilePath &folder, HiddenFiles hidden) const
 {
     return Quillmere::contentsOfDirectory(folder, hidden);
+}
+
+std::unique_ptr<OpenFolder> LinuxFileManager::openFolder(const FilePath &path) const
+{
+    const Result<ItemPlace> place = ItemPlace::open(path, LinksAbove::Follow);
+    if (!place)
+        return nullptr;
+    std::unique_ptr<OpenFolder> folder = FolderOnDisk::below(place.value().folder.number(), place.value().name);
+    if (folder || errno != EXDEV || !mayEnter(path.standardized()))
+        return folder;
+    FileDescriptor top = openFolderForReading(path, FinalLink::Refuse);
+    return top.isOpen() ? std::make_unique<FolderOnDisk>(std::move(top)) : nullptr;
+}
+
+bool LinuxFileManager::isMountPoint(const FilePath &path) const
+{
+    const QList<MountEntry> mounts = knownMounts();
+    return std::ranges::find(mounts, path.standardized(), &MountEntry::location) != mounts.end();
+}
+
+bool LinuxFileManager::isAnswering(const FilePath &path) const
+{
+    const FilePath actual = resolvingSymlinks(path);
+    const std::optional<MountEntry> mount = mountThatHolds(actual, knownMounts());
+    if (!mount || isRelied(*mount))
+        return true;
+    const Result<VolumeCapacity> answer = m_capacities.ask(actual, CapacityKey::Total);
+    return answer || answer.failure().kind != Failure::Kind::Busy;
+}
+
+bool LinuxFileManager::isRelied(const MountEntry &mount) const
+{
+    return alwaysAnswers(mount) || m_home.isWithin(mount.location);
+}
+
+bool LinuxFileManager::mayEnter(const FilePath &mountPoint) const
+{
+    const std::optional<MountEntry> mount = mountThatHolds(mountPoint, knownMounts());
+    return !mount || isRelied(*mount);
 }
 
 Result<TreeSize> LinuxFileManager::measureTree(const FilePath &folder, const Cancellation &cancellation) const
@@ -167,7 +210,8 @@ bool LinuxFileManager::areOnSameVolume(const FilePath &one, const FilePath &othe
 
 FilePath LinuxFileManager::resolvingSymlinks(const FilePath &path) const
 {
-    return resolveLinks(path).value_or(path.standardized());
+    const auto enter = [this](const FilePath &mountPoint) { return mayEnter(mountPoint); };
+    return resolveLinks(path, enter).value_or(path.standardized());
 }
 
 Result<FilePath> LinuxFileManager::trashItem(const FilePath &path) const

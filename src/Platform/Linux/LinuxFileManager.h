@@ -20,6 +20,9 @@ public:
     [[nodiscard]] FilePath applicationSupportDirectory() const override;
     [[nodiscard]] Result<QList<DirectoryEntry>> contentsOfDirectory(const FilePath &folder,
                                                                     HiddenFiles hidden) const override;
+    [[nodiscard]] std::unique_ptr<OpenFolder> openFolder(const FilePath &path) const override;
+    [[nodiscard]] bool isMountPoint(const FilePath &path) const override;
+    [[nodiscard]] bool isAnswering(const FilePath &path) const override;
     [[nodiscard]] Result<TreeSize> measureTree(const FilePath &folder, const Cancellation &cancellation) const override;
     [[nodiscard]] Result<QList<FoundFile>> findFiles(const FilePath &folder, const FileSearch &search,
                                                      const Cancellation &cancellation) const override;
@@ -45,7 +48,12 @@ public:
                                          WriteMode mode) const override;
 
 private:
+    /// Asking it waits for no server or program, or for the one that the whole home depends on.
+    [[nodiscard]] bool isRelied(const MountEntry &mount) const;
+    [[nodiscard]] bool mayEnter(const FilePath &mountPoint) const;
+
     UserEnvironment m_environment;
+    FilePath m_home; ///< With its links followed.
     RemovalGuard m_guard;
     TrashCan m_trashCan;
     VolumeCapacities m_capacities;

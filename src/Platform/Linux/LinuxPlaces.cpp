@@ -59,22 +59,24 @@ QList<PlaceEntry> LinuxPlaces::entriesBehind(const QString &list) const
     return found;
 }
 
-std::optional<QString> LinuxPlaces::reasonToKeep(const FilePath &item) const
+std::optional<QString> LinuxPlaces::reasonToKeep(const FilePath &item, const Cancellation &cancellation) const
 {
     // A link is offered as itself, so only what lies above it is followed.
     const FilePath written = item.standardized();
     const FilePath folder = m_files->resolvingSymlinks(written.deletingLastPathComponent());
     const FilePath actual = folder.appending(written.lastPathComponent());
 
-    if (auto reason = reasonOfPlace(actual))
-        return reason;
-    if (actual != written) {
-        if (auto reason = reasonOfPlace(written))
-            return reason;
-    }
-    if (std::ranges::any_of(m_roots, [&](const FilePath &root) { return root.isWithin(actual); }))
-        return u"What it holds is offered by itself."_qs;
-    return reasonOfUse(actual);
+    PlaceSearch search(*m_files, actual, cancellation);
+    addKept(search, actual);
+    if (actual != written)
+        addKept(search, written);
+    const std::optional<QString> fromOutside = reasonFromOutside(actual);
+    // The program's own tables below Library are offered as they stand.
+    if (!fromOutside && !actual.isWithin(m_bases["$library"].actual))
+        search.addSockets(isTemporary(actual) ? levelsOfSocketsInTemporary : 1,
+                          u"A running program is reached through a socket or pipe in it."_qs);
+    const std::optional<QString> found = search.firstReason();
+    return found ? found : fromOutside;
 }
 
 void LinuxPlaces::takeBases(const BaseDirectories::Environment &environment, const PlacesData &data)
@@ -206,38 +208,29 @@ bool LinuxPlaces::mayBeRoot(const FilePath &actual) const
            });
 }
 
-std::optional<QString> LinuxPlaces::reasonOfPlace(const FilePath &item) const
+void LinuxPlaces::addKept(PlaceSearch &search, const FilePath &writtenItem) const
 {
-    const auto kept
-        = std::ranges::find_if(m_kept, [&](const Kept &kept) { return kept.pattern.isAtOrInside(item, *m_files); });
-    return kept == m_kept.end() ? std::nullopt : std::optional(kept->reason);
+    for (const Kept &kept : m_kept)
+        search.add(kept.pattern, writtenItem, kept.reason);
 }
 
-bool LinuxPlaces::holdsSocket(const FilePath &folder, int levels) const
+std::optional<QString> LinuxPlaces::reasonFromOutside(const FilePath &item) const
 {
-    const auto entries = m_files->contentsOfDirectory(folder, HiddenFiles::Include).valueOr({});
-    return std::ranges::any_of(entries, [&](const DirectoryEntry &entry) {
-        return entry.type == EntryKind::Other
-            || (levels > 1 && entry.type == EntryKind::Directory && holdsSocket(entry.path, levels - 1));
-    });
-}
-
-std::optional<QString> LinuxPlaces::reasonOfUse(const FilePath &item) const
-{
-    // The program's own tables below Library are offered as they stand.
-    if (item.isWithin(m_bases["$library"].actual))
+    if (std::ranges::any_of(m_roots, [&](const FilePath &root) { return root.isWithin(item); }))
+        return u"What it holds is offered by itself."_qs;
+    if (item.isWithin(m_bases["$library"].actual) || !isTemporary(item))
         return std::nullopt;
-
-    const auto attributes = m_files->attributesOfItem(item);
-    const bool isForeign = attributes.isOk() && !attributes.value().isOwnedByUser;
-    const bool isTemporary = item.isWithin(m_bases["$temporary"].actual);
-    if (isTemporary && !m_offersTemporary)
+    if (!m_offersTemporary)
         return u"The folder for temporary files is one that programs rely on for longer."_qs;
-    if (isTemporary && isForeign)
+    const auto attributes = m_files->attributesOfItem(item);
+    if (attributes.isOk() && !attributes.value().isOwnedByUser)
         return u"It belongs to another user."_qs;
-    if (holdsSocket(item, isTemporary ? levelsOfSocketsInTemporary : 1))
-        return u"A running program is reached through a socket or pipe in it."_qs;
     return std::nullopt;
+}
+
+bool LinuxPlaces::isTemporary(const FilePath &item) const
+{
+    return item.isWithin(m_bases["$temporary"].actual);
 }
 
 } // namespace Quillmere

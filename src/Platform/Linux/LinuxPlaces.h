@@ -3,6 +3,7 @@
 #include "Platform/FileManager.h"
 #include "Platform/Linux/BaseDirectories.h"
 #include "Platform/Linux/PlacePattern.h"
+#include "Platform/Linux/PlaceSearch.h"
 #include "Platform/Linux/PlacesData.h"
 #include "Platform/Places.h"
 
@@ -23,7 +24,9 @@ public:
     [[nodiscard]] QList<PlaceEntry> entriesBehind(const QString &list) const override;
     /// Beside the kept places themselves: what holds the root of another row, what holds the socket of a running
     /// program, and what lies in the temporary directory and belongs to somebody else.
-    [[nodiscard]] std::optional<QString> reasonToKeep(const FilePath &item) const override;
+    using Places::reasonToKeep;
+    [[nodiscard]] std::optional<QString> reasonToKeep(const FilePath &item,
+                                                      const Cancellation &cancellation) const override;
 
 private:
     /// A folder that places begin with.
@@ -56,9 +59,10 @@ private:
     [[nodiscard]] QList<PlacePattern> patterns(const PlacesData::Place &place) const;
     [[nodiscard]] bool mayBeRoot(const FilePath &actual) const;
 
-    [[nodiscard]] std::optional<QString> reasonOfPlace(const FilePath &item) const;
-    [[nodiscard]] std::optional<QString> reasonOfUse(const FilePath &item) const;
-    [[nodiscard]] bool holdsSocket(const FilePath &folder, int levels) const;
+    void addKept(PlaceSearch &search, const FilePath &writtenItem) const;
+    /// What is known without a look into @p item.
+    [[nodiscard]] std::optional<QString> reasonFromOutside(const FilePath &item) const;
+    [[nodiscard]] bool isTemporary(const FilePath &item) const;
 
     std::shared_ptr<const FileManager> m_files;
     QHash<QByteArray, Base> m_bases;

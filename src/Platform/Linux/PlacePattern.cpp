@@ -1,25 +1,10 @@
 #include "Platform/Linux/PlacePattern.h"
 
 #include <algorithm>
-#include <span>
 
 namespace Quillmere {
 
 namespace {
-
-bool existsIn(const FilePath &folder, std::span<const QByteArray> names, const FileManager &files)
-{
-    if (names.empty())
-        return files.attributesOfItem(folder).isOk();
-    if (!names.front().contains('*'))
-        return existsIn(folder.appending(names.front()), names.subspan(1), files);
-
-    const auto entries = files.contentsOfDirectory(folder, HiddenFiles::Include).valueOr({});
-    return std::ranges::any_of(entries, [&](const DirectoryEntry &entry) {
-        return PlacePattern::nameMatches(names.front(), entry.path.lastPathComponent())
-            && existsIn(entry.path, names.subspan(1), files);
-    });
-}
 
 void takeExisting(const FilePath &folder, std::span<const QByteArray> names, const FileManager &files,
                   QList<FilePath> &found)
@@ -52,20 +37,20 @@ QList<QByteArray> namesBelow(const FilePath &base, const FilePath &item)
 
 } // namespace
 
-bool PlacePattern::isAtOrInside(const FilePath &item, const FileManager &files) const
+std::optional<PlacePattern::Inside> PlacePattern::inside(const FilePath &item) const
 {
     const std::span<const QByteArray> places(names);
     if (base.isWithin(item))
-        return (item == base && places.empty()) || existsIn(base, places, files);
+        return Inside{base, places};
     if (!item.isWithin(base))
-        return false;
+        return std::nullopt;
 
     const QList<QByteArray> passed = namesBelow(base, item);
     if (passed.size() > names.size()
         || !std::equal(passed.begin(), passed.end(), names.begin(),
                        [](const QByteArray &name, const QByteArray &pattern) { return nameMatches(pattern, name); }))
-        return false;
-    return passed.size() == names.size() || existsIn(item, places.subspan(static_cast<size_t>(passed.size())), files);
+        return std::nullopt;
+    return Inside{item, places.subspan(static_cast<size_t>(passed.size()))};
 }
 
 QList<FilePath> PlacePattern::existing(const FileManager &files) const
@@ -75,25 +60,31 @@ QList<FilePath> PlacePattern::existing(const FileManager &files) const
     return found;
 }
 
-bool PlacePattern::nameMatches(const QByteArray &pattern, const QByteArray &name)
+bool PlacePattern::nameMatches(QByteArrayView pattern, QByteArrayView name)
 {
-    const QList<QByteArray> pieces = pattern.split('*');
-    if (pieces.size() == 1)
+    if (!pattern.contains('*'))
         return pattern == name;
-    const QByteArray &first = pieces.first();
-    const QByteArray &last = pieces.last();
-    if (name.size() < first.size() + last.size() || !name.startsWith(first) || !name.endsWith(last))
-        return false;
-
-    qsizetype position = first.size();
-    const qsizetype end = name.size() - last.size();
-    for (const QByteArray &piece : pieces.sliced(1, pieces.size() - 2)) {
-        const qsizetype found = name.indexOf(piece, position);
-        if (found < 0 || found + piece.size() > end)
+    qsizetype inPattern = 0;
+    qsizetype inName = 0;
+    qsizetype star = -1; // The last one met, and where in the name that which follows it was last tried.
+    qsizetype tried = 0;
+    while (inName < name.size()) {
+        if (inPattern < pattern.size() && pattern[inPattern] == '*') {
+            star = inPattern++;
+            tried = inName;
+        } else if (inPattern < pattern.size() && pattern[inPattern] == name[inName]) {
+            ++inPattern;
+            ++inName;
+        } else if (star >= 0) {
+            inPattern = star + 1;
+            inName = ++tried;
+        } else {
             return false;
-        position = found + piece.size();
+        }
     }
-    return true;
+    while (inPattern < pattern.size() && pattern[inPattern] == '*')
+        ++inPattern;
+    return inPattern == pattern.size();
 }
 
 } // namespace Quillmere

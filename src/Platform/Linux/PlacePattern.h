@@ -2,6 +2,9 @@
 
 #include "Platform/FileManager.h"
 
+#include <optional>
+#include <span>
+
 namespace Quillmere {
 
 /// Where something lies: a folder that is known, and the names below it, in which `*` stands for any run of
@@ -11,15 +14,22 @@ struct PlacePattern
     FilePath base; ///< Standardized; a `*` in it is just a character.
     QList<QByteArray> names;
 
-    /// True when @p item is such a place, whether it exists or not, or when one exists inside it.
-    /// @p item is taken as standardized.
-    [[nodiscard]] bool isAtOrInside(const FilePath &item, const FileManager &files) const;
+    /// A place as it is seen from an item.
+    struct Inside
+    {
+        FilePath folder; ///< The item itself, or the base where that lies inside the item.
+        std::span<const QByteArray> names; ///< What leads to the place from there; as long as the pattern lives.
+    };
+
+    /// Where in @p item such places would be; nothing where none can be, whatever exists. Without names left the folder
+    /// is such a place. @p item is taken as standardized.
+    [[nodiscard]] std::optional<Inside> inside(const FilePath &item) const;
 
     /// What exists of it now, in the order of the names, links among it included. A `*` that is not the last name never
     /// stands for a link: anything may have been put there, and what a link leads to is elsewhere.
     [[nodiscard]] QList<FilePath> existing(const FileManager &files) const;
 
-    [[nodiscard]] static bool nameMatches(const QByteArray &pattern, const QByteArray &name);
+    [[nodiscard]] static bool nameMatches(QByteArrayView pattern, QByteArrayView name);
 };
 
 } // namespace Quillmere

@@ -19,9 +19,11 @@ public:
     {
         return m_places->entriesBehind(list);
     }
-    [[nodiscard]] std::optional<QString> reasonToKeep(const FilePath &item) const override
+    using Places::reasonToKeep;
+    [[nodiscard]] std::optional<QString> reasonToKeep(const FilePath &item,
+                                                      const Cancellation &cancellation) const override
     {
-        return m_places->reasonToKeep(item);
+        return m_places->reasonToKeep(item, cancellation);
     }
 
 private:

@@ -50,19 +50,23 @@ WalkFindings ScarceWalk::walkFrom(const Opening &openRoot, int kept, const QByte
 {
     ScarceWalk scarce(openRoot, walk);
     std::optional<std::thread> thread;
-    while (!thread && !walk.cancellation().isRequested()) {
+    while (!thread) {
         try {
             thread.emplace([&] {
                 leaveDescriptorsBehind(kept);
                 scarce.run(path);
             });
         } catch (const std::system_error &) {
+            if (walk.cancellation().isRequested())
+                break;
             std::this_thread::sleep_for(pauseBetweenTries);
         }
     }
     if (thread)
         thread->join();
-    return scarce.m_reader->takeFindings();
+    WalkFindings findings = scarce.m_reader->takeFindings();
+    findings.isPart = findings.isPart || scarce.m_hasLeftOut || !thread;
+    return findings;
 }
 
 void ScarceWalk::run(const QByteArray &path)
@@ -70,6 +74,7 @@ void ScarceWalk::run(const QByteArray &path)
     enter(openPatiently(m_openRoot), {}, path);
     while (!m_levels.empty() && !m_cancellation.isRequested())
         goOn();
+    m_hasLeftOut = m_hasLeftOut || !m_levels.empty();
     m_folder = {};
 }
 
@@ -88,17 +93,21 @@ void ScarceWalk::goOn()
           m_folder.pathOf(name.c_str()));
 }
 
-FileDescriptor ScarceWalk::openPatiently(const Opening &open) const
+FileDescriptor ScarceWalk::openPatiently(const Opening &open)
 {
     for (;;) {
         FileDescriptor folder = open();
-        if (folder.isOpen() || !lacksDescriptor(errno) || m_cancellation.isRequested())
+        if (folder.isOpen() || !lacksDescriptor(errno))
             return folder;
+        if (m_cancellation.isRequested()) {
+            m_hasLeftOut = true;
+            return folder;
+        }
         std::this_thread::sleep_for(pauseBetweenTries);
     }
 }
 
-FileDescriptor ScarceWalk::openNewestLevel() const
+FileDescriptor ScarceWalk::openNewestLevel()
 {
     FileDescriptor folder = openPatiently(m_openRoot);
     for (size_t level = 1; level < m_levels.size() && folder.isOpen(); ++level)

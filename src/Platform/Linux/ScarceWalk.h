@@ -38,8 +38,8 @@ private:
                                                const Walk &walk);
     void run(const QByteArray &path);
     void goOn();
-    [[nodiscard]] FileDescriptor openPatiently(const Opening &open) const;
-    [[nodiscard]] FileDescriptor openNewestLevel() const;
+    [[nodiscard]] FileDescriptor openPatiently(const Opening &open);
+    [[nodiscard]] FileDescriptor openNewestLevel();
     /// Reads the whole of the folder and goes on in it if it has sub-folders.
     void enter(FileDescriptor descriptor, std::string name, const QByteArray &path);
 
@@ -48,6 +48,7 @@ private:
     const std::unique_ptr<FolderReader> m_reader;
     DirectoryBuffer m_buffer;
     std::vector<Level> m_levels;
+    bool m_hasLeftOut = false; ///< Asked to stop, with something still to be done.
     WalkFolder m_folder; ///< That of the newest level; closed while another is on its way back to it.
 };
 

@@ -77,6 +77,16 @@ Result<StagingFolder> StagingFolder::make(const TrashFolder &trash)
     return staging;
 }
 
+void StagingFolder::clearAbandoned(const TrashFolder &trash)
+{
+    const FileDescriptor all = openAt(trash.folder.number(), allName, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+    if (!all.isOpen())
+        return;
+    removeAbandoned(all.number());
+    // Fails, as it should, while another program has something in there.
+    ::unlinkat(trash.folder.number(), allName, AT_REMOVEDIR);
+}
+
 StagingFolder::~StagingFolder()
 {
     if (!m_folder.isOpen())

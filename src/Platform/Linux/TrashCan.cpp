@@ -3,6 +3,7 @@
 #include "Platform/Linux/ErrnoFailure.h"
 #include "Platform/Linux/FileIdentity.h"
 #include "Platform/Linux/OpenAt.h"
+#include "Platform/Linux/StagingFolder.h"
 #include "Platform/Linux/TrashByCopy.h"
 #include "Platform/Linux/TrashMove.h"
 
@@ -88,6 +89,8 @@ Result<FilePath> TrashCan::trash(const FilePath &path) const
         return Failure{Failure::Kind::Busy, path, u"Another file system is mounted in it"_qs};
 
     const Result<TrashFolder> homeTrash = TrashFolder::ofHome(m_environment);
+    if (homeTrash)
+        StagingFolder::clearAbandoned(homeTrash.value());
     if (homeTrash && mountOf(place.folder.number()) == mountOf(homeTrash.value().files.number())) {
         const Result<FilePath> moved = move(place, item, homeTrash.value());
         return moved || moved.failure().kind != Failure::Kind::NotSupported ? moved : copy(place, item, homeTrash);

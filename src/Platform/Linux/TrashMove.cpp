@@ -13,17 +13,28 @@ namespace Quillmere {
 
 namespace {
 
+bool setMode(const FileDescriptor &item, mode_t mode)
+{
+    const QByteArray door = "/proc/self/fd/" + QByteArray::number(item.number());
+    return ::chmod(door.constData(), mode) == 0;
+}
+
 /// The kernel moves a folder to another parent only for somebody who may write to the folder itself. One of ours is
-/// made writable, and stays so: put back as it was, nobody could restore it from the trash either.
-bool makeMovable(int folder, const QByteArray &name)
+/// made writable for that, and stays so in the trash: put back as it was, nobody could restore it either.
+int fillMadeMovable(TrashReservation &place, int folder, const QByteArray &name)
 {
     const FileDescriptor item = openAt(folder, name, O_PATH | O_DIRECTORY | O_NOFOLLOW);
     struct stat status = {};
     if (!item.isOpen() || ::fstat(item.number(), &status) != 0 || status.st_uid != ::geteuid()
         || (status.st_mode & S_IWUSR) != 0)
-        return false;
-    const QByteArray door = "/proc/self/fd/" + QByteArray::number(item.number());
-    return ::chmod(door.constData(), (status.st_mode & 07777) | S_IWUSR) == 0;
+        return EACCES;
+    const mode_t mode = status.st_mode & 07777;
+    if (!setMode(item, mode | S_IWUSR))
+        return EACCES;
+    const int error = place.fill(folder, name);
+    if (error != 0)
+        setMode(item, mode);
+    return error;
 }
 
 } // namespace
@@ -36,8 +47,8 @@ Result<TrashReservation> moveIntoTrash(int folder, const QByteArray &name, const
         if (!place)
             return place;
         int error = place.value().fill(folder, name);
-        if (error == EACCES && makeMovable(folder, name))
-            error = place.value().fill(folder, name);
+        if (error == EACCES)
+            error = fillMadeMovable(place.value(), folder, name);
         if (error == 0)
             return place;
         if (error != EEXIST)

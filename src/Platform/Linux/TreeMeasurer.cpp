@@ -13,11 +13,13 @@ bool TreeMeasurer::takeIn(const DirectoryBuffer &entries, const WalkFolder &fold
 {
     bool isLast = false;
     for (const dirent64 &entry : entries) {
-        if (m_cancellation.isRequested())
-            return true;
         isLast = DirectoryBuffer::isLast(entry);
         if (DirectoryBuffer::isDots(entry))
             continue;
+        if (m_cancellation.isRequested()) {
+            m_findings.isPart = true;
+            return true;
+        }
         if (entry.d_type == DT_DIR)
             subfolders.append(entry.d_name);
         else if (entry.d_type == DT_REG || entry.d_type == DT_UNKNOWN)

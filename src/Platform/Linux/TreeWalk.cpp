@@ -61,7 +61,7 @@ Result<TreeSize> measureTree(const FilePath &folder, const Cancellation &cancell
 {
     Walk walk(cancellation, [&] { return std::make_unique<TreeMeasurer>(cancellation); });
     const WalkFindings findings = walkThrough(folder, {}, walk, pool);
-    if (cancellation.isRequested())
+    if (findings.isPart)
         return Failure{Failure::Kind::Cancelled, folder, {}};
     return findings.size;
 }
@@ -71,9 +71,10 @@ Result<QList<FoundFile>> findFiles(const FilePath &folder, const FileSearch &sea
 {
     SearchCounter counter(search);
     Walk walk(cancellation, [&] { return std::make_unique<FileFinder>(search, counter, cancellation); });
-    std::vector<FoundFile> files = walkThrough(folder, pathForNaming(folder), walk, pool).files;
-    if (cancellation.isRequested())
+    WalkFindings findings = walkThrough(folder, pathForNaming(folder), walk, pool);
+    if (findings.isPart)
         return Failure{Failure::Kind::Cancelled, folder, {}};
+    std::vector<FoundFile> &files = findings.files;
     // The threads bring them as they come upon them.
     std::ranges::sort(files, comesBefore);
     return QList<FoundFile>(std::make_move_iterator(files.begin()), std::make_move_iterator(files.end()));

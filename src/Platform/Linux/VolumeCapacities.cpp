@@ -1,16 +1,13 @@
 #include "Platform/Linux/VolumeCapacities.h"
 
 #include "Platform/Linux/ErrnoFailure.h"
-#include "Platform/Linux/Mount.h"
+#include "Platform/Linux/KnownMounts.h"
 
 #include <QSet>
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
 #include <future>
 #include <mutex>
-#include <string_view>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -23,17 +20,11 @@ namespace {
 
 constexpr std::chrono::milliseconds patience{300};
 
-// File systems of the kernel's own on disks of this machine, or in its memory: these always answer.
-constexpr std::array<std::string_view, 14> localTypes
-    = {"btrfs", "ext2",    "ext3",     "ext4",  "exfat", "f2fs", "jfs",
-       "ntfs3", "overlay", "squashfs", "tmpfs", "vfat",  "xfs",  "zfs"};
-
 bool alwaysAnswers(const FilePath &path)
 {
-    const std::optional<MountEntry> mount = mountThatHolds(path, mountTable());
+    const std::optional<MountEntry> mount = mountThatHolds(path, knownMounts());
     // Further down, a link may lead elsewhere.
-    return mount && mount->location == path
-        && std::ranges::find(localTypes, std::string_view(mount->type.constData())) != localTypes.end();
+    return mount && mount->location == path && alwaysAnswers(*mount);
 }
 
 Result<VolumeCapacity> statistics(const FilePath &path)

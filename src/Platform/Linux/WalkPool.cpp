@@ -19,7 +19,7 @@ constexpr int mostThreads = 16;
 // Jobs kept ready while everybody is busy, so that a thread that ends its own need not sleep until it is given another.
 constexpr int jobsAhead = 4;
 // Steps of nice(2) below the rest of the program.
-constexpr int niceness = 5;
+constexpr int stepsBelow = 5;
 
 int helpersForThisMachine(int perCore)
 {
@@ -32,6 +32,8 @@ int helpersForThisMachine(int perCore)
 WalkPool::WalkPool(int helpers, int helpersOnDisk)
     : m_helpers(helpers)
     , m_helpersOnDisk(helpersOnDisk)
+    // On Linux, 0 is the calling thread alone.
+    , m_niceness(::getpriority(PRIO_PROCESS, 0) + stepsBelow)
 {
 }
 
@@ -112,8 +114,8 @@ WalkFindings WalkPool::findingsOfHelpers(Walk &walk)
 
 void WalkPool::serve()
 {
-    // On Linux, 0 is the calling thread alone. It begins with the niceness of the thread that made it.
-    ::setpriority(PRIO_PROCESS, 0, ::getpriority(PRIO_PROCESS, 0) + niceness);
+    // It begins with the niceness of the thread that made it, which may be another helper.
+    ::setpriority(PRIO_PROCESS, 0, m_niceness);
     std::unique_lock lock(m_mutex);
     for (;;) {
         ++m_waiting;

@@ -12,8 +12,8 @@
 
 namespace Quillmere {
 
-/// The threads that help with walks. They are made when they are first needed, run below the priority of everything
-/// else in the program, and sleep when nobody walks.
+/// The threads that help with walks. They are made when they are first needed, run below the priority of the thread
+/// that made the pool, all alike, and sleep when nobody walks.
 class WalkPool
 {
 public:
@@ -49,6 +49,7 @@ private:
 
     const int m_helpers;
     const int m_helpersOnDisk;
+    const int m_niceness; ///< Of every helper.
     std::mutex m_mutex;
     std::condition_variable m_helperWakes;
     std::deque<WalkJob> m_jobs;

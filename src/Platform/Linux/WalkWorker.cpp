@@ -41,8 +41,12 @@ void WalkWorker::run(WalkJob job)
     if (!job.entries.isEmpty())
         m_reader->takeIn(job.entries, *job.frame.folder, job.frame.subfolders);
     m_frames.push_back(std::move(job.frame));
-    while (!m_frames.empty() && !m_walk.cancellation().isRequested())
+    // At least once: of a root that holds nothing, nothing is left out.
+    do
         goOn();
+    while (!m_frames.empty() && !m_walk.cancellation().isRequested());
+    m_hasLeftOut
+        = m_hasLeftOut || std::ranges::any_of(m_frames, [](const WalkFrame &frame) { return !frame.isDone(); });
     m_frames.clear();
 }
 
@@ -50,6 +54,7 @@ WalkFindings WalkWorker::takeFindings()
 {
     WalkFindings findings = m_reader->takeFindings();
     findings += std::exchange(m_findingsOfScarceWalks, {});
+    findings.isPart = findings.isPart || std::exchange(m_hasLeftOut, false);
     return findings;
 }
 
@@ -91,9 +96,7 @@ void WalkWorker::read(WalkFrame &frame)
     const WalkFolder &folder = *frame.folder;
     for (bool isFirst = true; m_buffer.read(folder.number()); isFirst = false) {
         // Helpers drop what they are given once the walk is to stop, and so would stay hungry to the folder's end.
-        if (m_walk.cancellation().isRequested())
-            return;
-        if (!isFirst && m_walk.isHungry()) {
+        if (!isFirst && m_walk.isHungry() && !m_walk.cancellation().isRequested()) {
             give({frame.folder, {}, false}, std::move(m_buffer));
             continue;
         }

@@ -39,6 +39,7 @@ private:
     const std::unique_ptr<FolderReader> m_reader;
     DirectoryBuffer m_buffer;
     WalkFindings m_findingsOfScarceWalks;
+    bool m_hasLeftOut = false; ///< Asked to stop, with something still to be done.
     qint64 m_folders = 0; ///< Read so far.
     DiskReads m_diskReads;
     qint64 m_effortBetweenLooks = 0; ///< How long the disk goes unwatched; 0 while this worker does not watch it.

@@ -23,7 +23,7 @@ Sheet {
 
         Ripple {
             anchors.horizontalCenter: parent.horizontalCenter
-            symbol: "check"
+            symbol: "checkmark.circle.fill"
             dropSize: 48
             color: Theme.greenRipple
         }

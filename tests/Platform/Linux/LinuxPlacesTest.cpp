@@ -67,6 +67,63 @@ QList<FilePath> examples(const PlacesData::Place &place)
 
 } // namespace
 
+TEST(LinuxPlacesTest, LooksThroughAnItemOnceAndNoLongerThanItMatters)
+{
+    const World world;
+    const FilePath flat = home.appending(".cache/flat");
+    for (int i = 0; i < 50; ++i)
+        world.disk->addFile(flat.appending("f" + QByteArray::number(i)), 1);
+    const FilePath told = home.appending(".cache/told");
+    world.disk->addFile(told.appending("history"), 1);
+    world.disk->addFile(told.appending("more"), 1);
+    QList<FilePath> shown;
+    world.disk->onLook([&](const FilePath &entry) { shown.append(entry); });
+    const LinuxPlaces places = world.places();
+
+    EXPECT_EQ(places.reasonToKeep(flat), std::nullopt);
+    EXPECT_EQ(shown.size(), 50);
+    shown.clear();
+    EXPECT_NE(places.reasonToKeep(told), std::nullopt);
+    EXPECT_THAT(shown, ElementsAre(told.appending("history")));
+}
+
+TEST(LinuxPlacesTest, BreaksTheLookOffWhenCancelledAndThenOffersNothing)
+{
+    const World world;
+    const FilePath flat = home.appending(".cache/flat");
+    for (int i = 0; i < 50; ++i)
+        world.disk->addFile(flat.appending("f" + QByteArray::number(i)), 1);
+    std::stop_source stop;
+    int shown = 0;
+    world.disk->onLook([&](const FilePath &) {
+        if (++shown == 3)
+            stop.request_stop();
+    });
+
+    EXPECT_NE(world.places().reasonToKeep(flat, Cancellation(stop.get_token())), std::nullopt);
+    EXPECT_EQ(shown, 3);
+}
+
+TEST(LinuxPlacesTest, GivesTheReasonThatStandsFirstHoweverLateItsPlaceIsFound)
+{
+    World world;
+    PlacesData data;
+    const FilePath item = home.appending(".cache/item");
+    data.keep = {{PlacesData::Place::parse("$cache/*/z*"), u"first"_qs},
+                 {PlacesData::Place::parse("$cache/*/a*"), u"second"_qs}};
+    world.disk->addFile(item.appending("a"), 1);
+    world.disk->addSocket(item.appending("m"));
+    world.disk->addFile(item.appending("zz"), 1);
+    const auto nothingSet = [](const char *) { return QByteArray(); };
+
+    EXPECT_EQ(LinuxPlaces(world.disk, nothingSet, data).reasonToKeep(item), u"first"_qs);
+    world.disk->vanish(item.appending("zz"));
+    EXPECT_EQ(LinuxPlaces(world.disk, nothingSet, data).reasonToKeep(item), u"second"_qs);
+    world.disk->vanish(item.appending("a"));
+    EXPECT_EQ(LinuxPlaces(world.disk, nothingSet, data).reasonToKeep(item),
+              u"A running program is reached through a socket or pipe in it."_qs);
+}
+
 TEST(LinuxPlacesTest, OffersTheCacheFolderOfTheHome)
 {
     const World world;

@@ -233,6 +233,21 @@ TEST_F(TrashCanTest, MovesAFolderThatItsOwnerMayNotWriteTo)
     });
 }
 
+TEST_F(TrashCanTest, LeavesAFolderAsClosedAsItWasWhenItMayNotBeMoved)
+{
+    home.addFile("home/locked/module/file");
+    inUnprivilegedChild(home.path(), [&] {
+        ::chmod(home.path("home/locked/module").bytes().constData(), 0555);
+        ::chmod(home.path("home/locked").bytes().constData(), 0500);
+
+        const auto trashed = TrashCan(home.environment()).trash(home.path("home/locked/module"));
+
+        ASSERT_FALSE(trashed);
+        EXPECT_EQ(trashed.failure().kind, Failure::Kind::NoPermission);
+        EXPECT_EQ(home.mode("home/locked/module"), 0555u);
+    });
+}
+
 TEST_F(TrashCanTest, GivesAnItemThatTwoWantToExactlyOne)
 {
     constexpr int items = 200;

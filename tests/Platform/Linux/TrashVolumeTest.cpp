@@ -420,6 +420,15 @@ TEST_F(TrashVolumeTest, RefusesTheTrashesOfAVolumeAndTheirParts)
     });
 }
 
+TEST_F(TrashVolumeTest, ClearsAwayWhatAKilledCopyHasLeftAlsoWhenItMerelyMoves)
+{
+    home.addFile("home/.local/share/Trash/quillmere-incoming/dead/item/part");
+
+    ASSERT_TRUE(trash(home.addFile("home/a")));
+
+    EXPECT_EQ(home.names("home/.local/share/Trash"), (QList<QByteArray>{"files", "info"}));
+}
+
 TEST_F(TrashVolumeTest, ClearsAwayWhatAKilledCopyHasLeftButNotACopyUnderWay)
 {
     onMemory("size=1m", [&] {

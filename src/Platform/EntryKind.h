@@ -1,0 +1,7 @@
+#pragma once
+
+namespace Quillmere {
+
+enum class EntryKind { Regular, Directory, SymbolicLink, Other };
+
+} // namespace Quillmere

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Platform/Linux/FileDescriptor.h"
+#include "Values/FilePath.h"
+
+namespace Quillmere {
+
+/// A file system whose server never answers, as that of a machine that has gone: whoever asks it waits until this goes.
+/// Inside inMountNamespace().
+class DeadMount
+{
+public:
+    /// On @p folder, which exists. A failure of the test when the machine refuses.
+    explicit DeadMount(const FilePath &folder);
+    ~DeadMount();
+    Q_DISABLE_COPY_MOVE(DeadMount)
+
+private:
+    const FilePath m_folder;
+    const FileDescriptor m_server; ///< Where the questions arrive, which nobody reads.
+};
+
+/// Empty when a DeadMount can be made on this machine, else the reason why not.
+[[nodiscard]] QByteArray whyNoDeadMount();
+
+} // namespace Quillmere
