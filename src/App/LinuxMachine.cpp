@@ -39,11 +39,10 @@ Machine makeLinuxMachine()
     machine.host = std::make_shared<LinuxHostStatistics>();
     machine.processes = std::make_shared<LinuxProcessRunner>(bundles->mainLocation().appending("Contents/Helpers"));
     machine.workspace = std::make_shared<LinuxWorkspace>(home, desktopEntryFolders(home));
-    machine.applications = std::make_shared<InstalledApplicationsOnFirstUse>(
-        [files, places = machine.places, processes = machine.processes, home] {
-            return std::make_unique<const LinuxInstalledApplications>(files, places, processes,
-                                                                      desktopEntryFolders(home));
-        });
+    machine.applications = std::make_shared<InstalledApplicationsOnFirstUse>([files, places = machine.places,
+                                                                              processes = machine.processes, home] {
+        return std::make_unique<const LinuxInstalledApplications>(files, places, processes, desktopEntryFolders(home));
+    });
     machine.assertions = std::make_shared<LinuxPowerAssertions>();
     machine.bundles = bundles;
     machine.extensions = std::make_shared<LinuxSystemExtensionManager>();

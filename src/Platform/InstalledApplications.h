@@ -44,7 +44,8 @@ public:
     /// In the order in which they follow the bundles, each once.
     [[nodiscard]] virtual QList<ListedApplication> applications() const = 0;
     /// The user's files that belong to @p application by their exact names, and exist. Nothing that others share, which
-    /// is all where it shares its data, and nothing outside the folders in which applications keep their files, whatever it calls itself.
+    /// is all where it shares its data, and nothing outside the folders in which applications keep their files,
+    /// whatever it calls itself.
     [[nodiscard]] virtual QList<FilePath> leftoversOf(const ListedApplication &application) const = 0;
     /// Takes it off the machine. Parts that have gone already are passed over; the first failure ends it. Fails with
     /// NotSupported for what belongs to the system.

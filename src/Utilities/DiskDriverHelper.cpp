@@ -15,12 +15,11 @@ constexpr std::array executables = {"/usr/local/bin/ntfs-3g", "/opt/homebrew/bin
 
 QString installScript()
 {
-    const QString command
-        = u"if [ -f /opt/homebrew/bin/brew ]; then /opt/homebrew/bin/brew install --cask macfuse"_qs
-          u" && /opt/homebrew/bin/brew install ntfs-3g-mac;"_qs
-          u" elif [ -f /usr/local/bin/brew ]; then /usr/local/bin/brew install --cask macfuse"_qs
-          u" && /usr/local/bin/brew install ntfs-3g-mac;"_qs
-          u" else echo 'Homebrew is required to download/compile NTFS-3G and macFUSE'; exit 1; fi"_qs;
+    const QString command = u"if [ -f /opt/homebrew/bin/brew ]; then /opt/homebrew/bin/brew install --cask macfuse"_qs
+                            u" && /opt/homebrew/bin/brew install ntfs-3g-mac;"_qs
+                            u" elif [ -f /usr/local/bin/brew ]; then /usr/local/bin/brew install --cask macfuse"_qs
+                            u" && /usr/local/bin/brew install ntfs-3g-mac;"_qs
+                            u" else echo 'Homebrew is required to download/compile NTFS-3G and macFUSE'; exit 1; fi"_qs;
     return u"do shell script \""_qs + command + u"\" with administrator privileges"_qs;
 }
 

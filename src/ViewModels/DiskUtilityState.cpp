@@ -63,12 +63,9 @@ VolumeDetails DiskUtilityState::details() const
     if (!m_selectedVolume)
         return {};
     const VolumeInfo &volume = *m_selectedVolume;
-    return {volume.name,
-            volume.path.displayText(),
-            u"/dev/"_qs + FilePath::displayText(volume.bsdName.toUtf8()),
-            volume.fsType,
-            formatByteCount(volume.totalSize),
-            volume.isInternal};
+    return {
+        volume.name,   volume.path.displayText(),         u"/dev/"_qs + FilePath::displayText(volume.bsdName.toUtf8()),
+        volume.fsType, formatByteCount(volume.totalSize), volume.isInternal};
 }
 
 void DiskUtilityState::setSelectedMode(EraseMode mode)

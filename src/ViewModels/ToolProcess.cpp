@@ -43,8 +43,8 @@ Command elevated(const Command &command)
     QStringList words = {quotedForShell(command.launchPath)};
     for (const QString &argument : command.arguments)
         words.append(quotedForShell(argument));
-    const QString script = u"do shell script \""_qs + escapedForScript(words.join(u' '))
-        + u"\" with administrator privileges"_qs;
+    const QString script
+        = u"do shell script \""_qs + escapedForScript(words.join(u' ')) + u"\" with administrator privileges"_qs;
     return {u"/usr/bin/osascript"_qs, {u"-e"_qs, script}};
 }
 

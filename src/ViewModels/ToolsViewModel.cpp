@@ -78,11 +78,11 @@ QCoro::Task<> ToolsViewModel::resetSpotlightIndex()
 
 QCoro::Task<> ToolsViewModel::rebuildLaunchServices()
 {
-    return runCommand(u"Rebuild Launch Services"_qs,
-                      {u"/System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework/Support/"
-                       "lsregister"_qs,
-                       {u"-kill"_qs, u"-r"_qs, u"-domain"_qs, u"local"_qs, u"-domain"_qs, u"system"_qs, u"-domain"_qs,
-                        u"user"_qs}});
+    return runCommand(
+        u"Rebuild Launch Services"_qs,
+        {u"/System/Library/Frameworks/CoreServices.framework/Frameworks/LaunchServices.framework/Support/"
+         "lsregister"_qs,
+         {u"-kill"_qs, u"-r"_qs, u"-domain"_qs, u"local"_qs, u"-domain"_qs, u"system"_qs, u"-domain"_qs, u"user"_qs}});
 }
 
 QCoro::Task<> ToolsViewModel::reclaimMemory()

@@ -50,8 +50,9 @@ protected:
         const auto *figures = app->mainWindow()->findChild<DashboardViewModel *>();
         const auto *processes = app->mainWindow()->findChild<ResourceMonitorViewModel *>();
         return figures && processes && QTest::qWaitFor([&] {
-            return figures->findChild<QTimer *>()->isActive() == isRunning && processes->isMonitoring() == isRunning;
-        });
+                   return figures->findChild<QTimer *>()->isActive() == isRunning
+                       && processes->isMonitoring() == isRunning;
+               });
     }
 
     /// The button of a row, told by what stands in the row.

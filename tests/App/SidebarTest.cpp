@@ -42,12 +42,12 @@ protected:
     {
         QAccessibleInterface *found = person.find(ListItem, row);
         const auto *item = found ? qobject_cast<QQuickItem *>(found->object()) : nullptr;
-        const QQuickItem *symbol = item ? find(*item,
-                                               [](const QQuickItem &each) {
-                                                   return QByteArray(each.metaObject()->className()).startsWith("Symbol")
-                                                       && each.isVisible();
-                                               })
-                                        : nullptr;
+        const QQuickItem *symbol = item
+            ? find(*item,
+                   [](const QQuickItem &each) {
+                       return QByteArray(each.metaObject()->className()).startsWith("Symbol") && each.isVisible();
+                   })
+            : nullptr;
         return symbol ? symbol->property("name").toString() : QString();
     }
 };

@@ -65,7 +65,8 @@ protected:
     }
     [[nodiscard]] static bool isCovered(const Person &person)
     {
-        static const QStringList titles = {{}, u"Clear History?"_qs, u"Cleanup Report"_qs, u"Quillmere Setup Wizard"_qs};
+        static const QStringList titles
+            = {{}, u"Clear History?"_qs, u"Cleanup Report"_qs, u"Quillmere Setup Wizard"_qs};
         return GetParam() == Cover::Nothing || person.sees(Dialog, titles.at(int(GetParam())));
     }
     /// What takes a press at that edge.
@@ -211,6 +212,5 @@ TEST_P(WindowTest, GoesToAnotherScreenByKeyOnlyWhereNothingHasToBeAnsweredFirst)
     EXPECT_EQ(app->appState().selectedTab(), GetParam() == Cover::Nothing ? SidebarTab::LargeFiles : tab);
 }
 
-INSTANTIATE_TEST_SUITE_P(Covers, WindowTest,
-                         testing::Values(Cover::Nothing, Cover::Alert, Cover::Sheet, Cover::Wizard),
+INSTANTIATE_TEST_SUITE_P(Covers, WindowTest, testing::Values(Cover::Nothing, Cover::Alert, Cover::Sheet, Cover::Wizard),
                          [](const auto &info) { return std::string(coverNames.at(size_t(info.param))); });

@@ -71,8 +71,7 @@ TEST_F(DiskMountServiceTest, UnmountsAnNtfsDiskWithoutADriverAndMountsItAgain)
     const std::string said = arrive(externalVolume(u"NTFS"_qs));
 
     EXPECT_EQ(said, "Auto-mounting NTFS disk: /Volumes/STICK (disk4s2)\n");
-    EXPECT_EQ(runs().mid(2),
-              QList({diskutil({u"unmount"_qs, stickPath}), diskutil({u"mount"_qs, u"disk4s2"_qs})}));
+    EXPECT_EQ(runs().mid(2), QList({diskutil({u"unmount"_qs, stickPath}), diskutil({u"mount"_qs, u"disk4s2"_qs})}));
     EXPECT_TRUE(launches().isEmpty());
     EXPECT_EQ(machine.files->disks().mountPoints(), QList({FilePath(stick)}));
 }
@@ -307,8 +306,10 @@ TEST_F(DiskMountServiceTest, PutsAHostilePathIntoTheScriptAsItStands)
     ASSERT_EQ(launches().size(), 1);
     EXPECT_EQ(launches().first().arguments,
               QStringList({u"-e"_qs,
-                           u"do shell script \"mkdir -p \\\""_qs + path + u"\\\" && /usr/local/bin/ntfs-3g /dev/disk4s2 "
-                               u"\\\""_qs + path + u"\\\" -o local,allow_other\" with administrator privileges"_qs}));
+                           u"do shell script \"mkdir -p \\\""_qs + path
+                               + u"\\\" && /usr/local/bin/ntfs-3g /dev/disk4s2 "
+                                 u"\\\""_qs
+                               + path + u"\\\" -o local,allow_other\" with administrator privileges"_qs}));
 }
 
 TEST_F(DiskMountServiceTest, LeavesADiskAloneWhosePathIsNoText)
@@ -344,8 +345,7 @@ TEST_P(DiskInfoTest, IsReadLineByLine)
 
     EXPECT_EQ(service.getBSDName(FilePath(stick)).toStdString(), GetParam().bsdName);
     EXPECT_EQ(service.getFilesystemType(FilePath(stick)).toStdString(), GetParam().type);
-    EXPECT_EQ(machine.processes->runs(),
-              QList({diskutil({u"info"_qs, stickPath}), diskutil({u"info"_qs, stickPath})}));
+    EXPECT_EQ(machine.processes->runs(), QList({diskutil({u"info"_qs, stickPath}), diskutil({u"info"_qs, stickPath})}));
 }
 
 INSTANTIATE_TEST_SUITE_P(

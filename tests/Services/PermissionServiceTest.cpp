@@ -59,7 +59,7 @@ TEST_F(PermissionServiceTest, OpensTheSystemsSettingsWhereAccessIsGranted)
 {
     PermissionService::openFullDiskAccessSettings(*machine.workspace);
 
-    EXPECT_THAT(machine.workspace->opened(),
-                testing::ElementsAre(
-                    QUrl(u"x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles"_qs)));
+    EXPECT_THAT(
+        machine.workspace->opened(),
+        testing::ElementsAre(QUrl(u"x-apple.systempreferences:com.apple.preference.security?Privacy_AllFiles"_qs)));
 }

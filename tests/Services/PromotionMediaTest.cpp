@@ -25,10 +25,7 @@ protected:
         made.mostBytes = 2 * PromotionMedia::mostKept;
         return made;
     }
-    QByteArray data(const QUrl &url) const
-    {
-        return media->data(request(url), {}).result().valueOr({}).body;
-    }
+    QByteArray data(const QUrl &url) const { return media->data(request(url), {}).result().valueOr({}).body; }
     [[nodiscard]] QByteArray downloaded(const QUrl &url) const
     {
         const Result<DownloadResponse> response = media->download(request(url), {}).result();

@@ -180,9 +180,8 @@ TEST_F(AdministratorTest, SurvivesAThousandRandomCallsOfEachVerbAndDoesNothingFo
                                u"\u202eevil"_qs};
     state.isRunning = true;
 
-    for (const char *verb :
-         {"keep-awake", "purge", "reset-index", "flush-names", "install-bundle", "install-drivers",
-          "filter-policy", ""}) {
+    for (const char *verb : {"keep-awake", "purge", "reset-index", "flush-names", "install-bundle", "install-drivers",
+                             "filter-policy", ""}) {
         for (int call = 0; call < 1000; ++call) {
             QStringList said = {QString::fromUtf8(verb)};
             for (auto count = 1 + chance() % 4; count > 0; --count)
@@ -215,8 +214,7 @@ TEST_F(AdministratorTest, HasAnActionInPolkitForEachVerbAndNoOther)
         return found;
     };
 
-    const QStringList verbs
-        = matchesIn(administrator().carryOut({}).message, u"quillmere-admin ([a-z-]+)"_qs);
+    const QStringList verbs = matchesIn(administrator().carryOut({}).message, u"quillmere-admin ([a-z-]+)"_qs);
 
     EXPECT_EQ(verbs.size(), 10);
     EXPECT_EQ(matchesIn(QString::fromUtf8(policy.readAll()), u"exec\\.argv1\">([^<]*)<"_qs), verbs);

@@ -89,7 +89,8 @@ TEST_F(ApplicationDatabasesTest, NamesAFolderAsItIsCalled)
     const ApplicationDatabases databases(programs.folders(), {location(u"a %1 b"_qs)});
 
     EXPECT_EQ(runLsregister(words, databases).message,
-              u"The database of applications in "_qs + path(u"a %1 b/applications"_qs) + u" was not rebuilt: broken"_qs);
+              u"The database of applications in "_qs + path(u"a %1 b/applications"_qs)
+                  + u" was not rebuilt: broken"_qs);
 }
 
 TEST_F(ApplicationDatabasesTest, RebuildsTheRealOnes)

@@ -81,11 +81,12 @@ TEST_F(DiskDriverHelperTest, InstallsByOneScriptWithAdministratorPrivileges)
     EXPECT_EQ(starts.first().launchPath, u"/usr/bin/osascript"_qs);
     ASSERT_EQ(starts.first().arguments.size(), 2);
     EXPECT_EQ(starts.first().arguments.first(), u"-e"_qs);
-    EXPECT_EQ(starts.first().arguments.last().toStdString(),
-              "do shell script \"if [ -f /opt/homebrew/bin/brew ]; then /opt/homebrew/bin/brew install --cask macfuse && "
-              "/opt/homebrew/bin/brew install ntfs-3g-mac; elif [ -f /usr/local/bin/brew ]; then /usr/local/bin/brew "
-              "install --cask macfuse && /usr/local/bin/brew install ntfs-3g-mac; else echo 'Homebrew is required to "
-              "download/compile NTFS-3G and macFUSE'; exit 1; fi\" with administrator privileges");
+    EXPECT_EQ(
+        starts.first().arguments.last().toStdString(),
+        "do shell script \"if [ -f /opt/homebrew/bin/brew ]; then /opt/homebrew/bin/brew install --cask macfuse && "
+        "/opt/homebrew/bin/brew install ntfs-3g-mac; elif [ -f /usr/local/bin/brew ]; then /usr/local/bin/brew "
+        "install --cask macfuse && /usr/local/bin/brew install ntfs-3g-mac; else echo 'Homebrew is required to "
+        "download/compile NTFS-3G and macFUSE'; exit 1; fi\" with administrator privileges");
     EXPECT_EQ(statuses,
               QStringList({u"Requesting administrator privileges..."_qs, u"Installing drivers in background..."_qs}));
 }
@@ -134,7 +135,7 @@ TEST_F(DiskDriverHelperTest, MayGoWhileItsInstallationRuns)
     machine.processes->onEnd([gate] { gate.wait(); });
     auto passing = std::make_unique<DiskDriverHelper>(machine.files, machine.places, machine.processes);
 
-    QCoro::Task<bool> installation = passing->installDrivers([](const QString &) { });
+    QCoro::Task<bool> installation = passing->installDrivers([](const QString &) {});
     passing.reset();
     gate.open();
 

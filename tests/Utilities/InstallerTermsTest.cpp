@@ -71,7 +71,8 @@ TEST_F(InstallerTermsTest, PrintsOneLineAndGoesOnWhenTheFolderCannotBeMade)
     testing::internal::CaptureStdout();
     EXPECT_EQ(terms.writeFinalInstallationFile(), std::nullopt);
 
-    EXPECT_THAT(testing::internal::GetCapturedStdout(), testing::StartsWith("Failed to write final installation file: "));
+    EXPECT_THAT(testing::internal::GetCapturedStdout(),
+                testing::StartsWith("Failed to write final installation file: "));
     EXPECT_FALSE(machine.files->contains(file));
 }
 

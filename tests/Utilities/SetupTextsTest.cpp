@@ -33,8 +33,9 @@ INSTANTIATE_TEST_SUITE_P(
         TextCase{"subtitle.1", "Select language and settings"}, TextCase{"subtitle.2", "Privacy policy agreement"},
         TextCase{"subtitle.3", "Conditions, rules, and disclaimers"}, TextCase{"subtitle.4", "Copying bundle..."},
         TextCase{"subtitle.5", "Complete"}, TextCase{"welcome.title", "Quillmere Setup Wizard"},
-        TextCase{"welcome.text", "This wizard will install the application on your computer. Please select your "
-                                 "language to proceed."},
+        TextCase{"welcome.text",
+                 "This wizard will install the application on your computer. Please select your "
+                 "language to proceed."},
         TextCase{"welcome.language", "Language:"}, TextCase{"drivers.installed", "FUSE & NTFS drivers are installed"},
         TextCase{"drivers.install", "Install FUSE & NTFS Drivers"},
         TextCase{"runWithoutInstalling", "Run without installing (one-time run)"},
@@ -53,8 +54,7 @@ INSTANTIATE_TEST_SUITE_P(
         TextCase{"installing.title", "Installing Application..."},
         TextCase{"completed.title", "Installation Completed!"},
         TextCase{"completed.before", "Quillmere was installed to: "},
-        TextCase{"completed.after",
-                 ". The conditions, rules, and disclaimers file was saved in Application Support."},
+        TextCase{"completed.after", ". The conditions, rules, and disclaimers file was saved in Application Support."},
         TextCase{"next", "Next"}, TextCase{"back", "Back"}, TextCase{"install", "Install"},
         TextCase{"launch", "Launch"}, TextCase{"preparing", "Preparing installation..."},
         TextCase{"copying", "Copying application bundle..."}, TextCase{"registering", "Registering system helper..."},

@@ -115,8 +115,7 @@ TEST_F(DiskEraseTest, PassesTheFolderOfSuchAVolumeToTheDiskCommandWhichFails)
 
     EXPECT_FALSE(isFormatted);
     EXPECT_EQ(scripts(), QList({privileged(u"'/usr/sbin/diskutil' 'eraseVolume' 'JHFS+' 'CleanDisk' 'share'"_qs)}));
-    EXPECT_EQ(console(),
-              "Starting quick format: STICK (share)...\nERROR: ERROR 1:\nUnable to find disk for share\n");
+    EXPECT_EQ(console(), "Starting quick format: STICK (share)...\nERROR: ERROR 1:\nUnable to find disk for share\n");
     EXPECT_FALSE(tools->isRunning());
 }
 
@@ -237,8 +236,8 @@ TEST_P(WholeDiskTest, IsWhatRemainsWithoutTheFirstPartition)
     QCoro::waitFor(tools->secureOverwrite(volume));
 
     EXPECT_EQ(scripts(),
-              QList({privileged(u"'/usr/sbin/diskutil' 'secureErase' '0' '/dev/%1'"_qs.arg(
-                  QString::fromUtf8(GetParam().disk)))}));
+              QList({privileged(
+                  u"'/usr/sbin/diskutil' 'secureErase' '0' '/dev/%1'"_qs.arg(QString::fromUtf8(GetParam().disk)))}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Names, WholeDiskTest,
@@ -265,8 +264,7 @@ TEST_F(DiskEraseTest, RefusesToOverwriteAnInternalVolumeWithoutRunningAnything)
 
     EXPECT_FALSE(isErased);
     EXPECT_EQ(machine.processes->runs().size(), runs);
-    EXPECT_EQ(console(),
-              before + "\nERROR: Secure overwrite of an internal or system disk is blocked!\n");
+    EXPECT_EQ(console(), before + "\nERROR: Secure overwrite of an internal or system disk is blocked!\n");
     EXPECT_EQ(tools->currentToolName(), u"Reclaim Memory"_qs);
 }
 

@@ -163,15 +163,13 @@ TEST_P(TypedTextTest, IsTrimmedAndComparedInUpperCase)
     EXPECT_EQ(machine.processes->joinedRuns().size(), GetParam().matches ? 1 : 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, TypedTextTest,
-                         testing::Values(TypedCase{"Exact", u"ERASE"_qs, true},
-                                         TypedCase{"LowerCaseAndABlank", u"erase "_qs, true},
-                                         TypedCase{"LinesAround", u"\n\tErAsE\n"_qs, true},
-                                         TypedCase{"Nothing", u""_qs, false}, TypedCase{"Part", u"ERAS"_qs, false},
-                                         TypedCase{"More", u"ERASED"_qs, false},
-                                         TypedCase{"BlankInside", u"ERA SE"_qs, false},
-                                         TypedCase{"Translated", u"BORRAR"_qs, false}),
-                         [](const auto &info) { return info.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Texts, TypedTextTest,
+    testing::Values(TypedCase{"Exact", u"ERASE"_qs, true}, TypedCase{"LowerCaseAndABlank", u"erase "_qs, true},
+                    TypedCase{"LinesAround", u"\n\tErAsE\n"_qs, true}, TypedCase{"Nothing", u""_qs, false},
+                    TypedCase{"Part", u"ERAS"_qs, false}, TypedCase{"More", u"ERASED"_qs, false},
+                    TypedCase{"BlankInside", u"ERA SE"_qs, false}, TypedCase{"Translated", u"BORRAR"_qs, false}),
+    [](const auto &info) { return info.param.name; });
 
 TEST_F(DiskUtilityStateTest, HasTheWholeChainWalkedAgainAfterAWrongText)
 {
@@ -330,8 +328,8 @@ TEST_F(DiskUtilityStateTest, NamesEveryStateOfItsOwn)
                                   DiskAlert::Blocked, DiskAlert::Running})
         ids.insert(DiskAlertState{alert}.id());
 
-    EXPECT_EQ(ids, QSet<QString>({u"none"_qs, u"confirm1"_qs, u"confirm2"_qs, u"confirm3"_qs, u"blocked"_qs,
-                                  u"running"_qs}));
+    EXPECT_EQ(
+        ids, QSet<QString>({u"none"_qs, u"confirm1"_qs, u"confirm2"_qs, u"confirm3"_qs, u"blocked"_qs, u"running"_qs}));
     EXPECT_EQ((DiskAlertState{DiskAlert::Finished, true}.id()), u"finished_true"_qs);
     EXPECT_EQ((DiskAlertState{DiskAlert::Finished, false}.id()), u"finished_false"_qs);
 }

@@ -132,8 +132,7 @@ TEST_F(ToolRunnerTest, SaysTheStatusAheadOfWhatAFailedCommandPrinted)
 
     QCoro::waitFor(tools->reclaimMemory());
 
-    EXPECT_EQ(console(),
-              "Executing Reclaim Memory...\nERROR: ERROR 1:\nexecution error: User canceled. (-128)\n");
+    EXPECT_EQ(console(), "Executing Reclaim Memory...\nERROR: ERROR 1:\nexecution error: User canceled. (-128)\n");
 }
 
 TEST_F(ToolRunnerTest, TakesOutputThatIsNoTextForNoneAndStatusZeroForSuccess)
@@ -240,8 +239,7 @@ TEST_F(ToolRunnerTest, LeavesTheFlushAboveTheErrorWhenThePasswordIsRefused)
 
     QCoro::waitFor(tools->flushDNS());
 
-    EXPECT_EQ(console(),
-              "Starting DNS cache flush...\nDNS cache flushed.\nERROR: ERROR 1:\nUser canceled. (-128)\n");
+    EXPECT_EQ(console(), "Starting DNS cache flush...\nDNS cache flushed.\nERROR: ERROR 1:\nUser canceled. (-128)\n");
     EXPECT_FALSE(tools->isRunning());
 }
 

@@ -66,8 +66,7 @@ inline QString diskutil()
 /// @p shellText run with administrator privileges.
 inline Command privileged(const QString &shellText)
 {
-    return {osascript(),
-            {u"-e"_qs, u"do shell script \""_qs + shellText + u"\" with administrator privileges"_qs}};
+    return {osascript(), {u"-e"_qs, u"do shell script \""_qs + shellText + u"\" with administrator privileges"_qs}};
 }
 
 } // namespace Quillmere

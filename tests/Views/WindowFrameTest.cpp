@@ -71,9 +71,10 @@ TEST_P(WindowFrameTest, IsMaximisedAndRestoredByADoubleClickOnItsTop)
 
 INSTANTIATE_TEST_SUITE_P(
     Covers, WindowFrameTest,
-    testing::Values(FrameCase{"Nothing",
-                              "WindowDragArea { width: parent.width; height: 52 }\nWindowFrame { anchors.fill: parent }"},
-                    FrameCase{"Work", "Item { anchors.fill: parent; ProgressOverlay {} }\nWindowFrame { anchors.fill: parent }"},
-                    FrameCase{"Alert", "AlertDialog { visible: true; title: 'Sure?'; confirmText: 'Yes' }"},
-                    FrameCase{"Sheet", "Sheet { visible: true; title: 'Report'; sheetWidth: 300; Item { height: 100 } }"}),
+    testing::Values(
+        FrameCase{"Nothing",
+                  "WindowDragArea { width: parent.width; height: 52 }\nWindowFrame { anchors.fill: parent }"},
+        FrameCase{"Work", "Item { anchors.fill: parent; ProgressOverlay {} }\nWindowFrame { anchors.fill: parent }"},
+        FrameCase{"Alert", "AlertDialog { visible: true; title: 'Sure?'; confirmText: 'Yes' }"},
+        FrameCase{"Sheet", "Sheet { visible: true; title: 'Report'; sheetWidth: 300; Item { height: 100 } }"}),
     [](const auto &info) { return info.param.name; });

@@ -14,7 +14,7 @@ const QString device = u"/dev/"_qs;
 constexpr quint64 systemDisk = 1;
 
 const std::array ntfsDrivers = {u"/usr/local/bin/ntfs-3g"_qs, u"/opt/homebrew/bin/ntfs-3g"_qs, u"/usr/bin/ntfs-3g"_qs,
-                               u"/sbin/mount.ntfs-3g"_qs};
+                                u"/sbin/mount.ntfs-3g"_qs};
 
 bool isNtfsMount(const ShellCommands &commands)
 {
@@ -78,7 +78,8 @@ Result<AdministratorRequest> withIdentity(const AdministratorRequest &request, c
     if (!name || name->volume.has_value() == isWhole)
         return refused(u"There is no disk with the name %1. Nothing was done."_qs.arg(text));
     if (request.verb != u"mount-ntfs" && isCalledAsAFolder(text, mounts))
-        return refused(u"A volume is mounted in a folder that has the name of the disk %1. Nothing was done."_qs.arg(text));
+        return refused(
+            u"A volume is mounted in a folder that has the name of the disk %1. Nothing was done."_qs.arg(text));
     const Result<DiskIdentity> identity = listed.find(*name);
     if (!identity)
         return refused(u"It is not known what %1 was when it was listed (%2). Nothing was done."_qs.arg(

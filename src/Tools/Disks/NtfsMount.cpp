@@ -31,8 +31,8 @@ QString whyNotForWriting(const ChosenDisk &disk, const NtfsPrograms &programs)
         return u"%1 was not removed safely the last time. Let Windows check it; until then nothing is changed on it."_qs
             .arg(disk.name());
     default:
-        return u"%1 cannot be mounted for writing: %2"_qs.arg(
-            disk.name(), QString::fromUtf8(probed.value().said).trimmed());
+        return u"%1 cannot be mounted for writing: %2"_qs.arg(disk.name(),
+                                                              QString::fromUtf8(probed.value().said).trimmed());
     }
 }
 
@@ -45,8 +45,7 @@ ToolEnd mountAt(const MountPlace &place, const ChosenDisk &disk, const NtfsProgr
     if (mounted && mounted.value().status == 0)
         return {};
     place.takeBack();
-    const QString reason
-        = mounted ? QString::fromUtf8(mounted.value().said).trimmed() : mounted.failure().detail;
+    const QString reason = mounted ? QString::fromUtf8(mounted.value().said).trimmed() : mounted.failure().detail;
     return {1, u"%1 could not be mounted: %2"_qs.arg(disk.name(), reason)};
 }
 

@@ -36,8 +36,9 @@ protected:
         s_home->addFile("data/applications/systemsettings.desktop",
                         "[Desktop Entry]\nType=Application\nName=Settings\nExec=\"" + program.bytes()
                             + "\" settings\n");
-        s_home->addFile("config/mimeapps.list", "[Default Applications]\ninode/directory=opener.desktop\n"
-                                                "x-scheme-handler/https=opener.desktop\n");
+        s_home->addFile("config/mimeapps.list",
+                        "[Default Applications]\ninode/directory=opener.desktop\n"
+                        "x-scheme-handler/https=opener.desktop\n");
         qputenv("XDG_DATA_HOME", s_home->path("data").bytes());
         qputenv("XDG_CONFIG_HOME", s_home->path("config").bytes());
         qputenv("XDG_DATA_DIRS", s_home->path("nothing").bytes());

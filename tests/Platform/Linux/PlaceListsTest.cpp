@@ -173,6 +173,7 @@ TEST(PlaceListsTest, KnowsTheDriverForNtfsDisksByEitherOfItsNames)
     disk->addFile(FilePath("/sbin/mount.ntfs-3g"), 1);
     EXPECT_THAT(places.entriesBehind(u"NTFS Drivers"_qs), ElementsAre(PlaceEntry{{}, FilePath("/sbin/mount.ntfs-3g")}));
     disk->addFile(FilePath("/usr/bin/ntfs-3g"), 1);
-    EXPECT_THAT(places.entriesBehind(u"NTFS Drivers"_qs),
-                ElementsAre(PlaceEntry{{}, FilePath("/usr/bin/ntfs-3g")}, PlaceEntry{{}, FilePath("/sbin/mount.ntfs-3g")}));
+    EXPECT_THAT(
+        places.entriesBehind(u"NTFS Drivers"_qs),
+        ElementsAre(PlaceEntry{{}, FilePath("/usr/bin/ntfs-3g")}, PlaceEntry{{}, FilePath("/sbin/mount.ntfs-3g")}));
 }

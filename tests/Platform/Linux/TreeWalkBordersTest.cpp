@@ -1,6 +1,6 @@
 #include "Platform/Linux/Need.h"
-#include "Platform/Linux/SpawnedProgram.h"
 #include "Platform/Linux/RestrictedThread.h"
+#include "Platform/Linux/SpawnedProgram.h"
 #include "Platform/Linux/TemporaryTree.h"
 #include "Platform/Linux/TreeWalk.h"
 

@@ -109,7 +109,8 @@ protected:
         add(u"ListUnitFiles"_qs, {}, u"a(ss)"_qs,
             tellingOfLink + u"ret = dbus.Array([('OWN/linked.service', state)] if state else [], signature='(ss)')"_qs);
         add(u"GetUnitFileState"_qs, u"s"_qs, u"s"_qs, tellingOfLink + u"ret = state"_qs);
-        add(u"EnableUnitFiles"_qs, u"asbb"_qs, u"ba(sss)"_qs, u"self.is_wanted = True\nret = (True, %1)"_qs.arg(changes));
+        add(u"EnableUnitFiles"_qs, u"asbb"_qs, u"ba(sss)"_qs,
+            u"self.is_wanted = True\nret = (True, %1)"_qs.arg(changes));
         add(u"DisableUnitFiles"_qs, u"asb"_qs, u"a(sss)"_qs,
             u"import os\nos.unlink('OWN/linked.service')\nself.is_wanted = False\nret = "_qs + changes);
     }

@@ -118,15 +118,15 @@ TEST(VolumeCapacitiesTest, TakesTheAnswerOfAVolumeThatHasComeBack)
 
 TEST(MountTableTest, ReadsWhatIsMountedWhereAmongAnyNumberOfOptionalFields)
 {
-    const QByteArray text = "22 1 8:1 / / rw,relatime - ext4 /dev/sda1 rw\n"
-                            "30 22 0:26 /a\\040part /mnt/a\\040share rw shared:1 master:2 - nfs4 server:/export ro,vers=4\n"
-                            "broken line\n";
+    const QByteArray text
+        = "22 1 8:1 / / rw,relatime - ext4 /dev/sda1 rw\n"
+          "30 22 0:26 /a\\040part /mnt/a\\040share rw shared:1 master:2 - nfs4 server:/export ro,vers=4\n"
+          "broken line\n";
 
-    EXPECT_THAT(
-        parseMountTable(text),
-        ElementsAre(MountEntry{FilePath("/"), "ext4", "8:1", FilePath("/"), "/dev/sda1", "rw"},
-                    MountEntry{FilePath("/mnt/a share"), "nfs4", "0:26", FilePath("/a part"), "server:/export",
-                               "ro,vers=4", true}));
+    EXPECT_THAT(parseMountTable(text),
+                ElementsAre(MountEntry{FilePath("/"), "ext4", "8:1", FilePath("/"), "/dev/sda1", "rw"},
+                            MountEntry{FilePath("/mnt/a share"), "nfs4", "0:26", FilePath("/a part"), "server:/export",
+                                       "ro,vers=4", true}));
 }
 
 TEST(MountTableTest, FindsTheInnermostMountAndOfTwoOnOnePlaceTheLater)
