@@ -128,7 +128,7 @@ TEST_F(ScreensTest, CleansReportsAndScansAnew)
     ASSERT_TRUE(person.click(Button, u"Clean"_qs));
 
     EXPECT_TRUE(person.reads(u"Cleanup Report"_qs));
-    EXPECT_TRUE(showsSymbolOnScreen(u"checkmark.circle.fill"_qs));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return showsSymbolOnScreen(u"checkmark.circle.fill"_qs); }));
     EXPECT_TRUE(person.reads(u"Space Freed: 2 MB"_qs));
     EXPECT_TRUE(person.reads(u"Files Removed: 2"_qs));
     EXPECT_TRUE(person.reads(u"Files Skipped: 1"_qs));
