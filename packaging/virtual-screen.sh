@@ -14,7 +14,7 @@ start_virtual_screen() {
     # The server picks a free number and says which; the cookie keeps other users of this machine out.
     xauth -q -f "$XAUTHORITY" add :0 . "$cookie"
     mkfifo "$virtual_screen/number"
-    Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -auth "$XAUTHORITY" \
+    Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp -noreset -auth "$XAUTHORITY" \
         3>"$virtual_screen/number" 2>"$virtual_screen/Xvfb.log" &
     screen_processes+=($!)
     read -r number <"$virtual_screen/number"

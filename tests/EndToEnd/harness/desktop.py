@@ -61,8 +61,9 @@ class Desktop:
         reading, writing = os.pipe()
         with os.fdopen(reading) as number:
             try:
+                # Otherwise the server begins anew when its only client goes, and who comes just then is not let in.
                 self.processes.start(["Xvfb", "-displayfd", str(writing), "-screen", "0", f"{width}x{height}x24",
-                                      "-nolisten", "tcp"], self.environment, pass_fds=(writing,))
+                                      "-nolisten", "tcp", "-noreset"], self.environment, pass_fds=(writing,))
             finally:
                 os.close(writing)
             display = number.readline().strip()

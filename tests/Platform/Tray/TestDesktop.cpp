@@ -68,8 +68,8 @@ TestDesktop::TestDesktop()
     const QByteArray folder = QFile::encodeName(m_folder.path());
     m_bus = started({"dbus-daemon", "--session", "--nofork", "--address=unix:dir=" + folder, "--print-address=3"},
                     folder + "/bus-address");
-    m_screen
-        = started({"Xvfb", "-displayfd", "3", "-screen", "0", "800x600x24", "-nolisten", "tcp"}, folder + "/display");
+    m_screen = started({"Xvfb", "-displayfd", "3", "-screen", "0", "800x600x24", "-nolisten", "tcp", "-noreset"},
+                       folder + "/display");
     const QByteArray address = lineFrom(folder + "/bus-address");
     const QByteArray display = lineFrom(folder + "/display");
     m_isRunning = !address.isEmpty() && !display.isEmpty();
