@@ -324,6 +324,21 @@ TEST_F(QuillmereAppDeathTest, EndsWhereARunHangsAndTheUserAsksAgain)
     EXPECT_EXIT(endTwice(), testing::ExitedWithCode(0), "");
 }
 
+TEST_F(QuillmereAppDeathTest, EndsWhereALookHangs)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto end = [this] {
+        alarm(30);
+        std::ignore = app.start();
+        std::binary_semaphore answerOfADeadMount(0);
+        std::ignore = inBackground([&answerOfADeadMount] { answerOfADeadMount.acquire(); });
+        QTimer::singleShot(0, &app, [this] { app.quit(); });
+        std::ignore = app.exec();
+    };
+
+    EXPECT_EXIT(end(), testing::ExitedWithCode(0), "");
+}
+
 TEST(QuillmereAppAtItsEndTest, HasSentNothingToTheFilterAndUndoesNothing)
 {
     PretendMachine machine;
@@ -351,19 +366,4 @@ TEST(QuillmereAppAtItsEndTest, HasSentNothingToTheFilterAndUndoesNothing)
     EXPECT_EQ(machine.assertions->created, 1);
     EXPECT_EQ(machine.assertions->released, 0);
     EXPECT_EQ(machine.defaults->writes(), writes);
-}
-
-TEST_F(QuillmereAppDeathTest, EndsWhereALookHangs)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const auto end = [this] {
-        alarm(30);
-        std::ignore = app.start();
-        std::binary_semaphore answerOfADeadMount(0);
-        std::ignore = inBackground([&answerOfADeadMount] { answerOfADeadMount.acquire(); });
-        QTimer::singleShot(0, &app, [this] { app.quit(); });
-        std::ignore = app.exec();
-    };
-
-    EXPECT_EXIT(end(), testing::ExitedWithCode(0), "");
 }

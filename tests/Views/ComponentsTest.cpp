@@ -7,20 +7,6 @@ using namespace Quillmere;
 
 class ComponentsTest : public ViewsFixture
 {
-protected:
-    [[nodiscard]] QQuickItem *focused() const { return m_view->activeFocusItem(); }
-    /// The first item of that type below @p from, or anywhere.
-    [[nodiscard]] QQuickItem *descendant(const char *type, const QQuickItem *from = nullptr) const
-    {
-        for (QQuickItem *child : (from ? from : m_view->contentItem())->childItems()) {
-            if (QByteArray(child->metaObject()->className()).startsWith(type))
-                return child;
-            if (QQuickItem *found = descendant(type, child))
-                return found;
-        }
-        return nullptr;
-    }
-    [[nodiscard]] QString focusedName() const { return focused()->property("accessibleName").toString(); }
 };
 
 struct RiskCase
@@ -81,108 +67,6 @@ TEST_F(ComponentsTest, RiskBadgeFollowsAChangeOfLanguage)
     EXPECT_EQ(accessibleName(u"badge"_qs), m_localizer.localized(u"common.safe"_qs));
 }
 
-TEST_F(ComponentsTest, ProgressOverlayIsCancelledByEscapeAndByItsButtonAndStays)
-{
-    show("ProgressOverlay { objectName: 'overlay'; title: 'Scanning'; message: 'a'; onCancelled: "
-         "window.note('cancelled') }");
-
-    press(Qt::Key_Escape);
-    EXPECT_EQ(log().size(), 1);
-
-    press(Qt::Key_Return);
-    EXPECT_EQ(log().size(), 2);
-    EXPECT_TRUE(item(u"overlay"_qs)->isVisible());
-}
-
-TEST_F(ComponentsTest, ProgressOverlayKeepsTheKeyboardAndGivesItBack)
-{
-    show("property bool working: false\n"
-         "ActionButton { objectName: 'below'; text: 'Below'; onClicked: window.note('below') }\n"
-         "ProgressOverlay { objectName: 'overlay'; visible: window.working; onCancelled: window.note('cancelled') }");
-    tab();
-    ASSERT_TRUE(item(u"below"_qs)->hasActiveFocus());
-
-    m_view->rootObject()->setProperty("working", true);
-    EXPECT_TRUE(hasFocusRing(u"overlay"_qs));
-    tab();
-    EXPECT_FALSE(item(u"below"_qs)->hasActiveFocus());
-    QTest::keyClick(m_view.get(), Qt::Key_Backtab, Qt::ShiftModifier);
-    EXPECT_FALSE(item(u"below"_qs)->hasActiveFocus());
-    press(Qt::Key_Space);
-    EXPECT_EQ(log(), QStringList{u"cancelled"_qs});
-
-    m_view->rootObject()->setProperty("working", false);
-    EXPECT_TRUE(item(u"below"_qs)->hasActiveFocus());
-}
-
-TEST_F(ComponentsTest, ProgressOverlayHandsTheKeyboardOnWhenWhatHadItIsGone)
-{
-    show("property bool working: false\n"
-         "property bool begun: false\n"
-         "ActionButton { objectName: 'start'; text: 'Start'; visible: !window.begun }\n"
-         "ActionButton { objectName: 'next'; text: 'Next'; visible: window.begun }\n"
-         "ProgressOverlay { visible: window.working }");
-    tab();
-    ASSERT_TRUE(item(u"start"_qs)->hasActiveFocus());
-
-    m_view->rootObject()->setProperty("working", true);
-    m_view->rootObject()->setProperty("begun", true);
-    m_view->rootObject()->setProperty("working", false);
-
-    EXPECT_TRUE(hasFocusRing(u"next"_qs));
-}
-
-TEST_F(ComponentsTest, ProgressOverlayDimsWhatLiesUnderItByAThird)
-{
-    show("Rectangle { anchors.fill: parent; color: 'white' }\nProgressOverlay {}");
-
-    const QColor dimmed = m_view->grabWindow().pixelColor(20, 20);
-
-    EXPECT_NEAR(dimmed.redF(), 0.67, 0.005);
-    EXPECT_EQ(dimmed, QColor(dimmed.red(), dimmed.red(), dimmed.red()));
-}
-
-TEST_F(ComponentsTest, ProgressOverlayCutsALongNameInTheMiddleOf300PixelsAndFillsABarAsWide)
-{
-    show("ProgressOverlay { objectName: 'overlay'; message: '/home/ada/a/long/way/down/to/a/folder/with/a/name/that/is/"
-         "long/too'; progress: 0.25 }");
-
-    const QQuickItem *message = descendant("ElidingText");
-    ASSERT_NE(message, nullptr);
-    EXPECT_EQ(message->width(), 300);
-    EXPECT_EQ(message->property("elide").toInt(), int(Qt::ElideMiddle));
-    EXPECT_TRUE(message->property("truncated").toBool());
-    const QQuickItem *bar = descendant("ProgressBar");
-    ASSERT_NE(bar, nullptr);
-    EXPECT_EQ(bar->width(), 300);
-    EXPECT_EQ(bar->childItems().first()->width(), 75);
-}
-
-TEST_F(ComponentsTest, ProgressOverlayFillsItsBarAtATotalOfOne)
-{
-    show("ProgressOverlay { objectName: 'overlay'; progress: 1.0 }");
-
-    EXPECT_EQ(descendant("ProgressBar")->childItems().first()->width(), 300);
-}
-
-TEST_F(ComponentsTest, ProgressOverlayCastsAShadowOfFourTenthsAtItsFoot)
-{
-    for (const bool isDark : {false, true}) {
-        m_appearance.setDark(isDark);
-        show("ProgressOverlay {}");
-        const QQuickItem *shadow = descendant("Elevation");
-        ASSERT_NE(shadow, nullptr);
-
-        double light = 1;
-        for (const QQuickItem *layer : shadow->childItems()) {
-            if (layer->property("color").isValid())
-                light *= 1 - layer->property("color").value<QColor>().alphaF();
-        }
-
-        EXPECT_NEAR(1 - light, 0.4, 0.01);
-    }
-}
-
 TEST_F(ComponentsTest, QuickActionCardIsNeverLowerThan80)
 {
     show("QuickActionCard { objectName: 'card'; title: 'A'; symbol: 'globe' }");
@@ -233,15 +117,6 @@ TEST_F(ComponentsTest, CardViewHasASpinnerOnlyWhileSomethingGoesOn)
 
     card->setProperty("working", false);
     EXPECT_TRUE(QTest::qWaitFor([&] { return descendant("Spinner", card) == nullptr; }));
-}
-
-TEST_F(ComponentsTest, ProgressOverlayLetsNoClickThrough)
-{
-    show("ActionButton { objectName: 'below'; text: 'Below'; onClicked: window.note('below') }\nProgressOverlay {}");
-
-    click(u"below"_qs);
-
-    EXPECT_EQ(log(), QStringList());
 }
 
 TEST_F(ComponentsTest, ProgressBarTellsAssistiveToolsWhatRuns)
@@ -317,76 +192,6 @@ TEST_F(ComponentsTest, CategoryRowOfAnInventoryCannotBeSelectedAndSaysSo)
 
     EXPECT_FALSE(log().contains(u"selection"_qs));
     EXPECT_TRUE(accessibleName(u"row"_qs).contains(u"Installed only"_qs));
-}
-
-TEST_F(ComponentsTest, SheetIsDismissedByEscapeAndItsButtonAndKeepsTheKeyboardInside)
-{
-    show("property bool open: false\n"
-         "ActionButton { objectName: 'below'; text: 'Below'; onClicked: window.open = true }\n"
-         "Sheet { id: sheet; visible: window.open; title: 'Report'; onDismissed: { window.note('dismissed'); "
-         "window.open = false } ActionButton { text: 'Inside'; onClicked: window.note('inside') } }");
-    tab();
-    press(Qt::Key_Space);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return focused() && focused()->property("text").toString() != u"Below"_qs; }));
-
-    for (int i = 0; i < 5; ++i) {
-        tab();
-        EXPECT_NE(focused()->property("text").toString(), u"Below"_qs);
-        EXPECT_TRUE(focused()->property("visualFocus").toBool());
-    }
-    press(Qt::Key_Escape);
-
-    EXPECT_EQ(log(), QStringList{u"dismissed"_qs});
-    EXPECT_TRUE(QTest::qWaitFor([this] { return item(u"below"_qs)->hasActiveFocus(); }));
-}
-
-TEST_F(ComponentsTest, SheetStays22FromTheEdgeOfASmallWindowAndScrollsInside)
-{
-    show("Sheet { visible: true; title: 'Long'; Rectangle { objectName: 'inside'; width: 10; height: 2000 } }");
-    const QQuickItem *surface = item(u"inside"_qs);
-    while (surface && QAccessible::queryAccessibleInterface(const_cast<QQuickItem *>(surface)) == nullptr)
-        surface = surface->parentItem();
-    ASSERT_NE(surface, nullptr);
-
-    EXPECT_EQ(surface->mapRectToScene(surface->boundingRect()), QRectF(22, 22, 640 - 44, 480 - 44));
-}
-
-TEST_F(ComponentsTest, AlertIsConfirmedByItsRightButtonAndDismissedByEscape)
-{
-    show("AlertDialog { objectName: 'alert'; visible: true; destructive: true; title: 'Sure?'; message: 'No way back'; "
-         "cancelText: 'Cancel'; confirmText: 'Erase'; onConfirmed: window.note('confirmed'); "
-         "onDismissed: window.note('dismissed') }");
-    ASSERT_TRUE(
-        QTest::qWaitFor([this] { return focused() && focused()->property("text").toString() == u"Cancel"_qs; }));
-
-    press(Qt::Key_Escape);
-    tab();
-    EXPECT_EQ(focused()->property("text").toString(), u"Erase"_qs);
-    EXPECT_GT(focused()->x(), 100);
-    press(Qt::Key_Return);
-
-    EXPECT_EQ(log(), (QStringList{u"dismissed"_qs, u"confirmed"_qs}));
-}
-
-TEST_F(ComponentsTest, AlertPutsItsButtonsInAColumnWhenTheirTextsAreLong)
-{
-    show("AlertDialog { objectName: 'alert'; visible: true; title: 'Sure?'; cancelText: 'Leave everything as it is "
-         "now'; "
-         "confirmText: 'Erase everything on this drive' }");
-
-    QObject *alert = m_view->rootObject()->findChild<QObject *>(u"alert"_qs);
-    EXPECT_TRUE(alert->property("stacked").toBool());
-}
-
-TEST_F(ComponentsTest, ButtonBarBecomesAColumnWhenItIsTooNarrow)
-{
-    const QByteArray buttons = "ActionButton { text: 'Select All' } ActionButton { text: 'Deselect All' } "
-                               "trailing: ActionButton { text: 'Clean'; kind: ActionButton.Primary } }\n";
-    show("ButtonBar { objectName: 'wide'; width: 600; " + buttons
-         + "ButtonBar { objectName: 'narrow'; y: 200; width: 300; " + buttons);
-
-    EXPECT_EQ(item(u"wide"_qs)->implicitHeight(), 64);
-    EXPECT_GT(item(u"narrow"_qs)->implicitHeight(), 90);
 }
 
 TEST_F(ComponentsTest, EmptyStateBeginsByItsButton)

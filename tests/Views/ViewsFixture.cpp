@@ -84,6 +84,17 @@ QQuickItem *ViewsFixture::item(const QString &name) const
     return findItem(m_view->contentItem(), name);
 }
 
+QQuickItem *ViewsFixture::descendant(const char *type, const QQuickItem *from) const
+{
+    for (QQuickItem *child : (from ? from : m_view->contentItem())->childItems()) {
+        if (QByteArray(child->metaObject()->className()).startsWith(type))
+            return child;
+        if (QQuickItem *found = descendant(type, child))
+            return found;
+    }
+    return nullptr;
+}
+
 QPoint ViewsFixture::middle(const QString &name) const
 {
     const QQuickItem *wanted = item(name);

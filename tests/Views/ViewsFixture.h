@@ -31,6 +31,10 @@ protected:
 
     /// The item with that objectName, wherever it is.
     [[nodiscard]] QQuickItem *item(const QString &name) const;
+    /// The first item whose type's name begins so, below @p from or anywhere; null where there is none.
+    [[nodiscard]] QQuickItem *descendant(const char *type, const QQuickItem *from = nullptr) const;
+    [[nodiscard]] QQuickItem *focused() const { return m_view->activeFocusItem(); }
+    [[nodiscard]] QString focusedName() const { return focused()->property("accessibleName").toString(); }
     /// Where the middle of an item is in the window.
     [[nodiscard]] QPoint middle(const QString &name) const;
     /// What the QML has put into `log`.

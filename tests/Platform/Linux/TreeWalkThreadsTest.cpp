@@ -85,6 +85,16 @@ QStringList threadsSince(const QStringList &before)
     return threads;
 }
 
+void expectRestBelowTheProgram(const QStringList &helpers)
+{
+    const int own = ::getpriority(PRIO_PROCESS, 0);
+    EXPECT_FALSE(helpers.isEmpty());
+    for (const QString &helper : helpers) {
+        EXPECT_TRUE(comesToRest(helper));
+        EXPECT_EQ(::getpriority(PRIO_PROCESS, helper.toUInt()), std::min(own + 5, 19));
+    }
+}
+
 } // namespace
 
 TEST_F(TreeWalkThreadsTest, FindsTheSameWithAnyNumberOfThreads)
@@ -132,13 +142,7 @@ TEST_F(TreeWalkThreadsTest, LetsItsThreadsSleepBelowTheRestOfTheProgramWhenNobod
     const QStringList before = threadsOfThisProcess();
     EXPECT_EQ(measureTree(s_tree->path(), {}, pool).valueOr({}), s_size);
 
-    const QStringList helpers = threadsSince(before);
-    const int own = ::getpriority(PRIO_PROCESS, 0);
-    ASSERT_FALSE(helpers.isEmpty());
-    for (const QString &helper : helpers) {
-        EXPECT_TRUE(comesToRest(helper));
-        EXPECT_EQ(::getpriority(PRIO_PROCESS, helper.toUInt()), std::min(own + 5, 19));
-    }
+    expectRestBelowTheProgram(threadsSince(before));
 }
 
 TEST_F(TreeWalkThreadsTest, WorksEquallyFarBelowThePriorityOfTheProgramWhoeverMadeTheHelper)
@@ -151,13 +155,7 @@ TEST_F(TreeWalkThreadsTest, WorksEquallyFarBelowThePriorityOfTheProgramWhoeverMa
         EXPECT_EQ(measureTree(s_tree->path(), {}, pool).valueOr({}), s_size);
     }).join();
 
-    const QStringList helpers = threadsSince(before);
-    const int own = ::getpriority(PRIO_PROCESS, 0);
-    ASSERT_FALSE(helpers.isEmpty());
-    for (const QString &helper : helpers) {
-        EXPECT_TRUE(comesToRest(helper));
-        EXPECT_EQ(::getpriority(PRIO_PROCESS, helper.toUInt()), std::min(own + 5, 19));
-    }
+    expectRestBelowTheProgram(threadsSince(before));
 }
 
 TEST_F(TreeWalkThreadsTest, AnswersCancelledWhenAskedToStopBeforeItStarts)
