@@ -2,6 +2,8 @@
 
 #include "Platform/Linux/Mount.h"
 
+#include <QList>
+
 namespace Quillmere {
 
 /// The folders of the boot loader in @p table that wait for their first touch, or have been left alone for so long that

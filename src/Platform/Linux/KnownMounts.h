@@ -2,6 +2,8 @@
 
 #include "Platform/Linux/Mount.h"
 
+#include <QList>
+
 namespace Quillmere {
 
 /// mountTable() without reading it again as long as nothing has been mounted or unmounted. Any thread.
