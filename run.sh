@@ -48,8 +48,7 @@ done
 
 build() {
     install_packages build run
-    # Leaves the test programs out, and with them what only they need.
-    [ -f build/release/build.ninja ] || cmake --preset release -DBUILD_TESTING=OFF -DQUILLMERE_BENCHMARKS=OFF
+    [ -f build/release/build.ninja ] || cmake --preset release
     cmake --build --preset release
 }
 

@@ -2,7 +2,7 @@
 """Measures how long a program takes from its start to its first finished frame, beside other programs of its kind from
 Debian, in turns, each time on a screen and in a home of its own.
 
-    cmake --preset release && cmake --build --preset release
+    cmake --preset benchmarks && cmake --build --preset benchmarks
     benchmarks/first_frame.py              # nine rounds
 
 The screen's memory is read every few milliseconds. A frame is finished when nine tenths of what is drawn in it stand as
@@ -93,7 +93,7 @@ def first_finished(command: list[str], folder: Path) -> float:
 
 def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--program", default=ROOT / "build/release/Quillmere.app/Contents/MacOS/quillmere", type=Path)
+    parser.add_argument("--program", default=ROOT / "build/benchmarks/Quillmere.app/Contents/MacOS/quillmere", type=Path)
     parser.add_argument("--peer", default="stacer")
     parser.add_argument("--rounds", default=9, type=int)
     options = parser.parse_args()

@@ -2,7 +2,7 @@
 """Measures what the program costs while it does nothing for anybody: CPU time and memory, hidden and with its dashboard
 in sight, beside other programs of its kind from Debian, each on a screen and in a home of its own.
 
-    cmake --preset release && cmake --build --preset release
+    cmake --preset benchmarks && cmake --build --preset benchmarks
     benchmarks/idle.py                 # a minute each
     benchmarks/idle.py --seconds 3600  # long enough to see memory grow
 
@@ -85,7 +85,7 @@ def measure(name: str, command: list[str], seconds: float, hidden: bool = False)
 
 def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--program", default=ROOT / "build/release/Quillmere.app/Contents/MacOS/quillmere", type=Path)
+    parser.add_argument("--program", default=ROOT / "build/benchmarks/Quillmere.app/Contents/MacOS/quillmere", type=Path)
     parser.add_argument("--seconds", default=60, type=float)
     parser.add_argument("--peers", default="stacer,bleachbit")
     options = parser.parse_args()

@@ -3,7 +3,7 @@
 run: find and bfs, which ask every file as we do, fd, which does so with threads, and gdu and ncdu, which measure the tree
 and leave the looking to the user.
 
-    cmake --preset release && cmake --build --preset release
+    cmake --preset benchmarks && cmake --build --preset benchmarks
     apt-get install bfs fd-find gdu ncdu
     benchmarks/large_files.py
 
@@ -102,7 +102,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     here = pathlib.Path(__file__).resolve().parent
     parser.add_argument("--program", type=pathlib.Path,
-                        default=here.parent / "build/release/benchmarks/quillmere-large-files")
+                        default=here.parent / "build/benchmarks/benchmarks/quillmere-large-files")
     parser.add_argument("--in", dest="place", default=tempfile.gettempdir(), help="where the trees are made")
     parser.add_argument("--trees", default="small,flat,usr")
     parser.add_argument("--rounds", default=9, type=int)

@@ -1,5 +1,5 @@
-#include "Platform/Linux/OpenAt.h"
-#include "Platform/Linux/TreeRemoval.h"
+#include "Platform/Linux/Files/OpenAt.h"
+#include "Platform/Linux/Removal/TreeRemoval.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,5 +1,5 @@
-#include "Platform/Linux/FolderListing.h"
-#include "Platform/Linux/TreeWalk.h"
+#include "Platform/Linux/Files/FolderListing.h"
+#include "Platform/Linux/Walk/TreeWalk.h"
 
 #include <QTemporaryDir>
 

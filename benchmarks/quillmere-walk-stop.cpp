@@ -1,4 +1,4 @@
-#include "Platform/Linux/TreeWalk.h"
+#include "Platform/Linux/Walk/TreeWalk.h"
 
 #include <chrono>
 #include <cstdio>

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Times deletion against rm -rf and trashing against gio trash, round by round on equal trees.
 
-    cmake --preset release && cmake --build --preset release
+    cmake --preset benchmarks && cmake --build --preset benchmarks
     benchmarks/removal.py
 
 Trust the ratios, theirs over ours: each is the median of the rounds' own ratios."""
@@ -110,7 +110,7 @@ def print_rows(title, seconds, peer, least):
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     here = pathlib.Path(__file__).resolve().parent
-    parser.add_argument("--build", default=here.parent / "build/release", type=pathlib.Path)
+    parser.add_argument("--build", default=here.parent / "build/benchmarks", type=pathlib.Path)
     parser.add_argument("--in", dest="place", default="/var/tmp", help="where the trees are made")
     parser.add_argument("--rounds", default=9, type=int)
     options = parser.parse_args()

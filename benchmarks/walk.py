@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Times quillmere-walk beside du and gdu on trees made for it, in one run, and says which figures are reached.
 
-    cmake --preset release && cmake --build --preset release
+    cmake --preset benchmarks && cmake --build --preset benchmarks
     benchmarks/walk.py                 # everything; as root also with a cold cache
     benchmarks/walk.py --trees flat    # one tree
 
@@ -232,7 +232,7 @@ def measure(table, name, tree, programs, options):
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     here = pathlib.Path(__file__).resolve().parent
-    parser.add_argument("--programs", default=here.parent / "build/release/benchmarks", type=pathlib.Path)
+    parser.add_argument("--programs", default=here.parent / "build/benchmarks/benchmarks", type=pathlib.Path)
     parser.add_argument("--in", dest="place", default=tempfile.gettempdir(), help="where the trees are made")
     parser.add_argument("--trees", default=",".join(TREES))
     parser.add_argument("--rounds", default=15, type=int)

@@ -1,7 +1,7 @@
 #include "App/LinuxMachine.h"
 #include "App/QuillmereApp.h"
 #include "App/SingleInstance.h"
-#include "Platform/Linux/UserEnvironment.h"
+#include "Platform/Linux/Programs/UserEnvironment.h"
 
 #include <QApplication>
 #include <QCryptographicHash>

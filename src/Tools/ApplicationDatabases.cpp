@@ -1,6 +1,6 @@
 #include "Tools/ApplicationDatabases.h"
 
-#include "Platform/Linux/BaseDirectories.h"
+#include "Platform/Linux/Places/BaseDirectories.h"
 #include "Tools/ChildStep.h"
 
 #include <QDir>

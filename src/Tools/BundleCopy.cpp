@@ -1,9 +1,9 @@
 #include "Tools/BundleCopy.h"
 
-#include "Platform/Linux/ErrnoFailure.h"
-#include "Platform/Linux/FileCopy.h"
-#include "Platform/Linux/FolderNames.h"
-#include "Platform/Linux/OpenAt.h"
+#include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/FolderNames.h"
+#include "Platform/Linux/Files/OpenAt.h"
+#include "Platform/Linux/Removal/FileCopy.h"
 #include "Tools/CallerRights.h"
 
 #include <QList>

@@ -1,7 +1,7 @@
 #include "Tools/BundleInstallation.h"
 
-#include "Platform/Linux/ErrnoFailure.h"
-#include "Platform/Linux/OpenAt.h"
+#include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/OpenAt.h"
 #include "Tools/BundleCopy.h"
 #include "Tools/CallerRights.h"
 #include "Tools/InstallStaging.h"

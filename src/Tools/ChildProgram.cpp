@@ -1,7 +1,7 @@
 #include "Tools/ChildProgram.h"
 
-#include "Platform/Linux/FileDescriptor.h"
-#include "Platform/Linux/LastOutput.h"
+#include "Platform/Linux/Files/FileDescriptor.h"
+#include "Platform/Linux/Programs/LastOutput.h"
 
 #include <QFile>
 #include <QProcess>

@@ -1,8 +1,8 @@
 #include "Tools/Ditto.h"
 
-#include "Platform/Linux/ErrnoFailure.h"
-#include "Platform/Linux/ItemPlace.h"
-#include "Platform/Linux/TreeCopy.h"
+#include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/ItemPlace.h"
+#include "Platform/Linux/Removal/TreeCopy.h"
 #include "Tools/InstallStaging.h"
 
 #include <QDir>

@@ -1,8 +1,8 @@
 #include "Tools/FilterPolicy.h"
 
-#include "Platform/Linux/ErrnoFailure.h"
-#include "Platform/Linux/FileReplacement.h"
-#include "Platform/Linux/FilterPolicyRecord.h"
+#include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/FileReplacement.h"
+#include "Platform/Linux/Filter/FilterPolicyRecord.h"
 
 #include <QDeadlineTimer>
 

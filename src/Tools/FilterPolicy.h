@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/LinuxFilterManager.h"
+#include "Platform/Linux/Filter/LinuxFilterManager.h"
 #include "Tools/ToolEnd.h"
 
 #include <QStringList>

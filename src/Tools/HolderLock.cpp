@@ -1,6 +1,6 @@
 #include "Tools/HolderLock.h"
 
-#include "Platform/Linux/ErrnoFailure.h"
+#include "Platform/Linux/Files/ErrnoFailure.h"
 
 #include <cerrno>
 #include <utility>

@@ -1,10 +1,10 @@
 #include "Tools/InstallStaging.h"
 
-#include "Platform/Linux/DeepRemoval.h"
-#include "Platform/Linux/ErrnoFailure.h"
-#include "Platform/Linux/FolderEmptying.h"
-#include "Platform/Linux/OpenAt.h"
-#include "Platform/Linux/RemovalRecord.h"
+#include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/OpenAt.h"
+#include "Platform/Linux/Removal/DeepRemoval.h"
+#include "Platform/Linux/Removal/FolderEmptying.h"
+#include "Platform/Linux/Removal/RemovalRecord.h"
 
 #include <cerrno>
 #include <cstdio>

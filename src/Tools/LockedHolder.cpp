@@ -1,6 +1,6 @@
 #include "Tools/LockedHolder.h"
 
-#include "Platform/Linux/ErrnoFailure.h"
+#include "Platform/Linux/Files/ErrnoFailure.h"
 #include "Tools/DetachedProgram.h"
 #include "Tools/HeldInhibitor.h"
 #include "Tools/HolderLock.h"

@@ -1,7 +1,7 @@
 #include "Tools/Purge.h"
 
-#include "Platform/Linux/ErrnoFailure.h"
-#include "Platform/Linux/FileDescriptor.h"
+#include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/FileDescriptor.h"
 
 #include <QStringList>
 

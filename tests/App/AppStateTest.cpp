@@ -1,6 +1,6 @@
 #include "App/AppState.h"
 #include "Fakes/PretendUserDefaults.h"
-#include "Services/AppSettingsStore.h"
+#include "Utilities/AppSettingsStore.h"
 
 #include <QSignalSpy>
 

@@ -1,4 +1,4 @@
-#include "Platform/Linux/DesktopEntryText.h"
+#include "Platform/Linux/Applications/DesktopEntryText.h"
 
 #include <QtGlobal>
 

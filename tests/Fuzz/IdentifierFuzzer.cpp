@@ -1,5 +1,5 @@
 #include "Fakes/PretendMachine.h"
-#include "Platform/Linux/ApplicationLeftovers.h"
+#include "Platform/Linux/Applications/ApplicationLeftovers.h"
 #include "Services/ApplicationInventory.h"
 
 #include <algorithm>

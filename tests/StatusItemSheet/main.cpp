@@ -1,4 +1,4 @@
-#include "Platform/Linux/StatusItemIcon.h"
+#include "Platform/Linux/Tray/StatusItemIcon.h"
 
 #include <QGuiApplication>
 #include <QPainter>

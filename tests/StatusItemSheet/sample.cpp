@@ -1,4 +1,4 @@
-#include "Platform/Linux/LinuxStatusBar.h"
+#include "Platform/Linux/Tray/LinuxStatusBar.h"
 
 #include <QApplication>
 

@@ -1,6 +1,6 @@
 #include "Tools/ChildProgram.h"
 
-#include "Platform/Linux/LastOutput.h"
+#include "Platform/Linux/Programs/LastOutput.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,4 +1,4 @@
-#include "Platform/Linux/PlacesData.h"
+#include "Platform/Linux/Places/PlacesData.h"
 #include "Services/BundleInstaller.h"
 #include "Services/PowerManagementService.h"
 #include "Tools/AdministratorRequest.h"

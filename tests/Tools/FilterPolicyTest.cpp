@@ -1,6 +1,6 @@
 #include "Tools/FilterPolicy.h"
 
-#include "Platform/Linux/FilterPolicyRecord.h"
+#include "Platform/Linux/Filter/FilterPolicyRecord.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 #include "ViewModels/SettingsViewModel.h"
 #include "Fakes/InstalledLocalizer.h"
 #include "Fakes/PretendMachine.h"
-#include "Services/AppSettingsStore.h"
+#include "Utilities/AppSettingsStore.h"
 #include "Utilities/BackgroundWork.h"
 
 #include <QSignalSpy>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Platform/Linux/BlockDevices.h"
-#include "Platform/Linux/DiskObjects.h"
+#include "Platform/Linux/Disks/BlockDevices.h"
+#include "Platform/Linux/Disks/DiskObjects.h"
 #include "Tools/Disks/DiskIdentity.h"
 
 namespace Quillmere {

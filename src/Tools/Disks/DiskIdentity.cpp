@@ -1,6 +1,6 @@
 #include "Tools/Disks/DiskIdentity.h"
 
-#include "Platform/Linux/BlockDevices.h"
+#include "Platform/Linux/Disks/BlockDevices.h"
 
 #include <QRegularExpression>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Platform/Linux/BlockDevices.h"
-#include "Platform/Linux/DiskService.h"
+#include "Platform/Linux/Disks/BlockDevices.h"
+#include "Platform/Linux/Disks/DiskService.h"
 
 #include <QStringList>
 

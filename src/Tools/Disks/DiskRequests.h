@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/Mount.h"
+#include "Platform/Linux/Disks/Mount.h"
 #include "Tools/AdministratorRequest.h"
 #include "Tools/Disks/ListedDisks.h"
 

@@ -1,7 +1,7 @@
 #include "Tools/Disks/DiskTools.h"
 
-#include "Platform/Linux/IdleMounts.h"
-#include "Platform/Linux/SystemDisks.h"
+#include "Platform/Linux/Disks/IdleMounts.h"
+#include "Platform/Linux/Disks/SystemDisks.h"
 #include "Tools/Disks/LinuxDeviceAccess.h"
 #include "Tools/Disks/VolumeOwner.h"
 #include "Tools/ProgramStart.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Platform/Linux/DiskService.h"
-#include "Platform/Linux/Mount.h"
+#include "Platform/Linux/Disks/DiskService.h"
+#include "Platform/Linux/Disks/Mount.h"
 #include "Tools/Disks/DiskCatalogue.h"
 #include "Tools/Disks/ListedDisks.h"
 #include "Tools/ToolEnd.h"

@@ -1,8 +1,8 @@
 #include "Tools/Disks/LinuxDeviceAccess.h"
 
-#include "Platform/Linux/BlockDevices.h"
-#include "Platform/Linux/ErrnoFailure.h"
-#include "Platform/Linux/FileDescriptor.h"
+#include "Platform/Linux/Disks/BlockDevices.h"
+#include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/FileDescriptor.h"
 
 #include <algorithm>
 #include <cerrno>

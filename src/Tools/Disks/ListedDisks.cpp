@@ -1,9 +1,9 @@
 #include "Tools/Disks/ListedDisks.h"
 
-#include "Platform/Linux/BoundedReading.h"
-#include "Platform/Linux/ErrnoFailure.h"
-#include "Platform/Linux/FileReplacement.h"
-#include "Platform/Linux/RuntimeFolder.h"
+#include "Platform/Linux/Files/BoundedReading.h"
+#include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/FileReplacement.h"
+#include "Platform/Linux/Files/RuntimeFolder.h"
 
 #include <QRandomGenerator>
 

@@ -1,7 +1,7 @@
 #include "Tools/Disks/MountPlace.h"
 
-#include "Platform/Linux/ErrnoFailure.h"
-#include "Platform/Linux/Mount.h"
+#include "Platform/Linux/Disks/Mount.h"
+#include "Platform/Linux/Files/ErrnoFailure.h"
 
 #include <algorithm>
 #include <cerrno>

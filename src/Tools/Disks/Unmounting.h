@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/DiskService.h"
+#include "Platform/Linux/Disks/DiskService.h"
 
 #include <functional>
 

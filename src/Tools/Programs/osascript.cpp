@@ -1,5 +1,5 @@
 #include "Tools/Osascript.h"
-#include "Platform/Linux/DiskService.h"
+#include "Platform/Linux/Disks/DiskService.h"
 #include "Tools/Disks/DiskCatalogue.h"
 #include "Tools/Disks/DiskMounts.h"
 #include "Tools/Disks/DiskRequests.h"

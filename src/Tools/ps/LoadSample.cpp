@@ -1,6 +1,6 @@
 #include "Tools/ps/LoadSample.h"
 
-#include "Platform/Linux/ProcText.h"
+#include "Platform/Linux/System/ProcText.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/ProcessStat.h"
+#include "Platform/Linux/System/ProcessStat.h"
 #include "Tools/ps/LoadSample.h"
 
 #include <QList>

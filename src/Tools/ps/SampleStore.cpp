@@ -1,7 +1,7 @@
 #include "Tools/ps/SampleStore.h"
 
-#include "Platform/Linux/FileReplacement.h"
-#include "Platform/Linux/FileWriting.h"
+#include "Platform/Linux/Files/FileReplacement.h"
+#include "Platform/Linux/Files/FileWriting.h"
 
 #include <tuple>
 

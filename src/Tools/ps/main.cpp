@@ -1,5 +1,5 @@
-#include "Platform/Linux/ProcFile.h"
-#include "Platform/Linux/ProcessTable.h"
+#include "Platform/Linux/System/ProcFile.h"
+#include "Platform/Linux/System/ProcessTable.h"
 #include "Tools/ps/ProcessLoads.h"
 #include "Tools/ps/SampleStore.h"
 

@@ -1,6 +1,6 @@
-#include "ApplicationIconProvider.h"
+#include "Views/Support/ApplicationIconProvider.h"
 
-#include "LetterTile.h"
+#include "Views/Support/LetterTile.h"
 
 #include <QIcon>
 #include <QUrl>

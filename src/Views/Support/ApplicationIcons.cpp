@@ -1,6 +1,6 @@
-#include "ApplicationIcons.h"
+#include "Views/Support/ApplicationIcons.h"
 
-#include "ApplicationPictureProvider.h"
+#include "Views/Support/ApplicationPictureProvider.h"
 
 #include <QDir>
 #include <QIcon>

@@ -1,6 +1,6 @@
-#include "ApplicationPictureProvider.h"
+#include "Views/Support/ApplicationPictureProvider.h"
 
-#include "LetterTile.h"
+#include "Views/Support/LetterTile.h"
 
 #include <QFileInfo>
 #include <QImageReader>

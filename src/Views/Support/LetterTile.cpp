@@ -1,4 +1,4 @@
-#include "LetterTile.h"
+#include "Views/Support/LetterTile.h"
 
 #include <QGuiApplication>
 #include <QPainter>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/UserEnvironment.h"
+#include "Platform/Linux/Programs/UserEnvironment.h"
 
 #include <QByteArray>
 #include <QDir>

@@ -1,7 +1,7 @@
 #include "Platform/Linux/TemporaryTree.h"
 #include "Platform/Linux/SpawnedProgram.h"
 
-#include "Platform/Linux/FileDescriptor.h"
+#include "Platform/Linux/Files/FileDescriptor.h"
 
 #include <QFile>
 

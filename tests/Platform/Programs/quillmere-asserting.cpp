@@ -1,4 +1,4 @@
-#include "Platform/Linux/LinuxPowerAssertions.h"
+#include "Platform/Linux/System/LinuxPowerAssertions.h"
 
 #include <QCoreApplication>
 

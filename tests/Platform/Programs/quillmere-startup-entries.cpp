@@ -1,5 +1,5 @@
-#include "Platform/Linux/LinuxFileManager.h"
-#include "Platform/Linux/LinuxStartupEntries.h"
+#include "Platform/Linux/Files/LinuxFileManager.h"
+#include "Platform/Linux/Startup/LinuxStartupEntries.h"
 
 #include <QCoreApplication>
 

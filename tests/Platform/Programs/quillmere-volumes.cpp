@@ -1,5 +1,5 @@
-#include "Platform/Linux/LinuxFileManager.h"
-#include "Platform/Linux/LinuxWorkspace.h"
+#include "Platform/Linux/Desktop/LinuxWorkspace.h"
+#include "Platform/Linux/Files/LinuxFileManager.h"
 
 #include <QCoreApplication>
 

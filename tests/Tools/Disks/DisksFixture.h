@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Platform/Linux/Disks/PretendBlockDevices.h"
 #include "Platform/Linux/MockedService.h"
-#include "Platform/Linux/PretendBlockDevices.h"
 #include "Tools/Disks/DiskAdministrator.h"
 #include "Tools/Disks/DiskCatalogue.h"
 #include "Tools/Disks/PretendDevices.h"

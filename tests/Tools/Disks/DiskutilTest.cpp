@@ -1,5 +1,5 @@
 #include "Tools/Disks/Diskutil.h"
-#include "Platform/Linux/MountedVolumes.h"
+#include "Platform/Linux/Disks/MountedVolumes.h"
 #include "Tools/Disks/DiskRequests.h"
 #include "Tools/Disks/DisksFixture.h"
 

@@ -1,0 +1,60 @@
+#include "Platform/Linux/Disks/KnownMounts.h"
+
+#include "Platform/Linux/Files/OpenAt.h"
+
+#include <algorithm>
+#include <array>
+#include <mutex>
+#include <string_view>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+namespace Quillmere {
+
+namespace {
+
+// File systems of the kernel's own on disks of this machine, or in its memory.
+constexpr std::array<std::string_view, 15> localTypes
+    = {"btrfs",   "ext2",  "ext3",     "ext4",  "exfat", "f2fs", "jfs", "ntfs3",
+       "overlay", "ramfs", "squashfs", "tmpfs", "vfat",  "xfs",  "zfs"};
+
+/// The table as it was last read, with the file that tells when it is no longer true.
+struct KeptTable
+{
+    std::mutex mutex;
+    FileDescriptor notices;
+    pid_t process = 0; ///< Whose table it is: a process may have been started into mounts of its own.
+    QList<MountEntry> entries;
+
+    /// proc(5): whoever has the table open is told by poll(2) of each change.
+    [[nodiscard]] bool hasChanged() const
+    {
+        pollfd wanted = {notices.number(), POLLPRI, 0};
+        return ::poll(&wanted, 1, 0) != 0;
+    }
+};
+
+} // namespace
+
+QList<MountEntry> knownMounts()
+{
+    static KeptTable *const kept = new KeptTable;
+    const std::scoped_lock lock(kept->mutex);
+    if (!kept->notices.isOpen() || kept->process != ::getpid()) {
+        kept->notices = openAt(AT_FDCWD, "/proc/self/mountinfo", O_RDONLY);
+        kept->process = ::getpid();
+        kept->entries = mountTable();
+    } else if (kept->hasChanged()) {
+        kept->entries = mountTable();
+    }
+    return kept->entries;
+}
+
+bool alwaysAnswers(const MountEntry &mount)
+{
+    return std::ranges::find(localTypes, std::string_view(mount.type.constData())) != localTypes.end();
+}
+
+} // namespace Quillmere

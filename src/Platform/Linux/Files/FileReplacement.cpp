@@ -1,0 +1,147 @@
+#include "Platform/Linux/Files/FileReplacement.h"
+
+#include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/FileDescriptor.h"
+#include "Platform/Linux/Files/ItemPlace.h"
+#include "Platform/Linux/Files/OpenAt.h"
+#include "Platform/Linux/Files/Writing.h"
+#include "Platform/Linux/Removal/FileCopy.h"
+
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace Quillmere {
+
+namespace {
+
+constexpr int mostAttempts = 100;
+constexpr mode_t usualMode = 0666;
+
+/// A file on its way into a folder. Unless it arrives, nothing of it stays.
+class Replacement
+{
+public:
+    Replacement(const FileDescriptor &folder, QByteArray target)
+        : m_folder(folder)
+        , m_target(std::move(target))
+    {
+    }
+    ~Replacement()
+    {
+        if (!m_name.isEmpty())
+            ::unlinkat(m_folder.number(), m_name.constData(), 0);
+    }
+    Q_DISABLE_COPY_MOVE(Replacement)
+
+    /// True when all of it happened; otherwise errno says why not.
+    bool arrive(const QByteArray &contents, std::optional<mode_t> mode)
+    {
+        return open() && (mode ? setMode(*mode) : keepOrigin()) && write(contents) && moveIntoPlace();
+    }
+
+private:
+    bool open()
+    {
+        m_file = FileDescriptor(::openat(m_folder.number(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, usualMode));
+        if (m_file.isOpen())
+            return true;
+        // open(2): file systems without nameless files say EOPNOTSUPP, kernels without them EISDIR or ENOENT.
+        if (errno != EOPNOTSUPP && errno != EISDIR && errno != ENOENT)
+            return false;
+        return named([&](const QByteArray &name) {
+            m_file = FileDescriptor(::openat(m_folder.number(), name.constData(),
+                                             O_CREAT | O_EXCL | O_NOFOLLOW | O_WRONLY | O_CLOEXEC, usualMode));
+            return m_file.isOpen();
+        });
+    }
+
+    /// Looks for a name that is free, for as long as @p make finds that it is taken.
+    template<typename Make>
+    bool named(const Make &make)
+    {
+        for (int attempt = 0; attempt < mostAttempts; ++attempt) {
+            const QByteArray name = ".quillmere-" + QByteArray::number(QRandomGenerator::global()->generate64(), 36);
+            if (make(name)) {
+                m_name = name;
+                return true;
+            }
+            if (errno != EEXIST)
+                return false;
+        }
+        return false;
+    }
+
+    bool setMode(mode_t mode) { return ::fchmod(m_file.number(), mode) == 0; }
+
+    /// Owner, extended attributes and rights of the file that stands there, as far as it can be done: a volume may know
+    /// none of them, and only the administrator gives files away.
+    bool keepOrigin()
+    {
+        struct stat existing = {};
+        const bool isFile = ::fstatat(m_folder.number(), m_target.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0
+            && S_ISREG(existing.st_mode);
+        if (!isFile)
+            return true;
+        // Without the owner's name on it, the file must not run with its owner's rights.
+        const bool keepsOwner = ::fchown(m_file.number(), existing.st_uid, existing.st_gid) == 0;
+        const bool keepsGroup = keepsOwner || ::fchown(m_file.number(), static_cast<uid_t>(-1), existing.st_gid) == 0;
+        const FileDescriptor readable
+            = openAt(m_folder.number(), m_target, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+        if (readable.isOpen())
+            copyExtendedAttributes(readable.number(), m_file.number());
+        setMode(existing.st_mode & (keepsOwner ? 07777 : keepsGroup ? 0777 : 0707));
+        return true;
+    }
+
+    bool write(const QByteArray &contents)
+    {
+        errno = writeAll(m_file.number(), contents);
+        return errno == 0 && ::fsync(m_file.number()) == 0;
+    }
+
+    bool moveIntoPlace()
+    {
+        if (m_name.isEmpty() && !giveName())
+            return false;
+        if (::renameat(m_folder.number(), m_name.constData(), m_folder.number(), m_target.constData()) != 0)
+            return false;
+        m_name.clear();
+        // The file is complete whatever comes now; without this the disk might learn of the new name late.
+        const FileDescriptor readable = openAt(m_folder.number(), ".", O_RDONLY | O_DIRECTORY);
+        if (readable.isOpen())
+            ::fsync(readable.number());
+        return true;
+    }
+
+    bool giveName()
+    {
+        const QByteArray link = "/proc/self/fd/" + QByteArray::number(m_file.number());
+        return named([&](const QByteArray &name) {
+            return ::linkat(AT_FDCWD, link.constData(), m_folder.number(), name.constData(), AT_SYMLINK_FOLLOW) == 0;
+        });
+    }
+
+    const FileDescriptor &m_folder;
+    QByteArray m_target;
+    FileDescriptor m_file;
+    QByteArray m_name; ///< Where it stands for now; empty while it has no name of its own.
+};
+
+} // namespace
+
+Result<void> replaceFile(const FilePath &path, const QByteArray &contents, std::optional<mode_t> mode)
+{
+    const Result<ItemPlace> place = ItemPlace::open(path, LinksAbove::Follow);
+    if (!place)
+        return place.failure();
+    if (!Replacement(place.value().folder, place.value().name).arrive(contents, mode))
+        return failureFromErrno(errno, path);
+    return {};
+}
+
+} // namespace Quillmere

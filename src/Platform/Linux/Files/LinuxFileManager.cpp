@@ -1,0 +1,284 @@
+#include "Platform/Linux/Files/LinuxFileManager.h"
+
+#include "Platform/Linux/Disks/KnownMounts.h"
+#include "Platform/Linux/Files/BoundedReading.h"
+#include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/FileWriting.h"
+#include "Platform/Linux/Files/FolderListing.h"
+#include "Platform/Linux/Files/FolderOnDisk.h"
+#include "Platform/Linux/Files/FolderOpening.h"
+#include "Platform/Linux/Files/ItemPlace.h"
+#include "Platform/Linux/Files/LinkResolution.h"
+#include "Platform/Linux/Files/OpenAt.h"
+#include "Platform/Linux/Removal/ItemCopy.h"
+#include "Platform/Linux/Removal/ItemRemoval.h"
+#include "Platform/Linux/Walk/TreeWalk.h"
+
+#include <QSet>
+
+#include <algorithm>
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Quillmere {
+
+namespace {
+
+constexpr qint64 bytesPerBlock = 512;
+constexpr mode_t allRights = 0777;
+
+EntryKind typeOf(mode_t mode)
+{
+    if (S_ISREG(mode))
+        return EntryKind::Regular;
+    if (S_ISDIR(mode))
+        return EntryKind::Directory;
+    return S_ISLNK(mode) ? EntryKind::SymbolicLink : EntryKind::Other;
+}
+
+QDateTime timeOf(const timespec &time)
+{
+    return QDateTime::fromMSecsSinceEpoch(time.tv_sec * 1000LL + time.tv_nsec / 1'000'000, Qt::UTC);
+}
+
+bool isFolder(const FilePath &path)
+{
+    return openFolder(path, LinksAbove::Follow, O_PATH).isOk();
+}
+
+/// The folder at @p path or the nearest above it that can be opened: whatever volume the item was on, this is on.
+FileDescriptor openNearest(FilePath path)
+{
+    for (;;) {
+        Result<FileDescriptor> folder = openFolder(path, LinksAbove::Follow, O_RDONLY);
+        if (folder)
+            return std::move(folder).value();
+        const FilePath above = path.deletingLastPathComponent();
+        if (above == path)
+            return {};
+        path = above;
+    }
+}
+
+} // namespace
+
+LinuxFileManager::LinuxFileManager(UserEnvironment environment)
+    : m_environment(std::move(environment))
+    , m_home(resolveLinks(m_environment.home).value_or(m_environment.home.standardized()))
+    , m_guard(m_environment)
+    , m_trashCan(m_environment)
+{
+}
+
+FilePath LinuxFileManager::homeDirectory() const
+{
+    return m_environment.home;
+}
+
+FilePath LinuxFileManager::temporaryDirectory() const
+{
+    return m_environment.temporary;
+}
+
+FilePath LinuxFileManager::applicationSupportDirectory() const
+{
+    return m_environment.home.appending("Library/Application Support");
+}
+
+Result<QList<DirectoryEntry>> LinuxFileManager::contentsOfDirectory(const FilePath &folder, HiddenFiles hidden) const
+{
+    return Quillmere::contentsOfDirectory(folder, hidden);
+}
+
+std::unique_ptr<OpenFolder> LinuxFileManager::openFolder(const FilePath &path) const
+{
+    const Result<ItemPlace> place = ItemPlace::open(path, LinksAbove::Follow);
+    if (!place)
+        return nullptr;
+    std::unique_ptr<OpenFolder> folder = FolderOnDisk::below(place.value().folder.number(), place.value().name);
+    if (folder || errno != EXDEV || !mayEnter(path.standardized()))
+        return folder;
+    FileDescriptor top = openFolderForReading(path, FinalLink::Refuse);
+    return top.isOpen() ? std::make_unique<FolderOnDisk>(std::move(top)) : nullptr;
+}
+
+bool LinuxFileManager::isMountPoint(const FilePath &path) const
+{
+    const QList<MountEntry> mounts = knownMounts();
+    return std::ranges::find(mounts, path.standardized(), &MountEntry::location) != mounts.end();
+}
+
+bool LinuxFileManager::isAnswering(const FilePath &path) const
+{
+    const FilePath actual = resolvingSymlinks(path);
+    const std::optional<MountEntry> mount = mountThatHolds(actual, knownMounts());
+    if (!mount || isRelied(*mount))
+        return true;
+    const Result<VolumeCapacity> answer = m_capacities.ask(actual, CapacityKey::Total);
+    return answer || answer.failure().kind != Failure::Kind::Busy;
+}
+
+bool LinuxFileManager::isRelied(const MountEntry &mount) const
+{
+    return alwaysAnswers(mount) || m_home.isWithin(mount.location);
+}
+
+bool LinuxFileManager::mayEnter(const FilePath &mountPoint) const
+{
+    const std::optional<MountEntry> mount = mountThatHolds(mountPoint, knownMounts());
+    return !mount || isRelied(*mount);
+}
+
+Result<TreeSize> LinuxFileManager::measureTree(const FilePath &folder, const Cancellation &cancellation) const
+{
+    return Quillmere::measureTree(folder, cancellation);
+}
+
+Result<QList<FoundFile>> LinuxFileManager::findFiles(const FilePath &folder, const FileSearch &search,
+                                                     const Cancellation &cancellation) const
+{
+    return Quillmere::findFiles(folder, search, cancellation);
+}
+
+bool LinuxFileManager::fileExists(const FilePath &path) const
+{
+    const Result<ItemPlace> place = ItemPlace::open(path, LinksAbove::Follow);
+    struct stat status = {};
+    return place && ::fstatat(place.value().folder.number(), place.value().name.constData(), &status, 0) == 0;
+}
+
+Result<FileAttributes> LinuxFileManager::attributesOfItem(const FilePath &path) const
+{
+    const Result<ItemPlace> place = ItemPlace::open(path, LinksAbove::Follow);
+    if (!place)
+        return place.failure();
+    struct stat status = {};
+    if (::fstatat(place.value().folder.number(), place.value().name.constData(), &status,
+                  AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT)
+        != 0)
+        return failureFromErrno(errno, path);
+    return FileAttributes{typeOf(status.st_mode), status.st_size, status.st_blocks * bytesPerBlock,
+                          timeOf(status.st_mtim), status.st_uid == m_environment.user};
+}
+
+bool LinuxFileManager::isExecutableFile(const FilePath &path) const
+{
+    struct stat status;
+    return ::stat(path.bytes().constData(), &status) == 0 && S_ISREG(status.st_mode)
+        && ::faccessat(AT_FDCWD, path.bytes().constData(), X_OK, AT_EACCESS) == 0;
+}
+
+bool LinuxFileManager::isReadableFile(const FilePath &path) const
+{
+    return ::faccessat(AT_FDCWD, path.bytes().constData(), R_OK, AT_EACCESS) == 0;
+}
+
+bool LinuxFileManager::isWritableFile(const FilePath &path) const
+{
+    return ::faccessat(AT_FDCWD, path.bytes().constData(), W_OK, AT_EACCESS) == 0;
+}
+
+Result<VolumeCapacity> LinuxFileManager::capacityOfVolume(const FilePath &path, CapacityKeys keys) const
+{
+    return m_capacities.ask(path, keys);
+}
+
+QList<FilePath> LinuxFileManager::mountedVolumes() const
+{
+    return m_volumes.places(DiskService::toShow());
+}
+
+Result<VolumeValues> LinuxFileManager::valuesOfVolume(const FilePath &mountPoint) const
+{
+    return m_volumes.values(mountPoint, DiskService::toShow());
+}
+
+bool LinuxFileManager::areOnSameVolume(const FilePath &one, const FilePath &other) const
+{
+    const auto first = resolveLinks(one);
+    const auto second = resolveLinks(other);
+    if (!first || !second)
+        return false;
+    const QList<MountEntry> table = mountTable();
+    const auto firstMount = mountThatHolds(*first, table);
+    const auto secondMount = mountThatHolds(*second, table);
+    return firstMount && secondMount && firstMount->device == secondMount->device;
+}
+
+FilePath LinuxFileManager::resolvingSymlinks(const FilePath &path) const
+{
+    const auto enter = [this](const FilePath &mountPoint) { return mayEnter(mountPoint); };
+    return resolveLinks(path, enter).value_or(path.standardized());
+}
+
+Result<FilePath> LinuxFileManager::trashItem(const FilePath &path) const
+{
+    return m_trashCan.trash(path);
+}
+
+Result<void> LinuxFileManager::removeItem(const FilePath &path) const
+{
+    return Quillmere::removeItem(path, m_guard);
+}
+
+Result<void> LinuxFileManager::removeItemAtOnce(const FilePath &path) const
+{
+    return Quillmere::removeItemAtOnce(path, m_guard);
+}
+
+Result<void> LinuxFileManager::copyItem(const FilePath &source, const FilePath &destination) const
+{
+    return Quillmere::copyItem(source, destination);
+}
+
+void LinuxFileManager::synchronizeVolumes(const QList<FilePath> &paths) const
+{
+    QSet<dev_t> synchronized;
+    for (const FilePath &path : paths) {
+        const FileDescriptor folder = openNearest(path.deletingLastPathComponent());
+        struct stat status = {};
+        if (!folder.isOpen() || ::fstat(folder.number(), &status) != 0 || synchronized.contains(status.st_dev))
+            continue;
+        synchronized.insert(status.st_dev);
+        ::syncfs(folder.number());
+    }
+}
+
+Result<void> LinuxFileManager::createDirectory(const FilePath &folder, Intermediates intermediates) const
+{
+    const bool withParents = intermediates == Intermediates::Create;
+    const FilePath parent = folder.deletingLastPathComponent();
+    if (withParents && parent != folder && !isFolder(parent)) {
+        if (const Result<void> made = createDirectory(parent, intermediates); !made)
+            return made;
+    }
+    const Result<ItemPlace> place = ItemPlace::open(folder, LinksAbove::Follow);
+    if (!place)
+        return place.failure();
+    if (::mkdirat(place.value().folder.number(), place.value().name.constData(), allRights) == 0)
+        return {};
+    const int error = errno;
+    if (error == EEXIST && withParents && isFolder(folder))
+        return {};
+    return failureFromErrno(error, folder);
+}
+
+Result<QByteArray> LinuxFileManager::contentsOfFile(const FilePath &path) const
+{
+    return readFile(path);
+}
+
+Result<QByteArray> LinuxFileManager::contentsOfFile(const FilePath &path, qsizetype mostBytes) const
+{
+    return readBounded(path, mostBytes);
+}
+
+Result<void> LinuxFileManager::writeFile(const FilePath &path, const QByteArray &contents, WriteMode mode) const
+{
+    return mode == WriteMode::Atomic ? writeAtomically(path, contents) : writeInPlace(path, contents);
+}
+
+} // namespace Quillmere

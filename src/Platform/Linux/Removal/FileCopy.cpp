@@ -1,0 +1,135 @@
+#include "Platform/Linux/Removal/FileCopy.h"
+
+#include "Platform/Linux/Files/Writing.h"
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace Quillmere {
+
+namespace {
+
+constexpr size_t pieceSize = 256 * 1024;
+
+int copyPiece(int source, int target, qint64 from, qint64 to)
+{
+    std::vector<char> piece(pieceSize);
+    if (::lseek(target, from, SEEK_SET) < 0)
+        return errno;
+    while (from < to) {
+        const auto wanted = static_cast<size_t>(qMin<qint64>(to - from, pieceSize));
+        const ssize_t got = ::pread(source, piece.data(), wanted, from);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return errno;
+        if (got == 0) // Somebody is cutting the file short.
+            return EBUSY;
+        if (const int error = writeAll(target, QByteArrayView(piece.data(), got)))
+            return error;
+        from += got;
+    }
+    return 0;
+}
+
+} // namespace
+
+int copyContents(int source, int target, qint64 size)
+{
+    qint64 position = 0;
+    while (position < size) {
+        qint64 data = ::lseek(source, position, SEEK_DATA);
+        if (data < 0 && errno == ENXIO)
+            break;
+        if (data < 0) // Not every file system tells its holes.
+            data = position;
+        qint64 hole = ::lseek(source, data, SEEK_HOLE);
+        if (hole < 0)
+            hole = size;
+        if (const int error = copyPiece(source, target, data, qMin(hole, size)))
+            return error;
+        position = hole;
+    }
+    return ::ftruncate(target, size) == 0 ? 0 : errno;
+}
+
+void copyExtendedAttributes(int source, int target)
+{
+    copyExtendedAttributes(source, target, [source](const char *name, std::vector<char> &value) {
+        return ::fgetxattr(source, name, value.data(), value.size());
+    });
+}
+
+void copyExtendedAttributes(int source, int target, const AttributeReading &read)
+{
+    std::vector<char> names(XATTR_LIST_MAX);
+    const ssize_t length = ::flistxattr(source, names.data(), names.size());
+    std::vector<char> value(XATTR_SIZE_MAX);
+    for (ssize_t at = 0; at < length;) {
+        const char *name = names.data() + at;
+        at += static_cast<ssize_t>(qstrlen(name)) + 1;
+        const ssize_t size = read(name, value);
+        if (size >= 0)
+            ::fsetxattr(target, name, value.data(), static_cast<size_t>(size), 0);
+    }
+}
+
+void copyTimes(int target, const struct stat &status)
+{
+    const std::array times = {status.st_atim, status.st_mtim};
+    ::futimens(target, times.data());
+}
+
+void copyMetadata(int source, int target, const struct stat &status)
+{
+    copyExtendedAttributes(source, target);
+    mode_t mode = status.st_mode & 07777;
+    // Without the owner's name on it, the file must not run with its owner's rights.
+    if (::fchown(target, status.st_uid, status.st_gid) != 0)
+        mode &= 0777;
+    ::fchmod(target, mode);
+    copyTimes(target, status);
+}
+
+bool isUnchanged(const struct stat &before, const struct stat &after)
+{
+    return before.st_size == after.st_size && before.st_mtim.tv_sec == after.st_mtim.tv_sec
+        && before.st_mtim.tv_nsec == after.st_mtim.tv_nsec;
+}
+
+std::optional<QByteArray> textOfLink(int folder, const QByteArray &name)
+{
+    std::array<char, PATH_MAX> text = {};
+    const ssize_t length = ::readlinkat(folder, name.constData(), text.data(), text.size());
+    return length < 0 ? std::nullopt : std::optional(QByteArray(text.data(), length));
+}
+
+int makeLink(const QByteArray &text, int folder, const QByteArray &name, const struct stat &status)
+{
+    if (::symlinkat(text.constData(), folder, name.constData()) != 0)
+        return errno;
+    const std::array times = {status.st_atim, status.st_mtim};
+    ::utimensat(folder, name.constData(), times.data(), AT_SYMLINK_NOFOLLOW);
+    return 0;
+}
+
+int copySpecial(int fromFolder, const QByteArray &from, int toFolder, const QByteArray &to, const struct stat &status)
+{
+    if (S_ISLNK(status.st_mode)) {
+        const std::optional<QByteArray> text = textOfLink(fromFolder, from);
+        return text ? makeLink(*text, toFolder, to, status) : errno;
+    }
+    if (::mknodat(toFolder, to.constData(), status.st_mode, status.st_rdev) != 0)
+        return errno;
+    const std::array times = {status.st_atim, status.st_mtim};
+    ::utimensat(toFolder, to.constData(), times.data(), AT_SYMLINK_NOFOLLOW);
+    return 0;
+}
+
+} // namespace Quillmere

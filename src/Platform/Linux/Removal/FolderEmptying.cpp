@@ -1,0 +1,142 @@
+#include "Platform/Linux/Removal/FolderEmptying.h"
+
+#include "Platform/Linux/Files/OpenAt.h"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace Quillmere {
+
+namespace {
+
+constexpr quint64 stayingInside = RESOLVE_NO_SYMLINKS | RESOLVE_NO_XDEV;
+constexpr size_t bufferSize = 64 * 1024;
+
+/// True when the folder is ours and its owner has all rights now; another thread may have been the one to give them.
+bool giveOwnerAllRights(const struct stat &status, const std::function<int(mode_t)> &change)
+{
+    const mode_t mode = status.st_mode & 07777;
+    return status.st_uid == ::geteuid() && ((mode & S_IRWXU) == S_IRWXU || change(mode | S_IRWXU) == 0);
+}
+
+/// For a folder open for reading. An O_PATH descriptor, such as that of the folder an item stands in, is left alone.
+bool unlock(int folder)
+{
+    struct stat status = {};
+    return ::fstat(folder, &status) == 0
+        && giveOwnerAllRights(status, [&](mode_t mode) { return ::fchmod(folder, mode); });
+}
+
+bool unlockPath(int folder)
+{
+    struct stat status = {};
+    // fchmod(2) does not take an O_PATH descriptor; the kernel's own link to it leads to the same folder.
+    const QByteArray door = "/proc/self/fd/" + QByteArray::number(folder);
+    return ::fstat(folder, &status) == 0
+        && giveOwnerAllRights(status, [&](mode_t mode) { return ::chmod(door.constData(), mode); });
+}
+
+int unlinkUnlocking(int folder, const char *name, int flags)
+{
+    if (::unlinkat(folder, name, flags) == 0)
+        return 0;
+    if (errno != EACCES)
+        return errno;
+    return !unlock(folder) ? EACCES : ::unlinkat(folder, name, flags) == 0 ? 0 : errno;
+}
+
+bool isDots(const char *name)
+{
+    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
+}
+
+void sweepEntry(int folder, const dirent64 &entry, const MayRemove &mayRemove, FolderSweep &sweep)
+{
+    if (entry.d_type == DT_DIR) {
+        sweep.folders.append(entry.d_name);
+        return;
+    }
+    const int error = removeEntry(folder, entry.d_name, mayRemove);
+    if (error == 0)
+        ++sweep.removed;
+    else if (error == EISDIR) // Of a kind unknown before, or changed since.
+        sweep.folders.append(entry.d_name);
+    else if (error != ENOENT)
+        sweep.refusals.append({entry.d_name, error});
+}
+
+} // namespace
+
+FolderSweep sweepFolder(int folder, const MayRemove &mayRemove)
+{
+    FolderSweep sweep;
+    alignas(dirent64) std::array<char, bufferSize> buffer;
+    for (;;) {
+        const ssize_t filled = ::getdents64(folder, buffer.data(), buffer.size());
+        // A folder that somebody else has deleted meanwhile reads as ENOENT: nothing is left in it.
+        if (filled < 0 && errno != ENOENT)
+            sweep.refusals.append({{}, errno});
+        if (filled <= 0)
+            return sweep;
+        for (ssize_t offset = 0; offset < filled;) {
+            const auto &entry = *reinterpret_cast<const dirent64 *>(buffer.data() + offset);
+            offset += entry.d_reclen;
+            if (!isDots(entry.d_name))
+                sweepEntry(folder, entry, mayRemove, sweep);
+        }
+    }
+}
+
+FileDescriptor openFolderToEmpty(int parent, const QByteArray &name)
+{
+    constexpr int reading = O_RDONLY | O_DIRECTORY | O_NOFOLLOW;
+    FileDescriptor folder = openAt(parent, name, reading, stayingInside);
+    if (!folder.isOpen() && errno == EACCES) {
+        unlock(parent);
+        const FileDescriptor locked = openAt(parent, name, O_PATH | O_DIRECTORY | O_NOFOLLOW, stayingInside);
+        if (locked.isOpen())
+            return openFolderToEmpty(locked.number());
+    }
+    return folder;
+}
+
+FileDescriptor openFolderToEmpty(int folder)
+{
+    FileDescriptor opened = openAt(folder, ".", O_RDONLY | O_DIRECTORY, stayingInside);
+    if (!opened.isOpen() && errno == EACCES) {
+        if (unlockPath(folder))
+            return openAt(folder, ".", O_RDONLY | O_DIRECTORY, stayingInside);
+        errno = EACCES;
+    }
+    return opened;
+}
+
+int removeEntry(int folder, const char *name, const MayRemove &mayRemove)
+{
+    if (mayRemove) {
+        struct stat status = {};
+        if (::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+            return errno;
+        if (!S_ISDIR(status.st_mode) && !mayRemove(status))
+            return EBUSY;
+    }
+    return unlinkUnlocking(folder, name, 0);
+}
+
+int removeEmptyFolder(int parent, const QByteArray &name)
+{
+    return unlinkUnlocking(parent, name.constData(), AT_REMOVEDIR);
+}
+
+int removeEmptyFolderOrEntry(int parent, const QByteArray &name, const MayRemove &mayRemove)
+{
+    const int error = removeEmptyFolder(parent, name);
+    return error == ENOTDIR ? removeEntry(parent, name.constData(), mayRemove) : error;
+}
+
+} // namespace Quillmere

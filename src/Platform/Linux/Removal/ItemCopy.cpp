@@ -1,0 +1,75 @@
+#include "Platform/Linux/Removal/ItemCopy.h"
+
+#include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/FileIdentity.h"
+#include "Platform/Linux/Files/ItemPlace.h"
+#include "Platform/Linux/Files/OpenAt.h"
+#include "Platform/Linux/Removal/TreeCopy.h"
+#include "Platform/Linux/Removal/UnfinishedItem.h"
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Quillmere {
+
+namespace {
+
+bool isThere(const ItemPlace &place)
+{
+    struct stat status = {};
+    return ::fstatat(place.folder.number(), place.name.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+FileIdentity identityOf(const FileDescriptor &folder)
+{
+    struct stat status = {};
+    return ::fstat(folder.number(), &status) == 0 ? FileIdentity::of(status) : FileIdentity();
+}
+
+/// A copy of @p item into one of its own folders would never come to an end.
+bool liesIn(const FileDescriptor &folder, const FileDescriptor &item)
+{
+    FileDescriptor above = openAt(folder.number(), ".", O_PATH | O_DIRECTORY);
+    FileIdentity below;
+    // The root is its own parent.
+    while (above.isOpen() && identityOf(above) != below) {
+        below = identityOf(above);
+        if (below == identityOf(item))
+            return true;
+        above = openAt(above.number(), "..", O_PATH | O_DIRECTORY);
+    }
+    return false;
+}
+
+} // namespace
+
+Result<void> copyItem(const FilePath &source, const FilePath &destination)
+{
+    const Result<ItemPlace> from = ItemPlace::open(source, LinksAbove::Follow);
+    const Result<ItemPlace> to = ItemPlace::open(destination, LinksAbove::Follow);
+    if (!from || !to)
+        return from ? to.failure() : from.failure();
+    const FileDescriptor item = openAt(from.value().folder.number(), from.value().name, O_PATH | O_NOFOLLOW);
+    if (!item.isOpen())
+        return failureFromErrno(errno, source);
+    if (isThere(to.value()))
+        return failureFromErrno(EEXIST, destination);
+    if (liesIn(to.value().folder, item))
+        return Failure{Failure::Kind::NotSupported, destination, u"The copy would lie in what is copied"_qs};
+
+    const UnfinishedItem growing(to.value());
+    const Result<CopiedEntries> copied = copyTree(from.value(), to.value().folder.number(), growing.name());
+    if (!copied)
+        return copied.failure();
+    const FileDescriptor folder = openAt(to.value().folder.number(), ".", O_RDONLY | O_DIRECTORY);
+    if (folder.isOpen() && ::syncfs(folder.number()) != 0)
+        return failureFromErrno(errno, destination);
+    if (const int error = growing.reveal())
+        return failureFromErrno(error, destination);
+    return {};
+}
+
+} // namespace Quillmere

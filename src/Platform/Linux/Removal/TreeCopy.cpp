@@ -1,0 +1,157 @@
+#include "Platform/Linux/Removal/TreeCopy.h"
+
+#include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/FolderNames.h"
+#include "Platform/Linux/Files/OpenAt.h"
+#include "Platform/Linux/Removal/FileCopy.h"
+#include "Platform/Linux/Removal/FolderStack.h"
+
+#include <cerrno>
+#include <optional>
+
+#include <fcntl.h>
+
+namespace Quillmere {
+
+namespace {
+
+constexpr quint64 stayingInside = RESOLVE_NO_SYMLINKS | RESOLVE_NO_XDEV;
+constexpr mode_t whileCopying = 0700;
+
+/// Walks down the source and builds the same folders on the other side, both with a bounded number of descriptors.
+class Copying
+{
+public:
+    Copying(int from, int to, FilePath location)
+        : m_from(from)
+        , m_to(to)
+        , m_location(std::move(location))
+    {
+    }
+
+    Result<CopiedEntries> run(const QByteArray &name, const QByteArray &newName)
+    {
+        int error = copyEntry(name, newName);
+        while (error == 0 && !m_frames.empty()) {
+            Frame &frame = m_frames.back();
+            if (frame.next == frame.names.size()) {
+                error = leave();
+                continue;
+            }
+            const QByteArray child = frame.names.at(frame.next++);
+            error = copyEntry(child, child);
+        }
+        if (error != 0)
+            return failure(error);
+        return std::move(m_copied);
+    }
+
+private:
+    struct Frame
+    {
+        QByteArray name;
+        struct stat status;
+        QList<QByteArray> names;
+        qsizetype next = 0;
+    };
+
+    int copyEntry(const QByteArray &name, const QByteArray &newName)
+    {
+        m_current = name;
+        struct stat status = {};
+        if (::fstatat(m_from.current(), name.constData(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+            return errno;
+        if (S_ISDIR(status.st_mode))
+            return enter(name, newName);
+        if (S_ISREG(status.st_mode))
+            return copyFile(name, newName);
+        if (const int error = copySpecial(m_from.current(), name, m_to.current(), newName, status))
+            return error;
+        m_copied.add(status);
+        return 0;
+    }
+
+    int copyFile(const QByteArray &name, const QByteArray &newName)
+    {
+        const FileDescriptor source = openAt(m_from.current(), name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK, stayingInside);
+        struct stat before = {};
+        if (!source.isOpen() || ::fstat(source.number(), &before) != 0)
+            return errno;
+        if (!S_ISREG(before.st_mode))
+            return EBUSY;
+        const FileDescriptor target(::openat(m_to.current(), newName.constData(),
+                                             O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, whileCopying));
+        if (!target.isOpen())
+            return errno;
+        if (const int error = copyContents(source.number(), target.number(), before.st_size))
+            return error;
+        copyMetadata(source.number(), target.number(), before);
+        struct stat after = {};
+        if (::fstat(source.number(), &after) != 0)
+            return errno;
+        m_copied.add(before);
+        return isUnchanged(before, after) ? 0 : EBUSY;
+    }
+
+    int enter(const QByteArray &name, const QByteArray &newName)
+    {
+        FileDescriptor source = openAt(m_from.current(), name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW, stayingInside);
+        struct stat status = {};
+        if (!source.isOpen() || ::fstat(source.number(), &status) != 0)
+            return errno;
+        if (::mkdirat(m_to.current(), newName.constData(), whileCopying) != 0)
+            return errno;
+        FileDescriptor target = openAt(m_to.current(), newName, O_RDONLY | O_DIRECTORY | O_NOFOLLOW, stayingInside);
+        if (!target.isOpen())
+            return errno;
+        std::optional<QList<QByteArray>> names = namesIn(source.number());
+        if (!names)
+            return errno;
+        m_from.enter(std::move(source));
+        m_to.enter(std::move(target));
+        m_frames.push_back({name, status, std::move(*names), 0});
+        return 0;
+    }
+
+    int leave()
+    {
+        // Last of all: rights may forbid what had to be done before, and new entries change the times.
+        const FileDescriptor source(::fcntl(m_from.current(), F_DUPFD_CLOEXEC, 0));
+        const FileDescriptor target(::fcntl(m_to.current(), F_DUPFD_CLOEXEC, 0));
+        int error = m_from.leave();
+        if (error == 0)
+            error = m_to.leave();
+        copyMetadata(source.number(), target.number(), m_frames.back().status);
+        m_frames.pop_back();
+        return error;
+    }
+
+    Failure failure(int error) const
+    {
+        QByteArray relative;
+        for (const Frame &frame : m_frames)
+            relative += frame.name + '/';
+        const FilePath path = m_location.appending(relative + m_current).standardized();
+        if (error == EXDEV)
+            return {Failure::Kind::NotSupported, path, u"Another file system is mounted here"_qs};
+        if (error == ESTALE)
+            return {Failure::Kind::Busy, path, u"The folder was moved elsewhere meanwhile"_qs};
+        return failureFromErrno(error, path);
+    }
+
+    FolderStack m_from;
+    FolderStack m_to;
+    FilePath m_location;
+    QByteArray m_current;
+    std::vector<Frame> m_frames;
+    CopiedEntries m_copied;
+};
+
+} // namespace
+
+Result<CopiedEntries> copyTree(const ItemPlace &place, int folder, const QByteArray &name)
+{
+    return Copying(place.folder.number(), folder, place.path.deletingLastPathComponent()).run(place.name, name);
+}
+
+} // namespace Quillmere
