@@ -159,6 +159,10 @@ class Table:
     def __init__(self):
         self.missed = 0
 
+    def miss(self, tree, why):
+        self.missed += 1
+        print(f"{tree:8} {why}", flush=True)
+
     def row(self, tree, what, value, bound, at_most=True, text="{:.2f}"):
         if bound is None:
             print(f"{tree:8} {what:42} {text.format(value):>12}")
@@ -175,6 +179,7 @@ def measure_warm(table, name, tree, programs, rounds):
     peers = {"us": [walk, tree], "du": ["du", "-sl", tree], "gdu": ["gdu", "-n", "-p", "-s", tree]}
     if not shutil.which("gdu"):
         del peers["gdu"]
+        table.miss(name, "wall time of gdu over ours, warm: there is no gdu")
     runs = {peer: [] for peer in peers}
     for number in range(rounds + 1):
         for peer, command in peers.items():
@@ -200,11 +205,12 @@ def measure_warm(table, name, tree, programs, rounds):
 def measure_cold(table, name, tree, programs, rounds):
     walk, stop = programs
     ours, theirs, times = [], [], []
-    for _ in range(rounds):
-        drop_caches()
-        ours.append(Run([walk, tree]))
-        drop_caches()
-        theirs.append(Run(["du", "-s", tree]))
+    for number in range(rounds):
+        # In turns the first: below a virtual machine, whoever reads second may find the host's cache warm.
+        turns = [(ours, [walk, tree]), (theirs, ["du", "-s", tree])]
+        for runs, command in turns if number % 2 == 0 else reversed(turns):
+            drop_caches()
+            runs.append(Run(command))
         drop_caches()
         times += stop_times(stop, tree, 1, max(1, int(500 * ours[-1].wall)))
     table.row(name, "wall time of du -s over ours, cold", median_ratio(theirs, ours, "wall"), 3, at_most=False)
@@ -218,7 +224,9 @@ def measure(table, name, tree, programs, options):
     table.row(name, f"bytes missed of {size} in {files} files", abs(answer[1] - size) + abs(answer[0] - files), 0,
               text="{:.0f}")
     measure_warm(table, name, tree, programs, options.rounds)
-    if shutil.which("strace"):
+    if not shutil.which("strace"):
+        table.miss(name, "system calls: there is no strace")
+    else:
         table.row(name, "system calls", count_calls([programs[0], tree]), files + 3 * count_folders(tree) + 500,
                   text="{:.0f}")
     if options.cold == 0:
@@ -236,7 +244,7 @@ def main():
     parser.add_argument("--in", dest="place", default=tempfile.gettempdir(), help="where the trees are made")
     parser.add_argument("--trees", default=",".join(TREES))
     parser.add_argument("--rounds", default=15, type=int)
-    parser.add_argument("--cold", default=3, type=int, help="rounds with the page cache dropped; 0 for none")
+    parser.add_argument("--cold", default=4, type=int, help="rounds with the page cache dropped; 0 for none")
     options = parser.parse_args()
     programs = [str(options.programs / name) for name in ("quillmere-walk", "quillmere-walk-stop")]
 

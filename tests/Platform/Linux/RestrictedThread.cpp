@@ -17,14 +17,6 @@
 
 #include <thread>
 
-#ifdef __SANITIZE_THREAD__
-// Some of these threads start find(1), after which the sanitizer would let the process make no further thread.
-extern "C" const char *__tsan_default_options()
-{
-    return "die_after_fork=0";
-}
-#endif
-
 bool withPrivateMounts(const std::function<void()> &action)
 {
     bool isPermitted = false;
