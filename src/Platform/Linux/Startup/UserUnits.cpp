@@ -39,9 +39,10 @@ UserUnits::UserUnits(UnitFiles files, FilePath home, const QDBusConnection &sess
 
 QList<StartupEntry> UserUnits::entries() const
 {
-    QList<StartupEntry> found;
+    m_files.giveBackOwnLinks();
     if (!hasManager())
         return m_files.entries();
+    QList<StartupEntry> found;
     const QDBusMessage answer = ask(managerInterface, u"ListUnitFiles"_qs, {});
     if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != listOfPairs)
         return found;
@@ -93,10 +94,10 @@ Result<void> UserUnits::setEnabled(const FilePath &path, bool enabled) const
     if (!done)
         return done;
     // What became of it shows only now: the manager also accepts what changes nothing.
-    const QString state = stateOf(path);
-    if (state.isEmpty())
-        return Failure{Failure::Kind::Other, path, u"The manager of units does not know it any more"_qs};
-    if ((state == enabledState) != enabled)
+    const Result<QString> state = stateOf(path);
+    if (!state)
+        return state.failure();
+    if ((state.value() == enabledState) != enabled)
         return Failure{Failure::Kind::Other, path, u"The manager of units has left it as it was"_qs};
     return {};
 }
@@ -106,7 +107,7 @@ Result<void> UserUnits::enable(const FilePath &path) const
     if (m_files.isMasked(path.lastPathComponent())) {
         if (const Result<void> done = change(u"UnmaskUnitFiles"_qs, path, {false}); !done)
             return done;
-        if (stateOf(path) == enabledState)
+        if (isOn(path))
             return {};
     }
     return change(u"EnableUnitFiles"_qs, path, {false, false});
@@ -121,19 +122,18 @@ Result<void> UserUnits::disable(const FilePath &path) const
             return Failure{Failure::Kind::NotSupported, path, u"It could not be switched on again"_qs};
         return mask(path);
     }
-    const QByteArray link = m_files.ownLink(name);
-    const Result<void> done = change(u"DisableUnitFiles"_qs, path, {false});
     // systemctl(1): disabling removes all links to the unit, including those that were made by hand.
-    if (!link.isEmpty()) {
-        if (const Result<void> restored = m_files.restoreOwnLink(name, link); !restored)
-            return restored;
-    }
+    const Result<void> done
+        = m_files.keepingOwnLink(name, [&] { return change(u"DisableUnitFiles"_qs, path, {false}); });
     // The links of one that is enabled for all users are not this user's to take away.
-    return done && stateOf(path) == enabledState ? mask(path) : done;
+    return done && isOn(path) ? mask(path) : done;
 }
 
 Result<void> UserUnits::mask(const FilePath &path) const
 {
+    // Of a masked unit the manager names the mask alone. Without the system's file it would be listed no more.
+    if (m_files.systemFile(path.lastPathComponent()).isEmpty())
+        return Failure{Failure::Kind::NotSupported, path, u"It could not be switched on again"_qs};
     return change(u"MaskUnitFiles"_qs, path, {false, false});
 }
 
@@ -145,10 +145,14 @@ Result<void> UserUnits::change(const QString &method, const FilePath &path, cons
     return answer.type() == QDBusMessage::ReplyMessage ? Result<void>() : Result<void>(failureOf(answer, path));
 }
 
-QString UserUnits::stateOf(const FilePath &path) const
+Result<QString> UserUnits::stateOf(const FilePath &path) const
 {
     const QString unit = QString::fromUtf8(path.lastPathComponent());
-    return ask(managerInterface, u"GetUnitFileState"_qs, {unit}).arguments().value(0).toString();
+    const QDBusMessage answer = ask(managerInterface, u"GetUnitFileState"_qs, {unit});
+    // An error's text stands among the arguments of its message, too.
+    if (answer.type() != QDBusMessage::ReplyMessage)
+        return failureOf(answer, path);
+    return answer.arguments().value(0).toString();
 }
 
 /// Whoever runs the program on another home than their own does not mean their own units.
