@@ -1,6 +1,6 @@
 #include "Tools/Disks/ListedDisks.h"
 
-#include "Platform/Linux/Files/BoundedReading.h"
+#include "Platform/Linux/Files/FileReading.h"
 #include "Platform/Linux/Files/ErrnoFailure.h"
 #include "Platform/Linux/Files/FileReplacement.h"
 #include "Platform/Linux/Files/RuntimeFolder.h"

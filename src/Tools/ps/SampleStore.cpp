@@ -1,7 +1,7 @@
 #include "Tools/ps/SampleStore.h"
 
+#include "Platform/Linux/Files/FileReading.h"
 #include "Platform/Linux/Files/FileReplacement.h"
-#include "Platform/Linux/Files/FileWriting.h"
 
 #include <tuple>
 

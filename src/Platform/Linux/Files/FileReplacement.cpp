@@ -4,7 +4,7 @@
 #include "Platform/Linux/Files/FileDescriptor.h"
 #include "Platform/Linux/Files/ItemPlace.h"
 #include "Platform/Linux/Files/OpenAt.h"
-#include "Platform/Linux/Files/Writing.h"
+#include "Platform/Linux/Files/WriteAll.h"
 #include "Platform/Linux/Removal/FileCopy.h"
 
 #include <QRandomGenerator>

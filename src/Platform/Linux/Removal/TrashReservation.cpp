@@ -2,7 +2,7 @@
 
 #include "Platform/Linux/Files/ErrnoFailure.h"
 #include "Platform/Linux/Files/MoveWithoutReplacing.h"
-#include "Platform/Linux/Files/Writing.h"
+#include "Platform/Linux/Files/WriteAll.h"
 #include "Platform/Linux/Removal/TrashInfo.h"
 
 #include <cerrno>

@@ -1,5 +1,7 @@
 #include "Platform/Linux/Startup/UserUnits.h"
 
+#include "Platform/Linux/System/SystemdNames.h"
+
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusVariant>
@@ -8,9 +10,6 @@ namespace Quillmere {
 
 namespace {
 
-const QString manager = u"org.freedesktop.systemd1"_qs;
-const QString managerObject = u"/org/freedesktop/systemd1"_qs;
-const QString managerInterface = u"org.freedesktop.systemd1.Manager"_qs;
 const QString accessDenied = u"org.freedesktop.DBus.Error.AccessDenied"_qs;
 const QString enabledState = u"enabled"_qs;
 const QString disabledState = u"disabled"_qs;
@@ -43,7 +42,7 @@ QList<StartupEntry> UserUnits::entries() const
     if (!hasManager())
         return m_files.entries();
     QList<StartupEntry> found;
-    const QDBusMessage answer = ask(managerInterface, u"ListUnitFiles"_qs, {});
+    const QDBusMessage answer = ask(SystemdNames::manager, u"ListUnitFiles"_qs, {});
     if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != listOfPairs)
         return found;
     const QDBusArgument list = answer.arguments().first().value<QDBusArgument>();
@@ -141,14 +140,14 @@ Result<void> UserUnits::mask(const FilePath &path) const
 Result<void> UserUnits::change(const QString &method, const FilePath &path, const QVariantList &how) const
 {
     const QStringList units = {QString::fromUtf8(path.lastPathComponent())};
-    const QDBusMessage answer = ask(managerInterface, method, QVariantList{units} + how);
+    const QDBusMessage answer = ask(SystemdNames::manager, method, QVariantList{units} + how);
     return answer.type() == QDBusMessage::ReplyMessage ? Result<void>() : Result<void>(failureOf(answer, path));
 }
 
 Result<QString> UserUnits::stateOf(const FilePath &path) const
 {
     const QString unit = QString::fromUtf8(path.lastPathComponent());
-    const QDBusMessage answer = ask(managerInterface, u"GetUnitFileState"_qs, {unit});
+    const QDBusMessage answer = ask(SystemdNames::manager, u"GetUnitFileState"_qs, {unit});
     // An error's text stands among the arguments of its message, too.
     if (answer.type() != QDBusMessage::ReplyMessage)
         return failureOf(answer, path);
@@ -159,7 +158,7 @@ Result<QString> UserUnits::stateOf(const FilePath &path) const
 bool UserUnits::hasManager() const
 {
     const QDBusMessage answer
-        = ask(u"org.freedesktop.DBus.Properties"_qs, u"Get"_qs, {managerInterface, u"UnitPath"_qs});
+        = ask(u"org.freedesktop.DBus.Properties"_qs, u"Get"_qs, {SystemdNames::manager, u"UnitPath"_qs});
     const QVariant folders = answer.arguments().value(0).value<QDBusVariant>().variant();
     return folders.toStringList().contains(QString::fromUtf8(m_files.ownFolder().bytes()));
 }
@@ -169,7 +168,8 @@ QDBusMessage UserUnits::ask(const QString &interface, const QString &method, con
 {
     if (!m_sessionBus.isConnected())
         return QDBusMessage::createError(QDBusError::Disconnected, u"No session bus"_qs);
-    QDBusMessage question = QDBusMessage::createMethodCall(manager, managerObject, interface, method);
+    QDBusMessage question
+        = QDBusMessage::createMethodCall(SystemdNames::service, SystemdNames::object, interface, method);
     question.setArguments(arguments);
     question.setAutoStartService(false);
     return m_sessionBus.call(question, QDBus::Block, int(m_patience.count()));

@@ -1,7 +1,7 @@
 #include "Platform/Linux/System/ProcessTable.h"
 
-#include "Platform/Linux/Files/BoundedReading.h"
 #include "Platform/Linux/Files/DirectoryBuffer.h"
+#include "Platform/Linux/Files/FileReading.h"
 #include "Platform/Linux/System/ProcFile.h"
 #include "Platform/Linux/System/ProcText.h"
 
