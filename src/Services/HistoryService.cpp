@@ -2,6 +2,7 @@
 
 #include "Services/OperationLogCoding.h"
 #include "Utilities/Diagnostics.h"
+#include "Utilities/RemovableLocation.h"
 
 #include <algorithm>
 #include <tuple>
@@ -76,11 +77,8 @@ QList<OperationLog> HistoryService::loadHistory() const
 
 void HistoryService::clearHistory() const
 {
-    // Removal refuses a location below a link, and the home may be one.
-    const FilePath place = file();
-    const FilePath folder = m_files->resolvingSymlinks(place.deletingLastPathComponent());
     // Whether there was nothing to delete or it could not be deleted, loading shows what is left.
-    std::ignore = m_files->removeItem(folder.appending(place.lastPathComponent()));
+    std::ignore = m_files->removeItem(removableLocation(*m_files, file()));
 }
 
 QString HistoryService::exportCSV(const QList<OperationLog> &logs, const DateStyle &dateStyle) const
