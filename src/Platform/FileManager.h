@@ -84,7 +84,7 @@ struct VolumeValues
 enum class HiddenFiles { Include, Skip };
 enum class Intermediates { Create, MustExist };
 enum class WriteMode {
-    InPlace, ///< Truncates and writes: owner, mode and links stay; a failure may leave a part.
+    InPlace, ///< Overwrites, and cuts off what is left last: owner, mode and links stay; a failure may leave a part.
     /// Whoever looks, at whatever moment, finds the old contents or the new. Of a file that was there the mode and the
     /// extended attributes stay, and the owner where the user may give files away; a link is replaced.
     Atomic,

@@ -1,6 +1,7 @@
 #include "Services/BrowserService.h"
 
 #include "Services/CleanupService.h"
+#include "Utilities/RemovableLocation.h"
 #include "Values/CancellationError.h"
 
 #include <algorithm>
@@ -167,9 +168,7 @@ QList<FilePath> BrowserService::cacheFolders(const BrowserDefinition &browser) c
 
     QList<FilePath> folders;
     for (const FilePath &candidate : std::as_const(candidates)) {
-        // Removal refuses a location below a link, so a folder is named where it truly stands.
-        const FilePath parent = m_files->resolvingSymlinks(candidate.deletingLastPathComponent());
-        const FilePath folder = parent.appending(candidate.lastPathComponent());
+        const FilePath folder = removableLocation(*m_files, candidate);
         const bool isKnown = std::ranges::any_of(
             folders, [&](const FilePath &known) { return folder.isWithin(known) || known.isWithin(folder); });
         if (!isKnown && mayBeCleaned(folder))

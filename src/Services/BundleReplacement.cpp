@@ -1,11 +1,12 @@
 #include "Services/BundleReplacement.h"
 
+#include "Utilities/RemovableLocation.h"
+
 namespace Quillmere {
 
 Result<void> replaceBundle(const FileManager &files, const FilePath &from, const FilePath &to)
 {
-    // Removal refuses a location below a link, and the home may be one.
-    const FilePath place = files.resolvingSymlinks(to.deletingLastPathComponent()).appending(to.lastPathComponent());
+    const FilePath place = removableLocation(files, to);
     // To replace the very bundle that is to be copied would leave nothing to copy.
     if (place == files.resolvingSymlinks(from))
         return {};

@@ -1,6 +1,7 @@
 #include "Services/DeveloperStorageService.h"
 
 #include "Utilities/LocalizationManager.h"
+#include "Utilities/RemovableLocation.h"
 
 #include <QSet>
 #include <QStringDecoder>
@@ -182,7 +183,7 @@ std::optional<QList<CleanupItem>> DeveloperStorageService::itemsOf(const Cleanup
     for (const PlaceEntry &place : offeredPlaces(group, scanner)) {
         if (scanner.isCancelled())
             return std::nullopt;
-        const FilePath location = removableLocation(place.path);
+        const FilePath location = removableLocation(m_lookup.files(), place.path.standardized());
         const std::optional<qint64> size = sizeOf(location, scanner);
         if (!size && scanner.isCancelled())
             return std::nullopt;
@@ -202,15 +203,9 @@ std::optional<QList<CleanupItem>> DeveloperStorageService::itemsOf(const Cleanup
     return items;
 }
 
-FilePath DeveloperStorageService::removableLocation(const FilePath &path) const
-{
-    // Removal refuses a location below a link, so an item is named below the true place of what holds it.
-    return m_lookup.keyOf(path.deletingLastPathComponent()).appending(path.lastPathComponent());
-}
-
 bool DeveloperStorageService::mayBeOffered(const FilePath &path) const
 {
-    return !m_places->reasonToKeep(removableLocation(path));
+    return !m_places->reasonToKeep(removableLocation(m_lookup.files(), path.standardized()));
 }
 
 std::optional<CleanupCategory> DeveloperStorageService::scanInstalledTools(ScannerService &scanner) const

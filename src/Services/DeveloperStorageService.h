@@ -37,7 +37,6 @@ private:
     [[nodiscard]] QList<PlaceEntry> offeredPlaces(const CleanupGroup &group, const ScannerService &scanner) const;
     /// Nothing once the scanner is cancelled: a group is whole or not there.
     [[nodiscard]] std::optional<QList<CleanupItem>> itemsOf(const CleanupGroup &group, ScannerService &scanner) const;
-    [[nodiscard]] FilePath removableLocation(const FilePath &path) const;
     [[nodiscard]] bool mayBeOffered(const FilePath &path) const;
 
     /// False once the scanner is cancelled.

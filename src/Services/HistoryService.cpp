@@ -2,8 +2,10 @@
 
 #include "Services/OperationLogCoding.h"
 #include "Utilities/Diagnostics.h"
+#include "Utilities/RemovableLocation.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace Quillmere {
 
@@ -75,11 +77,8 @@ QList<OperationLog> HistoryService::loadHistory() const
 
 void HistoryService::clearHistory() const
 {
-    // Removal refuses a location below a link, and the home may be one.
-    const FilePath place = file();
-    const FilePath folder = m_files->resolvingSymlinks(place.deletingLastPathComponent());
     // Whether there was nothing to delete or it could not be deleted, loading shows what is left.
-    [[maybe_unused]] const Result<void> removed = m_files->removeItem(folder.appending(place.lastPathComponent()));
+    std::ignore = m_files->removeItem(removableLocation(*m_files, file()));
 }
 
 QString HistoryService::exportCSV(const QList<OperationLog> &logs, const DateStyle &dateStyle) const
@@ -102,7 +101,7 @@ FilePath HistoryService::file() const
     if (support.isEmpty())
         qFatal("This user has no Application Support folder.");
     const FilePath folder = support.appending("Quillmere");
-    [[maybe_unused]] const Result<void> created = m_files->createDirectory(folder, Intermediates::Create);
+    std::ignore = m_files->createDirectory(folder, Intermediates::Create);
     return folder.appending("history.json");
 }
 

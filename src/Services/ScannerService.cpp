@@ -1,6 +1,7 @@
 #include "Services/ScannerService.h"
 
 #include "Utilities/LocalizationManager.h"
+#include "Utilities/RemovableLocation.h"
 #include "Values/CancellationError.h"
 
 #include <algorithm>
@@ -214,9 +215,7 @@ std::optional<FilePath> ScannerService::offeredChild(const DirectoryEntry &child
 
 std::optional<FilePath> ScannerService::offeredInside(const FilePath &child, const QByteArray &suffix) const
 {
-    const FilePath inside = child.appending(suffix);
-    const FilePath folder = m_files->resolvingSymlinks(inside.deletingLastPathComponent());
-    const FilePath offered = folder.appending(inside.lastPathComponent());
+    const FilePath offered = removableLocation(*m_files, child.appending(suffix));
     const bool isThere
         = m_files->isAnswering(offered) && !m_files->isMountPoint(offered) && m_files->fileExists(offered);
     return isThere ? std::optional(offered) : std::nullopt;

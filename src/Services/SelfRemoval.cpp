@@ -1,6 +1,7 @@
 #include "Services/SelfRemoval.h"
 
 #include "Utilities/Diagnostics.h"
+#include "Utilities/RemovableLocation.h"
 
 #include <algorithm>
 #include <array>
@@ -51,9 +52,7 @@ void SelfRemoval::removeData() const
 
 void SelfRemoval::removeItem(const FilePath &item) const
 {
-    // Removal refuses a location below a link, and the home may be one.
-    const FilePath folder = m_parts.files->resolvingSymlinks(item.deletingLastPathComponent());
-    std::ignore = m_parts.files->removeItem(folder.appending(item.lastPathComponent()));
+    std::ignore = m_parts.files->removeItem(removableLocation(*m_parts.files, item));
 }
 
 void SelfRemoval::leaveBundleToScript(const FilePath &bundle) const

@@ -18,13 +18,7 @@ const QString nothing = u"This machine keeps no database of applications for thi
 QList<FilePath> dataFolders()
 {
     const BaseDirectories user = BaseDirectories::of(FilePath(QFile::encodeName(QDir::homePath())));
-    QList<FilePath> folders = {user.data};
-    const QByteArray system = qgetenv("XDG_DATA_DIRS");
-    for (const QByteArray &folder : (system.isEmpty() ? "/usr/local/share:/usr/share" : system).split(':')) {
-        if (folder.startsWith('/'))
-            folders.append(FilePath(folder).standardized());
-    }
-    return folders;
+    return QList<FilePath>{user.data} + BaseDirectories::systemData();
 }
 
 bool isWritableFolder(const FilePath &folder)

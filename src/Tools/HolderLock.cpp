@@ -1,6 +1,7 @@
 #include "Tools/HolderLock.h"
 
 #include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/RuntimeFolder.h"
 
 #include <cerrno>
 #include <utility>
@@ -49,7 +50,7 @@ Result<FileDescriptor> openRunFolder(const FilePath &path)
     };
     if (!folder.isOpen() || ::fstat(folder.number(), &status) != 0)
         return failureFromErrno(errno, path);
-    if (status.st_uid != ::geteuid() || (status.st_mode & (S_IWGRP | S_IWOTH)) != 0)
+    if (!isClosedToOthers(status))
         return Failure{Failure::Kind::Protected, path, u"Others may write there."_qs};
     return folder;
 }

@@ -12,6 +12,7 @@
 #include "ViewModels/UnfinishedRuns.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace Quillmere {
 
@@ -140,7 +141,7 @@ void LargeFilesViewModel::cancelScan()
 void LargeFilesViewModel::revealInFinder(const FileItem &file)
 {
     // The desktop may be slow to answer, and nobody waits for it.
-    (void)inBackground([workspace = m_workspace, path = file.path] { workspace->revealInFileViewer({path}); });
+    std::ignore = inBackground([workspace = m_workspace, path = file.path] { workspace->revealInFileViewer({path}); });
 }
 
 QString LargeFilesViewModel::descriptionOf(const FileItem &file) const

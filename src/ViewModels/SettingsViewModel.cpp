@@ -8,6 +8,8 @@
 
 #include <QUrl>
 
+#include <tuple>
+
 namespace Quillmere {
 
 namespace {
@@ -104,7 +106,8 @@ void SettingsViewModel::appear()
 void SettingsViewModel::openFullDiskAccessSettings() const
 {
     // The desktop may be slow to answer, and nobody waits for it.
-    (void)inBackground([workspace = m_parts.workspace] { PermissionService::openFullDiskAccessSettings(*workspace); });
+    std::ignore
+        = inBackground([workspace = m_parts.workspace] { PermissionService::openFullDiskAccessSettings(*workspace); });
 }
 
 void SettingsViewModel::openMakerPage() const

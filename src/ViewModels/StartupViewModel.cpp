@@ -4,6 +4,7 @@
 #include "Utilities/LocalizationManager.h"
 
 #include <exception>
+#include <tuple>
 
 namespace Quillmere {
 
@@ -77,7 +78,7 @@ void StartupViewModel::revealInFinder(int row) const
 {
     // The desktop may be slow to answer, and nobody waits for it.
     if (showsRow(row))
-        (void)inBackground(
+        std::ignore = inBackground(
             [workspace = m_workspace, path = items().at(row).path] { workspace->revealInFileViewer({path}); });
 }
 

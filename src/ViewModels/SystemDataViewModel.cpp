@@ -4,6 +4,7 @@
 #include "Utilities/BackgroundWork.h"
 #include "Utilities/ByteCountFormatter.h"
 #include "Utilities/LocalizationManager.h"
+#include "Utilities/RemovableLocation.h"
 
 #include <algorithm>
 #include <numeric>
@@ -183,7 +184,7 @@ std::array<QList<FilePath>, 4> SystemDataViewModel::distinctFolders(const FileMa
     for (size_t i = 0; i < folders.size(); ++i) {
         const FilePath own = measuredCategories().at(i).folderOn(files);
         folders.at(i).append(own);
-        taken.append(files.resolvingSymlinks(own.deletingLastPathComponent()).appending(own.lastPathComponent()));
+        taken.append(removableLocation(files, own));
     }
     // What this platform adds makes the picture of this one volume more exact, so it counts nothing twice and nothing
     // else.

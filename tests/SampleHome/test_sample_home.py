@@ -168,6 +168,8 @@ class SampleHomeTest(unittest.TestCase):
         self.assertIn(b"line\nbreak", names)
         self.assertIn(b"-rf", names)
         self.assertIn(b"l" * 255, names)
+        self.assertIn("right to left \u202egnp.exe".encode(), names)
+        self.assertIn("שלום עולם".encode(), names)
 
     def test_points_every_variable_into_itself(self):
         lines = (self.folder / world.ENVIRONMENT).read_text().splitlines()

@@ -57,7 +57,7 @@ TEST(LoadSampleTest, ReadsNothingOfWhatItWouldNotWrite)
 TEST(SampleStoreTest, KeepsASampleForThisUserAlone)
 {
     const QTemporaryDir runtime;
-    const SampleStore store(FilePath(runtime.path().toUtf8()));
+    const SampleStore store(RuntimeFolder(FilePath(runtime.path().toUtf8())));
     EXPECT_EQ(store.load(), std::nullopt);
 
     store.keep(sample);
@@ -71,29 +71,29 @@ TEST(SampleStoreTest, KeepsASampleForThisUserAlone)
               QStringList{u"ps.sample"_qs});
 }
 
-TEST(SampleStoreTest, KeepsNothingInAFolderThatIsNotThisUsersAlone)
+TEST(SampleStoreTest, KeepsNothingInAFolderThatOthersMayWriteInto)
 {
     const QTemporaryDir runtime;
     ASSERT_EQ(::chmod(qPrintable(runtime.path()), 0770), 0);
     const QTemporaryDir elsewhere;
 
-    SampleStore(FilePath(runtime.path().toUtf8())).keep(sample);
+    SampleStore(RuntimeFolder(FilePath(runtime.path().toUtf8()))).keep(sample);
     EXPECT_TRUE(QDir(runtime.path()).isEmpty());
 
     ASSERT_EQ(::chmod(qPrintable(runtime.path()), 0700), 0);
     ASSERT_EQ(::symlink(qPrintable(elsewhere.path()), qPrintable(runtime.filePath(u"quillmere"_qs))), 0);
-    SampleStore(FilePath(runtime.path().toUtf8())).keep(sample);
+    SampleStore(RuntimeFolder(FilePath(runtime.path().toUtf8()))).keep(sample);
     EXPECT_TRUE(QDir(elsewhere.path()).isEmpty());
 
-    SampleStore(FilePath()).keep(sample);
-    SampleStore(FilePath("relative")).keep(sample);
-    EXPECT_EQ(SampleStore(FilePath()).load(), std::nullopt);
+    SampleStore(RuntimeFolder(FilePath())).keep(sample);
+    SampleStore(RuntimeFolder(FilePath("relative"))).keep(sample);
+    EXPECT_EQ(SampleStore(RuntimeFolder(FilePath())).load(), std::nullopt);
 }
 
 TEST(SampleStoreTest, TrustsNoFileThatOthersMayWriteAndFollowsNoLink)
 {
     const QTemporaryDir runtime;
-    const SampleStore store(FilePath(runtime.path().toUtf8()));
+    const SampleStore store(RuntimeFolder(FilePath(runtime.path().toUtf8())));
     store.keep(sample);
     const QString file = runtime.filePath(u"quillmere/ps.sample"_qs);
 

@@ -1,3 +1,7 @@
+#include "Platform/Linux/ChildProcess.h"
+#include "Platform/Linux/SpawnedProgram.h"
+#include "Platform/Linux/TemporaryHome.h"
+
 #include <QFile>
 #include <QHash>
 #include <QProcess>
@@ -10,6 +14,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+using namespace Quillmere;
 using testing::StartsWith;
 
 namespace {
@@ -26,13 +31,18 @@ Listing runPs(const QStringList &arguments, const QString &runtimeFolder)
 {
     QProcess program;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(u"XDG_RUNTIME_DIR"_qs);
-    if (!runtimeFolder.isEmpty())
-        environment.insert(u"XDG_RUNTIME_DIR"_qs, runtimeFolder);
+    environment.insert(u"XDG_RUNTIME_DIR"_qs, runtimeFolder);
     program.setProcessEnvironment(environment);
     program.start(QString::fromUtf8(QUILLMERE_PS), arguments);
     EXPECT_TRUE(program.waitForFinished());
     return {program.exitCode(), program.readAllStandardOutput()};
+}
+
+/// In a session of its own.
+Listing runOnce(const QStringList &arguments)
+{
+    const QTemporaryDir runtime;
+    return runPs(arguments, runtime.path());
 }
 
 /// The columns behind the number of @p pid; empty when it is not listed.
@@ -50,15 +60,15 @@ QList<QByteArray> lineOf(const QByteArray &output, pid_t pid)
 
 TEST(PsProgramTest, RefusesEveryOtherQuestion)
 {
-    EXPECT_EQ(runPs({}, {}).status, 1);
-    EXPECT_EQ(runPs({u"-ax"_qs}, {}).status, 1);
-    EXPECT_EQ(runPs(asked + QStringList{u"-f"_qs}, {}).status, 1);
-    EXPECT_EQ(runPs({u"-ax"_qs, u"-o"_qs, u"pid,rss"_qs}, {}).output, "");
+    EXPECT_EQ(runOnce({}).status, 1);
+    EXPECT_EQ(runOnce({u"-ax"_qs}).status, 1);
+    EXPECT_EQ(runOnce(asked + QStringList{u"-f"_qs}).status, 1);
+    EXPECT_EQ(runOnce({u"-ax"_qs, u"-o"_qs, u"pid,rss"_qs}).output, "");
 }
 
 TEST(PsProgramTest, ListsThisProcessWithItsMemory)
 {
-    const Listing run = runPs(asked, {});
+    const Listing run = runOnce(asked);
 
     EXPECT_EQ(run.status, 0);
     EXPECT_THAT(run.output.toStdString(), StartsWith("    PID  %CPU    RSS\n"));
@@ -90,11 +100,27 @@ TEST(PsProgramTest, TellsTheLoadSinceItsCallBefore)
     std::ignore = runPs(asked, runtime.path());
     ::usleep(600'000);
     const double stopped = lineOf(runPs(asked, runtime.path()).output, child).value(0).toDouble();
-    const double lifelong = lineOf(runPs(asked, {}).output, child).value(0).toDouble();
+    const double lifelong = lineOf(runOnce(asked).output, child).value(0).toDouble();
     ::kill(child, SIGKILL);
     ::waitpid(child, nullptr, 0);
 
     EXPECT_GT(busy, 0);
     EXPECT_EQ(stopped, 0);
     EXPECT_GT(lifelong, 0);
+}
+
+TEST(PsProgramTest, RemembersForRootWithoutASessionToo)
+{
+    QUILLMERE_NEED(whyNoMountNamespace());
+    inMountNamespace([] {
+        ASSERT_TRUE(mountTmpfs(FilePath("/run"), "mode=755"));
+        QByteArray output;
+
+        EXPECT_EQ(runProgram(u"env"_qs,
+                             QStringList{u"-u"_qs, u"XDG_RUNTIME_DIR"_qs, QStringLiteral(QUILLMERE_PS)} + asked,
+                             &output),
+                  0);
+
+        EXPECT_TRUE(itemExists(FilePath("/run/quillmere/ps.sample")));
+    });
 }

@@ -31,7 +31,7 @@ def erase(name, form="JHFS+", label="CleanDisk", user=0):
 
 def ordered(name, form, label):
     """By root, of the administrator program itself."""
-    with open(f"/run/user/root/quillmere-disks/{name}", encoding="utf-8") as file:
+    with open(f"/run/user/root/quillmere/disks/{name}", encoding="utf-8") as file:
         identity = file.read().split("\n")
     return rig.run(f"{rig.HELPERS}/quillmere-admin", "erase-volume", form, label, *identity)
 
@@ -82,7 +82,7 @@ class DiskTest(unittest.TestCase):
     def whole_name(device, user=0):
         """What the disk is called, whether it was listed or not."""
         diskutil("info", "disk2s1", user=user)
-        begin = os.readlink(environment_of(user)["XDG_RUNTIME_DIR"] + "/quillmere-disks/numbers-begin")
+        begin = os.readlink(environment_of(user)["XDG_RUNTIME_DIR"] + "/quillmere/disks/numbers-begin")
         return f"disk{rig.sequence_of(device) + int(begin)}"
 
     def name_of(self, device, user=0):
@@ -95,8 +95,8 @@ class DiskTest(unittest.TestCase):
     @staticmethod
     def forget(name):
         """As if it had never been shown."""
-        if os.path.exists(f"/run/user/root/quillmere-disks/{name}"):
-            os.unlink(f"/run/user/root/quillmere-disks/{name}")
+        if os.path.exists(f"/run/user/root/quillmere/disks/{name}"):
+            os.unlink(f"/run/user/root/quillmere/disks/{name}")
 
     def listed(self, device):
         """The name of a volume that fills its disk and is not mounted."""

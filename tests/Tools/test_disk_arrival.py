@@ -78,7 +78,7 @@ class VolumesTest(DiskTest):
         self.addCleanup(rig.run, "umount", place)
         udisks = rig.services["udisks"]
         udisks.send_signal(signal.SIGSTOP)
-        silence = "/run/user/root/quillmere-udisks2-silent"
+        silence = "/run/user/root/quillmere/udisks2-silent"
         try:
             told = diskutil("info", place)
             self.assertTrue(os.path.exists(silence))

@@ -134,7 +134,7 @@ class SystemDiskTest(LockTest):
 
     @staticmethod
     def words_of(name):
-        with open(f"/run/user/root/quillmere-disks/{name}", encoding="utf-8") as file:
+        with open(f"/run/user/root/quillmere/disks/{name}", encoding="utf-8") as file:
             return file.read().split("\n")
 
 
@@ -324,7 +324,7 @@ class CallerTest(LockTest):
     def test_made_up_orders_erase_nothing(self):
         device = self.disk(megabytes=4)
         name = self.listed(device)
-        with open(f"/run/user/root/quillmere-disks/{name}", encoding="utf-8") as file:
+        with open(f"/run/user/root/quillmere/disks/{name}", encoding="utf-8") as file:
             words = file.read().split("\n")
         before = rig.contents(self.images[0])
         chance = random.Random(20261121)
@@ -342,7 +342,7 @@ class CallerTest(LockTest):
 
     def test_what_is_no_disk_is_not_even_opened(self):
         name = self.listed(self.disk(megabytes=4))
-        with open(f"/run/user/root/quillmere-disks/{name}", encoding="utf-8") as file:
+        with open(f"/run/user/root/quillmere/disks/{name}", encoding="utf-8") as file:
             words = file.read().split("\n")
         os.symlink("/dev/" + words[1], "/dev/quillmere-test-link")
         self.addCleanup(os.unlink, "/dev/quillmere-test-link")
@@ -353,7 +353,7 @@ class CallerTest(LockTest):
 
     def test_what_another_user_wrote_down_is_not_believed(self):
         name = self.listed(self.disk(megabytes=4))
-        file = f"/run/user/root/quillmere-disks/{name}"
+        file = f"/run/user/root/quillmere/disks/{name}"
         os.chmod(os.path.dirname(file), 0o777)
         self.assert_refused(erase(name), "Others than the user may write there.")
         os.chmod(os.path.dirname(file), 0o700)
@@ -377,7 +377,7 @@ class CallerTest(LockTest):
 
     @staticmethod
     def node_of(name):
-        with open(f"/run/user/root/quillmere-disks/{name}", encoding="utf-8") as file:
+        with open(f"/run/user/root/quillmere/disks/{name}", encoding="utf-8") as file:
             return file.read().split("\n")[1]
 
 

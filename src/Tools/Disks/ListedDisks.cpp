@@ -1,9 +1,8 @@
 #include "Tools/Disks/ListedDisks.h"
 
-#include "Platform/Linux/Files/BoundedReading.h"
 #include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/FileReading.h"
 #include "Platform/Linux/Files/FileReplacement.h"
-#include "Platform/Linux/Files/RuntimeFolder.h"
 
 #include <QRandomGenerator>
 
@@ -25,15 +24,15 @@ constexpr quint64 mostNumbers = 10'000;
 
 } // namespace
 
-ListedDisks::ListedDisks(FilePath runtimeFolder)
+ListedDisks::ListedDisks(RuntimeFolder runtimeFolder)
     : m_runtimeFolder(std::move(runtimeFolder))
-    , m_folder(m_runtimeFolder.appending("quillmere-disks"))
+    , m_folder(m_runtimeFolder.path().appending("disks"))
 {
 }
 
 ListedDisks ListedDisks::ofThisUser()
 {
-    return ListedDisks(runtimeFolderOfThisUser());
+    return ListedDisks(RuntimeFolder::ofThisUser());
 }
 
 quint64 ListedDisks::numbersBegin() const
@@ -82,19 +81,16 @@ Result<DiskIdentity> ListedDisks::keepVolume(DiskIdentity volume) const
 
 Result<void> ListedDisks::prepare() const
 {
-    if (const Result<void> ours = seeThatItIsOurs(m_runtimeFolder); !ours)
-        return ours.failure();
-    if (::mkdir(m_folder.bytes().constData(), S_IRWXU) != 0 && errno != EEXIST)
-        return failureFromErrno(errno, m_folder);
-    return seeThatItIsOurs(m_folder);
+    const Result<void> prepared = m_runtimeFolder.prepare();
+    return prepared ? makeOurs(m_folder) : prepared;
 }
 
 Result<DiskIdentity> ListedDisks::find(const DiskName &name) const
 {
-    for (const FilePath &folder : {m_runtimeFolder, m_folder}) {
-        if (const Result<void> ours = seeThatItIsOurs(folder); !ours)
-            return ours.failure();
-    }
+    if (const Result<void> ours = m_runtimeFolder.check(); !ours)
+        return ours.failure();
+    if (const Result<void> ours = seeThatItIsOurs(m_folder); !ours)
+        return ours.failure();
     const FilePath file = fileOf(name);
     const Result<QByteArray> text = readBounded(file, mostBytes);
     if (!text)

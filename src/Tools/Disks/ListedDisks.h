@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Linux/Files/RuntimeFolder.h"
 #include "Tools/Disks/DiskIdentity.h"
 #include "Values/FilePath.h"
 #include "Values/Result.h"
@@ -11,9 +12,7 @@ namespace Quillmere {
 class ListedDisks
 {
 public:
-    /// @p runtimeFolder the user's folder for what need not outlive the session. In one that is empty, relative,
-    /// another user's, or one that others may write into, nothing is kept.
-    explicit ListedDisks(FilePath runtimeFolder);
+    explicit ListedDisks(RuntimeFolder runtimeFolder);
     /// That of the user we run as.
     [[nodiscard]] static ListedDisks ofThisUser();
 
@@ -34,7 +33,7 @@ private:
     [[nodiscard]] Result<void> prepare() const;
     [[nodiscard]] FilePath fileOf(const DiskName &name) const;
 
-    FilePath m_runtimeFolder;
+    RuntimeFolder m_runtimeFolder;
     FilePath m_folder;
 };
 

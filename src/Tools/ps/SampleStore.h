@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Platform/Linux/Files/RuntimeFolder.h"
 #include "Tools/ps/LoadSample.h"
-#include "Values/FilePath.h"
 
 namespace Quillmere {
 
@@ -9,19 +9,14 @@ namespace Quillmere {
 class SampleStore
 {
 public:
-    /// @p runtimeFolder is the user's folder for what need not outlive the session. One that is empty, relative,
-    /// another user's, or open to others keeps nothing.
-    explicit SampleStore(FilePath runtimeFolder);
+    explicit SampleStore(RuntimeFolder folder);
 
     [[nodiscard]] std::optional<LoadSample> load() const;
     /// Whoever looks meanwhile finds the old sample or the new one. A sample that cannot be kept is just missing.
     void keep(const LoadSample &sample) const;
 
 private:
-    [[nodiscard]] bool isOurs(const FilePath &path, mode_t kind) const;
-
-    FilePath m_runtimeFolder;
-    FilePath m_folder;
+    RuntimeFolder m_folder;
     FilePath m_file;
 };
 

@@ -49,7 +49,7 @@ int main(int count, char *values[])
         std::fputs("usage: ps -ax -o pid,%cpu,rss\n", stderr);
         return 1;
     }
-    const SampleStore store(FilePath(qgetenv("XDG_RUNTIME_DIR")));
+    const SampleStore store(RuntimeFolder::ofThisUser());
     const QList<ProcessStat> processes = allProcesses();
     const LoadSample sample = sampleOf(processes, thisInstant(), store.load());
     const QByteArray text = listing(processes, sample, static_cast<quint64>(::sysconf(_SC_PAGESIZE)));

@@ -21,10 +21,10 @@ protected:
     {
         return {u"erase-volume"_qs, {u"JHFS+"_qs, u"CleanDisk"_qs, name}};
     }
-    QString folder() const { return runtime.path() + u"/quillmere-disks"_qs; }
+    QString folder() const { return runtime.path() + u"/quillmere/disks"_qs; }
 
     QTemporaryDir runtime;
-    ListedDisks listed = ListedDisks(FilePath(QFile::encodeName(runtime.path())));
+    ListedDisks listed = ListedDisks(RuntimeFolder(FilePath(QFile::encodeName(runtime.path()))));
 };
 
 } // namespace
@@ -113,16 +113,16 @@ TEST_F(DiskRequestsTest, BeginsTheNumbersOfASessionWhereNobodyKnows)
     EXPECT_GE(begin, DiskName::leastBegin);
     EXPECT_LE(begin, DiskName::mostBegin);
     EXPECT_EQ(listed.numbersBegin(), begin);
-    EXPECT_EQ(ListedDisks(FilePath(QFile::encodeName(runtime.path()))).numbersBegin(), begin);
+    EXPECT_EQ(ListedDisks(RuntimeFolder(FilePath(QFile::encodeName(runtime.path())))).numbersBegin(), begin);
 
     QSet<quint64> begins;
     for (int session = 0; session < 20; ++session) {
         const QTemporaryDir other;
-        begins.insert(ListedDisks(FilePath(QFile::encodeName(other.path()))).numbersBegin());
+        begins.insert(ListedDisks(RuntimeFolder(FilePath(QFile::encodeName(other.path())))).numbersBegin());
     }
     // One chance in 10 to the 75th is all that twenty equal ones have.
     EXPECT_GT(begins.size(), 1);
-    EXPECT_EQ(ListedDisks(FilePath("/nowhere/at/all")).numbersBegin(), DiskName::leastBegin);
+    EXPECT_EQ(ListedDisks(RuntimeFolder(FilePath("/nowhere/at/all"))).numbersBegin(), DiskName::leastBegin);
 }
 
 TEST_F(DiskRequestsTest, BeginsNoNumbersWhereSomethingElseStandsInTheirPlace)
@@ -149,7 +149,7 @@ TEST_F(DiskRequestsTest, KeepsNothingWhereOthersMayWrite)
     }
     EXPECT_TRUE(listed.find(stick.name));
     for (const char *nowhere : {"", "relative", "/nowhere/at/all"})
-        EXPECT_FALSE(ListedDisks(FilePath(QByteArray(nowhere))).keep(stick)) << nowhere;
+        EXPECT_FALSE(ListedDisks(RuntimeFolder(FilePath(QByteArray(nowhere)))).keep(stick)) << nowhere;
 }
 
 TEST_F(DiskRequestsTest, AnotherNeverComesToANameThatWasShown)

@@ -54,7 +54,7 @@ protected:
     }
 
     QTemporaryDir runtime;
-    ListedDisks listed = ListedDisks(FilePath(QFile::encodeName(runtime.path())));
+    ListedDisks listed = ListedDisks(RuntimeFolder(FilePath(QFile::encodeName(runtime.path()))));
     QList<MountEntry> table;
 };
 

@@ -2,7 +2,7 @@
 
 #include "Platform/Linux/Applications/DesktopEntry.h"
 #include "Platform/Linux/Applications/LinuxBundles.h"
-#include "Platform/Linux/Files/BoundedReading.h"
+#include "Platform/Linux/Files/FileReading.h"
 #include "Platform/Linux/Files/FileReplacement.h"
 #include "Platform/Linux/Files/LinkResolution.h"
 

@@ -126,11 +126,8 @@ QList<DesktopEntry> readDesktopEntries(const QList<FilePath> &folders)
 QList<FilePath> desktopEntryFolders(const FilePath &home)
 {
     QList<FilePath> folders = {BaseDirectories::of(home).data.appending("applications")};
-    const QByteArray system = qgetenv("XDG_DATA_DIRS");
-    for (const QByteArray &each : (system.isEmpty() ? "/usr/local/share:/usr/share" : system).split(':')) {
-        if (each.startsWith('/'))
-            folders.append(FilePath(each).standardized().appending("applications"));
-    }
+    for (const FilePath &folder : BaseDirectories::systemData())
+        folders.append(folder.appending("applications"));
     return folders;
 }
 

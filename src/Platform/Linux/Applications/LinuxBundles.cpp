@@ -1,7 +1,9 @@
 #include "Platform/Linux/Applications/LinuxBundles.h"
 
-#include "Platform/Linux/Files/BoundedReading.h"
+#include "Platform/Linux/Files/FileReading.h"
 #include "Utilities/PropertyList.h"
+#include "Utilities/PropertyListLimits.h"
+#include "Values/FileName.h"
 
 #include <array>
 #include <climits>
@@ -12,8 +14,6 @@
 namespace Quillmere {
 
 namespace {
-
-constexpr qsizetype mostBytesOfInformation = 1024 * 1024;
 
 /// `X.app` where @p folder is `X.app/Contents/MacOS`, else @p folder itself.
 FilePath bundleAround(const FilePath &folder)
@@ -29,11 +29,6 @@ bool isFolder(const FilePath &location)
 {
     struct stat status = {};
     return !location.isEmpty() && ::stat(location.bytes().constData(), &status) == 0 && S_ISDIR(status.st_mode);
-}
-
-bool isPlainName(const QString &name)
-{
-    return !name.isEmpty() && name != u"."_qs && name != u".."_qs && !name.contains(u'/') && !name.contains(QChar(0));
 }
 
 } // namespace
@@ -56,14 +51,15 @@ std::optional<Bundle> LinuxBundles::open(const FilePath &location) const
         return std::nullopt;
     Bundle bundle;
     bundle.location = location;
-    const Result<QByteArray> contents = readBounded(location.appending("Contents/Info.plist"), mostBytesOfInformation);
+    const Result<QByteArray> contents
+        = readBounded(location.appending("Contents/Info.plist"), PropertyListLimits::mostBytes);
     const Result<PropertyList> information
         = contents ? PropertyList::read(contents.value()) : Result<PropertyList>(contents.failure());
     if (!information)
         return bundle;
     bundle.identifier = information.value().string(u"CFBundleIdentifier"_qs);
     const std::optional<QString> executable = information.value().string(u"CFBundleExecutable"_qs);
-    if (executable && isPlainName(*executable))
+    if (executable && isPlainFileName(executable->toUtf8()))
         bundle.executable = location.appending("Contents/MacOS").appending(executable->toUtf8());
     bundle.shortVersion = information.value().string(u"CFBundleShortVersionString"_qs);
     bundle.build = information.value().string(u"CFBundleVersion"_qs);

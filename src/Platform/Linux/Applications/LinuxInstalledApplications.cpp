@@ -1,6 +1,7 @@
 #include "Platform/Linux/Applications/LinuxInstalledApplications.h"
 
 #include "Platform/Linux/Applications/UserFlatpaks.h"
+#include "Utilities/RemovableLocation.h"
 
 #include <algorithm>
 
@@ -45,7 +46,7 @@ LinuxInstalledApplications::Entries LinuxInstalledApplications::readEntries() co
     const auto filesIn = [this](const QList<FilePath> &folders) {
         QHash<QByteArray, FilePath> files = desktopEntryFiles(folders);
         for (FilePath &file : files)
-            file = m_files->resolvingSymlinks(file.deletingLastPathComponent()).appending(file.lastPathComponent());
+            file = removableLocation(*m_files, file);
         return files;
     };
     Entries entries{{}, {}, filesIn(m_entryFolders.first(1)), filesIn(m_entryFolders.mid(1)), {}};

@@ -1,7 +1,6 @@
 #include "Platform/Linux/Disks/DiskServiceSilence.h"
 
 #include "Platform/Linux/Files/FileDescriptor.h"
-#include "Platform/Linux/Files/RuntimeFolder.h"
 
 #include <ctime>
 #include <tuple>
@@ -11,21 +10,21 @@
 
 namespace Quillmere {
 
-DiskServiceSilence::DiskServiceSilence(const FilePath &runtimeFolder)
-    : m_runtimeFolder(runtimeFolder)
-    , m_file(runtimeFolder.appending("quillmere-udisks2-silent"))
+DiskServiceSilence::DiskServiceSilence(RuntimeFolder folder)
+    : m_folder(std::move(folder))
+    , m_file(m_folder.path().appending("udisks2-silent"))
 {
 }
 
 DiskServiceSilence DiskServiceSilence::ofThisUser()
 {
-    return DiskServiceSilence(runtimeFolderOfThisUser());
+    return DiskServiceSilence(RuntimeFolder::ofThisUser());
 }
 
 bool DiskServiceSilence::isRecent() const
 {
     struct stat status = {};
-    if (!seeThatItIsOurs(m_runtimeFolder) || ::lstat(m_file.bytes().constData(), &status) != 0)
+    if (!m_folder.check() || ::lstat(m_file.bytes().constData(), &status) != 0)
         return false;
     const time_t age = ::time(nullptr) - status.st_mtim.tv_sec;
     // A clock that was put back must not make it last.
@@ -34,7 +33,7 @@ bool DiskServiceSilence::isRecent() const
 
 void DiskServiceSilence::remember() const
 {
-    if (!seeThatItIsOurs(m_runtimeFolder))
+    if (!m_folder.prepare())
         return;
     const FileDescriptor file(::open(m_file.bytes().constData(),
                                      O_CREAT | O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Values/FilePath.h"
+#include "Platform/Linux/Files/RuntimeFolder.h"
 
 namespace Quillmere {
 
@@ -11,9 +11,7 @@ class DiskServiceSilence
 public:
     static constexpr int seconds = 3;
 
-    /// @p runtimeFolder the user's folder for what need not outlive the session. In one that is not there, or that
-    /// others may write into, nothing is remembered.
-    explicit DiskServiceSilence(const FilePath &runtimeFolder);
+    explicit DiskServiceSilence(RuntimeFolder folder);
     /// That of the user we run as.
     [[nodiscard]] static DiskServiceSilence ofThisUser();
 
@@ -21,7 +19,7 @@ public:
     void remember() const;
 
 private:
-    FilePath m_runtimeFolder;
+    RuntimeFolder m_folder;
     FilePath m_file; ///< Its time of modification says since when.
 };
 

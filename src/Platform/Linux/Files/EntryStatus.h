@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include "Platform/Linux/Files/StatFields.h"
 
 #include <sys/stat.h>
 
@@ -24,9 +24,6 @@ public:
     [[nodiscard]] const struct statx &fields() const { return m_status; }
 
 private:
-    // statx(2): stx_blocks counts units of 512 bytes, whatever the file system's own block size.
-    static constexpr qint64 bytesPerBlock = 512;
-
     struct statx m_status; ///< Filled in by the kernel alone: clearing it before would cost as much as all else here.
     const bool m_isKnown; ///< False when the entry has vanished or cannot be asked.
 };

@@ -4,15 +4,18 @@
 #include "Platform/Linux/Files/FileDescriptor.h"
 #include "Platform/Linux/Files/ItemPlace.h"
 #include "Platform/Linux/Files/OpenAt.h"
-#include "Platform/Linux/Files/Writing.h"
+#include "Platform/Linux/Files/WriteAll.h"
 #include "Platform/Linux/Removal/FileCopy.h"
 
+#include <QCryptographicHash>
 #include <QRandomGenerator>
 
 #include <cerrno>
 #include <cstdio>
+#include <tuple>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 namespace Quillmere {
@@ -20,7 +23,27 @@ namespace Quillmere {
 namespace {
 
 constexpr int mostAttempts = 100;
+constexpr qsizetype digits = 16; ///< Of a target, which itself may be as long as a name can be.
 constexpr mode_t usualMode = 0666;
+
+/// Removes what a program that was killed on the way has left under @p name. A file that is still on its way is locked.
+/// False where one is, or where it cannot be told.
+bool clearAbandoned(const FileDescriptor &folder, const QByteArray &name)
+{
+    const FileDescriptor file = openAt(folder.number(), name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    if (!file.isOpen())
+        return errno == ENOENT;
+    struct stat opened = {};
+    struct stat standing = {};
+    if (::flock(file.number(), LOCK_EX | LOCK_NB) != 0 || ::fstat(file.number(), &opened) != 0
+        || !S_ISREG(opened.st_mode))
+        return false;
+    // Between the two it may have arrived, and another have come to its name.
+    if (::fstatat(folder.number(), name.constData(), &standing, AT_SYMLINK_NOFOLLOW) != 0)
+        return errno == ENOENT;
+    return standing.st_dev == opened.st_dev && standing.st_ino == opened.st_ino
+        && ::unlinkat(folder.number(), name.constData(), 0) == 0;
+}
 
 /// A file on its way into a folder. Unless it arrives, nothing of it stays.
 class Replacement
@@ -49,23 +72,43 @@ private:
     {
         m_file = FileDescriptor(::openat(m_folder.number(), ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, usualMode));
         if (m_file.isOpen())
-            return true;
+            return lock();
         // open(2): file systems without nameless files say EOPNOTSUPP, kernels without them EISDIR or ENOENT.
         if (errno != EOPNOTSUPP && errno != EISDIR && errno != ENOENT)
             return false;
         return named([&](const QByteArray &name) {
             m_file = FileDescriptor(::openat(m_folder.number(), name.constData(),
                                              O_CREAT | O_EXCL | O_NOFOLLOW | O_WRONLY | O_CLOEXEC, usualMode));
-            return m_file.isOpen();
+            return m_file.isOpen() && lock() && isStillNamed();
         });
     }
 
-    /// Looks for a name that is free, for as long as @p make finds that it is taken.
+    /// So that nobody takes it for abandoned. A file system that knows no locks does without.
+    bool lock()
+    {
+        std::ignore = ::flock(m_file.number(), LOCK_EX);
+        return true;
+    }
+
+    /// Before it was locked, somebody may have taken it for abandoned. Then the name counts as taken.
+    bool isStillNamed()
+    {
+        struct stat status = {};
+        const bool isNamed = ::fstat(m_file.number(), &status) == 0 && status.st_nlink > 0;
+        errno = EEXIST;
+        return isNamed;
+    }
+
+    /// Looks for a name that is free, for as long as @p make finds that it is taken. The first is always the same for
+    /// the same target, so that the next replacement finds what was abandoned there; the others are for more that come
+    /// at once.
     template<typename Make>
     bool named(const Make &make)
     {
-        for (int attempt = 0; attempt < mostAttempts; ++attempt) {
-            const QByteArray name = ".quillmere-" + QByteArray::number(QRandomGenerator::global()->generate64(), 36);
+        const QByteArray usual
+            = ".quillmere-" + QCryptographicHash::hash(m_target, QCryptographicHash::Sha1).toHex().first(digits);
+        QByteArray name = clearAbandoned(m_folder, usual) ? usual : furtherName(usual);
+        for (int attempt = 0; attempt < mostAttempts; ++attempt, name = furtherName(usual)) {
             if (make(name)) {
                 m_name = name;
                 return true;
@@ -74,6 +117,11 @@ private:
                 return false;
         }
         return false;
+    }
+
+    static QByteArray furtherName(const QByteArray &usual)
+    {
+        return usual + '-' + QByteArray::number(QRandomGenerator::global()->generate64(), 36);
     }
 
     bool setMode(mode_t mode) { return ::fchmod(m_file.number(), mode) == 0; }

@@ -1,15 +1,12 @@
 #include "Platform/Linux/Files/FileWriting.h"
 
 #include "Platform/Linux/Files/ErrnoFailure.h"
-#include "Platform/Linux/Files/FileReplacement.h"
 #include "Platform/Linux/Files/ItemPlace.h"
-#include "Platform/Linux/Files/OpenAt.h"
-#include "Platform/Linux/Files/Writing.h"
+#include "Platform/Linux/Files/WriteAll.h"
 
 #include <cerrno>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Quillmere {
@@ -17,7 +14,6 @@ namespace Quillmere {
 namespace {
 
 constexpr mode_t everybody = 0666;
-constexpr qsizetype smallestRead = 64 * 1024;
 
 int reserve(int file, qsizetype size)
 {
@@ -43,34 +39,6 @@ int overwriteAndClose(int file, const QByteArray &contents)
 
 } // namespace
 
-Result<QByteArray> readFile(const FilePath &path)
-{
-    const Result<ItemPlace> place = ItemPlace::open(path, LinksAbove::Follow);
-    if (!place)
-        return place.failure();
-    // O_NONBLOCK: opening a FIFO would wait for whoever writes to it.
-    const FileDescriptor file
-        = openAt(place.value().folder.number(), place.value().name, O_RDONLY | O_NONBLOCK | O_NOCTTY);
-    struct stat status = {};
-    if (!file.isOpen() || ::fstat(file.number(), &status) != 0)
-        return failureFromErrno(errno, path);
-    if (!S_ISREG(status.st_mode))
-        return Failure{Failure::Kind::NotSupported, path, u"Not a regular file"_qs};
-    QByteArray contents;
-    for (;;) {
-        const qsizetype filled = contents.size();
-        // One byte more than the file says it has finds its end without growing.
-        const qsizetype room = qMax<qsizetype>(status.st_size + 1 - filled, smallestRead);
-        contents.resize(filled + room);
-        const ssize_t got = ::read(file.number(), contents.data() + filled, static_cast<size_t>(room));
-        contents.resize(filled + qMax<ssize_t>(got, 0));
-        if (got < 0 && errno != EINTR)
-            return failureFromErrno(errno, path);
-        if (got == 0)
-            return contents;
-    }
-}
-
 Result<void> writeInPlace(const FilePath &path, const QByteArray &contents)
 {
     const Result<ItemPlace> place = ItemPlace::open(path, LinksAbove::Follow);
@@ -82,11 +50,6 @@ Result<void> writeInPlace(const FilePath &path, const QByteArray &contents)
     if (error != 0)
         return failureFromErrno(error, path);
     return {};
-}
-
-Result<void> writeAtomically(const FilePath &path, const QByteArray &contents)
-{
-    return replaceFile(path, contents);
 }
 
 } // namespace Quillmere

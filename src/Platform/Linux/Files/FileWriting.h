@@ -4,11 +4,7 @@
 
 namespace Quillmere {
 
-/// FileManager::contentsOfFile() and FileManager::writeFile() on this system.
-[[nodiscard]] Result<QByteArray> readFile(const FilePath &path);
+/// FileManager::writeFile() in WriteMode::InPlace on this system.
 [[nodiscard]] Result<void> writeInPlace(const FilePath &path, const QByteArray &contents);
-/// A link is replaced by the file. Owner, rights and extended attributes of a file that was there stay, as far as the
-/// user may give them.
-[[nodiscard]] Result<void> writeAtomically(const FilePath &path, const QByteArray &contents);
 
 } // namespace Quillmere

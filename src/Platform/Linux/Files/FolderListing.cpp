@@ -3,6 +3,7 @@
 #include "Platform/Linux/Files/DirectoryBuffer.h"
 #include "Platform/Linux/Files/ErrnoFailure.h"
 #include "Platform/Linux/Files/FolderOpening.h"
+#include "Platform/Linux/Files/StatFields.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,15 +14,6 @@
 namespace Quillmere {
 
 namespace {
-
-EntryKind typeOfMode(unsigned mode)
-{
-    if (S_ISREG(mode))
-        return EntryKind::Regular;
-    if (S_ISDIR(mode))
-        return EntryKind::Directory;
-    return S_ISLNK(mode) ? EntryKind::SymbolicLink : EntryKind::Other;
-}
 
 bool isListed(const dirent64 &entry, HiddenFiles hidden)
 {
@@ -35,11 +27,11 @@ bool isListed(const dirent64 &entry, HiddenFiles hidden)
 std::optional<EntryKind> kindOf(const dirent64 &entry, int folder)
 {
     if (entry.d_type != DT_UNKNOWN)
-        return typeOfMode(DTTOIF(entry.d_type));
+        return kindOfMode(DTTOIF(entry.d_type));
     struct statx status = {};
     constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
     if (::statx(folder, entry.d_name, flags, STATX_TYPE, &status) == 0)
-        return typeOfMode(status.stx_mode);
+        return kindOfMode(status.stx_mode);
     return errno == ENOENT ? std::nullopt : std::optional(EntryKind::Other);
 }
 

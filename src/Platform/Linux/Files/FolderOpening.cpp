@@ -38,7 +38,7 @@ FileDescriptor openWith(const Open &open)
     return FileDescriptor(open());
 }
 
-FileDescriptor openAt(int parent, const char *path, int flags)
+FileDescriptor openRaisingLimit(int parent, const char *path, int flags)
 {
     return openWith([=] { return ::openat(parent, path, flags); });
 }
@@ -64,7 +64,8 @@ FileDescriptor openLongPath(const QByteArray &path, int flags)
             errno = ENAMETOOLONG;
             return {};
         }
-        above = openAt(parent, path.sliced(start, slash - start).constData(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+        above
+            = openRaisingLimit(parent, path.sliced(start, slash - start).constData(), O_PATH | O_DIRECTORY | O_CLOEXEC);
         if (!above.isOpen())
             return {};
         parent = above.number();
@@ -72,7 +73,7 @@ FileDescriptor openLongPath(const QByteArray &path, int flags)
         while (path.at(start) == '/')
             ++start;
     }
-    return openAt(parent, path.constData() + start, flags);
+    return openRaisingLimit(parent, path.constData() + start, flags);
 }
 
 } // namespace

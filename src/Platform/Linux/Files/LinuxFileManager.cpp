@@ -1,8 +1,9 @@
 #include "Platform/Linux/Files/LinuxFileManager.h"
 
 #include "Platform/Linux/Disks/KnownMounts.h"
-#include "Platform/Linux/Files/BoundedReading.h"
 #include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/FileReading.h"
+#include "Platform/Linux/Files/FileReplacement.h"
 #include "Platform/Linux/Files/FileWriting.h"
 #include "Platform/Linux/Files/FolderListing.h"
 #include "Platform/Linux/Files/FolderOnDisk.h"
@@ -10,6 +11,7 @@
 #include "Platform/Linux/Files/ItemPlace.h"
 #include "Platform/Linux/Files/LinkResolution.h"
 #include "Platform/Linux/Files/OpenAt.h"
+#include "Platform/Linux/Files/StatFields.h"
 #include "Platform/Linux/Removal/ItemCopy.h"
 #include "Platform/Linux/Removal/ItemRemoval.h"
 #include "Platform/Linux/Walk/TreeWalk.h"
@@ -27,17 +29,7 @@ namespace Quillmere {
 
 namespace {
 
-constexpr qint64 bytesPerBlock = 512;
 constexpr mode_t allRights = 0777;
-
-EntryKind typeOf(mode_t mode)
-{
-    if (S_ISREG(mode))
-        return EntryKind::Regular;
-    if (S_ISDIR(mode))
-        return EntryKind::Directory;
-    return S_ISLNK(mode) ? EntryKind::SymbolicLink : EntryKind::Other;
-}
 
 QDateTime timeOf(const timespec &time)
 {
@@ -160,7 +152,7 @@ Result<FileAttributes> LinuxFileManager::attributesOfItem(const FilePath &path) 
                   AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT)
         != 0)
         return failureFromErrno(errno, path);
-    return FileAttributes{typeOf(status.st_mode), status.st_size, status.st_blocks * bytesPerBlock,
+    return FileAttributes{kindOfMode(status.st_mode), status.st_size, status.st_blocks * bytesPerBlock,
                           timeOf(status.st_mtim), status.st_uid == m_environment.user};
 }
 
@@ -278,7 +270,7 @@ Result<QByteArray> LinuxFileManager::contentsOfFile(const FilePath &path, qsizet
 
 Result<void> LinuxFileManager::writeFile(const FilePath &path, const QByteArray &contents, WriteMode mode) const
 {
-    return mode == WriteMode::Atomic ? writeAtomically(path, contents) : writeInPlace(path, contents);
+    return mode == WriteMode::Atomic ? replaceFile(path, contents) : writeInPlace(path, contents);
 }
 
 } // namespace Quillmere

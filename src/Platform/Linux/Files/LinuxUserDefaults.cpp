@@ -1,12 +1,13 @@
 #include "Platform/Linux/Files/LinuxUserDefaults.h"
 
-#include "Platform/Linux/Files/BoundedReading.h"
+#include "Platform/Linux/Files/FileReading.h"
 #include "Platform/Linux/Files/FileReplacement.h"
 #include "Utilities/PropertyListLimits.h"
 
 #include <QLocale>
 
 #include <cerrno>
+#include <tuple>
 
 #include <sys/stat.h>
 
@@ -146,8 +147,7 @@ void LinuxUserDefaults::store() const
         return;
     createFolders(m_file.deletingLastPathComponent());
     // A change that cannot be stored holds in memory; the next one tries again with all of them.
-    [[maybe_unused]] const Result<void> stored
-        = replaceFile(m_file, m_values.written(PropertyList::Form::Binary), modeOfFile);
+    std::ignore = replaceFile(m_file, m_values.written(PropertyList::Form::Binary), modeOfFile);
 }
 
 } // namespace Quillmere

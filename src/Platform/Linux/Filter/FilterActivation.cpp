@@ -1,5 +1,7 @@
 #include "Platform/Linux/Filter/FilterActivation.h"
 
+#include "Platform/Linux/System/SystemdNames.h"
+
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -12,9 +14,6 @@ namespace Quillmere {
 
 namespace {
 
-const QString manager = u"org.freedesktop.systemd1"_qs;
-const QString managerObject = u"/org/freedesktop/systemd1"_qs;
-const QString managerInterface = u"org.freedesktop.systemd1.Manager"_qs;
 // A person at a password dialog takes the time that it takes.
 constexpr int withoutLimit = std::numeric_limits<int>::max();
 
@@ -56,7 +55,7 @@ FilterActivation::FilterActivation(const QDBusConnection &bus, SystemExtensionRe
     }
     // QtDBus registers the type with the first message that holds one; the connection below is made before that.
     qRegisterMetaType<QDBusObjectPath>();
-    m_bus.connect(manager, managerObject, managerInterface, u"JobRemoved"_qs, this,
+    m_bus.connect(SystemdNames::service, SystemdNames::object, SystemdNames::manager, u"JobRemoved"_qs, this,
                   SLOT(takeEndOfJob(uint, QDBusObjectPath, QString, QString)));
     askFilter(false);
 }
@@ -77,7 +76,8 @@ void FilterActivation::askFilter(bool wasStarted)
 
 void FilterActivation::startFilter()
 {
-    QDBusMessage order = QDBusMessage::createMethodCall(manager, managerObject, managerInterface, u"StartUnit"_qs);
+    QDBusMessage order = QDBusMessage::createMethodCall(SystemdNames::service, SystemdNames::object,
+                                                        SystemdNames::manager, u"StartUnit"_qs);
     order << QString::fromLatin1(filterUnit) << u"replace"_qs;
     order.setInteractiveAuthorizationAllowed(true);
     auto *ordering = new QDBusPendingCallWatcher(m_bus.asyncCall(order, withoutLimit), this);

@@ -1,6 +1,6 @@
 #include "Platform/Linux/Filter/LinuxFilterManager.h"
 
-#include "Platform/Linux/Files/BoundedReading.h"
+#include "Platform/Linux/Files/FileReading.h"
 #include "Platform/Linux/Filter/FilterPolicyRecord.h"
 #include "Platform/Linux/Filter/PolicyHelperRun.h"
 

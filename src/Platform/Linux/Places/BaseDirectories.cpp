@@ -2,6 +2,22 @@
 
 namespace Quillmere {
 
+namespace {
+
+/// Without those that are not absolute, and each once.
+QList<FilePath> foldersIn(const QByteArray &variable, const QByteArray &usual)
+{
+    QList<FilePath> folders;
+    for (const QByteArray &each : (variable.isEmpty() ? usual : variable).split(':')) {
+        const FilePath folder = FilePath(each).standardized();
+        if (each.startsWith('/') && !folders.contains(folder))
+            folders.append(folder);
+    }
+    return folders;
+}
+
+} // namespace
+
 BaseDirectories BaseDirectories::of(const FilePath &home, const Environment &environment)
 {
     const auto folder = [&](const char *name, const char *usual) {
@@ -17,14 +33,12 @@ BaseDirectories BaseDirectories::of(const FilePath &home, const Environment &env
 
 QList<FilePath> BaseDirectories::systemConfig(const Environment &environment)
 {
-    const QByteArray variable = environment("XDG_CONFIG_DIRS");
-    QList<FilePath> folders;
-    for (const QByteArray &each : (variable.isEmpty() ? "/etc/xdg" : variable).split(':')) {
-        const FilePath folder = FilePath(each).standardized();
-        if (each.startsWith('/') && !folders.contains(folder))
-            folders.append(folder);
-    }
-    return folders;
+    return foldersIn(environment("XDG_CONFIG_DIRS"), "/etc/xdg");
+}
+
+QList<FilePath> BaseDirectories::systemData(const Environment &environment)
+{
+    return foldersIn(environment("XDG_DATA_DIRS"), "/usr/local/share:/usr/share");
 }
 
 FilePath BaseDirectories::location(const Environment &environment, const char *name, const FilePath &usual)

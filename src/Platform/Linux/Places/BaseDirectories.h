@@ -21,6 +21,8 @@ struct BaseDirectories
 
     /// The system's folders for settings, the most important first.
     [[nodiscard]] static QList<FilePath> systemConfig(const Environment &environment);
+    /// The same for what programs bring along.
+    [[nodiscard]] static QList<FilePath> systemData(const Environment &environment = qgetenv);
 
     [[nodiscard]] static BaseDirectories of(const FilePath &home, const Environment &environment = qgetenv);
     /// What a variable says, tidied. One that is empty or names no absolute location counts as not set: @p usual.

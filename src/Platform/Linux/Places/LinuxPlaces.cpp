@@ -1,6 +1,7 @@
 #include "Platform/Linux/Places/LinuxPlaces.h"
 
 #include "Platform/Linux/Places/UserFolders.h"
+#include "Utilities/RemovableLocation.h"
 
 #include <algorithm>
 #include <array>
@@ -61,10 +62,8 @@ QList<PlaceEntry> LinuxPlaces::entriesBehind(const QString &list) const
 
 std::optional<QString> LinuxPlaces::reasonToKeep(const FilePath &item, const Cancellation &cancellation) const
 {
-    // A link is offered as itself, so only what lies above it is followed.
     const FilePath written = item.standardized();
-    const FilePath folder = m_files->resolvingSymlinks(written.deletingLastPathComponent());
-    const FilePath actual = folder.appending(written.lastPathComponent());
+    const FilePath actual = removableLocation(*m_files, written);
 
     PlaceSearch search(*m_files, actual, cancellation);
     addKept(search, actual);

@@ -1,6 +1,6 @@
 #include "Platform/Linux/Removal/FileCopy.h"
 
-#include "Platform/Linux/Files/Writing.h"
+#include "Platform/Linux/Files/WriteAll.h"
 
 #include <array>
 #include <cerrno>

@@ -1,12 +1,10 @@
 #include "Platform/Linux/Removal/FolderEmptying.h"
 
+#include "Platform/Linux/Files/DirectoryBuffer.h"
 #include "Platform/Linux/Files/OpenAt.h"
 
-#include <array>
 #include <cerrno>
-#include <cstring>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -15,7 +13,6 @@ namespace Quillmere {
 namespace {
 
 constexpr quint64 stayingInside = RESOLVE_NO_SYMLINKS | RESOLVE_NO_XDEV;
-constexpr size_t bufferSize = 64 * 1024;
 
 /// True when the folder is ours and its owner has all rights now; another thread may have been the one to give them.
 bool giveOwnerAllRights(const struct stat &status, const std::function<int(mode_t)> &change)
@@ -50,11 +47,6 @@ int unlinkUnlocking(int folder, const char *name, int flags)
     return !unlock(folder) ? EACCES : ::unlinkat(folder, name, flags) == 0 ? 0 : errno;
 }
 
-bool isDots(const char *name)
-{
-    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
-}
-
 void sweepEntry(int folder, const dirent64 &entry, const MayRemove &mayRemove, FolderSweep &sweep)
 {
     if (entry.d_type == DT_DIR) {
@@ -75,21 +67,17 @@ void sweepEntry(int folder, const dirent64 &entry, const MayRemove &mayRemove, F
 FolderSweep sweepFolder(int folder, const MayRemove &mayRemove)
 {
     FolderSweep sweep;
-    alignas(dirent64) std::array<char, bufferSize> buffer;
-    for (;;) {
-        const ssize_t filled = ::getdents64(folder, buffer.data(), buffer.size());
-        // A folder that somebody else has deleted meanwhile reads as ENOENT: nothing is left in it.
-        if (filled < 0 && errno != ENOENT)
-            sweep.refusals.append({{}, errno});
-        if (filled <= 0)
-            return sweep;
-        for (ssize_t offset = 0; offset < filled;) {
-            const auto &entry = *reinterpret_cast<const dirent64 *>(buffer.data() + offset);
-            offset += entry.d_reclen;
-            if (!isDots(entry.d_name))
+    DirectoryBuffer buffer;
+    while (buffer.read(folder)) {
+        for (const dirent64 &entry : buffer) {
+            if (!DirectoryBuffer::isDots(entry))
                 sweepEntry(folder, entry, mayRemove, sweep);
         }
     }
+    // A folder that somebody else has deleted meanwhile reads as ENOENT: nothing is left in it.
+    if (errno != 0 && errno != ENOENT)
+        sweep.refusals.append({{}, errno});
+    return sweep;
 }
 
 FileDescriptor openFolderToEmpty(int parent, const QByteArray &name)

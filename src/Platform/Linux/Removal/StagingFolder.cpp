@@ -9,6 +9,7 @@
 #include <QRandomGenerator>
 
 #include <cerrno>
+#include <tuple>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -36,7 +37,7 @@ void removeFolder(int parent, const QByteArray &name)
     const MayRemove everything;
     RemovalRecord record;
     // What does not go now goes the next time.
-    static_cast<void>(DeepRemoval(parent, FilePath(allName), everything, record).remove(name));
+    std::ignore = DeepRemoval(parent, FilePath(allName), everything, record).remove(name);
 }
 
 void removeAbandoned(int all)

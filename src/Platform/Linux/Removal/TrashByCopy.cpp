@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/Files/ErrnoFailure.h"
 #include "Platform/Linux/Files/OpenAt.h"
+#include "Platform/Linux/Files/StatFields.h"
 #include "Platform/Linux/Removal/StagingFolder.h"
 #include "Platform/Linux/Removal/TrashMove.h"
 #include "Platform/Linux/Removal/TreeCopy.h"
@@ -9,6 +10,7 @@
 #include "Platform/Linux/Walk/TreeWalk.h"
 
 #include <cerrno>
+#include <tuple>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -20,7 +22,6 @@ namespace Quillmere {
 namespace {
 
 constexpr char copyName[] = "item";
-constexpr qint64 bytesPerBlock = 512;
 
 /// Looks beforehand whether the item could be deleted at all, so that nothing is copied in vain.
 Result<void> mayLeave(const ItemPlace &place, const struct stat &item)
@@ -98,7 +99,7 @@ Result<QByteArray> trashByCopy(const ItemPlace &place, const FileDescriptor &ite
     if (!failure)
         return filled.value().name();
     if (record.removed() == 0)
-        static_cast<void>(filled.value().empty(staging.value().descriptor(), copyName));
+        std::ignore = filled.value().empty(staging.value().descriptor(), copyName);
     return *failure;
 }
 

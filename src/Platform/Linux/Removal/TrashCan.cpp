@@ -8,6 +8,7 @@
 #include "Platform/Linux/Removal/TrashMove.h"
 
 #include <cerrno>
+#include <tuple>
 
 #include <fcntl.h>
 #include <linux/magic.h>
@@ -111,7 +112,7 @@ Result<FilePath> TrashCan::move(const ItemPlace &place, const FileDescriptor &it
         return filled.failure();
     if (!isItem(item, trash.files.number(), filled.value().name())) {
         // Somebody has put another thing in its place between the look and the move: that is not what was asked for.
-        static_cast<void>(filled.value().empty(place.folder.number(), place.name));
+        std::ignore = filled.value().empty(place.folder.number(), place.name);
         return Failure{Failure::Kind::Busy, place.path, u"Replaced by something else meanwhile"_qs};
     }
     if (isItem(item, place.folder.number(), place.name))

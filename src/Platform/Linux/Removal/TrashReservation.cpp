@@ -1,14 +1,13 @@
 #include "Platform/Linux/Removal/TrashReservation.h"
 
 #include "Platform/Linux/Files/ErrnoFailure.h"
-#include "Platform/Linux/Files/Writing.h"
+#include "Platform/Linux/Files/MoveWithoutReplacing.h"
+#include "Platform/Linux/Files/WriteAll.h"
 #include "Platform/Linux/Removal/TrashInfo.h"
 
 #include <cerrno>
-#include <cstdio>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Quillmere {
@@ -16,21 +15,6 @@ namespace Quillmere {
 namespace {
 
 constexpr mode_t privateFile = 0600;
-
-/// Never onto anything that exists.
-int moveAcross(int fromFolder, const QByteArray &from, int toFolder, const QByteArray &to)
-{
-    if (::renameat2(fromFolder, from.constData(), toFolder, to.constData(), RENAME_NOREPLACE) == 0)
-        return 0;
-    if (errno != EINVAL)
-        return errno;
-    // Some file systems, NFS among them, know no flags. The name is then looked for; the info file has reserved it
-    // against every other program that uses the Trash in the common way.
-    struct stat status = {};
-    if (::fstatat(toFolder, to.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0)
-        return EEXIST;
-    return ::renameat(fromFolder, from.constData(), toFolder, to.constData()) == 0 ? 0 : errno;
-}
 
 } // namespace
 
@@ -77,14 +61,16 @@ TrashReservation::~TrashReservation()
 
 int TrashReservation::fill(int folder, const QByteArray &name)
 {
-    const int error = moveAcross(folder, name, m_trash->files.number(), m_name);
+    // Where the file system cannot keep a move from replacing, the info file has reserved the name against every other
+    // program that uses the Trash in the common way.
+    const int error = moveWithoutReplacing(folder, name, m_trash->files.number(), m_name);
     m_held = error != 0;
     return error;
 }
 
 int TrashReservation::empty(int folder, const QByteArray &name)
 {
-    const int error = moveAcross(m_trash->files.number(), m_name, folder, name);
+    const int error = moveWithoutReplacing(m_trash->files.number(), m_name, folder, name);
     m_held = error == 0;
     return error;
 }

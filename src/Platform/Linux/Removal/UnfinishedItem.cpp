@@ -1,35 +1,13 @@
 #include "Platform/Linux/Removal/UnfinishedItem.h"
 
+#include "Platform/Linux/Files/MoveWithoutReplacing.h"
 #include "Platform/Linux/Files/OpenAt.h"
 #include "Platform/Linux/Removal/RemovalRecord.h"
 #include "Platform/Linux/Removal/TreeRemoval.h"
 
-#include <cerrno>
-#include <cstdio>
-
 #include <fcntl.h>
-#include <sys/stat.h>
 
 namespace Quillmere {
-
-namespace {
-
-/// 0, or an error number.
-int moveWithin(const FileDescriptor &folder, const QByteArray &from, const QByteArray &to)
-{
-    const int number = folder.number();
-    if (::renameat2(number, from.constData(), number, to.constData(), RENAME_NOREPLACE) == 0)
-        return 0;
-    if (errno != EINVAL)
-        return errno;
-    // Not every file system knows how not to replace.
-    struct stat status = {};
-    if (::fstatat(number, to.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0)
-        return EEXIST;
-    return ::renameat(number, from.constData(), number, to.constData()) == 0 ? 0 : errno;
-}
-
-} // namespace
 
 UnfinishedItem::UnfinishedItem(const ItemPlace &item)
     : m_item(item)
@@ -47,12 +25,12 @@ UnfinishedItem::~UnfinishedItem()
 
 int UnfinishedItem::hide() const
 {
-    return moveWithin(m_place.folder, m_item.name, m_place.name);
+    return moveWithoutReplacing(m_place.folder.number(), m_item.name, m_place.folder.number(), m_place.name);
 }
 
 int UnfinishedItem::reveal() const
 {
-    return moveWithin(m_place.folder, m_place.name, m_item.name);
+    return moveWithoutReplacing(m_place.folder.number(), m_place.name, m_place.folder.number(), m_item.name);
 }
 
 void UnfinishedItem::remove(RemovalRecord &record) const

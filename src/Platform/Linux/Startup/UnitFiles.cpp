@@ -1,14 +1,10 @@
 #include "Platform/Linux/Startup/UnitFiles.h"
 
-#include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Startup/KeptLinks.h"
 
 #include <QSet>
 
 #include <algorithm>
-#include <cerrno>
-#include <climits>
-
-#include <unistd.h>
 
 namespace Quillmere {
 
@@ -76,19 +72,15 @@ bool UnitFiles::isMasked(const QByteArray &name) const
     return m_files->resolvingSymlinks(m_own.appending(name)) == FilePath("/dev/null");
 }
 
-QByteArray UnitFiles::ownLink(const QByteArray &name) const
+Result<void> UnitFiles::keepingOwnLink(const QByteArray &name, const std::function<Result<void>()> &switchOff) const
 {
-    QByteArray target(PATH_MAX, '\0');
-    const ssize_t length = ::readlink(m_own.appending(name).bytes().constData(), target.data(), PATH_MAX);
-    return length > 0 && !isMasked(name) ? target.first(length) : QByteArray();
+    return isMasked(name) ? switchOff() : keepingLink(m_own, name, switchOff);
 }
 
-Result<void> UnitFiles::restoreOwnLink(const QByteArray &name, const QByteArray &target) const
+void UnitFiles::giveBackOwnLinks() const
 {
-    const FilePath link = m_own.appending(name);
-    if (::symlink(target.constData(), link.bytes().constData()) != 0 && errno != EEXIST)
-        return failureFromErrno(errno, link);
-    return {};
+    if (m_files->isAnswering(m_own))
+        giveBackOwedLinks(m_own);
 }
 
 FilePath UnitFiles::systemFile(const QByteArray &name) const

@@ -3,6 +3,7 @@
 #include "Platform/FileManager.h"
 #include "Platform/StartupEntries.h"
 
+#include <functional>
 #include <memory>
 
 namespace Quillmere {
@@ -21,11 +22,12 @@ public:
     [[nodiscard]] QList<StartupEntry> entries() const;
     /// Whether the user has a link to nothing in the place of the unit called @p name.
     [[nodiscard]] bool isMasked(const QByteArray &name) const;
-    /// What the user's own link in the place of that unit holds, as `systemctl link` and tools for dotfiles make it.
-    /// Empty where there is none, and for a mask.
-    [[nodiscard]] QByteArray ownLink(const QByteArray &name) const;
-    /// Has that link again, unless something stands there.
-    [[nodiscard]] Result<void> restoreOwnLink(const QByteArray &name, const QByteArray &target) const;
+    /// Runs @p switchOff, after which a link of the user's own in the place of that unit, as `systemctl link` and tools
+    /// for dotfiles make it, still stands: the manager takes it away. Of a mask nothing is kept.
+    [[nodiscard]] Result<void> keepingOwnLink(const QByteArray &name,
+                                              const std::function<Result<void>()> &switchOff) const;
+    /// Puts such links there again that a program that was killed meanwhile has left owed.
+    void giveBackOwnLinks() const;
     /// Whether the unit's file says by what it is started once it is enabled.
     [[nodiscard]] bool canBeEnabled(const FilePath &file) const;
     /// The system's most important file of that unit; empty when there is none.

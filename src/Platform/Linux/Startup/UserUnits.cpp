@@ -1,5 +1,7 @@
 #include "Platform/Linux/Startup/UserUnits.h"
 
+#include "Platform/Linux/System/SystemdNames.h"
+
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusVariant>
@@ -8,9 +10,6 @@ namespace Quillmere {
 
 namespace {
 
-const QString manager = u"org.freedesktop.systemd1"_qs;
-const QString managerObject = u"/org/freedesktop/systemd1"_qs;
-const QString managerInterface = u"org.freedesktop.systemd1.Manager"_qs;
 const QString accessDenied = u"org.freedesktop.DBus.Error.AccessDenied"_qs;
 const QString enabledState = u"enabled"_qs;
 const QString disabledState = u"disabled"_qs;
@@ -39,10 +38,11 @@ UserUnits::UserUnits(UnitFiles files, FilePath home, const QDBusConnection &sess
 
 QList<StartupEntry> UserUnits::entries() const
 {
-    QList<StartupEntry> found;
+    m_files.giveBackOwnLinks();
     if (!hasManager())
         return m_files.entries();
-    const QDBusMessage answer = ask(managerInterface, u"ListUnitFiles"_qs, {});
+    QList<StartupEntry> found;
+    const QDBusMessage answer = ask(SystemdNames::manager, u"ListUnitFiles"_qs, {});
     if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != listOfPairs)
         return found;
     const QDBusArgument list = answer.arguments().first().value<QDBusArgument>();
@@ -93,10 +93,10 @@ Result<void> UserUnits::setEnabled(const FilePath &path, bool enabled) const
     if (!done)
         return done;
     // What became of it shows only now: the manager also accepts what changes nothing.
-    const QString state = stateOf(path);
-    if (state.isEmpty())
-        return Failure{Failure::Kind::Other, path, u"The manager of units does not know it any more"_qs};
-    if ((state == enabledState) != enabled)
+    const Result<QString> state = stateOf(path);
+    if (!state)
+        return state.failure();
+    if ((state.value() == enabledState) != enabled)
         return Failure{Failure::Kind::Other, path, u"The manager of units has left it as it was"_qs};
     return {};
 }
@@ -106,7 +106,7 @@ Result<void> UserUnits::enable(const FilePath &path) const
     if (m_files.isMasked(path.lastPathComponent())) {
         if (const Result<void> done = change(u"UnmaskUnitFiles"_qs, path, {false}); !done)
             return done;
-        if (stateOf(path) == enabledState)
+        if (isOn(path))
             return {};
     }
     return change(u"EnableUnitFiles"_qs, path, {false, false});
@@ -121,19 +121,18 @@ Result<void> UserUnits::disable(const FilePath &path) const
             return Failure{Failure::Kind::NotSupported, path, u"It could not be switched on again"_qs};
         return mask(path);
     }
-    const QByteArray link = m_files.ownLink(name);
-    const Result<void> done = change(u"DisableUnitFiles"_qs, path, {false});
     // systemctl(1): disabling removes all links to the unit, including those that were made by hand.
-    if (!link.isEmpty()) {
-        if (const Result<void> restored = m_files.restoreOwnLink(name, link); !restored)
-            return restored;
-    }
+    const Result<void> done
+        = m_files.keepingOwnLink(name, [&] { return change(u"DisableUnitFiles"_qs, path, {false}); });
     // The links of one that is enabled for all users are not this user's to take away.
-    return done && stateOf(path) == enabledState ? mask(path) : done;
+    return done && isOn(path) ? mask(path) : done;
 }
 
 Result<void> UserUnits::mask(const FilePath &path) const
 {
+    // Of a masked unit the manager names the mask alone. Without the system's file it would be listed no more.
+    if (m_files.systemFile(path.lastPathComponent()).isEmpty())
+        return Failure{Failure::Kind::NotSupported, path, u"It could not be switched on again"_qs};
     return change(u"MaskUnitFiles"_qs, path, {false, false});
 }
 
@@ -141,21 +140,25 @@ Result<void> UserUnits::mask(const FilePath &path) const
 Result<void> UserUnits::change(const QString &method, const FilePath &path, const QVariantList &how) const
 {
     const QStringList units = {QString::fromUtf8(path.lastPathComponent())};
-    const QDBusMessage answer = ask(managerInterface, method, QVariantList{units} + how);
+    const QDBusMessage answer = ask(SystemdNames::manager, method, QVariantList{units} + how);
     return answer.type() == QDBusMessage::ReplyMessage ? Result<void>() : Result<void>(failureOf(answer, path));
 }
 
-QString UserUnits::stateOf(const FilePath &path) const
+Result<QString> UserUnits::stateOf(const FilePath &path) const
 {
     const QString unit = QString::fromUtf8(path.lastPathComponent());
-    return ask(managerInterface, u"GetUnitFileState"_qs, {unit}).arguments().value(0).toString();
+    const QDBusMessage answer = ask(SystemdNames::manager, u"GetUnitFileState"_qs, {unit});
+    // An error's text stands among the arguments of its message, too.
+    if (answer.type() != QDBusMessage::ReplyMessage)
+        return failureOf(answer, path);
+    return answer.arguments().value(0).toString();
 }
 
 /// Whoever runs the program on another home than their own does not mean their own units.
 bool UserUnits::hasManager() const
 {
     const QDBusMessage answer
-        = ask(u"org.freedesktop.DBus.Properties"_qs, u"Get"_qs, {managerInterface, u"UnitPath"_qs});
+        = ask(u"org.freedesktop.DBus.Properties"_qs, u"Get"_qs, {SystemdNames::manager, u"UnitPath"_qs});
     const QVariant folders = answer.arguments().value(0).value<QDBusVariant>().variant();
     return folders.toStringList().contains(QString::fromUtf8(m_files.ownFolder().bytes()));
 }
@@ -165,7 +168,8 @@ QDBusMessage UserUnits::ask(const QString &interface, const QString &method, con
 {
     if (!m_sessionBus.isConnected())
         return QDBusMessage::createError(QDBusError::Disconnected, u"No session bus"_qs);
-    QDBusMessage question = QDBusMessage::createMethodCall(manager, managerObject, interface, method);
+    QDBusMessage question
+        = QDBusMessage::createMethodCall(SystemdNames::service, SystemdNames::object, interface, method);
     question.setArguments(arguments);
     question.setAutoStartService(false);
     return m_sessionBus.call(question, QDBus::Block, int(m_patience.count()));

@@ -20,12 +20,13 @@ public:
 
     /// First those of the home, then those of the system, each by name. Left out is what nobody enables by itself:
     /// templates, units without a place to be installed to, those that somebody else than the user masks, and those
-    /// that are made while running.
+    /// that are made while running. Mends first what a switching that was killed has left undone.
     [[nodiscard]] QList<StartupEntry> entries() const;
     [[nodiscard]] static bool owns(const FilePath &path);
     /// What can be switched off can be switched on again: a link of the user's own in the place of a unit stays, one of
     /// the system's that no enabling would bring back is masked for this user, as is one that is enabled for all, and
-    /// the user's own without such a way is refused. Fails also where the manager leaves it as it was.
+    /// the user's own without such a way is refused, and so is one that would no longer be listed once it is masked.
+    /// Fails also where the manager leaves it as it was.
     [[nodiscard]] Result<void> setEnabled(const FilePath &path, bool enabled) const;
 
 private:
@@ -34,7 +35,9 @@ private:
     [[nodiscard]] Result<void> disable(const FilePath &path) const;
     [[nodiscard]] Result<void> mask(const FilePath &path) const;
     [[nodiscard]] Result<void> change(const QString &method, const FilePath &path, const QVariantList &how) const;
-    [[nodiscard]] QString stateOf(const FilePath &path) const;
+    /// Fails for one that the manager does not know.
+    [[nodiscard]] Result<QString> stateOf(const FilePath &path) const;
+    [[nodiscard]] bool isOn(const FilePath &path) const { return stateOf(path).valueOr({}) == u"enabled"; }
     [[nodiscard]] bool hasManager() const;
     [[nodiscard]] QDBusMessage ask(const QString &interface, const QString &method,
                                    const QVariantList &arguments) const;

@@ -1,26 +1,20 @@
 #include "Platform/Linux/System/ProcessTable.h"
 
-#include "Platform/Linux/Files/BoundedReading.h"
+#include "Platform/Linux/Files/DirectoryBuffer.h"
+#include "Platform/Linux/Files/FileReading.h"
 #include "Platform/Linux/System/ProcFile.h"
 #include "Platform/Linux/System/ProcText.h"
 
 #include <algorithm>
 #include <array>
 #include <climits>
-#include <memory>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 namespace Quillmere {
 
 namespace {
-
-struct CloseFolder
-{
-    void operator()(DIR *folder) const { ::closedir(folder); }
-};
 
 QByteArray nameOf(pid_t pid, const char *name)
 {
@@ -37,16 +31,15 @@ ProcessTable::ProcessTable(const FilePath &proc)
 QList<pid_t> ProcessTable::processes() const
 {
     // A description of its own, since the place in the folder belongs to it.
-    FileDescriptor own(::openat(m_folder.number(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    const std::unique_ptr<DIR, CloseFolder> folder(own.isOpen() ? ::fdopendir(own.number()) : nullptr);
-    if (!folder)
-        return {};
-    own.release();
+    const FileDescriptor folder(::openat(m_folder.number(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     QList<pid_t> numbers;
-    while (const dirent *entry = ::readdir(folder.get())) {
-        const std::optional<quint64> number = wholeNumber(entry->d_name);
-        if (number && *number > 0 && *number <= INT_MAX)
-            numbers.append(static_cast<pid_t>(*number));
+    DirectoryBuffer buffer;
+    while (folder.isOpen() && buffer.read(folder.number())) {
+        for (const dirent64 &entry : buffer) {
+            const std::optional<quint64> number = wholeNumber(entry.d_name);
+            if (number && *number > 0 && *number <= INT_MAX)
+                numbers.append(static_cast<pid_t>(*number));
+        }
     }
     std::ranges::sort(numbers);
     return numbers;

@@ -1,4 +1,5 @@
 #include "Platform/Linux/Applications/LinuxBundles.h"
+#include "Utilities/PropertyListLimits.h"
 
 #include <QDir>
 #include <QFile>
@@ -182,13 +183,13 @@ TEST_F(LinuxBundlesTest, DoesNotReadAHundredMegabytes)
     EXPECT_EQ(bundles.open(bundle), silent());
 }
 
-TEST_F(LinuxBundlesTest, TakesNothingFromAListOfTwoMegabytes)
+TEST_F(LinuxBundlesTest, TakesNothingFromAListBeyondTheLimitOfAll)
 {
     const QByteArray contents = head + text("CFBundleIdentifier", "com.example.sample");
     writeInformation(contents + tail);
     ASSERT_NE(bundles.open(bundle), silent());
 
-    writeInformation(contents + QByteArray(2 * 1024 * 1024, ' ') + tail);
+    writeInformation(contents + QByteArray(PropertyListLimits::mostBytes, ' ') + tail);
 
     EXPECT_EQ(bundles.open(bundle), silent());
 }

@@ -60,7 +60,7 @@ protected:
     /// As another program of this user has it.
     [[nodiscard]] DiskService toShow() const
     {
-        return DiskService::toShow(bus.connection(), shortPatience, DiskServiceSilence(runtimeFolder()));
+        return DiskService::toShow(bus.connection(), shortPatience, DiskServiceSilence(RuntimeFolder(runtimeFolder())));
     }
     [[nodiscard]] FilePath runtimeFolder() const { return FilePath(QFile::encodeName(folder.path())); }
     /// As if what is remembered had been written down @p seconds ago.
@@ -68,7 +68,7 @@ protected:
     {
         const timespec then = {::time(nullptr) - seconds, 0};
         const std::array times = {then, then};
-        const QByteArray file = QFile::encodeName(folder.filePath(u"quillmere-udisks2-silent"_qs));
+        const QByteArray file = QFile::encodeName(folder.filePath(u"quillmere/udisks2-silent"_qs));
         ASSERT_EQ(::utimensat(AT_FDCWD, file.constData(), times.data(), 0), 0);
     }
 
@@ -128,7 +128,7 @@ TEST_F(DiskServiceSilenceTest, IsNotRememberedWhereOthersMayWriteOrThereIsNoFold
 
     EXPECT_EQ(disks.questions(), 2);
     for (const char *nowhere : {"", "relative", "/nowhere/at/all"}) {
-        const DiskServiceSilence silence{FilePath(QByteArray(nowhere))};
+        const DiskServiceSilence silence{RuntimeFolder(FilePath(QByteArray(nowhere)))};
         silence.remember();
         EXPECT_FALSE(silence.isRecent()) << nowhere;
     }
@@ -138,7 +138,7 @@ TEST_F(DiskServiceSilenceTest, ThatItIsNotThereAtAllIsNoSilence)
 {
     EXPECT_FALSE(toShow().objects());
 
-    EXPECT_FALSE(DiskServiceSilence(runtimeFolder()).isRecent());
+    EXPECT_FALSE(DiskServiceSilence(RuntimeFolder(runtimeFolder())).isRecent());
 }
 
 TEST_F(DiskServiceSilenceTest, AListingOfManyVolumesWaitsOnceAndTakesTheKernelsWord)

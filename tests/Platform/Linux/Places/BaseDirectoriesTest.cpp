@@ -57,3 +57,15 @@ TEST(BaseDirectoriesTest, KnowsTheSystemsFoldersForSettingsWhereNobodyNamesThem)
     EXPECT_EQ(BaseDirectories::systemConfig(variable("/b/:relative:/a:/b")),
               (QList<FilePath>{FilePath("/b"), FilePath("/a")}));
 }
+
+TEST(BaseDirectoriesTest, KnowsTheSystemsFoldersForDataWhereNobodyNamesThem)
+{
+    const auto valueOf = [](const QByteArray &value) {
+        return [value](const char *name) { return name == QByteArray("XDG_DATA_DIRS") ? value : "/another"; };
+    };
+
+    EXPECT_EQ(BaseDirectories::systemData(valueOf({})),
+              (QList<FilePath>{FilePath("/usr/local/share"), FilePath("/usr/share")}));
+    EXPECT_EQ(BaseDirectories::systemData(valueOf("/b/:relative:/a:/b")),
+              (QList<FilePath>{FilePath("/b"), FilePath("/a")}));
+}

@@ -1,6 +1,7 @@
 #include "Platform/Linux/ChildProcess.h"
 #include "Platform/Linux/Removal/TrashCan.h"
 #include "Platform/Linux/Removal/TrashInfo.h"
+#include "Platform/Linux/SpawnedProgram.h"
 #include "Platform/Linux/TemporaryHome.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,11 @@
 
 #include <algorithm>
 #include <optional>
+#include <tuple>
+
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Quillmere;
 
@@ -45,6 +51,33 @@ protected:
         if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
             return std::nullopt;
         return process.readAllStandardOutput();
+    }
+
+    /// The same from inside a namespace of mounts, where nothing of Qt's may start a program.
+    QByteArray gioInNamespace(const QList<QByteArray> &arguments) const
+    {
+        QStringList command = {u"-i"_qs, u"PATH="_qs + qEnvironmentVariable("PATH")};
+        for (const auto &[name, folder] : {std::pair("HOME", "home"), std::pair("XDG_DATA_HOME", "home/.local/share"),
+                                           std::pair("XDG_RUNTIME_DIR", "run")})
+            command.append(QLatin1String(name) + u'=' + QFile::decodeName(home.path(folder).bytes()));
+        command += {u"dbus-run-session"_qs, u"--"_qs, u"gio"_qs};
+        for (const QByteArray &argument : arguments)
+            command.append(QFile::decodeName(argument));
+        QByteArray output;
+        EXPECT_EQ(runProgram(u"env"_qs, command, &output), 0);
+        return output;
+    }
+
+    /// The desktop takes the volumes that a test can make for the system's own, and does not look into them. Puts what
+    /// is on "volume", byte for byte, on one in its place that it does look into.
+    bool showToGio() const
+    {
+        const QByteArray volume = home.path("volume").bytes();
+        const QByteArray shown = home.addFolder("shown").bytes();
+        return ::mount("ramfs", shown.constData(), "ramfs", 0, nullptr) == 0
+            && runProgram(u"cp"_qs, {u"-a"_qs, QFile::decodeName(volume + "/."), QFile::decodeName(shown)}) == 0
+            && ::umount(volume.constData()) == 0
+            && ::mount(shown.constData(), volume.constData(), nullptr, MS_MOVE, nullptr) == 0;
     }
 
     static QByteArray locator(const FilePath &trashed)
@@ -119,4 +152,33 @@ TEST_F(GioTrashTest, LeavesATrashThatWeCanReadAndGoOnWith)
     ASSERT_TRUE(trashed);
     EXPECT_EQ(trashed.value().lastPathComponent(), "a %.2.txt");
     EXPECT_EQ(home.contents("home/.local/share/Trash/files/a %.txt"), "theirs");
+}
+
+TEST_F(GioTrashTest, ListsAndRestoresWhatWeTrashedOnAnotherVolume)
+{
+    QUILLMERE_NEED(whyNoMountNamespace());
+    home.addFolder("backing");
+    inMountNamespace([&] {
+        ASSERT_TRUE(mountVolume(home.path("volume"), home.path("backing")));
+        UserEnvironment environment = home.environment();
+        environment.user = ::geteuid();
+        const QByteArray user = QByteArray::number(environment.user);
+        const auto own = TrashCan(environment).trash(home.addFile("volume/folder/a b", "in the own one"));
+        ASSERT_TRUE(own);
+        ASSERT_EQ(own.value(), home.path("volume/.Trash-" + user + "/files/a b"));
+        home.addFolder("volume/.Trash");
+        ASSERT_EQ(::chmod(home.path("volume/.Trash").bytes().constData(), 01777), 0);
+        const auto shared = TrashCan(environment).trash(home.addFile("volume/folder/c", "in the shared one"));
+        ASSERT_TRUE(shared);
+        ASSERT_EQ(shared.value(), home.path("volume/.Trash/" + user + "/files/c"));
+
+        ASSERT_TRUE(showToGio());
+        const QList<QByteArray> lines = gioInNamespace({"trash", "--list"}).trimmed().split('\n');
+
+        ASSERT_EQ(lines.size(), 2);
+        for (const QByteArray &line : lines)
+            std::ignore = gioInNamespace({"trash", "--restore", line.first(line.indexOf('\t'))});
+        EXPECT_EQ(home.contents("volume/folder/a b"), "in the own one");
+        EXPECT_EQ(home.contents("volume/folder/c"), "in the shared one");
+    });
 }

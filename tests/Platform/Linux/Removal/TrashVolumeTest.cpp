@@ -192,7 +192,7 @@ TEST_F(TrashVolumeTest, CopiesAFolderDeeperThanDescriptorsReach)
     onMemory("size=256m,nr_inodes=100000", [&] {
         home.addFolder("memory/deep");
         ASSERT_EQ(::chdir(home.path("memory/deep").bytes().constData()), 0);
-        for (int level = 0; level < 2000; ++level) {
+        for (int level = 0; level < 10'000; ++level) {
             ASSERT_EQ(::mkdir("d", 0777), 0);
             ASSERT_EQ(::chdir("d"), 0);
         }
@@ -204,7 +204,7 @@ TEST_F(TrashVolumeTest, CopiesAFolderDeeperThanDescriptorsReach)
         ASSERT_TRUE(trashed) << qPrintable(trashed.failure().detail);
         EXPECT_FALSE(home.exists("memory/deep"));
         ASSERT_EQ(::chdir(trashed.value().bytes().constData()), 0);
-        for (int level = 0; level < 2000; ++level)
+        for (int level = 0; level < 10'000; ++level)
             ASSERT_EQ(::chdir("d"), 0);
         EXPECT_EQ(contentsOf(FilePath("file")), "bottom");
         ASSERT_EQ(::chdir("/"), 0);

@@ -1,4 +1,4 @@
-#include "Platform/Linux/Files/Writing.h"
+#include "Platform/Linux/Files/WriteAll.h"
 
 #include <cerrno>
 
