@@ -6,6 +6,7 @@
 #include "Utilities/LocalizationManager.h"
 #include "Utilities/PathValidator.h"
 #include "Utilities/TextComparison.h"
+#include "ViewModels/DesktopRequests.h"
 #include "ViewModels/LargeFilesWalk.h"
 #include "ViewModels/LatestNews.h"
 #include "ViewModels/NameRanks.h"
@@ -76,8 +77,8 @@ void LargeFilesViewModel::setSelectedCategory(FileCategory category)
 
 void LargeFilesViewModel::setSelectedCategoryIndex(int index)
 {
-    if (index >= 0 && index < allCases<FileCategory>().size())
-        setSelectedCategory(static_cast<FileCategory>(index));
+    if (const auto category = caseAt<FileCategory>(index))
+        setSelectedCategory(*category);
 }
 
 void LargeFilesViewModel::toggleSort(SortField field)
@@ -139,8 +140,7 @@ void LargeFilesViewModel::cancelScan()
 
 void LargeFilesViewModel::revealInFinder(const FileItem &file)
 {
-    // The desktop may be slow to answer, and nobody waits for it.
-    (void)inBackground([workspace = m_workspace, path = file.path] { workspace->revealInFileViewer({path}); });
+    revealWithoutWaiting(m_workspace, file.path);
 }
 
 QString LargeFilesViewModel::descriptionOf(const FileItem &file) const
