@@ -17,7 +17,6 @@ class AppState final : public QObject
     Q_OBJECT
     Q_PROPERTY(
         Quillmere::SidebarTabs::SidebarTab selectedTab READ selectedTab WRITE setSelectedTab NOTIFY selectedTabChanged)
-    Q_PROPERTY(QString selectedTitleKey READ selectedTitleKey NOTIFY selectedTabChanged)
     Q_PROPERTY(bool isScanning READ isScanning WRITE setIsScanning NOTIFY isScanningChanged)
     Q_PROPERTY(double scanProgress READ scanProgress WRITE setScanProgress NOTIFY scanProgressChanged)
     Q_PROPERTY(QDateTime lastScanDate READ lastScanDate NOTIFY lastScanDateChanged)
@@ -33,7 +32,6 @@ public:
 
     [[nodiscard]] SidebarTab selectedTab() const { return m_selectedTab; }
     void setSelectedTab(SidebarTab tab);
-    [[nodiscard]] QString selectedTitleKey() const { return titleKey(m_selectedTab); }
     [[nodiscard]] bool isScanning() const { return m_isScanning; }
     void setIsScanning(bool isScanning);
     [[nodiscard]] double scanProgress() const { return m_scanProgress; }

@@ -49,4 +49,14 @@ template<typename Enumeration>
     return values;
 }
 
+/// The @p index-th in declaration order; nothing for an index without one.
+template<typename Enumeration>
+[[nodiscard]] std::optional<Enumeration> caseAt(int index)
+{
+    const auto &cases = RawValues<Enumeration>::cases;
+    if (index < 0 || index >= int(cases.size()))
+        return std::nullopt;
+    return cases[size_t(index)].first;
+}
+
 } // namespace Quillmere

@@ -4,6 +4,7 @@
 #include "Models/SignedStatus.h"
 #include "Values/FilePath.h"
 
+#include <QMetaType>
 #include <QUuid>
 
 #include <optional>
@@ -49,3 +50,5 @@ struct StartupItem
 };
 
 } // namespace Quillmere
+
+Q_DECLARE_METATYPE(Quillmere::StartupItem)

@@ -18,7 +18,6 @@ class Localizer final : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(Quillmere::Languages::Language language READ language WRITE setLanguage NOTIFY languageChanged)
-    Q_PROPERTY(Quillmere::Languages::Language effectiveLanguage READ effectiveLanguage NOTIFY languageChanged)
 
 public:
     /// Code of the language that the desktop speaks, such as "es" or "ru_RU"; may be empty.

@@ -1,7 +1,7 @@
 #include "ViewModels/AdvertisementBannerViewModel.h"
 
 #include "Utilities/LocalizationManager.h"
-#include "ViewModels/PageOpening.h"
+#include "ViewModels/DesktopRequests.h"
 
 #include <chrono>
 #include <utility>

@@ -1,10 +1,20 @@
 #include "ViewModels/AppListModel.h"
 
 #include "Utilities/ByteCountFormatter.h"
+#include "Utilities/LocalizationManager.h"
 
 #include <algorithm>
 
 namespace Quillmere {
+
+AppListModel::AppListModel(QObject *parent)
+    : QAbstractListModel(parent)
+{
+    connect(&Localizer::shared(), &Localizer::languageChanged, this, [this] {
+        if (!m_apps.isEmpty())
+            Q_EMIT dataChanged(index(0), index(rowCount() - 1), {SizeTextRole});
+    });
+}
 
 void AppListModel::setApps(const QList<FoundApplication> &apps)
 {
@@ -14,7 +24,6 @@ void AppListModel::setApps(const QList<FoundApplication> &apps)
     m_apps = apps;
     m_running.clear();
     endResetModel();
-    Q_EMIT countChanged();
 }
 
 void AppListModel::remove(const QUuid &id)
@@ -25,7 +34,6 @@ void AppListModel::remove(const QUuid &id)
     beginRemoveRows({}, row, row);
     m_apps.removeAt(row);
     endRemoveRows();
-    Q_EMIT countChanged();
 }
 
 void AppListModel::replace(const FoundApplication &app)
@@ -43,13 +51,7 @@ void AppListModel::setRunning(const QSet<QUuid> &running)
         return;
     m_running = running;
     if (!m_apps.isEmpty())
-        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {IsRunning});
-}
-
-void AppListModel::refreshTexts()
-{
-    if (!m_apps.isEmpty())
-        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {SizeText});
+        Q_EMIT dataChanged(index(0), index(rowCount() - 1), {IsRunningRole});
 }
 
 int AppListModel::rowOf(const QUuid &id) const
@@ -69,13 +71,13 @@ QVariant AppListModel::data(const QModelIndex &index, int role) const
         return {};
     const AppItem &app = m_apps.at(index.row()).item;
     switch (role) {
-    case Name:
+    case NameRole:
         return app.name;
-    case Icon:
+    case IconRole:
         return app.icon;
-    case SizeText:
+    case SizeTextRole:
         return formatByteCount(app.size);
-    case IsRunning:
+    case IsRunningRole:
         return m_running.contains(app.id);
     default:
         return {};
@@ -84,7 +86,7 @@ QVariant AppListModel::data(const QModelIndex &index, int role) const
 
 QHash<int, QByteArray> AppListModel::roleNames() const
 {
-    return {{Name, "name"}, {Icon, "iconName"}, {SizeText, "sizeText"}, {IsRunning, "isRunning"}};
+    return {{NameRole, "name"}, {IconRole, "iconName"}, {SizeTextRole, "sizeText"}, {IsRunningRole, "isRunning"}};
 }
 
 } // namespace Quillmere

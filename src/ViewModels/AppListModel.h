@@ -11,15 +11,11 @@ namespace Quillmere {
 class AppListModel final : public QAbstractListModel
 {
     Q_OBJECT
-    Q_PROPERTY(int count READ rowCount NOTIFY countChanged)
 
 public:
-    enum Role { Name = Qt::UserRole + 1, Icon, SizeText, IsRunning };
+    enum Role { NameRole = Qt::UserRole + 1, IconRole, SizeTextRole, IsRunningRole };
 
-    explicit AppListModel(QObject *parent)
-        : QAbstractListModel(parent)
-    {
-    }
+    explicit AppListModel(QObject *parent);
 
     [[nodiscard]] const QList<FoundApplication> &apps() const { return m_apps; }
     void setApps(const QList<FoundApplication> &apps);
@@ -28,17 +24,12 @@ public:
     /// Which of them run now.
     void setRunning(const QSet<QUuid> &running);
     [[nodiscard]] bool isRunning(const QUuid &id) const { return m_running.contains(id); }
-    /// Has the rows say anew what depends on the language.
-    void refreshTexts();
     /// -1 when there is none.
     [[nodiscard]] int rowOf(const QUuid &id) const;
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
-
-Q_SIGNALS:
-    void countChanged();
 
 private:
     QList<FoundApplication> m_apps;

@@ -1,10 +1,10 @@
 #include "ViewModels/ApplicationsViewModel.h"
 
 #include "Utilities/BackgroundWork.h"
-#include "Utilities/ByteCountFormatter.h"
 #include "Utilities/Diagnostics.h"
 #include "Utilities/LocalizationManager.h"
 #include "ViewModels/ApplicationScan.h"
+#include "ViewModels/RunningPrograms.h"
 #include "ViewModels/UnfinishedRuns.h"
 
 #include <algorithm>
@@ -13,28 +13,6 @@
 namespace Quillmere {
 
 namespace {
-
-/// What the desktop and the system know to run.
-struct Running
-{
-    QList<RunningApplication> applications;
-    QSet<FilePath> programs;
-
-    [[nodiscard]] bool isAnyOf(const FoundApplication &found) const
-    {
-        const AppItem &app = found.item;
-        const QList<FilePath> parts = found.parts();
-        const auto isApp = [&](const RunningApplication &each) {
-            return (!app.bundleIdentifier.isEmpty() && each.bundleIdentifier == app.bundleIdentifier)
-                || (each.bundleLocation && each.bundleLocation->isWithin(app.path));
-        };
-        const auto isIn = [&](const FilePath &program) {
-            return program.isWithin(app.path)
-                || std::ranges::any_of(parts, [&](const FilePath &part) { return program.isWithin(part); });
-        };
-        return std::ranges::any_of(applications, isApp) || std::ranges::any_of(programs, isIn);
-    }
-};
 
 OperationLog logOf(qint64 size, qint64 count, const Clock &clock)
 {
@@ -56,10 +34,7 @@ ApplicationsViewModel::ApplicationsViewModel(Parts parts, QObject *parent)
     const TrafficControlService *traffic = &m_parts.trafficControl;
     connect(traffic, &TrafficControlService::blockedAppsChanged, this, &ApplicationsViewModel::trafficChanged);
     connect(traffic, &TrafficControlService::ecoTrafficEnabledChanged, this, &ApplicationsViewModel::trafficChanged);
-    connect(&Localizer::shared(), &Localizer::languageChanged, this, [this] {
-        m_apps.refreshTexts();
-        Q_EMIT selectedAppChanged();
-    });
+    connect(&Localizer::shared(), &Localizer::languageChanged, this, &ApplicationsViewModel::selectedAppChanged);
 }
 
 ApplicationsViewModel::~ApplicationsViewModel()
@@ -143,10 +118,8 @@ QCoro::Task<> ApplicationsViewModel::refreshRunning()
 {
     const QPointer self(this);
     const int look = ++m_looks;
-    auto asking = inBackground([workspace = m_parts.workspace] {
-        return Running{workspace->runningApplications(), workspace->runningPrograms()};
-    });
-    const Running running = co_await asking;
+    auto asking = inBackground([workspace = m_parts.workspace] { return RunningPrograms::of(*workspace); });
+    const RunningPrograms running = co_await asking;
     if (!self || look != m_looks)
         co_return;
     QSet<QUuid> ids;
@@ -276,36 +249,6 @@ void ApplicationsViewModel::toggleSelectedTraffic()
 std::optional<AppItem> ApplicationsViewModel::selectedApp() const
 {
     return m_selectedApp ? std::optional(m_selectedApp->item) : std::nullopt;
-}
-
-QString ApplicationsViewModel::selectedVersionText() const
-{
-    const Localizer &texts = Localizer::shared();
-    if (!m_selectedApp)
-        return {};
-    return texts.localized(u"applications.version"_qs) + u": "_qs
-        + m_selectedApp->item.version.value_or(texts.localized(u"applications.unknown"_qs));
-}
-
-QString ApplicationsViewModel::selectedSizeText() const
-{
-    return m_selectedApp ? formatByteCount(m_selectedApp->item.size) : QString();
-}
-
-QStringList ApplicationsViewModel::selectedFileNames() const
-{
-    QStringList names;
-    for (const FilePath &file : m_selectedApp ? m_selectedApp->item.relatedFiles : QList<FilePath>())
-        names.append(FilePath::displayText(file.lastPathComponent()));
-    return names;
-}
-
-QStringList ApplicationsViewModel::selectedFilePaths() const
-{
-    QStringList paths;
-    for (const FilePath &file : m_selectedApp ? m_selectedApp->item.relatedFiles : QList<FilePath>())
-        paths.append(file.displayText());
-    return paths;
 }
 
 void ApplicationsViewModel::showProgress(double fraction, const QString &name)

@@ -7,9 +7,9 @@
 #include "Services/ScannerService.h"
 #include "Services/TrafficControlService.h"
 #include "ViewModels/AppListModel.h"
+#include "ViewModels/SelectedApplication.h"
 
 #include <QObject>
-#include <QStringList>
 
 #include <QCoro/QCoroTask>
 
@@ -31,13 +31,7 @@ class ApplicationsViewModel final : public QObject
     Q_PROPERTY(QString currentScanningApp READ currentScanningApp NOTIFY progressChanged)
     Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectedAppChanged)
     Q_PROPERTY(bool hasSelectedApp READ hasSelectedApp NOTIFY selectedAppChanged)
-    Q_PROPERTY(QString selectedName READ selectedName NOTIFY selectedAppChanged)
-    Q_PROPERTY(QString selectedIcon READ selectedIcon NOTIFY selectedAppChanged)
-    Q_PROPERTY(QString selectedVersionText READ selectedVersionText NOTIFY selectedAppChanged)
-    Q_PROPERTY(QString selectedSizeText READ selectedSizeText NOTIFY selectedAppChanged)
-    Q_PROPERTY(QStringList selectedFileNames READ selectedFileNames NOTIFY selectedAppChanged)
-    Q_PROPERTY(QStringList selectedFilePaths READ selectedFilePaths NOTIFY selectedAppChanged)
-    Q_PROPERTY(bool canUninstallSelected READ canUninstallSelected NOTIFY selectedAppChanged)
+    Q_PROPERTY(Quillmere::SelectedApplication selected READ selected NOTIFY selectedAppChanged)
     Q_PROPERTY(bool isSelectedRunning READ isSelectedRunning NOTIFY runningChanged)
     Q_PROPERTY(bool isSelectedTrafficBlocked READ isSelectedTrafficBlocked NOTIFY trafficChanged)
     Q_PROPERTY(QString trafficErrorMessage READ trafficErrorMessageText NOTIFY trafficErrorMessageChanged)
@@ -68,14 +62,7 @@ public:
 
     [[nodiscard]] int selectedRow() const { return m_selectedApp ? m_apps.rowOf(m_selectedApp->item.id) : -1; }
     [[nodiscard]] bool hasSelectedApp() const { return m_selectedApp.has_value(); }
-    [[nodiscard]] QString selectedName() const { return m_selectedApp ? m_selectedApp->item.name : QString(); }
-    [[nodiscard]] QString selectedIcon() const { return m_selectedApp ? m_selectedApp->item.icon : QString(); }
-    [[nodiscard]] QString selectedVersionText() const;
-    [[nodiscard]] QString selectedSizeText() const;
-    [[nodiscard]] QStringList selectedFileNames() const;
-    [[nodiscard]] QStringList selectedFilePaths() const;
-    /// False for what only the administrator's tools can remove.
-    [[nodiscard]] bool canUninstallSelected() const { return m_selectedApp && m_selectedApp->canBeUninstalled(); }
+    [[nodiscard]] SelectedApplication selected() const { return SelectedApplication(m_selectedApp); }
     [[nodiscard]] bool isSelectedRunning() const { return m_selectedApp && m_apps.isRunning(m_selectedApp->item.id); }
     [[nodiscard]] bool isSelectedTrafficBlocked() const
     {

@@ -10,6 +10,15 @@ namespace Quillmere {
 
 namespace {
 
+/// What an alert says: keys of its texts.
+struct AlertWords
+{
+    int step;
+    QString titleKey;
+    QString messageKey;
+    QString confirmKey;
+};
+
 QString textOf(const VolumeInfo &volume)
 {
     return volume.name + u" ("_qs + FilePath::displayText(volume.bsdName.toUtf8()) + u") - "_qs
@@ -19,6 +28,21 @@ QString textOf(const VolumeInfo &volume)
 QString textOfNone()
 {
     return Localizer::shared().localized(u"disk.selectDrive"_qs);
+}
+
+AlertWords wordsOf(const DiskAlertState &state)
+{
+    switch (state.alert) {
+    case DiskAlert::Confirm2:
+        return {2, u"disk.confirm2"_qs, u"disk.systemWarning"_qs, u"disk.proceed"_qs};
+    case DiskAlert::Confirm3:
+        return {3, u"disk.confirm3"_qs, u"disk.finalWarning"_qs, u"disk.eraseSystem"_qs};
+    case DiskAlert::Finished:
+        return {0, u"disk.operationFinished"_qs, state.hasSucceeded ? u"disk.success"_qs : u"disk.failure"_qs,
+                u"common.ok"_qs};
+    default:
+        return {1, u"disk.confirm1"_qs, u"disk.eraseWarning"_qs, u"disk.proceed"_qs};
+    }
 }
 
 } // namespace
@@ -79,6 +103,47 @@ bool DiskUtilityState::isSecureBlocked() const
     return m_selectedMode == EraseMode::Secure && m_selectedVolume && m_selectedVolume->isInternal;
 }
 
+bool DiskUtilityState::isAsking() const
+{
+    switch (alert()) {
+    case DiskAlert::Confirm1:
+    case DiskAlert::Confirm2:
+    case DiskAlert::Confirm3:
+    case DiskAlert::Finished:
+        return true;
+    case DiskAlert::None:
+    case DiskAlert::Blocked:
+    case DiskAlert::Running:
+        return false;
+    }
+    Q_UNREACHABLE();
+}
+
+QString DiskUtilityState::symbol() const
+{
+    return isOver() && m_shownAlert.hasSucceeded ? u"checkmark.circle"_qs : u"exclamationmark.triangle"_qs;
+}
+
+int DiskUtilityState::step() const
+{
+    return wordsOf(m_shownAlert).step;
+}
+
+QString DiskUtilityState::titleKey() const
+{
+    return wordsOf(m_shownAlert).titleKey;
+}
+
+QString DiskUtilityState::messageKey() const
+{
+    return wordsOf(m_shownAlert).messageKey;
+}
+
+QString DiskUtilityState::confirmKey() const
+{
+    return wordsOf(m_shownAlert).confirmKey;
+}
+
 void DiskUtilityState::setConfirmInputText(const QString &text)
 {
     if (std::exchange(m_confirmInputText, text) != text)
@@ -119,6 +184,16 @@ void DiskUtilityState::run()
         enter({DiskAlert::Confirm1});
 }
 
+void DiskUtilityState::confirm()
+{
+    if (alert() == DiskAlert::Confirm3)
+        eraseSystem();
+    else if (alert() == DiskAlert::Finished)
+        dismiss();
+    else
+        proceed();
+}
+
 void DiskUtilityState::proceed()
 {
     if (alert() == DiskAlert::Confirm1 && m_selectedVolume && m_selectedVolume->isInternal)
@@ -151,8 +226,11 @@ void DiskUtilityState::dismiss()
 
 void DiskUtilityState::enter(const DiskAlertState &state)
 {
-    if (std::exchange(m_alertState, state) != state)
-        Q_EMIT alertChanged();
+    if (std::exchange(m_alertState, state) == state)
+        return;
+    if (isAsking())
+        m_shownAlert = state;
+    Q_EMIT alertChanged();
 }
 
 void DiskUtilityState::runErase()

@@ -26,7 +26,14 @@ class DiskUtilityState final : public QObject
     Q_PROPERTY(Quillmere::EraseModes::EraseMode selectedMode READ selectedMode WRITE setSelectedMode NOTIFY modeChanged)
     Q_PROPERTY(bool isSecureBlocked READ isSecureBlocked NOTIFY lockChanged)
     Q_PROPERTY(Quillmere::DiskAlerts::DiskAlert alert READ alert NOTIFY alertChanged)
-    Q_PROPERTY(bool hasSucceeded READ hasSucceeded NOTIFY alertChanged)
+    Q_PROPERTY(bool isAsking READ isAsking NOTIFY alertChanged)
+    Q_PROPERTY(bool isTyped READ isTyped NOTIFY alertChanged)
+    Q_PROPERTY(bool isOver READ isOver NOTIFY alertChanged)
+    Q_PROPERTY(int step READ step NOTIFY alertChanged)
+    Q_PROPERTY(QString symbol READ symbol NOTIFY alertChanged)
+    Q_PROPERTY(QString titleKey READ titleKey NOTIFY alertChanged)
+    Q_PROPERTY(QString messageKey READ messageKey NOTIFY alertChanged)
+    Q_PROPERTY(QString confirmKey READ confirmKey NOTIFY alertChanged)
     Q_PROPERTY(QString confirmInputText READ confirmInputText WRITE setConfirmInputText NOTIFY confirmInputTextChanged)
 
 public:
@@ -48,6 +55,21 @@ public:
     [[nodiscard]] const DiskAlertState &alertState() const { return m_alertState; }
     [[nodiscard]] DiskAlert alert() const { return m_alertState.alert; }
     [[nodiscard]] bool hasSucceeded() const { return m_alertState.hasSucceeded; }
+
+    /// A confirmation or the message at the end stands.
+    [[nodiscard]] bool isAsking() const;
+    // What the alert says. While it goes, it says what it said.
+    /// Its confirmation is a typed one.
+    [[nodiscard]] bool isTyped() const { return m_shownAlert.alert == DiskAlert::Confirm3; }
+    /// It is the message at the end.
+    [[nodiscard]] bool isOver() const { return m_shownAlert.alert == DiskAlert::Finished; }
+    /// 1 to 3 for the confirmations; 0 for the message at the end.
+    [[nodiscard]] int step() const;
+    [[nodiscard]] QString symbol() const;
+    [[nodiscard]] QString titleKey() const;
+    [[nodiscard]] QString messageKey() const;
+    [[nodiscard]] QString confirmKey() const;
+
     [[nodiscard]] const QString &confirmInputText() const { return m_confirmInputText; }
     void setConfirmInputText(const QString &text);
 
@@ -58,8 +80,10 @@ public:
     Q_INVOKABLE void selectRow(int row);
     /// The run button.
     Q_INVOKABLE void run();
-    Q_INVOKABLE void proceed();
-    Q_INVOKABLE void eraseSystem();
+    /// The confirming button of the alert that stands, whichever that is.
+    Q_INVOKABLE void confirm();
+    void proceed();
+    void eraseSystem();
     /// Leaves a confirmation, or the message at the end.
     Q_INVOKABLE void dismiss();
 
@@ -81,6 +105,7 @@ private:
     std::optional<VolumeInfo> m_selectedVolume;
     EraseMode m_selectedMode = EraseMode::Quick;
     DiskAlertState m_alertState;
+    DiskAlertState m_shownAlert; ///< The latest that asked.
     QString m_confirmInputText;
     int m_openings = 0; ///< How often a sheet was opened.
 };

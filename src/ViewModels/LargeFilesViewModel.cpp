@@ -6,13 +6,13 @@
 #include "Utilities/LocalizationManager.h"
 #include "Utilities/PathValidator.h"
 #include "Utilities/TextComparison.h"
+#include "ViewModels/DesktopRequests.h"
 #include "ViewModels/LargeFilesWalk.h"
 #include "ViewModels/LatestNews.h"
 #include "ViewModels/NameRanks.h"
 #include "ViewModels/UnfinishedRuns.h"
 
 #include <algorithm>
-#include <tuple>
 
 namespace Quillmere {
 
@@ -77,8 +77,8 @@ void LargeFilesViewModel::setSelectedCategory(FileCategory category)
 
 void LargeFilesViewModel::setSelectedCategoryIndex(int index)
 {
-    if (index >= 0 && index < allCases<FileCategory>().size())
-        setSelectedCategory(static_cast<FileCategory>(index));
+    if (const auto category = caseAt<FileCategory>(index))
+        setSelectedCategory(*category);
 }
 
 void LargeFilesViewModel::toggleSort(SortField field)
@@ -140,8 +140,7 @@ void LargeFilesViewModel::cancelScan()
 
 void LargeFilesViewModel::revealInFinder(const FileItem &file)
 {
-    // The desktop may be slow to answer, and nobody waits for it.
-    std::ignore = inBackground([workspace = m_workspace, path = file.path] { workspace->revealInFileViewer({path}); });
+    revealWithoutWaiting(m_workspace, file.path);
 }
 
 QString LargeFilesViewModel::descriptionOf(const FileItem &file) const

@@ -1,30 +1,13 @@
 #include "ViewModels/SettingsViewModel.h"
 
 #include "Services/PermissionService.h"
-#include "Utilities/BackgroundWork.h"
 #include "Utilities/Deployment.h"
 #include "Utilities/LocalizationManager.h"
-#include "ViewModels/PageOpening.h"
+#include "ViewModels/DesktopRequests.h"
 
 #include <QUrl>
 
-#include <tuple>
-
 namespace Quillmere {
-
-namespace {
-
-/// The @p index-th choice, in the order of declaration; nothing for an index without one.
-template<typename Type>
-std::optional<Type> choiceAt(int index)
-{
-    const auto &cases = RawValues<Type>::cases;
-    if (index < 0 || index >= int(cases.size()))
-        return std::nullopt;
-    return cases[static_cast<size_t>(index)].first;
-}
-
-} // namespace
 
 SettingsViewModel::SettingsViewModel(Parts parts, QObject *parent)
     : QObject(parent)
@@ -50,19 +33,19 @@ int SettingsViewModel::languageIndex() const
 
 void SettingsViewModel::setLanguageIndex(int index)
 {
-    if (const auto language = choiceAt<Language>(index))
+    if (const auto language = caseAt<Language>(index))
         Localizer::shared().setLanguage(*language);
 }
 
 void SettingsViewModel::setThemeIndex(int index)
 {
-    if (const auto theme = choiceAt<AppTheme>(index))
+    if (const auto theme = caseAt<AppTheme>(index))
         edit([theme](AppSettings &settings) { settings.theme = *theme; });
 }
 
 void SettingsViewModel::setMenuBarModeIndex(int index)
 {
-    if (const auto mode = choiceAt<MenuBarDisplayMode>(index))
+    if (const auto mode = caseAt<MenuBarDisplayMode>(index))
         edit([mode](AppSettings &settings) { settings.menuBarDisplayMode = *mode; });
 }
 
@@ -105,9 +88,7 @@ void SettingsViewModel::appear()
 
 void SettingsViewModel::openFullDiskAccessSettings() const
 {
-    // The desktop may be slow to answer, and nobody waits for it.
-    std::ignore
-        = inBackground([workspace = m_parts.workspace] { PermissionService::openFullDiskAccessSettings(*workspace); });
+    withoutWaiting(m_parts.workspace, &PermissionService::openFullDiskAccessSettings);
 }
 
 void SettingsViewModel::openMakerPage() const

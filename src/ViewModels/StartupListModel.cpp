@@ -38,6 +38,8 @@ QVariant StartupListModel::data(const QModelIndex &index, int role) const
         return {};
     const StartupItem &item = m_items.at(index.row());
     switch (role) {
+    case ItemRole:
+        return QVariant::fromValue(item);
     case NameRole:
         return FilePath::displayText(item.name.toUtf8());
     case PathTextRole:
@@ -56,8 +58,8 @@ QVariant StartupListModel::data(const QModelIndex &index, int role) const
 QHash<int, QByteArray> StartupListModel::roleNames() const
 {
     return {
-        {NameRole, "name"},           {PathTextRole, "pathText"},   {TypeTextRole, "typeText"},
-        {RiskLevelRole, "riskLevel"}, {IsEnabledRole, "isEnabled"},
+        {ItemRole, "item"},         {NameRole, "name"},           {PathTextRole, "pathText"},
+        {TypeTextRole, "typeText"}, {RiskLevelRole, "riskLevel"}, {IsEnabledRole, "isEnabled"},
     };
 }
 

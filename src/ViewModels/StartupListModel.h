@@ -13,7 +13,8 @@ class StartupListModel final : public QAbstractListModel
 
 public:
     enum Role {
-        NameRole = Qt::UserRole + 1,
+        ItemRole = Qt::UserRole + 1, ///< The StartupItem itself, for handing back.
+        NameRole,
         PathTextRole,
         TypeTextRole,
         RiskLevelRole,

@@ -2,9 +2,9 @@
 
 #include "Utilities/BackgroundWork.h"
 #include "Utilities/LocalizationManager.h"
+#include "ViewModels/DesktopRequests.h"
 
 #include <exception>
-#include <tuple>
 
 namespace Quillmere {
 
@@ -74,12 +74,9 @@ void StartupViewModel::toggle(int row)
         toggleItem(items().at(row));
 }
 
-void StartupViewModel::revealInFinder(int row) const
+void StartupViewModel::revealInFinder(const StartupItem &item) const
 {
-    // The desktop may be slow to answer, and nobody waits for it.
-    if (showsRow(row))
-        std::ignore = inBackground(
-            [workspace = m_workspace, path = items().at(row).path] { workspace->revealInFileViewer({path}); });
+    revealWithoutWaiting(m_workspace, item.path);
 }
 
 void StartupViewModel::setIsLoading(bool isLoading)

@@ -36,9 +36,9 @@ public:
     QCoro::Task<> toggleItem(StartupItem item);
 
     Q_INVOKABLE void startLoading() { loadItems(); }
-    // Of a row that is shown. Any other is passed over.
+    /// Of a row that is shown. Any other is passed over.
     Q_INVOKABLE void toggle(int row);
-    Q_INVOKABLE void revealInFinder(int row) const;
+    Q_INVOKABLE void revealInFinder(const Quillmere::StartupItem &item) const;
     Q_INVOKABLE void dismissError() { setErrorMessage({}); }
 
 Q_SIGNALS:

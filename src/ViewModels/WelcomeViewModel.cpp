@@ -4,7 +4,7 @@
 #include "Utilities/Deployment.h"
 #include "Utilities/LocalizationManager.h"
 #include "Utilities/PromotionalHost.h"
-#include "ViewModels/PageOpening.h"
+#include "ViewModels/DesktopRequests.h"
 
 #include <QFile>
 
@@ -67,11 +67,10 @@ QString WelcomeViewModel::installStatusText() const
     return m_status.isEmpty() ? QString() : text(m_status);
 }
 
-QUrl WelcomeViewModel::logo() const
+QString WelcomeViewModel::logoFile() const
 {
     const FilePath file = m_parts.bundles->mainLocation().appending("Contents/Resources/app_logo.png");
-    return m_parts.files->fileExists(file) ? QUrl::fromLocalFile(QFile::decodeName(file.bytes()))
-                                           : QUrl(u"qrc:/icon/quillmere.svg"_qs);
+    return m_parts.files->fileExists(file) ? QFile::decodeName(file.bytes()) : u":/icon/quillmere.svg"_qs;
 }
 
 QString WelcomeViewModel::text(const QString &key) const

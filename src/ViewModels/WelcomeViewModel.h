@@ -8,7 +8,6 @@
 
 #include <QObject>
 #include <QTimer>
-#include <QUrl>
 
 namespace Quillmere {
 
@@ -22,7 +21,7 @@ class WelcomeViewModel final : public QObject
     Q_PROPERTY(double installProgress READ installProgress NOTIFY installProgressChanged)
     Q_PROPERTY(QString installStatusText READ installStatusText NOTIFY installStatusTextChanged)
     Q_PROPERTY(QString installedDestinationText READ installedDestinationText NOTIFY installedDestinationTextChanged)
-    Q_PROPERTY(QUrl logo READ logo CONSTANT)
+    Q_PROPERTY(QString logoFile READ logoFile CONSTANT)
     Q_PROPERTY(Quillmere::DriversViewModel *drivers READ drivers CONSTANT)
 
 public:
@@ -50,7 +49,9 @@ public:
     [[nodiscard]] double installProgress() const { return m_installProgress; }
     [[nodiscard]] QString installStatusText() const;
     [[nodiscard]] QString installedDestinationText() const { return m_installedDestinationText; }
-    [[nodiscard]] QUrl logo() const;
+    /// Of the bundle, or the program's own. As an address it would have Qt load every reader of pictures that there is,
+    /// before the first frame.
+    [[nodiscard]] QString logoFile() const;
     [[nodiscard]] DriversViewModel *drivers() { return &m_drivers; }
 
     /// A text of the wizard in the selected language, else in English, else the key itself.

@@ -3,31 +3,22 @@
 #include "App/AppState.h"
 #include "ViewModels/AdvertisementBannerViewModel.h"
 #include "ViewModels/AdvertisementMovie.h"
-#include "ViewModels/AppListModel.h"
 #include "ViewModels/ApplicationsViewModel.h"
-#include "ViewModels/BrowserProfileListModel.h"
 #include "ViewModels/BrowsersViewModel.h"
-#include "ViewModels/CleanupCategoryListModel.h"
-#include "ViewModels/CleanupReport.h"
 #include "ViewModels/CleanupViewModel.h"
 #include "ViewModels/DashboardViewModel.h"
 #include "ViewModels/DiskUtilityState.h"
 #include "ViewModels/DriversViewModel.h"
-#include "ViewModels/HistoryListModel.h"
 #include "ViewModels/HistoryViewModel.h"
 #include "ViewModels/LargeFilesViewModel.h"
 #include "ViewModels/ProfessionalCleanupViewModel.h"
 #include "ViewModels/ResourceMonitorViewModel.h"
 #include "ViewModels/SafeCleanupViewModel.h"
 #include "ViewModels/SettingsViewModel.h"
-#include "ViewModels/SidebarListModel.h"
-#include "ViewModels/StartupListModel.h"
 #include "ViewModels/StartupViewModel.h"
-#include "ViewModels/SystemCategoryListModel.h"
 #include "ViewModels/SystemDataViewModel.h"
 #include "ViewModels/ToolsViewModel.h"
 #include "ViewModels/ViewModelFactory.h"
-#include "ViewModels/VolumeDetails.h"
 #include "ViewModels/WelcomeViewModel.h"
 
 #include <QtQml/qqml.h>
@@ -51,14 +42,6 @@ struct AdvertisementMovieType
     QML_UNCREATABLE("The factory makes it.")
 };
 
-struct AppListModelType
-{
-    Q_GADGET
-    QML_FOREIGN(Quillmere::AppListModel)
-    QML_NAMED_ELEMENT(AppListModel)
-    QML_UNCREATABLE("A view model makes it.")
-};
-
 struct AppStateType
 {
     Q_GADGET
@@ -75,35 +58,12 @@ struct ApplicationsViewModelType
     QML_UNCREATABLE("The factory makes it.")
 };
 
-struct BrowserProfileListModelType
-{
-    Q_GADGET
-    QML_FOREIGN(Quillmere::BrowserProfileListModel)
-    QML_NAMED_ELEMENT(BrowserProfileListModel)
-    QML_UNCREATABLE("A view model makes it.")
-};
-
 struct BrowsersViewModelType
 {
     Q_GADGET
     QML_FOREIGN(Quillmere::BrowsersViewModel)
     QML_NAMED_ELEMENT(BrowsersViewModel)
     QML_UNCREATABLE("The factory makes it.")
-};
-
-struct CleanupCategoryListModelType
-{
-    Q_GADGET
-    QML_FOREIGN(Quillmere::CleanupCategoryListModel)
-    QML_NAMED_ELEMENT(CleanupCategoryListModel)
-    QML_UNCREATABLE("A view model makes it.")
-};
-
-struct CleanupReportType
-{
-    Q_GADGET
-    QML_FOREIGN(Quillmere::CleanupReport)
-    QML_VALUE_TYPE(cleanupReport)
 };
 
 struct CleanupViewModelType
@@ -156,28 +116,12 @@ QML_FOREIGN_NAMESPACE(Quillmere::FilterModes)
 QML_NAMED_ELEMENT(FilterMode)
 } // namespace FilterModeType
 
-struct HistoryListModelType
-{
-    Q_GADGET
-    QML_FOREIGN(Quillmere::HistoryListModel)
-    QML_NAMED_ELEMENT(HistoryListModel)
-    QML_UNCREATABLE("A view model makes it.")
-};
-
 struct HistoryViewModelType
 {
     Q_GADGET
     QML_FOREIGN(Quillmere::HistoryViewModel)
     QML_NAMED_ELEMENT(HistoryViewModel)
     QML_UNCREATABLE("The factory makes it.")
-};
-
-struct LargeFilesListModelType
-{
-    Q_GADGET
-    QML_FOREIGN(Quillmere::LargeFilesListModel)
-    QML_NAMED_ELEMENT(LargeFilesListModel)
-    QML_UNCREATABLE("A view model makes it.")
 };
 
 struct LargeFilesViewModelType
@@ -210,14 +154,6 @@ struct ResourceMonitorViewModelType
     QML_UNCREATABLE("The factory makes it.")
 };
 
-struct ResourceProcessListModelType
-{
-    Q_GADGET
-    QML_FOREIGN(Quillmere::ResourceProcessListModel)
-    QML_NAMED_ELEMENT(ResourceProcessListModel)
-    QML_UNCREATABLE("A view model makes it.")
-};
-
 struct SafeCleanupViewModelType
 {
     Q_GADGET
@@ -234,27 +170,11 @@ struct SettingsViewModelType
     QML_UNCREATABLE("The factory makes it.")
 };
 
-struct SidebarListModelType
-{
-    Q_GADGET
-    QML_FOREIGN(Quillmere::SidebarListModel)
-    QML_NAMED_ELEMENT(SidebarListModel)
-    QML_UNCREATABLE("The factory makes it.")
-};
-
 namespace SortFieldType {
 Q_NAMESPACE
 QML_FOREIGN_NAMESPACE(Quillmere::SortFields)
 QML_NAMED_ELEMENT(SortField)
 } // namespace SortFieldType
-
-struct StartupListModelType
-{
-    Q_GADGET
-    QML_FOREIGN(Quillmere::StartupListModel)
-    QML_NAMED_ELEMENT(StartupListModel)
-    QML_UNCREATABLE("A view model makes it.")
-};
 
 struct StartupViewModelType
 {
@@ -262,14 +182,6 @@ struct StartupViewModelType
     QML_FOREIGN(Quillmere::StartupViewModel)
     QML_NAMED_ELEMENT(StartupViewModel)
     QML_UNCREATABLE("The factory makes it.")
-};
-
-struct SystemCategoryListModelType
-{
-    Q_GADGET
-    QML_FOREIGN(Quillmere::SystemCategoryListModel)
-    QML_NAMED_ELEMENT(SystemCategoryListModel)
-    QML_UNCREATABLE("A view model makes it.")
 };
 
 struct SystemDataViewModelType
@@ -300,13 +212,6 @@ struct ViewModelFactoryType
     QML_FOREIGN(Quillmere::ViewModelFactory)
     QML_NAMED_ELEMENT(ViewModelFactory)
     QML_UNCREATABLE("The application makes it.")
-};
-
-struct VolumeDetailsType
-{
-    Q_GADGET
-    QML_FOREIGN(Quillmere::VolumeDetails)
-    QML_VALUE_TYPE(volumeDetails)
 };
 
 struct WelcomeViewModelType

@@ -17,7 +17,7 @@ protected:
     {
         OperationLog log;
         log.date = machine.clock->now();
-        log.cleanedSize = 1'500'000;
+        log.cleanedSize = cleanedSize;
         log.status = status;
         log.errors = errors;
         HistoryService(machine.files).save(log);
@@ -35,6 +35,8 @@ protected:
         const QQuickItem *item = itemShowing(person, text);
         return item ? item->mapToScene({0, 0}).y() : -1;
     }
+
+    qint64 cleanedSize = 1'500'000; ///< Of the records that are added.
 };
 
 struct StatusCase
@@ -133,4 +135,45 @@ TEST_F(HistoryScreenTest, SaysNothingOfErrorsInAnOpenRowWithoutAny)
     EXPECT_TRUE(person.sees(StaticText, u"Files Removed: 0"_qs));
     EXPECT_TRUE(person.readsNo(u"Errors:"_qs));
     EXPECT_TRUE(person.readsNo(u"Categories affected"_qs));
+}
+
+TEST_F(HistoryScreenTest, IsOneStopForTabWhoseRowsAreReachedByArrowsHomeEndAndPageKeys)
+{
+    for (cleanedSize = 1'000'000; cleanedSize <= 40'000'000; cleanedSize += 1'000'000)
+        addRecord();
+    const Person person = open(SidebarTab::History);
+    ASSERT_TRUE(person.tabToWhatHolds(u", 1 MB, "_qs));
+
+    person.press(Qt::Key_Down);
+    EXPECT_TRUE(person.focusedName().contains(u", 2 MB, "_qs)) << person.focusedName().toStdString();
+    person.press(Qt::Key_End);
+    EXPECT_TRUE(person.focusedName().contains(u", 40 MB, "_qs)) << person.focusedName().toStdString();
+    person.press(Qt::Key_Home);
+    person.press(Qt::Key_PageDown);
+    const QString onePageDown = person.focusedName();
+    for (const QString &near : {u", 1 MB, "_qs, u", 2 MB, "_qs, u", 40 MB, "_qs})
+        EXPECT_FALSE(onePageDown.contains(near)) << onePageDown.toStdString();
+    person.press(Qt::Key_PageUp);
+    EXPECT_TRUE(person.focusedName().contains(u", 1 MB, "_qs)) << person.focusedName().toStdString();
+
+    person.press(Qt::Key_Space);
+    EXPECT_TRUE(person.sees(StaticText, u"Files Removed: 0"_qs));
+    person.press(Qt::Key_Tab);
+    EXPECT_FALSE(person.focusedName().contains(u"Safe Cleanup, "_qs)) << person.focusedName().toStdString();
+}
+
+TEST_F(HistoryScreenTest, TakesTheKeyboardToTheRowThatIsClicked)
+{
+    for (cleanedSize = 1'000'000; cleanedSize <= 3'000'000; cleanedSize += 1'000'000)
+        addRecord();
+    const Person person = open(SidebarTab::History);
+    ASSERT_TRUE(person.reads(u", 2 MB, "_qs));
+    const QRect row = person.placeOf([&] { return person.findWhatHolds(ListItem, u", 2 MB, "_qs); });
+
+    QTest::mouseClick(app->mainWindow(), Qt::LeftButton, {}, row.center());
+
+    EXPECT_TRUE(person.sees(StaticText, u"Files Removed: 0"_qs));
+    EXPECT_TRUE(person.focusedName().contains(u", 2 MB, "_qs)) << person.focusedName().toStdString();
+    person.press(Qt::Key_Down);
+    EXPECT_TRUE(person.focusedName().contains(u", 3 MB, "_qs)) << person.focusedName().toStdString();
 }

@@ -30,6 +30,14 @@ TEST(RiskLevelTest, ComesBackFromItsTextAndFromNoOther)
     EXPECT_EQ(fromRawValue<RiskLevel>(u""), std::nullopt);
 }
 
+TEST(RiskLevelTest, HasACaseAtEachNumberFromNoneUpAndNoOther)
+{
+    EXPECT_EQ(caseAt<RiskLevel>(0), RiskLevel::Safe);
+    EXPECT_EQ(caseAt<RiskLevel>(3), RiskLevel::Dangerous);
+    EXPECT_EQ(caseAt<RiskLevel>(4), std::nullopt);
+    EXPECT_EQ(caseAt<RiskLevel>(-1), std::nullopt);
+}
+
 TEST(CleanupCategoryTest, HoldsNothingUntilItsScanHasEnded)
 {
     const CleanupCategory category;

@@ -27,7 +27,7 @@ TEST_F(ApplicationsClearTest, ClearsTheDataAndKeepsTheApplication)
     EXPECT_EQ(app().size, 1000);
     EXPECT_THAT(app().relatedFiles, IsEmpty());
     EXPECT_EQ(model->selectedApp(), app());
-    EXPECT_THAT(model->selectedFileNames(), IsEmpty());
+    EXPECT_THAT(model->selected().fileNames(), IsEmpty());
     EXPECT_FALSE(model->isUninstalling());
 }
 

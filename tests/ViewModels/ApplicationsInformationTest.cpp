@@ -87,9 +87,9 @@ TEST_F(ApplicationsInformationTest, ShowsAnEmptyTextForAVersionThatIsNotTold)
     scan();
     model->select(0);
 
-    EXPECT_EQ(model->selectedVersionText(), u"Version: "_qs);
+    EXPECT_EQ(model->selected().versionText(), u"Version: "_qs);
     localizer->setLanguage(Language::Russian);
-    EXPECT_EQ(model->selectedVersionText(), u"Версия: "_qs);
+    EXPECT_EQ(model->selected().versionText(), u"Версия: "_qs);
 }
 
 TEST_F(ApplicationsInformationTest, SaysUnknownForNoVersionAtAll)
@@ -99,5 +99,5 @@ TEST_F(ApplicationsInformationTest, SaysUnknownForNoVersionAtAll)
     model->apps()->setApps({FoundApplication{without, {}}});
     model->select(0);
 
-    EXPECT_EQ(model->selectedVersionText(), u"Version: Unknown"_qs);
+    EXPECT_EQ(model->selected().versionText(), u"Version: Unknown"_qs);
 }

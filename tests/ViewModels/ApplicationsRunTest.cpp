@@ -17,7 +17,7 @@ TEST_F(ApplicationsRunTest, ShowsWhichApplicationsRunAsTheyStartAndEnd)
 {
     scanPainter();
     const auto isMarked
-        = [this] { return model->apps()->data(model->apps()->index(0), AppListModel::IsRunning).toBool(); };
+        = [this] { return model->apps()->data(model->apps()->index(0), AppListModel::IsRunningRole).toBool(); };
     EXPECT_FALSE(isMarked());
     RunningApplication running;
     running.processIdentifier = 7;

@@ -203,8 +203,8 @@ TEST_F(ApplicationsScanTest, ListsWhatThePlatformAddsBehindTheBundles)
     EXPECT_EQ(app().bundleIdentifier, u"org.example.Listed"_qs);
     EXPECT_THAT(app().relatedFiles, ElementsAre(leftover));
     model->select(0);
-    EXPECT_TRUE(model->canUninstallSelected());
+    EXPECT_TRUE(model->selected().canBeUninstalled());
     model->select(2);
-    EXPECT_FALSE(model->canUninstallSelected());
-    EXPECT_EQ(model->selectedSizeText(), u"40 bytes"_qs);
+    EXPECT_FALSE(model->selected().canBeUninstalled());
+    EXPECT_EQ(model->selected().sizeText(), u"40 bytes"_qs);
 }

@@ -30,6 +30,15 @@ struct DiskUtilityStateTest : ToolsFixture
         return machine.files->disks().mountedAt(FilePath("/Volumes/STICK")).has_value()
             && machine.processes->joinedRuns().isEmpty();
     }
+    void expectAlert(int step, const char *title, const char *message, const char *confirm) const
+    {
+        EXPECT_EQ(state.step(), step);
+        EXPECT_EQ(state.titleKey(), QString::fromLatin1(title));
+        EXPECT_EQ(state.messageKey(), QString::fromLatin1(message));
+        EXPECT_EQ(state.confirmKey(), QString::fromLatin1(confirm));
+        EXPECT_EQ(state.isTyped(), step == 3);
+        EXPECT_EQ(state.isOver(), step == 0);
+    }
     void walkToStepThree()
     {
         state.run();
@@ -319,6 +328,77 @@ TEST_F(DiskUtilityStateTest, HearsNothingOfWhatAnEarlierSheetHasBegun)
     EXPECT_FALSE(tools->isRunning());
     EXPECT_EQ(state.alert(), DiskAlert::None);
     EXPECT_FALSE(state.hasSelection());
+}
+
+TEST_F(DiskUtilityStateTest, AsksAtEachOfTheThreeStepsInItsOwnWordsAndIsConfirmedByOneButton)
+{
+    openSheet();
+    EXPECT_FALSE(state.isAsking());
+
+    state.run();
+    EXPECT_TRUE(state.isAsking());
+    expectAlert(1, "disk.confirm1", "disk.eraseWarning", "disk.proceed");
+    state.confirm();
+    EXPECT_TRUE(state.isAsking());
+    expectAlert(2, "disk.confirm2", "disk.systemWarning", "disk.proceed");
+    state.confirm();
+    EXPECT_TRUE(state.isAsking());
+    expectAlert(3, "disk.confirm3", "disk.finalWarning", "disk.eraseSystem");
+    EXPECT_TRUE(machine.processes->joinedRuns().isEmpty());
+    state.setConfirmInputText(u"ERASE"_qs);
+    state.confirm();
+    EXPECT_EQ(state.alert(), DiskAlert::Running);
+    EXPECT_FALSE(state.isAsking());
+
+    ASSERT_TRUE(finishes());
+    EXPECT_TRUE(state.isAsking());
+    expectAlert(0, "disk.operationFinished", "disk.failure", "common.ok");
+    EXPECT_EQ(state.symbol(), u"exclamationmark.triangle"_qs);
+    state.confirm();
+    EXPECT_EQ(state.alert(), DiskAlert::None);
+    EXPECT_FALSE(state.isAsking());
+}
+
+TEST_F(DiskUtilityStateTest, ErasesNothingByTheButtonOfTheLastStepWithoutTheWord)
+{
+    openSheet();
+    walkToStepThree();
+
+    state.confirm();
+
+    EXPECT_EQ(state.alert(), DiskAlert::None);
+    EXPECT_TRUE(nothingWasErased());
+}
+
+TEST_F(DiskUtilityStateTest, TakesNoConfirmationWhereNothingIsAsked)
+{
+    openSheet();
+    selectStick();
+
+    state.confirm();
+
+    EXPECT_EQ(state.alert(), DiskAlert::None);
+    EXPECT_TRUE(nothingWasErased());
+}
+
+TEST_F(DiskUtilityStateTest, SaysWhileItsAlertGoesWhatThatSaid)
+{
+    openSheet();
+    walkToStepThree();
+    state.dismiss();
+    EXPECT_FALSE(state.isAsking());
+    expectAlert(3, "disk.confirm3", "disk.finalWarning", "disk.eraseSystem");
+
+    selectStick();
+    state.run();
+    state.confirm();
+    expectAlert(1, "disk.confirm1", "disk.eraseWarning", "disk.proceed");
+    ASSERT_TRUE(finishes());
+    state.confirm();
+
+    EXPECT_FALSE(state.isAsking());
+    expectAlert(0, "disk.operationFinished", "disk.success", "common.ok");
+    EXPECT_EQ(state.symbol(), u"checkmark.circle"_qs);
 }
 
 TEST_F(DiskUtilityStateTest, NamesEveryStateOfItsOwn)

@@ -219,7 +219,7 @@ TEST_F(StartupViewModelTest, LetsAnEarlierLoadThatEndsLateChangeNothing)
     EXPECT_FALSE(model.isLoading());
 }
 
-TEST_F(StartupViewModelTest, SwitchesAndRevealsNothingWhileTheRowsAreReadAgain)
+TEST_F(StartupViewModelTest, SwitchesNothingWhileTheRowsAreReadAgain)
 {
     const FilePath file = add(agents + "a.plist");
     load();
@@ -228,13 +228,11 @@ TEST_F(StartupViewModelTest, SwitchesAndRevealsNothingWhileTheRowsAreReadAgain)
     QCoro::Task<> loading = model.loadItems();
 
     model.toggle(0);
-    model.revealInFinder(0);
 
     gate.open();
     QCoro::waitFor(loading);
     backgroundPool().waitForDone();
     EXPECT_TRUE(model.items().first().isEnabled);
-    EXPECT_TRUE(machine.workspace->revealed().isEmpty());
 }
 
 TEST_F(StartupViewModelTest, MayGoWhileItLoads)
@@ -252,13 +250,12 @@ TEST_F(StartupViewModelTest, MayGoWhileItLoads)
     EXPECT_TRUE(loading.isReady());
 }
 
-TEST_F(StartupViewModelTest, RevealsTheFileOfARow)
+TEST_F(StartupViewModelTest, RevealsTheFileOfTheItemThatARowHandsBack)
 {
     const FilePath file = add(agents + "a.plist");
     load();
 
-    model.revealInFinder(0);
-    model.revealInFinder(1);
+    model.revealInFinder(role(0, StartupListModel::ItemRole).value<StartupItem>());
 
     EXPECT_TRUE(QTest::qWaitFor([&] { return machine.workspace->revealed() == QList<FilePath>{file}; }, 10'000));
 }

@@ -227,11 +227,11 @@ TEST_F(WelcomeViewModelTest, SpeaksOfTheInstallationInTheSelectedLanguage)
 
 TEST_F(WelcomeViewModelTest, ShowsTheLogoOfTheBundleOrItsOwn)
 {
-    EXPECT_EQ(wizard.logo(), QUrl(u"qrc:/icon/quillmere.svg"_qs));
+    EXPECT_EQ(wizard.logoFile(), u":/icon/quillmere.svg"_qs);
 
     machine.files->addFile(machine.bundles->main.appending("Contents/Resources/app_logo.png"), 10);
 
-    EXPECT_EQ(wizard.logo(), QUrl(u"file:///Applications/Quillmere.app/Contents/Resources/app_logo.png"_qs));
+    EXPECT_EQ(wizard.logoFile(), u"/Applications/Quillmere.app/Contents/Resources/app_logo.png"_qs);
 }
 
 TEST_F(WelcomeViewModelTest, OpensTheMakersPage)

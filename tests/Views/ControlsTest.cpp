@@ -22,7 +22,7 @@ const PressableCase pressables[] = {
      "window.note('pressed') }",
      QAccessible::Button},
     {"IconButton",
-     "IconButton { objectName: 'control'; symbol: 'close'; accessibleName: 'Do it'; onClicked: window.note('pressed') "
+     "IconButton { objectName: 'control'; symbol: 'clear'; accessibleName: 'Do it'; onClicked: window.note('pressed') "
      "}",
      QAccessible::Button},
     {"Toggle", "Toggle { objectName: 'control'; accessibleName: 'Do it'; onSwitched: on => window.note('pressed') }",
@@ -248,7 +248,7 @@ TEST_F(ControlsTest, MenuPickerOpensByThePressOfAssistiveTools)
 TEST_F(ControlsTest, MenuButtonOpensItsMenuWhoseItemIsTriggeredByEnter)
 {
     show("MenuButton { objectName: 'button'; text: 'More'; menu: ContextMenu { ContextMenuItem { text: 'Reveal'; "
-         "onTriggered: window.note('revealed') } ContextMenuSeparator {} ContextMenuItem { text: 'Remove'; "
+         "onTriggered: window.note('revealed') } ContextMenuItem { text: 'Remove'; "
          "destructive: true; symbol: 'trash' } } }");
 
     click(u"button"_qs);

@@ -40,6 +40,22 @@ TEST_F(PopupsTest, SheetStays22FromTheEdgeOfASmallWindowAndScrollsInside)
     EXPECT_EQ(surface->mapRectToScene(surface->boundingRect()), QRectF(22, 22, 640 - 44, 480 - 44));
 }
 
+TEST_F(PopupsTest, WindowButtonsBesideASheetWearTheRingThatStandsOutFromADimmedGround)
+{
+    show("Sheet { visible: true; title: 'Report'; ActionButton { text: 'Inside' } }");
+    const auto isOnAWindowButton
+        = [this] { return focused() && focused()->property("symbol").toString().startsWith(u"window."_qs); };
+    for (int i = 0; i < 6 && !isOnAWindowButton(); ++i)
+        tab();
+    ASSERT_TRUE(isOnAWindowButton());
+
+    for (const bool dark : {false, true}) {
+        m_appearance.setDark(dark);
+        EXPECT_TRUE(showsRing(focused(), theme("dimmedFocusRing"))) << (dark ? "dark" : "light");
+        EXPECT_EQ(focused()->property("color"), theme("dimmedSymbol")) << (dark ? "dark" : "light");
+    }
+}
+
 TEST_F(PopupsTest, AlertIsConfirmedByItsRightButtonAndDismissedByEscape)
 {
     show("AlertDialog { objectName: 'alert'; visible: true; destructive: true; title: 'Sure?'; message: 'No way back'; "

@@ -118,7 +118,6 @@ const ContrastCase pairs[] = {
     {"GreenOnACard", "green", "card", 3},
     {"PurpleOnACard", "purple", "card", 3},
     {"OrangeOnACard", "orange", "card", 3},
-    {"GrayOnACard", "gray", "card", 3},
     {"TealOnACard", "teal", "card", 3},
     {"RedOnACard", "red", "card", 3},
     {"BlueSliceOnACard", "sliceBlue", "card", 3},
@@ -167,6 +166,23 @@ TEST_F(ThemeTest, BadgeTextsReadOnTheirTintOverAHoveredRow)
             const auto text = theme(name).value<QColor>();
             const QColor ground = over(theme("hover").value<QColor>(), text, 0.15f);
             EXPECT_GE(contrast(text, ground), 4.5) << name << (dark ? " dark" : " light");
+        }
+    }
+}
+
+TEST_F(ThemeTest, WindowButtonsAndTheirRingStandOutFromTheDimmedGroundsOfASheetTheWizardAndAnAlertOverASheet)
+{
+    show("Item {}");
+    for (const bool dark : {false, true}) {
+        m_appearance.setDark(dark);
+        const auto dim = theme("dim").value<QColor>();
+        const auto wizardDim = theme("wizardDim").value<QColor>();
+        const QColor underASheet = over(theme("canvas").value<QColor>(), dim, dim.alphaF());
+        const QColor underTheWizard = over(theme("canvas").value<QColor>(), wizardDim, wizardDim.alphaF());
+        for (const QColor &ground : {underASheet, underTheWizard, over(underASheet, dim, dim.alphaF())}) {
+            for (const char *name : {"dimmedSymbol", "dimmedFocusRing"})
+                EXPECT_GE(contrast(theme(name).value<QColor>(), ground), 3)
+                    << name << " on " << ground.name().toStdString() << (dark ? " dark" : " light");
         }
     }
 }

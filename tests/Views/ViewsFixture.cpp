@@ -21,19 +21,6 @@ QQuickItem *findItem(QQuickItem *parent, const QString &name)
     return nullptr;
 }
 
-bool showsRing(QQuickItem *parent, const QVariant &ringColor)
-{
-    for (QQuickItem *child : parent->childItems()) {
-        QObject *border = child->property("border").value<QObject *>();
-        if (child->isVisible() && border && border->property("width").toInt() == 2
-            && border->property("color") == ringColor)
-            return true;
-        if (showsRing(child, ringColor))
-            return true;
-    }
-    return false;
-}
-
 } // namespace
 
 ViewsFixture::ViewsFixture()
@@ -114,6 +101,19 @@ QAccessibleInterface *ViewsFixture::accessible(const QString &name) const
 QString ViewsFixture::accessibleName(const QString &name) const
 {
     return accessible(name)->text(QAccessible::Name);
+}
+
+bool ViewsFixture::showsRing(const QQuickItem *parent, const QVariant &ringColor)
+{
+    for (QQuickItem *child : parent->childItems()) {
+        QObject *border = child->property("border").value<QObject *>();
+        if (child->isVisible() && border && border->property("width").toInt() == 2
+            && border->property("color") == ringColor)
+            return true;
+        if (showsRing(child, ringColor))
+            return true;
+    }
+    return false;
 }
 
 bool ViewsFixture::hasFocusRing(const QString &name) const

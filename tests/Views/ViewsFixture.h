@@ -41,6 +41,8 @@ protected:
     [[nodiscard]] QStringList log() const;
     [[nodiscard]] QAccessibleInterface *accessible(const QString &name) const;
     [[nodiscard]] QString accessibleName(const QString &name) const;
+    /// Whether something in @p parent stands in a ring of that colour.
+    [[nodiscard]] static bool showsRing(const QQuickItem *parent, const QVariant &ringColor);
     [[nodiscard]] bool hasFocusRing(const QString &name) const;
     [[nodiscard]] QVariant theme(const char *property) const;
 

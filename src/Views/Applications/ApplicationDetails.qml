@@ -7,7 +7,7 @@ Item {
 
     required property ApplicationsViewModel viewModel
 
-    readonly property string name: viewModel.selectedName
+    readonly property string name: viewModel.selected.name
 
     signal uninstallRequested
     signal clearRequested
@@ -43,7 +43,7 @@ Item {
                     x: Theme.cardPadding
                     anchors.verticalCenter: parent.verticalCenter
                     side: 52
-                    icon: root.viewModel.selectedIcon
+                    icon: root.viewModel.selected.icon
                     name: root.name
                 }
 
@@ -68,7 +68,7 @@ Item {
                     ElidingText {
                         width: parent.width
                         size: 12
-                        text: root.viewModel.selectedVersionText
+                        text: root.viewModel.selected.versionText
                         color: Theme.textSecondary
                     }
                 }
@@ -79,7 +79,7 @@ Item {
                     anchors.right: parent.right
                     anchors.rightMargin: Theme.cardPadding
                     anchors.verticalCenter: parent.verticalCenter
-                    text: root.viewModel.selectedSizeText
+                    text: root.viewModel.selected.sizeText
                     size: 18
                     weight: Font.DemiBold
                     color: Theme.accent

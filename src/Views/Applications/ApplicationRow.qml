@@ -25,24 +25,11 @@ PressableRow {
     Accessible.selected: isSelected
 
     background: Item {
-        Item {
-            x: 8
-            y: 2
-            width: parent.width - 16
-            height: parent.height - 4
-
-            Rectangle {
-                anchors.fill: parent
-                visible: root.isSelected || root.hovered || root.down
-                radius: Theme.rowRadius
-                color: root.isSelected ? Theme.accentSoft : root.down ? Theme.pressed : Theme.hover
-            }
-
-            FocusRing {
-                shown: root.visualFocus
-                gap: 0
-                controlRadius: Theme.rowRadius
-            }
+        RowHighlight {
+            shown: root.isSelected || root.hovered || root.down
+            ringed: root.visualFocus
+            color: root.isSelected ? Theme.accentSoft : root.down ? Theme.pressed : Theme.hover
+            margin: 2
         }
     }
 

@@ -104,7 +104,7 @@ Destination {
         visible: root.showingUninstallConfirmation
         isRunning: root.viewModel.isSelectedRunning
         title: Texts.localized("applications.confirmUninstallTitle")
-        message: root.viewModel.selectedName + ": " + Texts.localized("applications.uninstallWarning")
+        message: root.viewModel.selected.name + ": " + Texts.localized("applications.uninstallWarning")
         confirmText: Texts.localized("applications.confirmUninstall")
 
         onConfirmed: {
@@ -118,7 +118,7 @@ Destination {
         visible: root.showingResetConfirmation
         isRunning: root.viewModel.isSelectedRunning
         title: Texts.localized("applications.confirmClearTitle")
-        message: root.viewModel.selectedName + ": " + Texts.localized("applications.clearWarning")
+        message: root.viewModel.selected.name + ": " + Texts.localized("applications.clearWarning")
         confirmText: Texts.localized("applications.confirmClear")
 
         onConfirmed: {

@@ -9,8 +9,8 @@ CardView {
 
     required property ApplicationsViewModel viewModel
 
-    readonly property list<string> names: viewModel.selectedFileNames
-    readonly property list<string> paths: viewModel.selectedFilePaths
+    readonly property list<string> names: viewModel.selected.fileNames
+    readonly property list<string> paths: viewModel.selected.filePaths
 
     title: Texts.localized("applications.leftovers")
     icon: "doc.text.magnifyingglass"

@@ -7,7 +7,7 @@ Item {
 
     required property ApplicationsViewModel viewModel
 
-    readonly property bool canClear: viewModel.selectedFileNames.length > 0
+    readonly property bool canClear: viewModel.selected.fileNames.length > 0
     readonly property bool stacked: canClear
         && uninstallButton.implicitWidth + clearButton.implicitWidth + 12 > width
 
@@ -24,7 +24,7 @@ Item {
 
         CaptionText {
             width: parent.width
-            visible: !root.viewModel.canUninstallSelected
+            visible: !root.viewModel.selected.canBeUninstalled
             text: Texts.localized("control.systemApplication")
             wrapMode: Text.Wrap
         }
@@ -37,7 +37,7 @@ Item {
                 id: uninstallButton
 
                 width: root.stacked ? parent.width : implicitWidth
-                enabled: root.viewModel.canUninstallSelected
+                enabled: root.viewModel.selected.canBeUninstalled
                 kind: ActionButton.Destructive
                 size: ActionButton.Large
                 symbol: "trash"

@@ -29,14 +29,8 @@ Item {
         id: pointer
     }
 
-    Rectangle {
-        x: 8
-        y: 3
-        width: parent.width - 16
-        height: parent.height - 6
-        visible: root.marked
-        radius: Theme.rowRadius
-        color: Theme.hover
+    RowHighlight {
+        shown: root.marked
     }
 
     IconTile {

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Quillmere
 
-/// A menu of ContextMenuItem and ContextMenuSeparator.
+/// A menu of ContextMenuItem.
 T.Menu {
     id: root
 

@@ -12,6 +12,7 @@ PressableControl {
     property int symbolSize: 18
     property int side: 30
     property color color: Theme.textSecondary
+    property color ringColor: Theme.focusRing
 
     implicitWidth: side
     implicitHeight: side
@@ -34,6 +35,7 @@ PressableControl {
         FocusRing {
             shown: root.visualFocus
             controlRadius: 8
+            border.color: root.ringColor
         }
     }
 

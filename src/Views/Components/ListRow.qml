@@ -15,21 +15,22 @@ PressableRow {
     property int highlightMargin: 6
     property real highlightHeight: height
 
-    readonly property bool marked: interactive && (hovered || visualFocus)
+    /// It wears the ring. In a KeyedList the list knows when.
+    property bool ringed: visualFocus
+
+    readonly property bool marked: interactive && (hovered || ringed)
 
     implicitHeight: 40
     padding: 0
     focusPolicy: interactive ? Qt.StrongFocus : Qt.NoFocus
 
     background: Item {
-        Rectangle {
-            x: 8
-            y: root.highlightMargin
-            width: parent.width - 16
-            height: root.highlightHeight - 2 * root.highlightMargin
-            visible: root.interactive && (root.hovered || root.down)
-            radius: Theme.rowRadius
+        RowHighlight {
+            height: root.highlightHeight - 2 * margin
+            shown: root.interactive && (root.hovered || root.down)
+            ringed: root.interactive && root.ringed
             color: root.down ? Theme.pressed : Theme.hover
+            margin: root.highlightMargin
         }
 
         // Dividers vanish beside a marked row. The one above belongs to the row before, so it is painted over.
@@ -47,18 +48,6 @@ PressableRow {
             y: parent.height - 1
             width: parent.width - x - root.dividerEnd
             visible: !root.last && !root.marked
-        }
-
-        Rectangle {
-            x: 6
-            y: root.highlightMargin - 2
-            width: parent.width - 12
-            height: root.highlightHeight - 2 * y
-            visible: root.interactive && root.visualFocus
-            radius: Theme.rowRadius + 2
-            color: "transparent"
-            border.width: 2
-            border.color: Theme.focusRing
         }
     }
 }

@@ -145,8 +145,8 @@ T.Popup {
             anchors.right: parent.right
             anchors.rightMargin: 10
             y: 12
-            // The dimmed ground is dark enough for any colour, or too dark for the quiet one.
-            color: Theme.dark ? Theme.textTertiary : Theme.text
+            color: Theme.dimmedSymbol
+            ringColor: Theme.dimmedFocusRing
         }
 
         WindowGrips {

@@ -62,7 +62,6 @@ QtObject {
     readonly property color green: dark ? "#52C27A" : "#2B9652"
     readonly property color purple: dark ? "#AE82EE" : "#8450CC"
     readonly property color orange: dark ? "#F0993F" : "#D06A08"
-    readonly property color gray: dark ? "#8FA1A7" : "#76878D"
     readonly property color teal: dark ? "#37C6C1" : "#0E9491"
     readonly property color red: dark ? "#F2695F" : "#D63A31"
     readonly property color yellow: dark ? "#F5CB4A" : "#EDB51C"
@@ -97,7 +96,6 @@ QtObject {
     readonly property color consoleGround: dark ? "#0B1517" : "#10252B"
     readonly property color consoleText: "#E6F2F4"
     readonly property color consoleMuted: "#9FC3CA"
-    readonly property color consoleSuccess: "#6FDC9C"
     readonly property color promotionTop: "#0A3644"
     readonly property color promotionMiddle: "#0F6072"
     readonly property color promotionBottom: "#1B7F89"
@@ -112,6 +110,9 @@ QtObject {
     readonly property real shadowStrength: dark ? 2.2 : 1.0
     readonly property color dim: Qt.rgba(0, 0, 0, 0.33)
     readonly property color wizardDim: Qt.rgba(0, 0, 0, 0.4)
+    // On a dimmed ground. It is dark enough for any colour, or too dark for the quiet ones.
+    readonly property color dimmedSymbol: dark ? textTertiary : text
+    readonly property color dimmedFocusRing: dark ? focusRing : text
 
     // Type
     readonly property string textFamily: Appearance.textFamily

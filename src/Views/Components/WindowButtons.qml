@@ -7,6 +7,7 @@ Row {
     id: root
 
     property color color: Theme.textTertiary
+    property color ringColor: Theme.focusRing
 
     readonly property bool maximized: Window.visibility === Window.Maximized
 
@@ -20,6 +21,7 @@ Row {
         symbolSize: 16
         symbol: "window.minimize"
         color: root.color
+        ringColor: root.ringColor
         accessibleName: Texts.localized("control.minimize")
 
         onClicked: root.Window.window.showMinimized()
@@ -30,6 +32,7 @@ Row {
         symbolSize: 16
         symbol: root.maximized ? "window.restore" : "window.maximize"
         color: root.color
+        ringColor: root.ringColor
         accessibleName: Texts.localized(root.maximized ? "control.restore" : "control.maximize")
 
         onClicked: {
@@ -45,6 +48,7 @@ Row {
         symbolSize: 16
         symbol: "window.close"
         color: root.color
+        ringColor: root.ringColor
         accessibleName: Texts.localized("control.close")
 
         onClicked: root.Window.window.close()

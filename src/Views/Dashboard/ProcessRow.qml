@@ -36,14 +36,10 @@ Item {
         id: pointer
     }
 
-    Rectangle {
-        x: 8
-        y: 1
-        width: parent.width - 16
-        height: parent.height - 2
-        visible: root.marked
+    RowHighlight {
+        shown: root.marked
         radius: Theme.controlRadius
-        color: Theme.hover
+        margin: 1
     }
 
     Image {

@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
 import Quillmere
 
 /// The records under the heads of their columns.
@@ -48,27 +47,22 @@ Item {
         width: parent.width
     }
 
-    ListView {
+    KeyedList {
+        id: records
+
         anchors.fill: parent
         anchors.topMargin: 41
-        anchors.bottomMargin: 4
-        topMargin: 4
-        clip: true
-        boundsBehavior: Flickable.StopAtBounds
-        reuseItems: true
+        anchors.bottomMargin: 1
+        accessibleName: Texts.localized("nav.history")
+        rowHeight: 48
         model: root.logs
-
-        Accessible.role: Accessible.List
-        Accessible.name: Texts.localized("nav.history")
 
         delegate: HistoryRow {
             width: ListView.view.width
+            list: records
             columns: root.columns
-            last: index === ListView.view.count - 1
 
             onClicked: root.logs.toggleExpanded(index)
         }
-
-        T.ScrollBar.vertical: ScrollIndicatorBar {}
     }
 }

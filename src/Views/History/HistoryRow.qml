@@ -19,20 +19,30 @@ ListRow {
     required property string categoriesText
     required property var errors
     required property HistoryColumns columns
+    required property KeyedList list
 
-    readonly property int rowHeight: 48
+    readonly property int rowHeight: list.rowHeight
     readonly property color statusColor: [Theme.greenText, Theme.orangeText, Theme.redText, Theme.textSecondary][status]
 
+    focusPolicy: Qt.NoFocus
+    ringed: activeFocus && list.isByKeyboard
+    last: index === list.count - 1
     implicitHeight: rowHeight + (isExpanded ? details.height + 12 : 0)
     highlightHeight: rowHeight
     highlightMargin: 4
     accessibleName: dateText + ", " + operationText + ", " + cleanedText + ", " + statusText
 
     Accessible.description: Texts.localized(isExpanded ? "control.collapse" : "control.expand")
+    Accessible.focusable: true
+    Accessible.focused: activeFocus
 
     HiddenWhilePooled {
         target: root.ListView
         row: root
+    }
+
+    TapHandler {
+        onTapped: root.list.pick(root.index)
     }
 
     Item {

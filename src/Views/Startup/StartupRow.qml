@@ -2,10 +2,10 @@ import QtQuick
 import Quillmere
 
 /// A startup item: its name and file, its type and risk, and the switch that says whether it is started.
-Item {
+MenuListRow {
     id: root
 
-    required property int index
+    required property var item
     required property string name
     required property string pathText
     required property string typeText
@@ -13,84 +13,17 @@ Item {
     required property bool isEnabled
     required property StartupColumns columns
 
-    property bool last: false
-    property bool concealed: false
-    /// The keyboard is here and was brought here by keys.
-    property bool ringed: false
-
-    readonly property bool marked: pointer.hovered || ringed
-
-    signal picked
     signal switched
-    signal menuRequested(real x, real y, bool byKeyboard)
 
-    function askForMenu() {
-        menuRequested(moreButton.x, moreButton.y + moreButton.height + 4, true);
-    }
+    record: item
+    moreX: columns.moreX
+    dividerFrom: columns.nameX
 
-    implicitHeight: 58
-
-    Accessible.role: Accessible.ListItem
     Accessible.name: name + ", " + typeText + ", " + badge.label + ", "
                      + Texts.localized(isEnabled ? "control.on" : "control.off") + ", " + pathText
     Accessible.description: Texts.localized("control.hint.toggle") + ". " + Texts.localized("control.hint.menu")
-    Accessible.ignored: concealed
-    Accessible.focusable: true
-    Accessible.focused: activeFocus
-    Accessible.onPressAction: switched()
 
-    Keys.onMenuPressed: askForMenu()
-    Keys.onReturnPressed: switched()
-    Keys.onEnterPressed: switched()
-    Keys.onSpacePressed: switched()
-    Keys.onPressed: event => {
-        if (event.key === Qt.Key_F10 && (event.modifiers & Qt.ShiftModifier)) {
-            event.accepted = true;
-            askForMenu();
-        }
-    }
-
-    HiddenWhilePooled {
-        target: root.ListView
-        row: root
-    }
-
-    HoverHandler {
-        id: pointer
-    }
-
-    TapHandler {
-        onTapped: root.picked()
-    }
-
-    TapHandler {
-        acceptedButtons: Qt.RightButton
-
-        onTapped: point => {
-            root.picked();
-            root.menuRequested(point.position.x, point.position.y, false);
-        }
-    }
-
-    Item {
-        x: 8
-        y: 3
-        width: parent.width - 16
-        height: parent.height - 6
-
-        Rectangle {
-            anchors.fill: parent
-            visible: pointer.hovered
-            radius: Theme.rowRadius
-            color: Theme.hover
-        }
-
-        FocusRing {
-            shown: root.ringed
-            gap: 0
-            controlRadius: Theme.rowRadius
-        }
-    }
+    onActivated: switched()
 
     ElidingText {
         x: root.columns.nameX
@@ -148,34 +81,8 @@ Item {
         Accessible.ignored: root.concealed
 
         onSwitched: {
-            root.picked();
+            root.list.pick(root.index);
             root.switched();
         }
-    }
-
-    IconButton {
-        id: moreButton
-
-        x: root.columns.moreX
-        anchors.verticalCenter: parent.verticalCenter
-        kind: root.marked ? IconButton.Framed : IconButton.Plain
-        opacity: root.marked ? 1 : 0.55
-        focusPolicy: Qt.NoFocus
-        symbol: "ellipsis"
-        accessibleName: Texts.localized("control.openMenu")
-
-        Accessible.ignored: root.concealed
-
-        onClicked: {
-            root.picked();
-            root.menuRequested(x, y + height + 4, false);
-        }
-    }
-
-    Divider {
-        x: root.columns.nameX
-        y: parent.height - 1
-        width: parent.width - x - Theme.cardPadding
-        visible: !root.last && !root.marked
     }
 }

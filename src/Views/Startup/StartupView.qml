@@ -143,7 +143,7 @@ Destination {
                 model: root.viewModel.rows
 
                 onSwitchRequested: row => root.viewModel.toggle(row)
-                onRevealRequested: row => root.viewModel.revealInFinder(row)
+                onRevealRequested: item => root.viewModel.revealInFinder(item)
             }
 
             MouseArea {

@@ -1,5 +1,7 @@
 #include "Views/Support/SymbolImageProvider.h"
 
+#include "Symbols/SymbolDrawing.h"
+
 #include <QColor>
 #include <QMutexLocker>
 #include <QUrlQuery>

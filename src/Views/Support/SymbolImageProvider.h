@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Symbols/SymbolDrawing.h"
-
 #include <QCache>
 #include <QImage>
 #include <QMutex>
@@ -18,8 +16,6 @@ public:
 
     /// Side of the drawings' grid, and of a picture whose size nobody asked for.
     static constexpr int gridSide = 24;
-
-    [[nodiscard]] static bool hasSymbol(const QString &name) { return Quillmere::hasSymbol(name); }
 
     QImage requestImage(const QString &id, QSize *size, const QSize &requestedSize) override;
 

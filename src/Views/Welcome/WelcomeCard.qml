@@ -60,7 +60,7 @@ Item {
     WelcomeColumn {
         width: root.columnWidth
         height: parent.height
-        logo: root.viewModel.logo
+        logoFile: root.viewModel.logoFile
         subtitle: root.texts.of("subtitle." + root.step)
         step: root.step
         spokenStep: root.texts.of("step") + " " + root.step + " / 5"

@@ -8,13 +8,10 @@ import Quillmere.Support
 Item {
     id: root
 
-    property url logo
+    property string logoFile
     property string subtitle
     property string spokenStep
     property int step: 1
-
-    // A file's address would have Qt load every reader of pictures that there is, before the first frame.
-    readonly property string logoFile: decodeURIComponent(logo.toString().replace(/^(file:\/\/|qrc(?=:))/, ""))
 
     readonly property int radius: 20
     readonly property int rippleY: 128

@@ -1,0 +1,116 @@
+#include "Views/ViewsFixture.h"
+
+#include <QTest>
+
+using namespace Quillmere;
+
+/// A list of twenty rows, four of which are in sight. Its menu tells what it was asked about, and where the keyboard
+/// is.
+class ListsTest : public ViewsFixture
+{
+protected:
+    void showList()
+    {
+        show("ListModel { id: things; Component.onCompleted: { for (let i = 0; i < 20; ++i) "
+             "append({label: 'thing'}) } }\n"
+             "function removeLast() { things.remove(things.count - 1) }\n"
+             "KeyedList { id: list; objectName: 'list'; width: 300; height: 240; accessibleName: 'Things'; model: "
+             "things; menu: RowMenu { id: rowMenu; list: list; ContextMenuItem { text: 'Show'; onTriggered: "
+             "rowMenu.chosen = record => window.note(record + ' ' + list.activeFocus) } } "
+             "delegate: MenuListRow { objectName: 'row' + index; width: 300; moreX: 250; menu: rowMenu; record: "
+             "'record ' + index; onActivated: window.note('activated ' + index) } }");
+    }
+    [[nodiscard]] QString focusedRow() const { return focused()->objectName(); }
+    [[nodiscard]] bool menuIsOpen() const
+    {
+        const auto *menu = item(u"list"_qs)->property("menu").value<QObject *>();
+        return QTest::qWaitFor([menu] { return menu->property("opened").toBool(); });
+    }
+};
+
+TEST_F(ListsTest, ListIsOneStopForTabWhoseRowsAreReachedByArrowsHomeEndAndPageKeys)
+{
+    showList();
+
+    tab();
+    EXPECT_EQ(focusedRow(), u"row0"_qs);
+    press(Qt::Key_Down);
+    EXPECT_EQ(focusedRow(), u"row1"_qs);
+    press(Qt::Key_PageDown);
+    EXPECT_EQ(focusedRow(), u"row4"_qs);
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(focusedRow(), u"row1"_qs);
+    press(Qt::Key_End);
+    EXPECT_EQ(focusedRow(), u"row19"_qs);
+    press(Qt::Key_Home);
+    EXPECT_EQ(focusedRow(), u"row0"_qs);
+    tab();
+    EXPECT_EQ(focusedRow(), u"row0"_qs) << "There is nothing else that Tab could lead to.";
+}
+
+TEST_F(ListsTest, RowWearsTheRingOnlyWhereTheKeyboardCameByKeys)
+{
+    showList();
+
+    click(u"row1"_qs);
+    EXPECT_EQ(focusedRow(), u"row1"_qs);
+    EXPECT_FALSE(hasFocusRing(u"row1"_qs));
+
+    press(Qt::Key_Down);
+    EXPECT_TRUE(hasFocusRing(u"row2"_qs));
+    EXPECT_FALSE(hasFocusRing(u"row1"_qs));
+}
+
+TEST_F(ListsTest, RowIsActivatedByReturnSpaceAndAssistiveTools)
+{
+    showList();
+    tab();
+
+    press(Qt::Key_Return);
+    press(Qt::Key_Down);
+    press(Qt::Key_Space);
+    accessible(u"row2"_qs)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+
+    EXPECT_EQ(log(), QStringList({u"activated 0"_qs, u"activated 1"_qs, u"activated 2"_qs}));
+}
+
+TEST_F(ListsTest, MenuOfARowDoesWhatWasChosenOnceTheKeyboardIsBackInTheList)
+{
+    showList();
+    tab();
+    press(Qt::Key_Down);
+
+    press(Qt::Key_Menu);
+    ASSERT_TRUE(menuIsOpen());
+    EXPECT_EQ(log(), QStringList());
+    press(Qt::Key_Return);
+
+    EXPECT_TRUE(QTest::qWaitFor([this] { return log() == QStringList{u"record 1 true"_qs}; }));
+    EXPECT_EQ(focusedRow(), u"row1"_qs);
+    EXPECT_TRUE(hasFocusRing(u"row1"_qs));
+}
+
+TEST_F(ListsTest, MenuOfARowThatIsLeftDoesNothing)
+{
+    showList();
+    QTest::mouseClick(m_view.get(), Qt::RightButton, {}, middle(u"row2"_qs));
+    ASSERT_TRUE(menuIsOpen());
+
+    QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, {600, 400});
+
+    EXPECT_TRUE(QTest::qWaitFor([this] { return focusedRow() == u"row2"_qs; }));
+    EXPECT_FALSE(hasFocusRing(u"row2"_qs));
+    EXPECT_EQ(log(), QStringList());
+}
+
+TEST_F(ListsTest, KeyboardGoesToTheLastRowWhenItsOwnHasGone)
+{
+    showList();
+    tab();
+    press(Qt::Key_End);
+    ASSERT_EQ(focusedRow(), u"row19"_qs);
+
+    ASSERT_TRUE(QMetaObject::invokeMethod(m_view->rootObject(), "removeLast"));
+
+    EXPECT_TRUE(QTest::qWaitFor([this] { return focusedRow() == u"row18"_qs; }));
+}
