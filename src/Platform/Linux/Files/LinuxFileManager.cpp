@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/Disks/KnownMounts.h"
 #include "Platform/Linux/Files/BoundedReading.h"
+#include "Platform/Linux/Files/DiskSteps.h"
 #include "Platform/Linux/Files/ErrnoFailure.h"
 #include "Platform/Linux/Files/FileWriting.h"
 #include "Platform/Linux/Files/FolderListing.h"
@@ -245,6 +246,11 @@ void LinuxFileManager::synchronizeVolumes(const QList<FilePath> &paths) const
         synchronized.insert(status.st_dev);
         ::syncfs(folder.number());
     }
+}
+
+quint64 LinuxFileManager::stepsTaken() const
+{
+    return DiskSteps::taken();
 }
 
 Result<void> LinuxFileManager::createDirectory(const FilePath &folder, Intermediates intermediates) const
