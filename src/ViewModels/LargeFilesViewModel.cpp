@@ -1,12 +1,12 @@
 #include "ViewModels/LargeFilesViewModel.h"
 
+#include "Services/LargeFileFinder.h"
 #include "Utilities/BackgroundWork.h"
 #include "Utilities/ByteCountFormatter.h"
 #include "Utilities/Diagnostics.h"
 #include "Utilities/LocalizationManager.h"
 #include "Utilities/PathValidator.h"
 #include "Utilities/TextComparison.h"
-#include "ViewModels/LargeFilesWalk.h"
 #include "ViewModels/LatestNews.h"
 #include "ViewModels/NameRanks.h"
 #include "ViewModels/UnfinishedRuns.h"
@@ -95,7 +95,7 @@ QCoro::Task<> LargeFilesViewModel::scan()
     const auto progress = [news](double fraction, const QString &name) { news.tell({fraction, name}); };
     const QLocale locale = sortingLocale();
     auto scanning = inBackground([disk = m_disk, places = m_places, progress, walk, locale]() -> std::optional<Found> {
-        std::optional<QList<FileItem>> files = LargeFilesWalk(disk, places, progress, Cancellation(walk)).run();
+        std::optional<QList<FileItem>> files = LargeFileFinder(disk, places, progress, Cancellation(walk)).find();
         if (!files)
             return std::nullopt;
         return Found{*files, nameRanks(*files, locale)};
