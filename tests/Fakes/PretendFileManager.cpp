@@ -12,6 +12,7 @@ PretendFileManager::PretendFileManager(const FilePath &home)
 
 FilePath PretendFileManager::homeDirectory() const
 {
+    ++m_questionsForTheHome;
     return m_home;
 }
 

@@ -57,6 +57,7 @@ public:
     [[nodiscard]] QList<FilePath> trashed() const; ///< Where trashed items came from, in their order.
     [[nodiscard]] QList<FilePath> removed() const; ///< What was deleted for good, in its order.
     [[nodiscard]] int synchronizations() const;
+    [[nodiscard]] int questionsForTheHome() const { return m_questionsForTheHome; }
     [[nodiscard]] QList<CapacityKeys> capacityRequests() const; ///< What was asked for, in its order.
 
     [[nodiscard]] FilePath homeDirectory() const override;
@@ -110,6 +111,7 @@ private:
     mutable QList<FilePath> m_removed;
     mutable int m_synchronizations = 0;
     mutable std::atomic<quint64> m_steps = 0;
+    mutable std::atomic<int> m_questionsForTheHome = 0;
     Result<VolumeCapacity> m_capacity = VolumeCapacity{500'000'000'000, 300'000'000'000, 300'000'000'000};
     std::map<int, Result<VolumeCapacity>> m_capacityByKeys;
     mutable QList<CapacityKeys> m_capacityRequests;
