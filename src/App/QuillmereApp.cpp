@@ -22,12 +22,13 @@ constexpr std::chrono::milliseconds mostWaitForTheDesktop{150};
 // What was begun with a click right before the end, such as a switch, has ended by then.
 constexpr std::chrono::milliseconds mostWaitForWorkers{500};
 // A double click on the menu is one wish for the end.
-constexpr std::chrono::seconds untilQuitIsInsistedOn{3};
+constexpr std::chrono::seconds longestDoubleClick{3};
 
 bool areWorkersDone()
 {
-    return childProcessPool().activeThreadCount() == 0 && elevationPool().activeThreadCount() == 0
-        && backgroundPool().waitForDone(int(mostWaitForWorkers.count()));
+    // First of all, since other programs and dialogs are not waited for, and are there often.
+    const bool areLooksDone = backgroundPool().waitForDone(int(mostWaitForWorkers.count()));
+    return areLooksDone && childProcessPool().activeThreadCount() == 0 && elevationPool().activeThreadCount() == 0;
 }
 
 void bringBack(QWindow &window)
@@ -65,6 +66,7 @@ QuillmereApp::QuillmereApp(Machine machine, QObject *parent)
     QGuiApplication::setQuitOnLastWindowClosed(false);
     connect(&m_localizer, &Localizer::languageChanged, this, &QuillmereApp::translateQt);
     connect(&m_state, &AppState::settingsChanged, this, &QuillmereApp::applyAppearance);
+    connect(&m_unfinishedRuns, &UnfinishedRuns::finished, this, &QuillmereApp::runsHaveFinished);
     m_machine.appearance->observe([this] { applyAppearance(); });
 }
 
@@ -198,7 +200,7 @@ void QuillmereApp::applyAppearance()
 void QuillmereApp::showMainWindow()
 {
     // Who asks for the window no longer wants the program to end.
-    disconnect(m_pendingQuit);
+    m_endsWithTheRuns = false;
     bringBack(*m_mainWindow);
 }
 
@@ -217,21 +219,33 @@ void QuillmereApp::terminate()
 {
     for (QWindow *window : QGuiApplication::topLevelWindows())
         window->hide();
+    // Not quit(), which asks the windows first: the main window would refuse to close.
     QCoreApplication::exit(0);
 }
 
 void QuillmereApp::quit()
 {
-    for (QWindow *window : QGuiApplication::topLevelWindows())
-        window->hide();
-    const QDateTime now = m_machine.clock->now();
-    // exit() and not quit(), which asks the windows first: the main window would refuse to close.
-    if (m_unfinishedRuns.isEmpty() || (m_pendingQuit && m_quitWish.addDuration(untilQuitIsInsistedOn) <= now)) {
-        QCoreApplication::exit(0);
-    } else if (!m_pendingQuit) {
-        m_quitWish = now;
-        m_pendingQuit = connect(&m_unfinishedRuns, &UnfinishedRuns::finished, qApp, [] { QCoreApplication::exit(0); });
+    if (m_unfinishedRuns.isEmpty() || mayCutOff()) {
+        terminate();
+        return;
     }
+    // The user sees what the end waits for, and where there is no status item has a way to ask again.
+    showMainWindow();
+    m_endsWithTheRuns = true;
+    m_firstWish = m_firstWish.value_or(m_machine.clock->elapsed());
+}
+
+bool QuillmereApp::mayCutOff()
+{
+    return m_firstWish && m_machine.clock->elapsed() - *m_firstWish >= longestDoubleClick
+        && m_unfinishedRuns.areHanging();
+}
+
+void QuillmereApp::runsHaveFinished()
+{
+    m_firstWish.reset();
+    if (m_endsWithTheRuns)
+        terminate();
 }
 
 int QuillmereApp::exec()

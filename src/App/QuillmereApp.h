@@ -21,6 +21,7 @@
 #include <QQuickWindow>
 #include <QTranslator>
 
+#include <chrono>
 #include <optional>
 
 namespace Quillmere {
@@ -54,8 +55,8 @@ public Q_SLOTS:
     /// Brings the main window back, to the front and to the keyboard.
     void showMainWindow();
     void showSettings();
-    /// Ends the program. A cleanup under way is brought to its end and recorded first, out of sight, unless the user
-    /// asks again after a while.
+    /// Ends the program. Where a cleanup is under way the window comes to the front and shows it, and the program ends
+    /// once it has come to its end and its record. One that hangs is cut off when the user asks again.
     void quit();
 
 private:
@@ -68,6 +69,9 @@ private:
     void rest();
     /// Ends the program at once, whatever it is doing, and stores nothing any more.
     void terminate();
+    void runsHaveFinished();
+    /// Whether the user has asked for the end before, apart from a double click, and waits for nothing any more.
+    [[nodiscard]] bool mayCutOff();
     /// What the content of every window needs.
     [[nodiscard]] QVariantMap contentProperties();
     [[nodiscard]] QQuickWindow *loadWindow(const QString &file, const QVariantMap &properties);
@@ -86,13 +90,14 @@ private:
     MenuBarController m_menuBar;
     AppDelegate m_delegate;
     Appearance m_appearance{nullptr};
-    UnfinishedRuns m_unfinishedRuns;
+    UnfinishedRuns m_unfinishedRuns{m_machine.files, m_machine.clock};
     SetupReceipt m_receipt;
     ViewModelFactory m_viewModels;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
     QTranslator m_qtTexts;
-    QMetaObject::Connection m_pendingQuit; ///< The end that waits for a run.
-    QDateTime m_quitWish; ///< When the user asked for that end.
+    bool m_endsWithTheRuns = false; ///< Until the user asks for the window again.
+    /// When the user first asked for the end during the runs under way, by the clock that never goes back.
+    std::optional<std::chrono::milliseconds> m_firstWish;
     QPointer<QQuickWindow> m_mainWindow;
     QPointer<QQuickWindow> m_settingsWindow;
 };

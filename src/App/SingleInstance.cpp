@@ -1,5 +1,7 @@
 #include "App/SingleInstance.h"
 
+#include "Utilities/Diagnostics.h"
+
 #include <QDeadlineTimer>
 #include <QLocalSocket>
 #include <QThread>
@@ -64,7 +66,11 @@ void SingleInstance::listen()
     m_server = std::make_unique<QLocalServer>();
     m_server->setSocketOptions(QLocalServer::UserAccessOption);
     connect(m_server.get(), &QLocalServer::newConnection, this, &SingleInstance::answer);
-    m_server->listen(m_socketPath);
+    if (m_server->listen(m_socketPath))
+        return;
+    // Whoever starts later would wait for an answer that never comes.
+    m_lock.unlock();
+    printDiagnostic(u"A second start cannot bring this window to the front: "_qs + m_server->errorString());
 }
 
 void SingleInstance::answer()

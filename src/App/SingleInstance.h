@@ -27,7 +27,8 @@ public:
     SingleInstance(const QString &folder, const QString &name, QObject *parent = nullptr);
 
     /// True for the first start, which hears later ones from the moment it handles events. False when another instance
-    /// was there and has been asked to come to the front. Where neither works, the program runs on its own.
+    /// was there and has been asked to come to the front. Where neither works, the program runs on its own, and where
+    /// later starts cannot be heard it says so in one line.
     [[nodiscard]] bool claim(const Patience &patience);
     [[nodiscard]] bool claim() { return claim(Patience()); }
 

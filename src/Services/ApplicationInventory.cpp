@@ -2,7 +2,6 @@
 
 #include "Utilities/PropertyList.h"
 #include "Utilities/PropertyListLimits.h"
-#include "Values/CancellationError.h"
 #include "Values/FileName.h"
 
 #include <algorithm>
@@ -149,11 +148,7 @@ bool ApplicationInventory::isOffered(const FilePath &candidate) const
 
 qint64 ApplicationInventory::sizeOf(const FilePath &folder, ScannerService &scanner, const std::stop_token &task)
 {
-    try {
-        return scanner.scanDirectory(folder, task).allocatedSize;
-    } catch (const CancellationError &) {
-        return 0;
-    }
+    return scanner.sizeOf(folder, task).value_or(0);
 }
 
 qint64 ApplicationInventory::sizeOf(const FoundApplication &application, ScannerService &scanner,

@@ -20,20 +20,13 @@ CleanupItem itemOf(const QString &name, const FilePath &path, qint64 size, const
     return item;
 }
 
-/// 0 for a walk that failed, which is not one that was stopped.
+/// Throws CancellationError once stopped.
 qint64 sizeOf(const FilePath &folder, ScannerService &scanner, const std::stop_token &task = {})
 {
-    qint64 size = 0;
-    try {
-        size = scanner.scanDirectory(folder, task).allocatedSize;
-    } catch (const CancellationError &) {
-        throw;
-    } catch (const std::exception &) {
-        size = 0;
-    }
-    if (scanner.isCancelled())
+    const std::optional<qint64> size = scanner.sizeOf(folder, task);
+    if (!size || scanner.isCancelled())
         throw CancellationError();
-    return size;
+    return *size;
 }
 
 } // namespace

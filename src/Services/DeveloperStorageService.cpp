@@ -14,16 +14,6 @@ namespace {
 
 constexpr std::chrono::seconds patienceForVersion{3};
 
-/// Nothing where the measuring failed, as it does when it is cancelled.
-std::optional<qint64> sizeOf(const FilePath &folder, ScannerService &scanner)
-{
-    try {
-        return scanner.scanDirectory(folder).allocatedSize;
-    } catch (const std::exception &) {
-        return std::nullopt;
-    }
-}
-
 void count(CleanupCategory &category)
 {
     category.itemCount = category.items.size();
@@ -40,6 +30,16 @@ QString firstLine(const QByteArray &output)
 }
 
 } // namespace
+
+/// One scan, which is over early once its scanner was cancelled or its task stopped.
+struct DeveloperStorageService::Scan
+{
+    ScannerService &scanner;
+    std::stop_token task;
+
+    [[nodiscard]] bool isOver() const { return scanner.isCancelled() || task.stop_requested(); }
+    [[nodiscard]] std::optional<qint64> sizeOf(const FilePath &folder) const { return scanner.sizeOf(folder, task); }
+};
 
 /// What has been found installed so far, and by which places.
 struct DeveloperStorageService::Inventory
@@ -123,14 +123,16 @@ DeveloperStorageService::DeveloperStorageService(std::shared_ptr<const FileManag
 {
 }
 
-QList<CleanupCategory> DeveloperStorageService::scanCleanupCategories(ScannerService &scanner) const
+QList<CleanupCategory> DeveloperStorageService::scanCleanupCategories(ScannerService &scanner,
+                                                                      const std::stop_token &task) const
 {
+    const Scan scan{scanner, task};
     const Localizer &localizer = Localizer::shared();
     QList<CleanupCategory> categories;
     for (const CleanupGroup &group : cleanupGroups(m_lookup)) {
-        if (scanner.isCancelled())
+        if (scan.isOver())
             break;
-        const std::optional<QList<CleanupItem>> items = itemsOf(group, scanner);
+        const std::optional<QList<CleanupItem>> items = itemsOf(group, scan);
         if (!items)
             break;
         if (items->isEmpty())
@@ -149,12 +151,12 @@ QList<CleanupCategory> DeveloperStorageService::scanCleanupCategories(ScannerSer
     return categories;
 }
 
-QList<PlaceEntry> DeveloperStorageService::offeredPlaces(const CleanupGroup &group, const ScannerService &scanner) const
+QList<PlaceEntry> DeveloperStorageService::offeredPlaces(const CleanupGroup &group, const Scan &scan) const
 {
     QList<PlaceEntry> places;
     TakenPlaces taken;
     for (const FilePath &path : m_lookup.existingUnique(group.paths)) {
-        if (scanner.isCancelled())
+        if (scan.isOver())
             return {};
         if (!mayBeOffered(path))
             continue;
@@ -162,7 +164,7 @@ QList<PlaceEntry> DeveloperStorageService::offeredPlaces(const CleanupGroup &gro
         taken.take(m_lookup.keyOf(path));
     }
     for (const PlaceEntry &entry : m_places->entriesBehind(group.name)) {
-        if (scanner.isCancelled())
+        if (scan.isOver())
             return {};
         // A variable may lead a row of this platform into a place that is there already, or around one.
         const FilePath key = m_lookup.keyOf(entry.path);
@@ -175,19 +177,18 @@ QList<PlaceEntry> DeveloperStorageService::offeredPlaces(const CleanupGroup &gro
     return places;
 }
 
-std::optional<QList<CleanupItem>> DeveloperStorageService::itemsOf(const CleanupGroup &group,
-                                                                   ScannerService &scanner) const
+std::optional<QList<CleanupItem>> DeveloperStorageService::itemsOf(const CleanupGroup &group, const Scan &scan) const
 {
     const QString explanation = Localizer::shared().localized(group.descriptionKey);
     QList<CleanupItem> items;
-    for (const PlaceEntry &place : offeredPlaces(group, scanner)) {
-        if (scanner.isCancelled())
+    for (const PlaceEntry &place : offeredPlaces(group, scan)) {
+        if (scan.isOver())
             return std::nullopt;
         const FilePath location = removableLocation(m_lookup.files(), place.path.standardized());
-        const std::optional<qint64> size = sizeOf(location, scanner);
-        if (!size && scanner.isCancelled())
+        const std::optional<qint64> size = scan.sizeOf(location);
+        if (!size)
             return std::nullopt;
-        if (size.value_or(0) < 1)
+        if (*size < 1)
             continue;
         CleanupItem item;
         item.name = place.name;
@@ -208,10 +209,12 @@ bool DeveloperStorageService::mayBeOffered(const FilePath &path) const
     return !m_places->reasonToKeep(removableLocation(m_lookup.files(), path.standardized()));
 }
 
-std::optional<CleanupCategory> DeveloperStorageService::scanInstalledTools(ScannerService &scanner) const
+std::optional<CleanupCategory> DeveloperStorageService::scanInstalledTools(ScannerService &scanner,
+                                                                           const std::stop_token &task) const
 {
+    const Scan scan{scanner, task};
     Inventory inventory;
-    if (!takeRoots(inventory, scanner) || !takeRuntimes(inventory, scanner) || inventory.items.isEmpty())
+    if (!takeRoots(inventory, scan) || !takeRuntimes(inventory, scan) || inventory.items.isEmpty())
         return std::nullopt;
     CleanupCategory category;
     category.name = inventory.name;
@@ -225,28 +228,28 @@ std::optional<CleanupCategory> DeveloperStorageService::scanInstalledTools(Scann
     return category;
 }
 
-bool DeveloperStorageService::takeRoots(Inventory &inventory, ScannerService &scanner) const
+bool DeveloperStorageService::takeRoots(Inventory &inventory, const Scan &scan) const
 {
     for (const InstalledRoot &root : installedRoots(m_lookup, *m_places)) {
         if (!m_lookup.files().fileExists(root.location))
             continue;
-        if (scanner.isCancelled())
+        if (scan.isOver())
             return false;
         const FilePath key = m_lookup.keyOf(root.location);
         if (inventory.isNew(key))
-            inventory.take(root.name, root.location, sizeOf(root.location, scanner).value_or(0));
+            inventory.take(root.name, root.location, scan.sizeOf(root.location).value_or(0));
     }
     return true;
 }
 
-bool DeveloperStorageService::takeRuntimes(Inventory &inventory, ScannerService &scanner) const
+bool DeveloperStorageService::takeRuntimes(Inventory &inventory, const Scan &scan) const
 {
     for (const Runtime &runtime : detectedRuntimes(m_lookup, *m_places)) {
-        if (scanner.isCancelled())
+        if (scan.isOver())
             return false;
         if (!inventory.isNew(m_lookup.keyOf(runtime.executable)))
             continue;
-        const qint64 size = sizeOf(runtime.executable, scanner).value_or(0);
+        const qint64 size = scan.sizeOf(runtime.executable).value_or(0);
         const QString version = executableVersion(runtime);
         inventory.take(version.isEmpty() ? runtime.name : runtime.name + u" — "_qs + version, runtime.executable, size);
     }

@@ -176,8 +176,9 @@ QCoro::Task<std::optional<QString>> ResourceMonitorService::toggleInternetAccess
     TrafficControlService &trafficControl = m_trafficControl;
     const QString name = *application->localizedName;
     const bool isBlocked = trafficControl.isExplicitlyBlocked(name, application->bundleIdentifier);
-    const bool isAccepted = co_await trafficControl.setAppTrafficBlocked(
-        !isBlocked, name, application->bundleIdentifier, application->bundleLocation);
+    auto setting = trafficControl.setAppTrafficBlocked(!isBlocked, name, application->bundleIdentifier,
+                                                       application->bundleLocation);
+    const bool isAccepted = co_await setting;
     if (self)
         refreshProcesses();
     if (isAccepted)

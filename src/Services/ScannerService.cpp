@@ -1,5 +1,6 @@
 #include "Services/ScannerService.h"
 
+#include "Utilities/Attempt.h"
 #include "Utilities/LocalizationManager.h"
 #include "Utilities/RemovableLocation.h"
 #include "Values/CancellationError.h"
@@ -227,6 +228,14 @@ TreeSize ScannerService::scanDirectory(const FilePath &folder, const std::stop_t
     if (!size)
         throw CancellationError();
     return size.value();
+}
+
+std::optional<qint64> ScannerService::sizeOf(const FilePath &folder, const std::stop_token &task)
+{
+    const Result<TreeSize> size = attempted([&] { return scanDirectory(folder, task); });
+    if (!size && size.failure().kind == Failure::Kind::Cancelled)
+        return std::nullopt;
+    return size.valueOr({}).allocatedSize;
 }
 
 } // namespace Quillmere

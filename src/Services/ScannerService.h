@@ -34,6 +34,9 @@ public:
     /// followed. Zero where there is nothing to enumerate. Throws CancellationError once stopped.
     [[nodiscard]] TreeSize scanDirectory(const FilePath &folder, const std::stop_token &task = {});
 
+    /// The allocated bytes alone. Nothing once the walk was stopped; 0 where it failed in any other way.
+    [[nodiscard]] std::optional<qint64> sizeOf(const FilePath &folder, const std::stop_token &task = {});
+
     /// Stops a running scan and every later one until resetCancellation(). Any thread, at any time.
     void cancelScan();
 

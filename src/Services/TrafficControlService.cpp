@@ -103,7 +103,8 @@ QCoro::Task<bool> TrafficControlService::setAppTrafficBlocked(bool blocked, QStr
     else
         identifiers.remove(*bundleIdentifier);
 
-    const bool isAccepted = co_await applyPolicy(identifiers, m_ecoTrafficEnabled, true);
+    auto applying = applyPolicy(identifiers, m_ecoTrafficEnabled, true);
+    const bool isAccepted = co_await applying;
     if (isAccepted) {
         m_blockedBundleIdentifiers = identifiers;
         m_blockedAppNames.remove(name);
@@ -116,7 +117,8 @@ QCoro::Task<bool> TrafficControlService::setAppTrafficBlocked(bool blocked, QStr
 QCoro::Task<bool> TrafficControlService::setEcoTrafficEnabled(bool enabled)
 {
     setLastError({});
-    const bool isAccepted = co_await applyPolicy(m_blockedBundleIdentifiers, enabled, true);
+    auto applying = applyPolicy(m_blockedBundleIdentifiers, enabled, true);
+    const bool isAccepted = co_await applying;
     if (isAccepted) {
         m_ecoTrafficEnabled = enabled;
         m_defaults->setBoolean(ecoTrafficKey(), enabled);
@@ -128,14 +130,20 @@ QCoro::Task<bool> TrafficControlService::setEcoTrafficEnabled(bool enabled)
 QCoro::Task<bool> TrafficControlService::applyPolicy(QSet<QString> blockedIdentifiers, bool ecoEnabled,
                                                      bool activateExtension)
 {
-    if (activateExtension && !co_await this->activateExtension())
-        co_return false;
-    if (const std::optional<QString> error = co_await load(m_filter)) {
+    if (activateExtension) {
+        auto activating = this->activateExtension();
+        const bool isActive = co_await activating;
+        if (!isActive)
+            co_return false;
+    }
+    auto loading = load(m_filter);
+    if (const std::optional<QString> error = co_await loading) {
         setLastError(u"macOS could not load the outbound traffic filter: "_qs + *error);
         co_return false;
     }
     configure(blockedIdentifiers, ecoEnabled);
-    if (const std::optional<QString> error = co_await save(m_filter)) {
+    auto saving = save(m_filter);
+    if (const std::optional<QString> error = co_await saving) {
         setLastError(u"macOS rejected the outbound traffic policy: "_qs + *error);
         co_return false;
     }
@@ -145,7 +153,8 @@ QCoro::Task<bool> TrafficControlService::applyPolicy(QSet<QString> blockedIdenti
 QCoro::Task<bool> TrafficControlService::activateExtension()
 {
     using Kind = TrafficFilterExtensionManager::ActivationResult::Kind;
-    const TrafficFilterExtensionManager::ActivationResult result = co_await m_extension.activateIfNeeded();
+    auto activating = m_extension.activateIfNeeded();
+    const TrafficFilterExtensionManager::ActivationResult result = co_await activating;
     switch (result.kind) {
     case Kind::Active:
         co_return true;

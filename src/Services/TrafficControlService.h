@@ -16,7 +16,8 @@
 namespace Quillmere {
 
 /// Decides which applications may send traffic out of the machine and hands the decision to the traffic filter. A rule
-/// is recorded only after the system has taken it: a refusal changes nothing. GUI thread only.
+/// is recorded only after the system has taken it: a refusal changes nothing. GUI thread only. It must live
+/// for as long as a change is under way; in the program it lives to the end.
 class TrafficControlService : public QObject
 {
     Q_OBJECT

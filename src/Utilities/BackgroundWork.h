@@ -12,7 +12,8 @@
 namespace Quillmere {
 
 /// Where background work runs. Not Qt's own pool: the painter lends its threads from there, and a window would stand
-/// still as soon as long scans held them all. The end of the program waits for none of the pools here.
+/// still as soon as long scans held them all. The end of the process waits for none of the pools here by itself: for
+/// which of them the program waits, and how long, is up to whoever ends it.
 [[nodiscard]] QThreadPool &backgroundPool();
 
 /// Where runs what may raise the system's password dialog: one at a time, in the order of asking.

@@ -37,11 +37,6 @@ ApplicationsViewModel::ApplicationsViewModel(Parts parts, QObject *parent)
     connect(&Localizer::shared(), &Localizer::languageChanged, this, &ApplicationsViewModel::selectedAppChanged);
 }
 
-ApplicationsViewModel::~ApplicationsViewModel()
-{
-    m_scanTask.request_stop();
-}
-
 void ApplicationsViewModel::scanIfEmpty()
 {
     if (isEmpty())
@@ -50,10 +45,9 @@ void ApplicationsViewModel::scanIfEmpty()
 
 QCoro::Task<> ApplicationsViewModel::scanApplications()
 {
-    beginScan();
+    const std::stop_token task = beginScan();
     const QPointer self(this);
-    const std::stop_source task = m_scanTask;
-    const ApplicationScan scan(m_parts.inventory, m_parts.scanner, task.get_token());
+    const ApplicationScan scan(m_parts.inventory, m_parts.scanner, task);
     auto listing = ApplicationScan::list(scan);
     const QList<FoundApplication> found = co_await listing;
     auto measuring = ApplicationScan::measure(scan, found, [self](double fraction, const QString &name) {
@@ -68,10 +62,9 @@ QCoro::Task<> ApplicationsViewModel::scanApplications()
     leaveScan(task);
 }
 
-void ApplicationsViewModel::beginScan()
+std::stop_token ApplicationsViewModel::beginScan()
 {
-    m_scanTask.request_stop();
-    m_scanTask = {};
+    std::stop_token task = m_scanTask.begin();
     m_parts.scanner->resetCancellation();
     m_isScanning = true;
     showProgress(0, Localizer::shared().localized(u"applications.listing"_qs));
@@ -79,11 +72,12 @@ void ApplicationsViewModel::beginScan()
     Q_EMIT appsChanged();
     Q_EMIT selectedAppChanged();
     Q_EMIT phaseChanged();
+    return task;
 }
 
-void ApplicationsViewModel::leaveScan(const std::stop_source &task)
+void ApplicationsViewModel::leaveScan(const std::stop_token &task)
 {
-    if (m_scanTask != task)
+    if (!m_scanTask.isLatest(task))
         return;
     m_isScanning = false;
     Q_EMIT phaseChanged();
@@ -107,20 +101,20 @@ void ApplicationsViewModel::publish(QList<FoundApplication> apps)
 
 void ApplicationsViewModel::cancelScan()
 {
-    m_scanTask.request_stop();
+    m_scanTask.stop();
     m_parts.scanner->cancelScan();
     // The scan itself comes to its next test only when whoever it asks has answered.
     if (m_isScanning)
-        leaveScan(m_scanTask);
+        leaveScan(m_scanTask.token());
 }
 
 QCoro::Task<> ApplicationsViewModel::refreshRunning()
 {
     const QPointer self(this);
-    const int look = ++m_looks;
+    const std::stop_token look = m_look.begin();
     auto asking = inBackground([workspace = m_parts.workspace] { return RunningPrograms::of(*workspace); });
     const RunningPrograms running = co_await asking;
-    if (!self || look != m_looks)
+    if (!self || !m_look.isLatest(look))
         co_return;
     QSet<QUuid> ids;
     for (const FoundApplication &app : m_apps.apps()) {

@@ -7,6 +7,7 @@
 #include "Services/ScannerService.h"
 #include "Services/TrafficControlService.h"
 #include "ViewModels/AppListModel.h"
+#include "ViewModels/LatestTask.h"
 #include "ViewModels/SelectedApplication.h"
 
 #include <QObject>
@@ -49,7 +50,6 @@ public:
     };
 
     explicit ApplicationsViewModel(Parts parts, QObject *parent = nullptr);
-    ~ApplicationsViewModel() override;
 
     [[nodiscard]] AppListModel *apps() { return &m_apps; }
     [[nodiscard]] bool isEmpty() const { return m_apps.apps().isEmpty(); }
@@ -104,9 +104,9 @@ Q_SIGNALS:
     void trafficErrorMessageChanged();
 
 private:
-    void beginScan();
+    [[nodiscard]] std::stop_token beginScan();
     /// Ends the overlay, unless a later scan has taken its place.
-    void leaveScan(const std::stop_source &task);
+    void leaveScan(const std::stop_token &task);
     void publish(QList<FoundApplication> apps);
     void showProgress(double fraction, const QString &name);
     void setIsUninstalling(bool isUninstalling);
@@ -117,8 +117,8 @@ private:
     AppListModel m_apps{nullptr};
     std::optional<FoundApplication> m_selectedApp;
     std::optional<QString> m_trafficErrorMessage;
-    std::stop_source m_scanTask; ///< Of the latest scan; stopped when it is cancelled or a later one begins.
-    int m_looks = 0; ///< Counts those for what runs: an earlier one that ends late changes nothing.
+    LatestTask m_scanTask;
+    LatestTask m_look; ///< For what runs.
     bool m_isScanning = false;
     bool m_isUninstalling = false;
     double m_scanProgress = 0;

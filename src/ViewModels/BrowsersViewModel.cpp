@@ -1,26 +1,13 @@
 #include "ViewModels/BrowsersViewModel.h"
 
+#include "Utilities/Attempt.h"
 #include "Utilities/BackgroundWork.h"
 #include "Utilities/Diagnostics.h"
-#include "Values/CancellationError.h"
 #include "ViewModels/UnfinishedRuns.h"
 
 namespace Quillmere {
 
 namespace {
-
-/// The answer of @p work, or why it threw.
-template<typename Work>
-Result<std::invoke_result_t<Work>> attempted(const Work &work)
-{
-    try {
-        return work();
-    } catch (const CancellationError &error) {
-        return Failure{Failure::Kind::Cancelled, {}, QString::fromUtf8(error.what())};
-    } catch (const std::exception &error) {
-        return Failure{Failure::Kind::Other, {}, QString::fromUtf8(error.what())};
-    }
-}
 
 OperationLog logOf(const BrowserProfile &profile, const CleanupResult &result, const QDateTime &date)
 {
@@ -51,27 +38,20 @@ BrowsersViewModel::BrowsersViewModel(std::shared_ptr<ScannerService> scanner, Br
 {
 }
 
-BrowsersViewModel::~BrowsersViewModel()
-{
-    m_detection.request_stop();
-}
-
 QCoro::Task<> BrowsersViewModel::detectBrowsers()
 {
-    m_detection.request_stop();
-    m_detection = {};
+    const std::stop_token task = m_detection.begin();
     m_scanner->resetCancellation();
     setScanning(true, 0.1);
 
     const QPointer self(this);
-    const std::stop_source task = m_detection;
-    auto detecting = inBackground([service = m_service, scanner = m_scanner, token = task.get_token()] {
-        return attempted([&] { return service.detectInstalledBrowsers(*scanner, token); });
+    auto detecting = inBackground([service = m_service, scanner = m_scanner, task] {
+        return attempted([&] { return service.detectInstalledBrowsers(*scanner, task); });
     });
     const Result<QList<BrowserProfile>> result = co_await detecting;
     if (!result)
         printDiagnostic(u"Browser detection failed: "_qs, result.failure());
-    if (!self || m_detection != task)
+    if (!self || !m_detection.isLatest(task))
         co_return;
     if (result)
         m_profiles.setProfiles(result.value());

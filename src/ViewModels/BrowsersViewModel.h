@@ -7,13 +7,13 @@
 #include "Services/CleanupService.h"
 #include "Services/HistoryService.h"
 #include "ViewModels/BrowserProfileListModel.h"
+#include "ViewModels/LatestTask.h"
 
 #include <QObject>
 
 #include <QCoro/QCoroTask>
 
 #include <optional>
-#include <stop_token>
 
 namespace Quillmere {
 
@@ -37,7 +37,6 @@ class BrowsersViewModel final : public QObject
 public:
     BrowsersViewModel(std::shared_ptr<ScannerService> scanner, BrowserService service, CleanupService cleaner,
                       HistoryService &history, std::shared_ptr<const Clock> clock, QObject *parent = nullptr);
-    ~BrowsersViewModel() override;
 
     [[nodiscard]] BrowserProfileListModel *profiles() { return &m_profiles; }
     [[nodiscard]] bool isEmpty() const { return m_profiles.profiles().isEmpty(); }
@@ -99,7 +98,7 @@ private:
     HistoryService &m_history;
     std::shared_ptr<const Clock> m_clock;
     BrowserProfileListModel m_profiles{nullptr};
-    std::stop_source m_detection; ///< Of the latest detection: an earlier one that ends late changes nothing.
+    LatestTask m_detection;
     bool m_isScanning = false;
     bool m_isCleaning = false;
     double m_scanProgress = 0;

@@ -1,6 +1,7 @@
 #include "ViewModels/CleanupViewModel.h"
 
 #include "App/AppState.h"
+#include "Utilities/Attempt.h"
 #include "Utilities/BackgroundWork.h"
 #include "Utilities/ByteCountFormatter.h"
 #include "Utilities/Diagnostics.h"
@@ -8,20 +9,6 @@
 #include "ViewModels/UnfinishedRuns.h"
 
 namespace Quillmere {
-
-namespace {
-
-Result<CleanupResult> cleaned(const CleanupService &cleaner, const QList<CleanupItem> &items,
-                              const CleanupService::Progress &progress)
-{
-    try {
-        return cleaner.cleanItems(items, true, progress);
-    } catch (const std::exception &error) {
-        return Failure{Failure::Kind::Other, {}, QString::fromUtf8(error.what())};
-    }
-}
-
-} // namespace
 
 CleanupViewModel::CleanupViewModel(std::shared_ptr<ScannerService> scanner, CleanupService cleaner,
                                    HistoryService &history, std::shared_ptr<const Clock> clock, RunHabits habits,
@@ -38,6 +25,11 @@ CleanupViewModel::CleanupViewModel(std::shared_ptr<ScannerService> scanner, Clea
         Q_EMIT selectionChanged();
         Q_EMIT cleanupResultChanged();
     });
+}
+
+CleanupViewModel::~CleanupViewModel()
+{
+    m_scanner->cancelScan();
 }
 
 QString CleanupViewModel::totalSelectedText() const
@@ -65,17 +57,19 @@ QCoro::Task<> CleanupViewModel::clean()
     const std::shared_ptr<const Clock> clock = m_clock;
     const RunHabits habits = m_habits;
     OperationLog log = logOfSelection();
-    const int run = ++m_cleanupRuns;
+    const std::stop_token run = m_cleanup.begin();
     const auto progress = [self, run](double fraction) {
         onMainQueue(self, [run, fraction](CleanupViewModel &model) {
-            if (run == model.m_cleanupRuns)
+            if (model.m_cleanup.isLatest(run))
                 model.showProgressOfCleanup(fraction);
         });
     };
-    auto cleaning = inBackground([cleaner = m_cleaner, items, progress] { return cleaned(cleaner, items, progress); });
+    auto cleaning = inBackground([cleaner = m_cleaner, items, progress] {
+        return attempted([&] { return cleaner.cleanItems(items, true, progress); });
+    });
     const Result<CleanupResult> outcome = co_await cleaning;
     const auto endRun = [self, run] {
-        if (self && run == self->m_cleanupRuns)
+        if (self && self->m_cleanup.isLatest(run))
             self->setPhase(self->m_isScanning, false);
     };
     if (!outcome) {

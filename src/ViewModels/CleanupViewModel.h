@@ -8,6 +8,7 @@
 #include "Services/ScannerService.h"
 #include "ViewModels/CleanupCategoryListModel.h"
 #include "ViewModels/CleanupReport.h"
+#include "ViewModels/LatestTask.h"
 
 #include <QObject>
 
@@ -35,6 +36,9 @@ class CleanupViewModel : public QObject
     Q_PROPERTY(Quillmere::CleanupReport report READ report NOTIFY cleanupResultChanged)
 
 public:
+    /// Ends a scan that is still under way.
+    ~CleanupViewModel() override;
+
     [[nodiscard]] CleanupCategoryListModel *categories() { return &m_categories; }
     [[nodiscard]] const CleanupCategoryListModel *categories() const { return &m_categories; }
     [[nodiscard]] bool isScanning() const { return m_isScanning; }
@@ -80,6 +84,7 @@ protected:
     void showProgressOfScan(double fraction, const QString &status);
 
     [[nodiscard]] const std::shared_ptr<ScannerService> &scanner() const { return m_scanner; }
+    [[nodiscard]] LatestTask &scanTask() { return m_scanTask; }
     [[nodiscard]] const Clock &clock() const { return *m_clock; }
 
 private:
@@ -93,7 +98,8 @@ private:
     std::shared_ptr<const Clock> m_clock;
     RunHabits m_habits;
     CleanupCategoryListModel m_categories{nullptr};
-    int m_cleanupRuns = 0; ///< Counts them: an earlier one that ends late leaves the overlay of a later one.
+    LatestTask m_scanTask;
+    LatestTask m_cleanup; ///< An earlier one that ends late leaves the overlay of a later one.
     bool m_isScanning = false;
     bool m_isCleaning = false;
     double m_scanProgress = 0;

@@ -1,11 +1,11 @@
 #include "ViewModels/DashboardViewModel.h"
 
+#include "Utilities/Attempt.h"
 #include "Utilities/BackgroundWork.h"
 #include "Utilities/ByteCountFormatter.h"
 #include "Utilities/DateFormatter.h"
 #include "Utilities/Diagnostics.h"
 #include "Utilities/LocalizationManager.h"
-#include "Values/CancellationError.h"
 #include "ViewModels/UnfinishedRuns.h"
 
 #include <QCoro/QCoroTimer>
@@ -40,17 +40,6 @@ LoadLevel levelOf(double value, double elevatedAbove, double highAbove)
     if (value > highAbove)
         return LoadLevel::High;
     return value > elevatedAbove ? LoadLevel::Elevated : LoadLevel::Normal;
-}
-
-Result<QList<CleanupCategory>> scanned(ScannerService &scanner)
-{
-    try {
-        return scanner.scanSafeCategories([](double, const QString &) {}, {});
-    } catch (const CancellationError &) {
-        return Failure{Failure::Kind::Cancelled, {}, u"CancellationError"_qs};
-    } catch (const std::exception &error) {
-        return Failure{Failure::Kind::Other, {}, QString::fromUtf8(error.what())};
-    }
 }
 
 QList<CleanupItem> itemsOf(const QList<CleanupCategory> &categories)
@@ -204,7 +193,8 @@ QCoro::Task<> DashboardViewModel::cleanCaches()
     const CleanupService cleaner = m_parts.cleaner;
     const std::shared_ptr<ScannerService> scanner = m_parts.makeScanner();
     m_activeScan = scanner;
-    auto scanning = inBackground([scanner] { return scanned(*scanner); });
+    auto scanning = inBackground(
+        [scanner] { return attempted([&] { return scanner->scanSafeCategories([](double, const QString &) {}); }); });
     const Result<QList<CleanupCategory>> found = co_await scanning;
     if (!self)
         co_return;
@@ -222,7 +212,8 @@ QCoro::Task<> DashboardViewModel::cleanCaches()
     if (!self)
         co_return;
     setCleaningMessage(localized(u"dashboard.cleanedCaches"_qs) + u": "_qs + formatByteCount(result.sizeCleaned));
-    co_await QCoro::sleepFor(m_parts.readingTime);
+    auto reading = QCoro::sleepFor(m_parts.readingTime);
+    co_await reading;
     if (!self)
         co_return;
     updateLiveStats();
@@ -256,7 +247,8 @@ QCoro::Task<> DashboardViewModel::optimize()
         printDiagnostic(u"RAM Purge error: "_qs, purged.failure());
     if (!self)
         co_return;
-    co_await QCoro::sleepFor(m_parts.readingTime);
+    auto reading = QCoro::sleepFor(m_parts.readingTime);
+    co_await reading;
     if (!self)
         co_return;
     updateLiveStats();
@@ -291,7 +283,8 @@ QCoro::Task<> DashboardViewModel::switchEcoTraffic()
     setTrafficErrorMessage({});
     const QPointer self(this);
     TrafficControlService &trafficControl = m_parts.trafficControl;
-    const bool isAccepted = co_await trafficControl.setEcoTrafficEnabled(!m_ecoTrafficEnabled);
+    auto setting = trafficControl.setEcoTrafficEnabled(!m_ecoTrafficEnabled);
+    const bool isAccepted = co_await setting;
     if (!self)
         co_return;
     m_ecoTrafficEnabled = trafficControl.ecoTrafficEnabled();

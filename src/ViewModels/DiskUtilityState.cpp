@@ -4,6 +4,7 @@
 #include "Utilities/ByteCountFormatter.h"
 #include "Utilities/LocalizationManager.h"
 
+#include <tuple>
 #include <utility>
 
 namespace Quillmere {
@@ -152,7 +153,7 @@ void DiskUtilityState::setConfirmInputText(const QString &text)
 
 void DiskUtilityState::reset()
 {
-    ++m_openings;
+    std::ignore = m_opening.begin();
     select(std::nullopt);
     setSelectedMode(EraseMode::Quick);
     enter({});
@@ -244,11 +245,11 @@ void DiskUtilityState::runErase()
 QCoro::Task<> DiskUtilityState::erase(VolumeInfo volume, EraseMode mode)
 {
     const QPointer self(this);
-    const int opening = m_openings;
+    const std::stop_token opening = m_opening.token();
     auto erasing = mode == EraseMode::Secure ? m_tools.secureOverwrite(volume) : m_tools.quickFormat(volume);
     const bool hasSucceeded = co_await erasing;
     onMainQueue(self, [opening, hasSucceeded](DiskUtilityState &state) {
-        if (state.m_openings == opening)
+        if (state.m_opening.isLatest(opening))
             state.enter({DiskAlert::Finished, hasSucceeded});
     });
 }

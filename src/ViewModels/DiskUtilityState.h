@@ -2,6 +2,7 @@
 
 #include "Models/DiskAlertState.h"
 #include "Models/EraseMode.h"
+#include "ViewModels/LatestTask.h"
 #include "ViewModels/ToolsViewModel.h"
 #include "ViewModels/VolumeDetails.h"
 
@@ -107,7 +108,7 @@ private:
     DiskAlertState m_alertState;
     DiskAlertState m_shownAlert; ///< The latest that asked.
     QString m_confirmInputText;
-    int m_openings = 0; ///< How often a sheet was opened.
+    LatestTask m_opening; ///< Of the sheet: an erasure begun in an earlier one says nothing in this.
 };
 
 } // namespace Quillmere

@@ -1,5 +1,6 @@
 #include "ViewModels/LargeFilesViewModel.h"
 
+#include "Services/LargeFileFinder.h"
 #include "Utilities/BackgroundWork.h"
 #include "Utilities/ByteCountFormatter.h"
 #include "Utilities/Diagnostics.h"
@@ -7,7 +8,6 @@
 #include "Utilities/PathValidator.h"
 #include "Utilities/TextComparison.h"
 #include "ViewModels/DesktopRequests.h"
-#include "ViewModels/LargeFilesWalk.h"
 #include "ViewModels/LatestNews.h"
 #include "ViewModels/NameRanks.h"
 #include "ViewModels/UnfinishedRuns.h"
@@ -45,11 +45,6 @@ LargeFilesViewModel::LargeFilesViewModel(std::shared_ptr<const FileManager> disk
     , m_workspace(std::move(workspace))
 {
     connect(&Localizer::shared(), &Localizer::languageChanged, this, &LargeFilesViewModel::changeLanguage);
-}
-
-LargeFilesViewModel::~LargeFilesViewModel()
-{
-    m_walk.request_stop();
 }
 
 QString LargeFilesViewModel::summary() const
@@ -91,25 +86,23 @@ void LargeFilesViewModel::toggleSort(SortField field)
 
 QCoro::Task<> LargeFilesViewModel::scan()
 {
-    beginScan();
+    const std::stop_token walk = beginScan();
     const QPointer self(this);
-    const std::stop_source walk = m_walk;
     const LatestNews<LargeFilesViewModel, ScanNews> news(self,
                                                          [walk](LargeFilesViewModel &model, const ScanNews &latest) {
-                                                             if (model.m_walk == walk && model.m_isScanning)
+                                                             if (model.m_walk.isLatest(walk) && model.m_isScanning)
                                                                  model.showProgress(latest.fraction, latest.name);
                                                          });
     const auto progress = [news](double fraction, const QString &name) { news.tell({fraction, name}); };
     const QLocale locale = sortingLocale();
-    auto scanning = inBackground(
-        [disk = m_disk, places = m_places, progress, token = walk.get_token(), locale]() -> std::optional<Found> {
-            std::optional<QList<FileItem>> files = LargeFilesWalk(disk, places, progress, Cancellation(token)).run();
-            if (!files)
-                return std::nullopt;
-            return Found{*files, nameRanks(*files, locale)};
-        });
+    auto scanning = inBackground([disk = m_disk, places = m_places, progress, walk, locale]() -> std::optional<Found> {
+        std::optional<QList<FileItem>> files = LargeFileFinder(disk, places, progress, Cancellation(walk)).find();
+        if (!files)
+            return std::nullopt;
+        return Found{*files, nameRanks(*files, locale)};
+    });
     const std::optional<Found> found = co_await scanning;
-    if (!self || m_walk != walk || m_isCancelled)
+    if (!self || !m_walk.isLatest(walk) || m_isCancelled)
         co_return;
     news.deliver();
     if (found) {
@@ -120,21 +113,21 @@ QCoro::Task<> LargeFilesViewModel::scan()
     setScanning(false);
 }
 
-void LargeFilesViewModel::beginScan()
+std::stop_token LargeFilesViewModel::beginScan()
 {
-    m_walk.request_stop();
-    m_walk = {};
+    std::stop_token walk = m_walk.begin();
     setScanning(true);
     m_isCancelled = false;
     showProgress(0, Localizer::shared().localized(u"largeFiles.starting"_qs));
     m_nameRanks.clear();
     setFiles({});
+    return walk;
 }
 
 void LargeFilesViewModel::cancelScan()
 {
     m_isCancelled = true;
-    m_walk.request_stop();
+    m_walk.stop();
     setScanning(false);
 }
 

@@ -4,6 +4,7 @@
 #include "Platform/Places.h"
 #include "Platform/Workspace.h"
 #include "ViewModels/LargeFilesListModel.h"
+#include "ViewModels/LatestTask.h"
 
 #include <QObject>
 #include <QSet>
@@ -39,7 +40,6 @@ public:
 
     LargeFilesViewModel(std::shared_ptr<const FileManager> disk, std::shared_ptr<const Places> places,
                         std::shared_ptr<const Workspace> workspace, QObject *parent = nullptr);
-    ~LargeFilesViewModel() override;
 
     /// All that was found, in the order in which it was.
     [[nodiscard]] const QList<FileItem> &files() const { return m_files; }
@@ -89,7 +89,7 @@ Q_SIGNALS:
     void languageChanged();
 
 private:
-    void beginScan();
+    [[nodiscard]] std::stop_token beginScan();
     void setScanning(bool isScanning);
     void showProgress(double fraction, const QString &name);
     void setFiles(const QList<FileItem> &files);
@@ -114,7 +114,7 @@ private:
 
     bool m_isScanning = false;
     bool m_isCancelled = false;
-    std::stop_source m_walk; ///< Of the latest scan: an earlier one that ends late changes nothing.
+    LatestTask m_walk;
     double m_scanProgress = 0;
     QString m_currentScanningPath;
     QSet<QUuid> m_onTheWayToTrash;

@@ -36,7 +36,7 @@ ProfessionalCleanupViewModel::ProfessionalCleanupViewModel(std::shared_ptr<Scann
 
 QCoro::Task<> ProfessionalCleanupViewModel::scan()
 {
-    const int scan = beginScan();
+    const std::stop_token task = beginScan();
     const QPointer self(this);
     const WholeFolder wholeFolders[] = {
         {FilePath("/Library/Caches"), u"System Caches"_qs, u"professional.systemCaches"_qs,
@@ -48,26 +48,28 @@ QCoro::Task<> ProfessionalCleanupViewModel::scan()
          u"envelope.open"_qs},
     };
 
-    auto groups = inBackground(
-        [scanner = scanner(), storage = m_developerStorage] { return storage.scanCleanupCategories(*scanner); });
+    auto groups = inBackground([scanner = scanner(), storage = m_developerStorage, task] {
+        return storage.scanCleanupCategories(*scanner, task);
+    });
     const QList<CleanupCategory> found = co_await groups;
-    if (!goesOn(self, scan))
+    if (!goesOn(self, task))
         co_return;
     append(found);
     showProgressOfScan(progressWithGroups, scanStatus());
 
-    auto tools = inBackground(
-        [scanner = scanner(), storage = m_developerStorage] { return storage.scanInstalledTools(*scanner); });
+    auto tools = inBackground([scanner = scanner(), storage = m_developerStorage, task] {
+        return storage.scanInstalledTools(*scanner, task);
+    });
     const std::optional<CleanupCategory> installed = co_await tools;
-    if (!goesOn(self, scan))
+    if (!goesOn(self, task))
         co_return;
     if (installed)
         append({*installed});
 
     for (const WholeFolder &folder : wholeFolders) {
-        auto measuring = this->measuring(folder.path);
+        auto measuring = this->measuring(folder.path, task);
         const qint64 size = co_await measuring;
-        if (!goesOn(self, scan))
+        if (!goesOn(self, task))
             co_return;
         if (size >= 1)
             appendWhole(folder, size);
@@ -76,29 +78,25 @@ QCoro::Task<> ProfessionalCleanupViewModel::scan()
     setPhase(false, isCleaning());
 }
 
-QFuture<qint64> ProfessionalCleanupViewModel::measuring(const FilePath &folder) const
+QFuture<qint64> ProfessionalCleanupViewModel::measuring(const FilePath &folder, const std::stop_token &task) const
 {
-    return inBackground([scanner = scanner(), folder]() -> qint64 {
-        try {
-            return scanner->scanDirectory(folder).allocatedSize;
-        } catch (const std::exception &) {
-            return 0;
-        }
-    });
+    return inBackground([scanner = scanner(), folder, task] { return scanner->sizeOf(folder, task).value_or(0); });
 }
 
-int ProfessionalCleanupViewModel::beginScan()
+std::stop_token ProfessionalCleanupViewModel::beginScan()
 {
+    std::stop_token task = scanTask().begin();
     scanner()->resetCancellation();
     showProgressOfScan(0, Localizer::shared().localized(u"professional.scanningCategories"_qs));
     categories()->setCategories({});
     setPhase(true, isCleaning());
-    return ++m_scans;
+    return task;
 }
 
-bool ProfessionalCleanupViewModel::goesOn(const QPointer<ProfessionalCleanupViewModel> &model, int scan)
+bool ProfessionalCleanupViewModel::goesOn(const QPointer<ProfessionalCleanupViewModel> &model,
+                                          const std::stop_token &task)
 {
-    if (!model || model->m_scans != scan)
+    if (!model || !model->scanTask().isLatest(task))
         return false;
     if (!model->scanner()->isCancelled())
         return true;

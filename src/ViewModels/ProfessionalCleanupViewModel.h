@@ -6,6 +6,8 @@
 #include <QFuture>
 #include <QPointer>
 
+#include <stop_token>
+
 namespace Quillmere {
 
 /// The Professional Cleanup screen: the storage of development tools, what of them is installed, the system's caches
@@ -36,16 +38,15 @@ public:
 private:
     struct WholeFolder;
 
-    [[nodiscard]] QFuture<qint64> measuring(const FilePath &folder) const;
-    [[nodiscard]] int beginScan();
-    /// Whether @p model is still there and its scan number @p scan goes on. One that was cancelled ends here.
-    [[nodiscard]] static bool goesOn(const QPointer<ProfessionalCleanupViewModel> &model, int scan);
+    [[nodiscard]] QFuture<qint64> measuring(const FilePath &folder, const std::stop_token &task) const;
+    [[nodiscard]] std::stop_token beginScan();
+    /// Whether @p model is still there and its scan of @p task goes on. One that was cancelled ends here.
+    [[nodiscard]] static bool goesOn(const QPointer<ProfessionalCleanupViewModel> &model, const std::stop_token &task);
     void append(const QList<CleanupCategory> &found);
     void appendWhole(const WholeFolder &folder, qint64 size);
 
     DeveloperStorageService m_developerStorage;
     std::shared_ptr<const FileManager> m_files;
-    int m_scans = 0; ///< Counts them: an earlier one that ends late changes nothing.
 };
 
 } // namespace Quillmere

@@ -112,7 +112,8 @@ QCoro::Task<> ResourceMonitorViewModel::toggle(qint32 pid)
     const QPointer self(this);
     const std::optional<ResourceProcess> process = shownProcess(pid);
     const std::optional<quint64> launchTime = process ? std::optional(process->launchTime) : std::nullopt;
-    const std::optional<QString> message = co_await m_service->toggleInternetAccess(pid, launchTime);
+    auto toggling = m_service->toggleInternetAccess(pid, launchTime);
+    const std::optional<QString> message = co_await toggling;
     if (self)
         setTrafficErrorMessage(message);
 }

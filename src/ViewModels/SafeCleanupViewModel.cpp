@@ -1,28 +1,12 @@
 #include "ViewModels/SafeCleanupViewModel.h"
 
 #include "App/AppState.h"
+#include "Utilities/Attempt.h"
 #include "Utilities/BackgroundWork.h"
 #include "Utilities/Diagnostics.h"
 #include "Utilities/LocalizationManager.h"
-#include "Values/CancellationError.h"
 
 namespace Quillmere {
-
-namespace {
-
-Result<QList<CleanupCategory>> scanned(ScannerService &scanner, const ScannerService::Progress &progress,
-                                       const std::stop_token &task)
-{
-    try {
-        return scanner.scanSafeCategories(progress, task);
-    } catch (const CancellationError &) {
-        return Failure{Failure::Kind::Cancelled, {}, {}};
-    } catch (const std::exception &error) {
-        return Failure{Failure::Kind::Other, {}, QString::fromUtf8(error.what())};
-    }
-}
-
-} // namespace
 
 SafeCleanupViewModel::SafeCleanupViewModel(std::shared_ptr<ScannerService> scanner, CleanupService cleaner,
                                            HistoryService &history, std::shared_ptr<const Clock> clock, QObject *parent)
@@ -38,31 +22,31 @@ bool SafeCleanupViewModel::showsStart() const
 
 QCoro::Task<> SafeCleanupViewModel::scan()
 {
-    beginScan();
+    const std::stop_token task = beginScan();
     const QPointer self(this);
-    const std::stop_source task = m_scanTask;
     const auto progress = [self, task](double fraction, const QString &status) {
         onMainQueue(self, [task, fraction, status](SafeCleanupViewModel &model) {
-            if (model.m_scanTask == task)
+            if (model.scanTask().isLatest(task))
                 model.showProgressOfScan(fraction, status);
         });
     };
-    auto scanning = inBackground(
-        [scanner = scanner(), progress, token = task.get_token()] { return scanned(*scanner, progress, token); });
+    auto scanning = inBackground([scanner = scanner(), progress, task] {
+        return attempted([&] { return scanner->scanSafeCategories(progress, task); });
+    });
     const Result<QList<CleanupCategory>> result = co_await scanning;
-    if (self && m_scanTask == task)
+    if (self && scanTask().isLatest(task))
         endScan(result);
 }
 
-void SafeCleanupViewModel::beginScan()
+std::stop_token SafeCleanupViewModel::beginScan()
 {
-    m_scanTask.request_stop();
-    m_scanTask = {};
+    std::stop_token task = scanTask().begin();
     scanner()->resetCancellation();
     m_isScanComplete = false;
     showProgressOfScan(0, Localizer::shared().localized(u"cleanup.startingScan"_qs));
     categories()->setCategories({});
     setPhase(true, isCleaning());
+    return task;
 }
 
 void SafeCleanupViewModel::endScan(const Result<QList<CleanupCategory>> &result)
@@ -83,7 +67,7 @@ void SafeCleanupViewModel::endScan(const Result<QList<CleanupCategory>> &result)
 void SafeCleanupViewModel::cancel()
 {
     scanner()->cancelScan();
-    m_scanTask.request_stop();
+    scanTask().stop();
     setPhase(false, false);
 }
 

@@ -29,10 +29,9 @@ public:
     Q_INVOKABLE void cancel();
 
 private:
-    void beginScan();
+    [[nodiscard]] std::stop_token beginScan();
     void endScan(const Result<QList<CleanupCategory>> &result);
 
-    std::stop_source m_scanTask; ///< Of the latest scan: an earlier one that ends late changes nothing.
     bool m_isScanComplete = false;
 };
 

@@ -1,25 +1,11 @@
 #include "ViewModels/StartupViewModel.h"
 
+#include "Utilities/Attempt.h"
 #include "Utilities/BackgroundWork.h"
 #include "Utilities/LocalizationManager.h"
 #include "ViewModels/DesktopRequests.h"
 
-#include <exception>
-
 namespace Quillmere {
-
-namespace {
-
-Result<QList<StartupItem>> loaded(const StartupService &service)
-{
-    try {
-        return service.loadStartupItems();
-    } catch (const std::exception &error) {
-        return Failure{Failure::Kind::Other, {}, QString::fromUtf8(error.what())};
-    }
-}
-
-} // namespace
 
 StartupViewModel::StartupViewModel(StartupService service, std::shared_ptr<const Workspace> workspace, QObject *parent)
     : QObject(parent)
@@ -31,12 +17,13 @@ StartupViewModel::StartupViewModel(StartupService service, std::shared_ptr<const
 QCoro::Task<> StartupViewModel::loadItems()
 {
     const QPointer self(this);
-    const int load = ++m_loads;
+    const std::stop_token load = m_loading.begin();
     setIsLoading(true);
     setErrorMessage({});
-    auto loading = inBackground([service = m_service] { return loaded(service); });
+    auto loading
+        = inBackground([service = m_service] { return attempted([&] { return service.loadStartupItems(); }); });
     const Result<QList<StartupItem>> result = co_await loading;
-    if (!self || load != m_loads)
+    if (!self || !m_loading.isLatest(load))
         co_return;
     if (result) {
         m_rows.setItems(result.value());

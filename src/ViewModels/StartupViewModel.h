@@ -2,6 +2,7 @@
 
 #include "Platform/Workspace.h"
 #include "Services/StartupService.h"
+#include "ViewModels/LatestTask.h"
 #include "ViewModels/StartupListModel.h"
 
 #include <QObject>
@@ -55,7 +56,7 @@ private:
     StartupService m_service;
     std::shared_ptr<const Workspace> m_workspace;
     StartupListModel m_rows{nullptr};
-    int m_loads = 0; ///< Counts them: an earlier one that ends late changes nothing.
+    LatestTask m_loading;
     bool m_isLoading = false;
     std::optional<QString> m_errorMessage;
 };

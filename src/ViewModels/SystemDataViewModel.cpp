@@ -19,21 +19,17 @@ FilePath startUpVolume()
     return FilePath("/");
 }
 
-/// Nothing once the scanner was stopped. A walk that fails counts as 0.
+/// Nothing once the scanner or the task was stopped.
 std::optional<qint64> sizeOf(const QList<FilePath> &folders, ScannerService &scanner, const std::stop_token &task)
 {
-    const auto isStopped = [&] { return scanner.isCancelled() || task.stop_requested(); };
     qint64 size = 0;
     for (const FilePath &folder : folders) {
-        if (isStopped())
-            break;
-        try {
-            size += scanner.scanDirectory(folder, task).allocatedSize;
-        } catch (const std::exception &) {
-            continue;
-        }
+        const std::optional<qint64> own = scanner.sizeOf(folder, task);
+        if (!own || scanner.isCancelled() || task.stop_requested())
+            return std::nullopt;
+        size += *own;
     }
-    return isStopped() ? std::nullopt : std::optional(size);
+    return size;
 }
 
 } // namespace
@@ -74,11 +70,6 @@ SystemDataViewModel::SystemDataViewModel(std::shared_ptr<ScannerService> scanner
     connect(&Localizer::shared(), &Localizer::languageChanged, this, &SystemDataViewModel::capacityChanged);
 }
 
-SystemDataViewModel::~SystemDataViewModel()
-{
-    m_scan.request_stop();
-}
-
 QString SystemDataViewModel::totalCapacityText() const
 {
     return formatByteCount(m_totalDiskSize);
@@ -97,13 +88,12 @@ void SystemDataViewModel::cancelScan()
 
 QCoro::Task<> SystemDataViewModel::scanStorage()
 {
-    beginScan();
+    const std::stop_token task = beginScan();
     const QPointer self(this);
-    const std::stop_source task = m_scan;
 
     auto asking = inBackground([files = m_files] { return DiskSpaceService::getDiskSpace(startUpVolume(), *files); });
     const DiskSpaceService::DiskSpaceInfo space = co_await asking;
-    if (!self || m_scan != task)
+    if (!self || !m_scan.isLatest(task))
         co_return;
     m_totalDiskSize = space.totalSpace;
     m_freeDiskSize = space.freeSpace;
@@ -111,37 +101,37 @@ QCoro::Task<> SystemDataViewModel::scanStorage()
 
     const auto progress = [self, task](double fraction) {
         onMainQueue(self, [task, fraction](SystemDataViewModel &model) {
-            if (model.m_scan == task && model.m_isScanning)
+            if (model.m_scan.isLatest(task) && model.m_isScanning)
                 model.setScanProgress(fraction);
         });
     };
-    auto measuring = inBackground([scanner = m_scanner, files = m_files, places = m_places, progress,
-                                   token = task.get_token()]() -> std::optional<Sizes> {
-        const std::array<QList<FilePath>, 4> folders = distinctFolders(*files, *places);
-        Sizes sizes = {};
-        for (size_t i = 0; i < sizes.size(); ++i) {
-            progress(measuredCategories().at(i).progress);
-            const std::optional<qint64> size = sizeOf(folders.at(i), *scanner, token);
-            if (!size)
-                return std::nullopt;
-            sizes.at(i) = *size;
-        }
-        return sizes;
-    });
+    auto measuring = inBackground(
+        [scanner = m_scanner, files = m_files, places = m_places, progress, task]() -> std::optional<Sizes> {
+            const std::array<QList<FilePath>, 4> folders = distinctFolders(*files, *places);
+            Sizes sizes = {};
+            for (size_t i = 0; i < sizes.size(); ++i) {
+                progress(measuredCategories().at(i).progress);
+                const std::optional<qint64> size = sizeOf(folders.at(i), *scanner, task);
+                if (!size)
+                    return std::nullopt;
+                sizes.at(i) = *size;
+            }
+            return sizes;
+        });
     const std::optional<Sizes> sizes = co_await measuring;
-    if (self && m_scan == task)
+    if (self && m_scan.isLatest(task))
         endScan(sizes ? itemsOf(*sizes) : QList<SystemCategoryItem>());
 }
 
-void SystemDataViewModel::beginScan()
+std::stop_token SystemDataViewModel::beginScan()
 {
-    m_scan.request_stop();
-    m_scan = {};
+    std::stop_token task = m_scan.begin();
     m_scanner->resetCancellation();
     m_isScanning = true;
     setScanProgress(0.1);
     m_storageItems.setItems({}, 0);
     Q_EMIT phaseChanged();
+    return task;
 }
 
 void SystemDataViewModel::endScan(const QList<SystemCategoryItem> &items)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Services/ScannerService.h"
+#include "ViewModels/LatestTask.h"
 #include "ViewModels/SystemCategoryListModel.h"
 
 #include <QObject>
@@ -26,7 +27,6 @@ class SystemDataViewModel final : public QObject
 public:
     SystemDataViewModel(std::shared_ptr<ScannerService> scanner, std::shared_ptr<const FileManager> files,
                         std::shared_ptr<const Places> places, QObject *parent = nullptr);
-    ~SystemDataViewModel() override;
 
     [[nodiscard]] SystemCategoryListModel *storageItems() { return &m_storageItems; }
     /// Nothing has been scanned yet, or the scan was cancelled.
@@ -60,7 +60,7 @@ private:
     /// No file lies in two of them.
     [[nodiscard]] static std::array<QList<FilePath>, 4> distinctFolders(const FileManager &files, const Places &places);
     [[nodiscard]] QList<SystemCategoryItem> itemsOf(const Sizes &sizes) const;
-    void beginScan();
+    [[nodiscard]] std::stop_token beginScan();
     void endScan(const QList<SystemCategoryItem> &items);
     void setScanProgress(double progress);
 
@@ -68,7 +68,7 @@ private:
     std::shared_ptr<const FileManager> m_files;
     std::shared_ptr<const Places> m_places;
     SystemCategoryListModel m_storageItems{nullptr};
-    std::stop_source m_scan; ///< Of the latest scan: an earlier one that ends late changes nothing.
+    LatestTask m_scan;
     bool m_isScanning = false;
     double m_scanProgress = 0;
     qint64 m_totalDiskSize = 0;

@@ -1,9 +1,10 @@
 #include "ViewModels/ToolsViewModel.h"
 
+#include "Services/CommandExecution.h"
 #include "Services/DiskSpaceService.h"
+#include "Services/ElevatedCommand.h"
 #include "Utilities/FailureDescription.h"
 #include "Utilities/LocalizationManager.h"
-#include "ViewModels/ToolProcess.h"
 
 #include <QPointer>
 #include <QRegularExpression>

@@ -9,20 +9,9 @@ ViewModelFactory::ViewModelFactory(Machine machine, const Services &services, QO
 {
 }
 
-ViewModelFactory::~ViewModelFactory()
+std::shared_ptr<ScannerService> ViewModelFactory::makeScanner() const
 {
-    for (const std::weak_ptr<ScannerService> &made : m_scanners) {
-        if (const std::shared_ptr<ScannerService> scanner = made.lock())
-            scanner->cancelScan();
-    }
-}
-
-std::shared_ptr<ScannerService> ViewModelFactory::makeScanner()
-{
-    m_scanners.removeIf([](const std::weak_ptr<ScannerService> &made) { return made.expired(); });
-    auto scanner = std::make_shared<ScannerService>(m_machine.files, m_machine.places);
-    m_scanners.append(scanner);
-    return scanner;
+    return std::make_shared<ScannerService>(m_machine.files, m_machine.places);
 }
 
 std::unique_ptr<ResourceMonitorService> ViewModelFactory::makeResourceMonitorService() const
@@ -41,7 +30,7 @@ AdvertisementMovie *ViewModelFactory::makeAdvertisementMovie(QObject *view) cons
     return new AdvertisementMovie(m_services.advertisements.media(), view);
 }
 
-DashboardViewModel *ViewModelFactory::makeDashboard(QObject *screen)
+DashboardViewModel *ViewModelFactory::makeDashboard(QObject *screen) const
 {
     return new DashboardViewModel({
                                       m_machine.files,
@@ -63,13 +52,13 @@ ResourceMonitorViewModel *ViewModelFactory::makeResourceMonitor(QObject *card) c
     return new ResourceMonitorViewModel(makeResourceMonitorService(), card);
 }
 
-SafeCleanupViewModel *ViewModelFactory::makeSafeCleanup(QObject *screen)
+SafeCleanupViewModel *ViewModelFactory::makeSafeCleanup(QObject *screen) const
 {
     return new SafeCleanupViewModel(makeScanner(), CleanupService(m_machine.files, m_machine.places),
                                     m_services.history, m_machine.clock, screen);
 }
 
-ProfessionalCleanupViewModel *ViewModelFactory::makeProfessionalCleanup(QObject *screen)
+ProfessionalCleanupViewModel *ViewModelFactory::makeProfessionalCleanup(QObject *screen) const
 {
     const DeveloperStorageService storage(m_machine.files, m_machine.places, m_machine.processes,
                                           m_machine.environment);
@@ -77,7 +66,7 @@ ProfessionalCleanupViewModel *ViewModelFactory::makeProfessionalCleanup(QObject 
                                             m_services.history, m_machine.files, m_machine.clock, screen);
 }
 
-ApplicationsViewModel *ViewModelFactory::makeApplications(QObject *screen)
+ApplicationsViewModel *ViewModelFactory::makeApplications(QObject *screen) const
 {
     return new ApplicationsViewModel(
         {
@@ -91,14 +80,14 @@ ApplicationsViewModel *ViewModelFactory::makeApplications(QObject *screen)
         screen);
 }
 
-BrowsersViewModel *ViewModelFactory::makeBrowsers(QObject *screen)
+BrowsersViewModel *ViewModelFactory::makeBrowsers(QObject *screen) const
 {
     return new BrowsersViewModel(makeScanner(), BrowserService(m_machine.files, m_machine.places, m_machine.workspace),
                                  CleanupService(m_machine.files, m_machine.places), m_services.history, m_machine.clock,
                                  screen);
 }
 
-SystemDataViewModel *ViewModelFactory::makeSystemData(QObject *screen)
+SystemDataViewModel *ViewModelFactory::makeSystemData(QObject *screen) const
 {
     return new SystemDataViewModel(makeScanner(), m_machine.files, m_machine.places, screen);
 }

@@ -44,18 +44,15 @@ public:
 
     ViewModelFactory(Machine machine, const Services &services, QObject *parent = nullptr);
 
-    /// Ends the scans that are still under way, so that the program can end.
-    ~ViewModelFactory() override;
-
     Q_INVOKABLE [[nodiscard]] Quillmere::AdvertisementBannerViewModel *makeAdvertisementBanner(QObject *view) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::AdvertisementMovie *makeAdvertisementMovie(QObject *view) const;
-    Q_INVOKABLE [[nodiscard]] Quillmere::DashboardViewModel *makeDashboard(QObject *screen);
+    Q_INVOKABLE [[nodiscard]] Quillmere::DashboardViewModel *makeDashboard(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::ResourceMonitorViewModel *makeResourceMonitor(QObject *card) const;
-    Q_INVOKABLE [[nodiscard]] Quillmere::SafeCleanupViewModel *makeSafeCleanup(QObject *screen);
-    Q_INVOKABLE [[nodiscard]] Quillmere::ProfessionalCleanupViewModel *makeProfessionalCleanup(QObject *screen);
-    Q_INVOKABLE [[nodiscard]] Quillmere::ApplicationsViewModel *makeApplications(QObject *screen);
-    Q_INVOKABLE [[nodiscard]] Quillmere::BrowsersViewModel *makeBrowsers(QObject *screen);
-    Q_INVOKABLE [[nodiscard]] Quillmere::SystemDataViewModel *makeSystemData(QObject *screen);
+    Q_INVOKABLE [[nodiscard]] Quillmere::SafeCleanupViewModel *makeSafeCleanup(QObject *screen) const;
+    Q_INVOKABLE [[nodiscard]] Quillmere::ProfessionalCleanupViewModel *makeProfessionalCleanup(QObject *screen) const;
+    Q_INVOKABLE [[nodiscard]] Quillmere::ApplicationsViewModel *makeApplications(QObject *screen) const;
+    Q_INVOKABLE [[nodiscard]] Quillmere::BrowsersViewModel *makeBrowsers(QObject *screen) const;
+    Q_INVOKABLE [[nodiscard]] Quillmere::SystemDataViewModel *makeSystemData(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::HistoryViewModel *makeHistory(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::LargeFilesViewModel *makeLargeFiles(QObject *screen) const;
     Q_INVOKABLE [[nodiscard]] Quillmere::SidebarListModel *makeSidebar(QObject *screen) const;
@@ -68,12 +65,11 @@ public:
                                                                            QObject *sheet) const;
 
 private:
-    [[nodiscard]] std::shared_ptr<ScannerService> makeScanner();
+    [[nodiscard]] std::shared_ptr<ScannerService> makeScanner() const;
     [[nodiscard]] std::unique_ptr<ResourceMonitorService> makeResourceMonitorService() const;
 
     Machine m_machine;
     Services m_services;
-    QList<std::weak_ptr<ScannerService>> m_scanners;
 };
 
 } // namespace Quillmere

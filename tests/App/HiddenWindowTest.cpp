@@ -68,3 +68,21 @@ TEST_F(HiddenWindowTest, LetsACleanupGoOnToItsEndAndShowsItsReportWhenItComesBac
 
     EXPECT_TRUE(person.reads(u"Space Freed: 1.5 MB"_qs));
 }
+
+TEST_F(HiddenWindowTest, ComesBackWithTheCleanupThatTheEndOfTheProgramWaitsFor)
+{
+    scanning.open();
+    const Person person = open(SidebarTab::SafeCleanup);
+    ASSERT_TRUE(person.click(Button, u"Start Scan"_qs));
+    ASSERT_TRUE(person.click(Button, u"Clean"_qs));
+    ASSERT_TRUE(person.sees(Dialog, u"Cleaning..."_qs));
+    app->mainWindow()->close();
+
+    app->quit();
+    EXPECT_TRUE(app->mainWindow()->isVisible());
+    EXPECT_TRUE(person.sees(Dialog, u"Cleaning..."_qs));
+    cleaning.open();
+
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !app->mainWindow()->isVisible(); }));
+    EXPECT_EQ(HistoryService(machine.files).loadHistory().size(), 1);
+}

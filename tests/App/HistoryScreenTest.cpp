@@ -2,6 +2,7 @@
 #include "Utilities/DateFormatter.h"
 
 #include <QColor>
+#include <QFile>
 #include <QQuickItem>
 #include <QTest>
 
@@ -28,6 +29,18 @@ protected:
     {
         QAccessibleInterface *found = person.find(StaticText, text);
         return found ? qobject_cast<QQuickItem *>(found->object()) : nullptr;
+    }
+
+    /// Asks for the export as @p kind and gives the save panel that comes up, null where none does.
+    [[nodiscard]] QObject *exports(const Person &person, const QString &kind) const
+    {
+        const bool isAsked = person.click(Button, u"Export"_qs) && person.click(MenuItem, u"Export to "_qs + kind);
+        const QObject *screen = app->mainWindow();
+        for (QObject *object : screen->findChildren<QObject *>()) {
+            if (isAsked && QString::fromLatin1(object->metaObject()->className()).startsWith(u"QQuickFileDialog"))
+                return object->property("visible").toBool() ? object : nullptr;
+        }
+        return nullptr;
     }
 
     static double heightOnScreen(const Person &person, const QString &text)
@@ -176,4 +189,24 @@ TEST_F(HistoryScreenTest, TakesTheKeyboardToTheRowThatIsClicked)
     EXPECT_TRUE(person.focusedName().contains(u", 2 MB, "_qs)) << person.focusedName().toStdString();
     person.press(Qt::Key_Down);
     EXPECT_TRUE(person.focusedName().contains(u", 3 MB, "_qs)) << person.focusedName().toStdString();
+}
+
+TEST_F(HistoryScreenTest, WritesNothingWhenTheSavePanelIsCancelled)
+{
+    addRecord();
+    const Person person = open(SidebarTab::History);
+    QObject *panel = exports(person, u"CSV"_qs);
+    ASSERT_NE(panel, nullptr);
+    // The panel shows this machine's folders, and what it says is written to the pretended disk.
+    const FilePath folder(QFile::encodeName(panel->property("currentFolder").toUrl().toLocalFile()));
+    machine.files->addFolder(folder);
+    const auto written = [&] { return machine.files->contains(folder.appending("Quillmere_History.csv")); };
+
+    ASSERT_TRUE(QMetaObject::invokeMethod(panel, "reject"));
+    EXPECT_FALSE(panel->property("visible").toBool());
+    EXPECT_FALSE(written());
+
+    ASSERT_EQ(exports(person, u"CSV"_qs), panel);
+    ASSERT_TRUE(QMetaObject::invokeMethod(panel, "accept"));
+    EXPECT_TRUE(written());
 }

@@ -6,10 +6,13 @@
 
 #include <QSignalSpy>
 #include <QTest>
+#include <QThread>
 #include <QTimer>
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <semaphore>
 #include <unistd.h>
 
@@ -29,7 +32,23 @@ protected:
         app.appState().setSettings(settings);
     }
 
-    void letSecondsPass(qint64 seconds) { machine.clock->set(machine.clock->now().addSecs(seconds)); }
+    /// Handles events until the program is ended, and gives its exit code. Unlike exec(), it always comes back.
+    static int handleEvents()
+    {
+        QTimer::singleShot(std::chrono::minutes(1), qApp, [] { QCoreApplication::exit(9); });
+        return QCoreApplication::exec();
+    }
+    /// The same, with @p acts first. 7 where the program goes on after them.
+    template<typename Acts>
+    [[nodiscard]] int handleEventsAfter(const Acts &acts)
+    {
+        QTimer::singleShot(0, &app, [&acts] {
+            acts();
+            QTimer::singleShot(20, qApp, [] { QCoreApplication::exit(7); });
+        });
+        return handleEvents();
+    }
+    void letPass(std::chrono::seconds time) { machine.clock->letPass(time); }
 
     PretendMachine machine;
     QuillmereApp app{machine.machine()};
@@ -196,31 +215,38 @@ TEST_F(QuillmereAppTest, WaitsWithItsEndForARunThatIsUnderWay)
 {
     ASSERT_TRUE(app.start());
     auto run = std::make_unique<UnfinishedRuns::Token>(UnfinishedRuns::shared());
-    bool hasEnded = false;
     QTimer::singleShot(0, &app, [&] { app.quit(); });
-    QTimer::singleShot(50, &app, [&] {
-        EXPECT_FALSE(app.mainWindow()->isVisible());
-        hasEnded = true;
-        run.reset();
-    });
+    QTimer::singleShot(50, &app, [&] { run.reset(); });
 
-    EXPECT_EQ(app.exec(), 0);
+    EXPECT_EQ(handleEvents(), 0);
 
-    EXPECT_TRUE(hasEnded);
+    EXPECT_EQ(run, nullptr);
+    EXPECT_FALSE(app.mainWindow()->isVisible());
+}
+
+TEST_F(QuillmereAppTest, ShowsItsWindowWhileItsEndWaitsForARun)
+{
+    ASSERT_TRUE(app.start());
+    const UnfinishedRuns::Token run(UnfinishedRuns::shared());
+    app.mainWindow()->close();
+
+    app.quit();
+
+    EXPECT_TRUE(app.mainWindow()->isVisible());
 }
 
 TEST_F(QuillmereAppTest, StaysWhenTheWindowIsAskedForBeforeARunHasEnded)
 {
     ASSERT_TRUE(app.start());
     auto run = std::make_unique<UnfinishedRuns::Token>(UnfinishedRuns::shared());
-    QTimer::singleShot(0, &app, [&] {
-        app.quit();
-        app.showMainWindow();
-        run.reset();
-        QTimer::singleShot(0, &app, [] { QCoreApplication::exit(7); });
-    });
 
-    EXPECT_EQ(app.exec(), 7);
+    EXPECT_EQ(handleEventsAfter([&] {
+                  app.quit();
+                  app.showMainWindow();
+                  run.reset();
+              }),
+              7);
+
     EXPECT_TRUE(app.mainWindow()->isVisible());
 }
 
@@ -228,15 +254,14 @@ TEST_F(QuillmereAppTest, StaysWhenTheWindowIsAskedForAfterTwoWishesForTheEnd)
 {
     ASSERT_TRUE(app.start());
     auto run = std::make_unique<UnfinishedRuns::Token>(UnfinishedRuns::shared());
-    QTimer::singleShot(0, &app, [&] {
-        app.quit();
-        app.quit();
-        app.showMainWindow();
-        run.reset();
-        QTimer::singleShot(0, &app, [] { QCoreApplication::exit(7); });
-    });
 
-    EXPECT_EQ(app.exec(), 7);
+    EXPECT_EQ(handleEventsAfter([&] {
+                  app.quit();
+                  app.quit();
+                  app.showMainWindow();
+                  run.reset();
+              }),
+              7);
 }
 
 TEST_F(QuillmereAppTest, GivesMemoryBackOnceItsWindowHasBeenHiddenForAWhile)
@@ -252,9 +277,20 @@ TEST_F(QuillmereAppTest, GivesMemoryBackOnceItsWindowHasBeenHiddenForAWhile)
 TEST_F(QuillmereAppTest, EndsAtOnceWhenNothingIsUnderWay)
 {
     ASSERT_TRUE(app.start());
-    QTimer::singleShot(0, &app, [&] { app.quit(); });
 
-    EXPECT_EQ(app.exec(), 0);
+    EXPECT_EQ(handleEventsAfter([this] { app.quit(); }), 0);
+
+    EXPECT_FALSE(app.mainWindow()->isVisible());
+}
+
+TEST_F(QuillmereAppTest, ComesBackFromItsEventsWhereNothingIsUnderWay)
+{
+    ASSERT_TRUE(app.start());
+    childProcessPool().waitForDone();
+    QTimer::singleShot(0, &app, [] { QCoreApplication::exit(7); });
+
+    // Cut off here, the test ends with this code too, which is a failure.
+    EXPECT_EQ(app.exec(), 7);
 }
 
 TEST_F(QuillmereAppTest, EndsWithTheRunWhenTheWindowWasWantedInBetween)
@@ -265,60 +301,140 @@ TEST_F(QuillmereAppTest, EndsWithTheRunWhenTheWindowWasWantedInBetween)
     app.showMainWindow();
     app.quit();
     QTimer::singleShot(0, &app, [&run] { run.reset(); });
-    QTimer::singleShot(20'000, &app, [] { QCoreApplication::exit(7); });
 
-    EXPECT_EQ(app.exec(), 0);
+    EXPECT_EQ(handleEvents(), 0);
+
     EXPECT_FALSE(app.mainWindow()->isVisible());
+}
+
+TEST_F(QuillmereAppTest, NeverCutsOffARunThatGoesForwardHoweverOftenTheEndIsWanted)
+{
+    ASSERT_TRUE(app.start());
+    const UnfinishedRuns::Token run(UnfinishedRuns::shared());
+
+    EXPECT_EQ(handleEventsAfter([this] {
+                  app.quit();
+                  for (int wish = 0; wish < 10; ++wish) {
+                      letPass(std::chrono::seconds(45));
+                      machine.files->takeStep();
+                      app.quit();
+                      letPass(std::chrono::seconds(15));
+                      app.quit();
+                  }
+              }),
+              7);
+
+    EXPECT_TRUE(app.mainWindow()->isVisible());
+}
+
+TEST_F(QuillmereAppTest, CutsARunOffThatHangsWhenTheEndIsWantedAgain)
+{
+    ASSERT_TRUE(app.start());
+    const UnfinishedRuns::Token run(UnfinishedRuns::shared());
+
+    EXPECT_EQ(handleEventsAfter([this] {
+                  app.quit();
+                  letPass(std::chrono::seconds(30));
+                  app.quit();
+              }),
+              0);
 }
 
 TEST_F(QuillmereAppTest, TakesADoubleClickForOneWishForTheEnd)
 {
     ASSERT_TRUE(app.start());
     const UnfinishedRuns::Token run(UnfinishedRuns::shared());
-    QTimer::singleShot(0, &app, [this] {
-        app.quit();
-        letSecondsPass(2);
-        app.quit();
-        QTimer::singleShot(0, &app, [] { QCoreApplication::exit(7); });
-    });
+    letPass(std::chrono::minutes(1));
 
-    EXPECT_EQ(QCoreApplication::exec(), 7);
+    EXPECT_EQ(handleEventsAfter([this] {
+                  app.quit();
+                  letPass(std::chrono::seconds(2));
+                  app.quit();
+              }),
+              7);
 }
 
-TEST_F(QuillmereAppTest, CountsTheWaitForARunAnewAfterTheWindowWasWanted)
+TEST_F(QuillmereAppTest, RemembersTheFirstWishForTheEndWhenTheWindowWasAskedForInBetween)
 {
     ASSERT_TRUE(app.start());
     const UnfinishedRuns::Token run(UnfinishedRuns::shared());
-    QTimer::singleShot(0, &app, [this] {
-        app.quit();
-        app.showMainWindow();
-        letSecondsPass(10);
-        app.quit();
-        QTimer::singleShot(0, &app, [] { QCoreApplication::exit(7); });
-    });
 
-    EXPECT_EQ(QCoreApplication::exec(), 7);
+    EXPECT_EQ(handleEventsAfter([this] {
+                  app.quit();
+                  app.showMainWindow();
+                  letPass(std::chrono::seconds(30));
+                  app.quit();
+              }),
+              0);
 }
 
-using QuillmereAppDeathTest = QuillmereAppTest;
+TEST_F(QuillmereAppTest, RemembersNoWishForTheEndOnceTheRunsItWasAboutHaveEnded)
+{
+    ASSERT_TRUE(app.start());
+    auto run = std::make_unique<UnfinishedRuns::Token>(UnfinishedRuns::shared());
+
+    EXPECT_EQ(handleEventsAfter([&] {
+                  app.quit();
+                  app.showMainWindow();
+                  run.reset();
+                  run = std::make_unique<UnfinishedRuns::Token>(UnfinishedRuns::shared());
+                  letPass(std::chrono::minutes(1));
+                  app.quit();
+              }),
+              7);
+}
+
+TEST_F(QuillmereAppTest, CountsTheWaitForARunWithoutRegardToTheTimeOfDay)
+{
+    ASSERT_TRUE(app.start());
+    const UnfinishedRuns::Token run(UnfinishedRuns::shared());
+
+    EXPECT_EQ(handleEventsAfter([this] {
+                  app.quit();
+                  machine.clock->set(machine.clock->now().addDays(1));
+                  app.quit();
+                  machine.clock->set(machine.clock->now().addDays(-2));
+              }),
+              7);
+    EXPECT_EQ(handleEventsAfter([this] {
+                  letPass(std::chrono::seconds(30));
+                  app.quit();
+              }),
+              0);
+}
+
+/// What ends the process itself. Another process carries each out from the start, since threads do not survive a fork.
+class QuillmereAppDeathTest : public QuillmereAppTest
+{
+protected:
+    QuillmereAppDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+
+    /// The program from its start until it is ended by @p acts. Who waits for what never comes is ended by the alarm.
+    template<typename Acts>
+    void live(const Acts &acts)
+    {
+        alarm(60);
+        std::ignore = app.start();
+        QTimer::singleShot(0, &app, acts);
+        std::ignore = app.exec();
+        std::fputs("came back", stderr);
+        std::fflush(stderr);
+        std::_Exit(8);
+    }
+
+    std::binary_semaphore answerOfADeadMount{0};
+};
 
 TEST_F(QuillmereAppDeathTest, EndsWhereARunHangsAndTheUserAsksAgain)
 {
-    // Another process carries this out from the start, since threads do not survive a fork.
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto endTwice = [this] {
-        // Who waits for the run after all is ended by this.
-        alarm(30);
-        std::ignore = app.start();
-        std::binary_semaphore answerOfADeadMount(0);
         const UnfinishedRuns::Token run(UnfinishedRuns::shared());
-        std::ignore = inBackground([&answerOfADeadMount] { answerOfADeadMount.acquire(); });
-        QTimer::singleShot(0, &app, [this] {
+        std::ignore = inBackground([this] { answerOfADeadMount.acquire(); });
+        live([this] {
             app.quit();
-            letSecondsPass(5);
+            letPass(std::chrono::seconds(30));
             app.quit();
         });
-        std::ignore = app.exec();
     };
 
     EXPECT_EXIT(endTwice(), testing::ExitedWithCode(0), "");
@@ -326,17 +442,30 @@ TEST_F(QuillmereAppDeathTest, EndsWhereARunHangsAndTheUserAsksAgain)
 
 TEST_F(QuillmereAppDeathTest, EndsWhereALookHangs)
 {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto end = [this] {
-        alarm(30);
-        std::ignore = app.start();
-        std::binary_semaphore answerOfADeadMount(0);
-        std::ignore = inBackground([&answerOfADeadMount] { answerOfADeadMount.acquire(); });
-        QTimer::singleShot(0, &app, [this] { app.quit(); });
-        std::ignore = app.exec();
+        std::ignore = inBackground([this] { answerOfADeadMount.acquire(); });
+        live([this] { app.quit(); });
     };
 
     EXPECT_EXIT(end(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(QuillmereAppDeathTest, EndsWhereAnotherProgramHangsButNotBeforeAShortLookHasEnded)
+{
+    const auto end = [this] {
+        std::binary_semaphore theEnd(0);
+        QObject::connect(qApp, &QCoreApplication::aboutToQuit, [&theEnd] { theEnd.release(); });
+        std::ignore = inChildProcess([this] { answerOfADeadMount.acquire(); });
+        std::ignore = inBackground([&theEnd] {
+            theEnd.acquire();
+            QThread::msleep(50);
+            std::fputs("looked", stderr);
+            std::fflush(stderr);
+        });
+        live([this] { app.quit(); });
+    };
+
+    EXPECT_EXIT(end(), testing::ExitedWithCode(0), "looked");
 }
 
 TEST(QuillmereAppAtItsEndTest, HasSentNothingToTheFilterAndUndoesNothing)

@@ -91,6 +91,21 @@ TEST_F(SingleInstanceTest, RunsOnItsOwnWhereThereIsNoFolder)
     EXPECT_TRUE(lost.claim());
 }
 
+TEST_F(SingleInstanceTest, HoldsNobodyUpWhereItCannotListen)
+{
+    // A socket's location may have 107 bytes.
+    const QString deep = QString(100, u'd');
+    ASSERT_TRUE(QDir(folder.path()).mkdir(deep));
+    SingleInstance deaf(folder.filePath(deep), u"here"_qs);
+    ASSERT_TRUE(deaf.claim());
+    testing::internal::CaptureStdout();
+
+    QCoreApplication::processEvents();
+
+    EXPECT_TRUE(testing::internal::GetCapturedStdout().starts_with("A second start cannot bring this window"));
+    EXPECT_TRUE(QLockFile(folder.filePath(deep + u"/here.lock"_qs)).tryLock(0));
+}
+
 TEST_F(SingleInstanceTest, RunsOnItsOwnWhereTheFirstHangs)
 {
     ASSERT_TRUE(first.claim());

@@ -12,6 +12,7 @@ PretendFileManager::PretendFileManager(const FilePath &home)
 
 FilePath PretendFileManager::homeDirectory() const
 {
+    ++m_questionsForTheHome;
     return m_home;
 }
 
@@ -149,6 +150,7 @@ Result<FilePath> PretendFileManager::trashItem(const FilePath &path) const
     m_tree.detach(path);
     m_tree.insert(destination, moved);
     m_trashed.append(path);
+    ++m_steps;
     return destination;
 }
 
@@ -162,12 +164,18 @@ Result<void> PretendFileManager::removeItem(const FilePath &path) const
         return found.failure();
     m_tree.detach(path);
     m_removed.append(path);
+    ++m_steps;
     return {};
 }
 
 Result<void> PretendFileManager::removeItemAtOnce(const FilePath &path) const
 {
     return removeItem(path);
+}
+
+quint64 PretendFileManager::stepsTaken() const
+{
+    return m_steps;
 }
 
 Result<void> PretendFileManager::copyItem(const FilePath &source, const FilePath &destination) const

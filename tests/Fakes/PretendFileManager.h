@@ -3,6 +3,7 @@
 #include "Fakes/PretendDisks.h"
 #include "Fakes/PretendTree.h"
 
+#include <atomic>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -41,6 +42,7 @@ public:
     /// What is plugged into the machine. A volume of it has the capacity of its own.
     [[nodiscard]] PretendDisks &disks() const { return *m_disks; }
     void fallSilent(const FilePath &volume); ///< From now on the volume that begins there answers nobody.
+    void takeStep() { ++m_steps; } ///< As if a call under way had gone forward. Each item that goes is a step too.
     void vanish(const FilePath &path); ///< Takes it away as another program would.
 
     /// Called before each entry of a measured or searched tree, with its location: the place to cancel from, or to
@@ -55,6 +57,7 @@ public:
     [[nodiscard]] QList<FilePath> trashed() const; ///< Where trashed items came from, in their order.
     [[nodiscard]] QList<FilePath> removed() const; ///< What was deleted for good, in its order.
     [[nodiscard]] int synchronizations() const;
+    [[nodiscard]] int questionsForTheHome() const { return m_questionsForTheHome; }
     [[nodiscard]] QList<CapacityKeys> capacityRequests() const; ///< What was asked for, in its order.
 
     [[nodiscard]] FilePath homeDirectory() const override;
@@ -83,6 +86,7 @@ public:
     [[nodiscard]] Result<void> removeItemAtOnce(const FilePath &path) const override;
     [[nodiscard]] Result<void> copyItem(const FilePath &source, const FilePath &destination) const override;
     void synchronizeVolumes(const QList<FilePath> &paths) const override;
+    [[nodiscard]] quint64 stepsTaken() const override;
     [[nodiscard]] Result<void> createDirectory(const FilePath &folder, Intermediates intermediates) const override;
     [[nodiscard]] Result<QByteArray> contentsOfFile(const FilePath &path) const override;
     [[nodiscard]] Result<QByteArray> contentsOfFile(const FilePath &path, qsizetype mostBytes) const override;
@@ -106,6 +110,8 @@ private:
     mutable QList<FilePath> m_trashed;
     mutable QList<FilePath> m_removed;
     mutable int m_synchronizations = 0;
+    mutable std::atomic<quint64> m_steps = 0;
+    mutable std::atomic<int> m_questionsForTheHome = 0;
     Result<VolumeCapacity> m_capacity = VolumeCapacity{500'000'000'000, 300'000'000'000, 300'000'000'000};
     std::map<int, Result<VolumeCapacity>> m_capacityByKeys;
     mutable QList<CapacityKeys> m_capacityRequests;

@@ -25,10 +25,17 @@ class PretendClock final : public Clock
 {
 public:
     [[nodiscard]] QDateTime now() const override { return m_now; }
+    [[nodiscard]] std::chrono::milliseconds elapsed() const override { return m_elapsed; }
     void set(const QDateTime &now) { m_now = now; }
+    void letPass(std::chrono::milliseconds time)
+    {
+        m_now = m_now.addMSecs(time.count());
+        m_elapsed += time;
+    }
 
 private:
     QDateTime m_now = QDateTime({2026, 11, 21}, {9, 12}, Qt::UTC);
+    std::chrono::milliseconds m_elapsed{0};
 };
 
 /// A desktop whose preferences are set by hand.

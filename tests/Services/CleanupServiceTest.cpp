@@ -89,13 +89,19 @@ TEST_F(CleanupServiceTest, GivesZerosAndNoProgressForAnEmptyList)
     EXPECT_THAT(progress, IsEmpty());
 }
 
-TEST_F(CleanupServiceTest, DropsAnItemThatIsNotDeletable)
+TEST_F(CleanupServiceTest, DropsAnItemThatIsNotDeletableBeforeItLooksAtItsPath)
 {
     CleanupItem item = addItem("a");
     item.isDeletable = false;
+    const int before = machine.files->questionsForTheHome();
 
     EXPECT_EQ(clean({item}, true), CleanupResult());
+
     EXPECT_TRUE(machine.files->contains(item.path));
+    // Every other item is compared with the home.
+    EXPECT_EQ(machine.files->questionsForTheHome(), before);
+    EXPECT_EQ(cleaner.validateBeforeCleanup({itemAt("/home/ada/Library/Caches/a")}).size(), 1);
+    EXPECT_GT(machine.files->questionsForTheHome(), before);
 }
 
 TEST_F(CleanupServiceTest, KeepsTheOrderOfWhatMayBeTouched)

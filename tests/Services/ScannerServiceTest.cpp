@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 using namespace Quillmere;
 using testing::ElementsAre;
 using testing::Pair;
@@ -412,4 +414,31 @@ TEST_F(ScannerServiceTest, PassesOverAContainerWithoutACacheFolder)
     addTree(containers.appending("org.example.none/Data"), 5);
 
     EXPECT_EQ(scan().at(2).itemCount, 0);
+}
+
+TEST_F(ScannerServiceTest, MeasuresAloneWhatAFolderOccupies)
+{
+    addTree(FilePath("/home/ada/x"), 7);
+
+    EXPECT_EQ(scanner.sizeOf(FilePath("/home/ada/x")), 7);
+    EXPECT_EQ(scanner.sizeOf(FilePath("/home/ada/none")), 0);
+}
+
+TEST_F(ScannerServiceTest, MeasuresNothingOnceItWasStopped)
+{
+    addTree(FilePath("/home/ada/x"), 7);
+    std::stop_source task;
+    task.request_stop();
+
+    EXPECT_EQ(scanner.sizeOf(FilePath("/home/ada/x"), task.get_token()), std::nullopt);
+    scanner.cancelScan();
+    EXPECT_EQ(scanner.sizeOf(FilePath("/home/ada/x")), std::nullopt);
+}
+
+TEST_F(ScannerServiceTest, TakesAMeasureThatFailsForNothing)
+{
+    addTree(FilePath("/home/ada/x"), 7);
+    machine.files->onMeasure([](const FilePath &) { throw std::runtime_error("the disk is on fire"); });
+
+    EXPECT_EQ(scanner.sizeOf(FilePath("/home/ada/x")), 0);
 }

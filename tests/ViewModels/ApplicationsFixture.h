@@ -110,7 +110,7 @@ protected:
 
     InstalledLocalizer localizer;
     PretendMachine machine;
-    UnfinishedRuns runs;
+    UnfinishedRuns runs{machine.files, machine.clock};
     HistoryService history{machine.files};
     TrafficFilterExtensionManager extension{machine.bundles, machine.files, machine.extensions};
     TrafficControlService traffic{machine.defaults, machine.filter, extension};

@@ -46,7 +46,7 @@ protected:
     const FilePath chromeCache = home.appending("Library/Caches/Google/Chrome");
     InstalledLocalizer localizer;
     PretendMachine machine;
-    UnfinishedRuns runs;
+    UnfinishedRuns runs{machine.files, machine.clock};
     HistoryService history{machine.files};
     std::shared_ptr<ScannerService> scanner = std::make_shared<ScannerService>(machine.files, machine.places);
     std::unique_ptr<BrowsersViewModel> model

@@ -28,7 +28,7 @@ protected:
 
     InstalledLocalizer localizer;
     PretendMachine machine;
-    UnfinishedRuns runs;
+    UnfinishedRuns runs{machine.files, machine.clock};
     AppState state{machine.defaults};
     HistoryService history{machine.files};
     std::shared_ptr<ScannerService> scanner = std::make_shared<ScannerService>(machine.files, machine.places);

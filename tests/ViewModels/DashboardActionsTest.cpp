@@ -77,7 +77,7 @@ TEST_F(DashboardActionsTest, EndsACancelledScanWithALineAndRemovesNothing)
     testing::internal::CaptureStdout();
     QCoro::waitFor(model->cleanCaches());
 
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Fast cache cleanup error: CancellationError\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Fast cache cleanup error: The scan was cancelled.\n");
     EXPECT_FALSE(model->isCleaning());
     EXPECT_THAT(machine.files->removed(), IsEmpty());
 }

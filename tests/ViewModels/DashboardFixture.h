@@ -55,7 +55,7 @@ protected:
 
     InstalledLocalizer localizer;
     PretendMachine machine;
-    UnfinishedRuns runs;
+    UnfinishedRuns runs{machine.files, machine.clock};
     AppState state{machine.defaults};
     TrafficMonitorService traffic{machine.host, machine.clock};
     TrafficFilterExtensionManager extension{machine.bundles, machine.files, machine.extensions};

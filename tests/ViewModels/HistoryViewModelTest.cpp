@@ -218,17 +218,6 @@ TEST_F(HistoryViewModelTest, AsksBeforeItReplacesAFile)
     EXPECT_EQ(machine.files->contentsOfFile(target).valueOr({}), history.exportCSV({}).toUtf8());
 }
 
-TEST_F(HistoryViewModelTest, WritesNothingWhenTheSavePanelIsCancelled)
-{
-    machine.files->addFolder(FilePath("/home/ada/Documents"));
-    model.exportCSV();
-
-    // The panel that was cancelled answers nothing.
-    EXPECT_TRUE(machine.files->contentsOfDirectory(FilePath("/home/ada/Documents"), HiddenFiles::Include)
-                    .valueOr({DirectoryEntry()})
-                    .isEmpty());
-}
-
 TEST_F(HistoryViewModelTest, WritesNothingForAPlaceThatIsNoFile)
 {
     model.exportCSV();

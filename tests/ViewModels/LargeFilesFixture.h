@@ -46,7 +46,7 @@ protected:
 
     InstalledLocalizer localizer;
     PretendMachine machine;
-    UnfinishedRuns runs;
+    UnfinishedRuns runs{machine.files, machine.clock};
     std::unique_ptr<LargeFilesViewModel> model
         = std::make_unique<LargeFilesViewModel>(machine.files, machine.places, machine.workspace);
 };

@@ -1,4 +1,5 @@
 #include "Fakes/Gate.h"
+#include "Fakes/HeldCalls.h"
 #include "ViewModels/ProfessionalCleanupFixture.h"
 
 #include <QCoro/QCoroCore>
@@ -120,7 +121,26 @@ TEST_F(ProfessionalCleanupCancelTest, IsNotDisturbedByAnEarlierScanThatEndsLate)
     EXPECT_FALSE(model->isScanning());
 }
 
-TEST_F(ProfessionalCleanupCancelTest, LetsAScanEndQuietlyWhenTheScreenHasGone)
+TEST_F(ProfessionalCleanupCancelTest, StopsTheEarlierScanWhenAnotherBegins)
+{
+    addEverything();
+    const HeldCalls none(0);
+    machine.files->onMeasure([none](const FilePath &) { none.pass(); });
+    QCoro::waitFor(model->scan());
+    const HeldCalls held(1);
+    machine.files->onMeasure([held](const FilePath &) { held.pass(); });
+    const auto first = model->scan();
+    ASSERT_TRUE(QTest::qWaitFor([&held] { return held.arrived() == 1; }));
+
+    QCoro::waitFor(model->scan());
+    held.release(0);
+    QCoro::waitFor(first);
+
+    // The earlier one has looked at nothing but what held it up.
+    EXPECT_EQ(held.arrived(), none.arrived() + 1);
+}
+
+TEST_F(ProfessionalCleanupCancelTest, StopsAScanWithoutAWordWhenTheScreenHasGone)
 {
     addEverything();
     const Gate gate;
@@ -128,6 +148,7 @@ TEST_F(ProfessionalCleanupCancelTest, LetsAScanEndQuietlyWhenTheScreenHasGone)
     const auto scanning = model->scan();
 
     model.reset();
+    EXPECT_TRUE(scanner->isCancelled());
     gate.open();
     QCoro::waitFor(scanning);
 

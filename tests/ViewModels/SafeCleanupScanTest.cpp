@@ -183,7 +183,7 @@ TEST_F(SafeCleanupScanTest, PrintsNothingOfACancelledScan)
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
-TEST_F(SafeCleanupScanTest, LetsAScanEndQuietlyWhenTheScreenHasGone)
+TEST_F(SafeCleanupScanTest, StopsAScanWithoutAWordWhenTheScreenHasGone)
 {
     addTree("Caches/a", 7);
     const Gate gate;
@@ -191,6 +191,7 @@ TEST_F(SafeCleanupScanTest, LetsAScanEndQuietlyWhenTheScreenHasGone)
     const auto scanning = model->scan();
 
     model.reset();
+    EXPECT_TRUE(scanner->isCancelled());
     gate.open();
     QCoro::waitFor(scanning);
 

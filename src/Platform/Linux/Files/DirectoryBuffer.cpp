@@ -1,5 +1,7 @@
 #include "Platform/Linux/Files/DirectoryBuffer.h"
 
+#include "Platform/Linux/Files/DiskSteps.h"
+
 #include <cerrno>
 
 namespace Quillmere {
@@ -15,6 +17,7 @@ bool DirectoryBuffer::read(int folder)
 {
     if (!m_bytes)
         m_bytes = std::make_unique_for_overwrite<char[]>(capacity);
+    DiskSteps::take();
     ssize_t size = -1;
     do {
         errno = 0;

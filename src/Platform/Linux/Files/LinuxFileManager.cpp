@@ -1,6 +1,7 @@
 #include "Platform/Linux/Files/LinuxFileManager.h"
 
 #include "Platform/Linux/Disks/KnownMounts.h"
+#include "Platform/Linux/Files/DiskSteps.h"
 #include "Platform/Linux/Files/ErrnoFailure.h"
 #include "Platform/Linux/Files/FileReading.h"
 #include "Platform/Linux/Files/FileReplacement.h"
@@ -237,6 +238,11 @@ void LinuxFileManager::synchronizeVolumes(const QList<FilePath> &paths) const
         synchronized.insert(status.st_dev);
         ::syncfs(folder.number());
     }
+}
+
+quint64 LinuxFileManager::stepsTaken() const
+{
+    return DiskSteps::taken();
 }
 
 Result<void> LinuxFileManager::createDirectory(const FilePath &folder, Intermediates intermediates) const

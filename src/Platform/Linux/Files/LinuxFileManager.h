@@ -41,6 +41,7 @@ public:
     [[nodiscard]] Result<void> removeItemAtOnce(const FilePath &path) const override;
     [[nodiscard]] Result<void> copyItem(const FilePath &source, const FilePath &destination) const override;
     void synchronizeVolumes(const QList<FilePath> &paths) const override;
+    [[nodiscard]] quint64 stepsTaken() const override;
     [[nodiscard]] Result<void> createDirectory(const FilePath &folder, Intermediates intermediates) const override;
     [[nodiscard]] Result<QByteArray> contentsOfFile(const FilePath &path) const override;
     [[nodiscard]] Result<QByteArray> contentsOfFile(const FilePath &path, qsizetype mostBytes) const override;

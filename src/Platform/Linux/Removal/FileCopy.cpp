@@ -1,5 +1,6 @@
 #include "Platform/Linux/Removal/FileCopy.h"
 
+#include "Platform/Linux/Files/DiskSteps.h"
 #include "Platform/Linux/Files/WriteAll.h"
 
 #include <array>
@@ -34,6 +35,7 @@ int copyPiece(int source, int target, qint64 from, qint64 to)
         if (const int error = writeAll(target, QByteArrayView(piece.data(), got)))
             return error;
         from += got;
+        DiskSteps::take();
     }
     return 0;
 }

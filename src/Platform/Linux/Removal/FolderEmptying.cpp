@@ -1,6 +1,7 @@
 #include "Platform/Linux/Removal/FolderEmptying.h"
 
 #include "Platform/Linux/Files/DirectoryBuffer.h"
+#include "Platform/Linux/Files/DiskSteps.h"
 #include "Platform/Linux/Files/OpenAt.h"
 
 #include <cerrno>
@@ -40,6 +41,7 @@ bool unlockPath(int folder)
 
 int unlinkUnlocking(int folder, const char *name, int flags)
 {
+    DiskSteps::take();
     if (::unlinkat(folder, name, flags) == 0)
         return 0;
     if (errno != EACCES)

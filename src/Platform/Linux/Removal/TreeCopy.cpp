@@ -1,5 +1,6 @@
 #include "Platform/Linux/Removal/TreeCopy.h"
 
+#include "Platform/Linux/Files/DiskSteps.h"
 #include "Platform/Linux/Files/ErrnoFailure.h"
 #include "Platform/Linux/Files/FolderNames.h"
 #include "Platform/Linux/Files/OpenAt.h"
@@ -57,6 +58,7 @@ private:
 
     int copyEntry(const QByteArray &name, const QByteArray &newName)
     {
+        DiskSteps::take();
         m_current = name;
         struct stat status = {};
         if (::fstatat(m_from.current(), name.constData(), &status, AT_SYMLINK_NOFOLLOW) != 0)

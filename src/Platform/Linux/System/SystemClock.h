@@ -9,6 +9,7 @@ class SystemClock final : public Clock
 {
 public:
     [[nodiscard]] QDateTime now() const override;
+    [[nodiscard]] std::chrono::milliseconds elapsed() const override;
 };
 
 } // namespace Quillmere

@@ -1,6 +1,7 @@
 #include "Platform/Linux/Walk/LargeFilesWorlds.h"
 #include "Fakes/InstalledLocalizer.h"
 #include "Fakes/PretendWorkspace.h"
+#include "Platform/Linux/System/SystemClock.h"
 #include "ViewModels/LargeFilesViewModel.h"
 #include "ViewModels/UnfinishedRuns.h"
 
@@ -43,9 +44,9 @@ protected:
     }
 
     InstalledLocalizer localizer;
-    UnfinishedRuns runs;
     std::shared_ptr<PretendWorkspace> workspace = std::make_shared<PretendWorkspace>();
     std::unique_ptr<LargeFilesWorld> world = GetParam().make();
+    UnfinishedRuns runs{world->files(), std::make_shared<SystemClock>()};
     std::unique_ptr<LargeFilesViewModel> model;
 };
 

@@ -1,4 +1,4 @@
-#include "ViewModels/LargeFilesWalk.h"
+#include "Services/LargeFileFinder.h"
 
 #include <algorithm>
 
@@ -27,8 +27,8 @@ FileItem itemOf(const FoundFile &file)
 
 } // namespace
 
-LargeFilesWalk::LargeFilesWalk(std::shared_ptr<const FileManager> files, std::shared_ptr<const Places> places,
-                               Progress progress, Cancellation cancellation)
+LargeFileFinder::LargeFileFinder(std::shared_ptr<const FileManager> files, std::shared_ptr<const Places> places,
+                                 Progress progress, Cancellation cancellation)
     : m_files(std::move(files))
     , m_places(std::move(places))
     , m_progress(std::move(progress))
@@ -37,7 +37,7 @@ LargeFilesWalk::LargeFilesWalk(std::shared_ptr<const FileManager> files, std::sh
 {
 }
 
-std::optional<QList<FileItem>> LargeFilesWalk::run()
+std::optional<QList<FileItem>> LargeFileFinder::find()
 {
     constexpr double part = 1.0 / std::size(roots);
     for (size_t i = 0; i < std::size(roots) && !m_cancellation.isRequested(); ++i)
@@ -47,14 +47,14 @@ std::optional<QList<FileItem>> LargeFilesWalk::run()
     return std::move(m_found);
 }
 
-void LargeFilesWalk::scanFolders(const QList<FilePath> &folders, double baseProgress, double nextProgress)
+void LargeFileFinder::scanFolders(const QList<FilePath> &folders, double baseProgress, double nextProgress)
 {
     const double share = (nextProgress - baseProgress) / double(std::max<qsizetype>(folders.size(), 1));
     for (qsizetype i = 0; i < folders.size() && !m_cancellation.isRequested(); ++i)
         scanDirectory(folders.at(i), baseProgress + double(i) * share, baseProgress + double(i + 1) * share);
 }
 
-void LargeFilesWalk::scanDirectory(const FilePath &folder, double baseProgress, double nextProgress)
+void LargeFileFinder::scanDirectory(const FilePath &folder, double baseProgress, double nextProgress)
 {
     FileSearch search;
     search.leastAllocatedSize = leastSize;
@@ -73,7 +73,7 @@ void LargeFilesWalk::scanDirectory(const FilePath &folder, double baseProgress, 
     }
 }
 
-QList<FilePath> LargeFilesWalk::existingFolders(const QByteArray &name)
+QList<FilePath> LargeFileFinder::existingFolders(const QByteArray &name)
 {
     QList<FilePath> folders;
     const auto take = [&](const FilePath &folder) {
@@ -88,7 +88,7 @@ QList<FilePath> LargeFilesWalk::existingFolders(const QByteArray &name)
     return folders;
 }
 
-std::optional<FilePath> LargeFilesWalk::placeToWalk(const FilePath &folder) const
+std::optional<FilePath> LargeFileFinder::placeToWalk(const FilePath &folder) const
 {
     // Moving a file to the Trash is refused below a link, so that what is found must be named by its true place.
     const FilePath place = m_files->resolvingSymlinks(folder);

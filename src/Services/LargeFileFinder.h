@@ -10,17 +10,17 @@
 namespace Quillmere {
 
 /// One walk through the folders in which large files are looked for. Runs on the thread that calls it.
-class LargeFilesWalk
+class LargeFileFinder
 {
 public:
     /// A fraction from 0 to 1 and the name of the item that is looked at. Called on any thread, one call at a time.
     using Progress = std::function<void(double fraction, const QString &name)>;
 
-    LargeFilesWalk(std::shared_ptr<const FileManager> files, std::shared_ptr<const Places> places, Progress progress,
-                   Cancellation cancellation);
+    LargeFileFinder(std::shared_ptr<const FileManager> files, std::shared_ptr<const Places> places, Progress progress,
+                    Cancellation cancellation);
 
     /// The files in the order of their folders and, in each, of their paths. None once it was stopped.
-    [[nodiscard]] std::optional<QList<FileItem>> run();
+    [[nodiscard]] std::optional<QList<FileItem>> find();
 
 private:
     /// One of the program's own folders and what this platform has behind it: they share a part of the progress.

@@ -1,4 +1,4 @@
-#include "ViewModels/ToolProcess.h"
+#include "Services/CommandExecution.h"
 
 #include "Utilities/BackgroundWork.h"
 #include "Utilities/LocalizationManager.h"
@@ -6,21 +6,6 @@
 namespace Quillmere {
 
 namespace {
-
-QString quotedForShell(QString word)
-{
-    // Nothing can stand for a single quote inside single quotes: close them, put it in double ones, open them again.
-    word.replace(u'\'', u"'\"'\"'"_qs);
-    return u'\'' + word + u'\'';
-}
-
-QString escapedForScript(QString text)
-{
-    // Backslashes first: those that stand before quotation marks are ours.
-    text.replace(u'\\', u"\\\\"_qs);
-    text.replace(u'"', u"\\\""_qs);
-    return text;
-}
 
 QString textOf(const QByteArray &output)
 {
@@ -37,16 +22,6 @@ QString failureMessage(int status, const QString &output)
 }
 
 } // namespace
-
-Command elevated(const Command &command)
-{
-    QStringList words = {quotedForShell(command.launchPath)};
-    for (const QString &argument : command.arguments)
-        words.append(quotedForShell(argument));
-    const QString script
-        = u"do shell script \""_qs + escapedForScript(words.join(u' ')) + u"\" with administrator privileges"_qs;
-    return {u"/usr/bin/osascript"_qs, {u"-e"_qs, script}};
-}
 
 QCoro::Task<Result<QString>> executeProcess(std::shared_ptr<const ProcessRunner> processes, Command command)
 {

@@ -8,10 +8,6 @@
 
 namespace Quillmere {
 
-/// The command that has the system's password dialog raised and then @p command run with the administrator's rights.
-/// Its words arrive unchanged through a shell and the script that holds it.
-[[nodiscard]] Command elevated(const Command &command);
-
 /// Runs @p command, without keeping the calling thread waiting, and answers with what it printed on both its outputs;
 /// with nothing where that is no text. Fails with a sentence for the user when it cannot be started or does not end
 /// with status 0. GUI thread only.
