@@ -58,9 +58,9 @@ FileDescriptor openNearest(FilePath path)
 
 } // namespace
 
-LinuxFileManager::LinuxFileManager(UserEnvironment environment)
+LinuxFileManager::LinuxFileManager(UserEnvironment environment, std::chrono::milliseconds patience)
     : m_environment(std::move(environment))
-    , m_home(resolveLinks(m_environment.home).value_or(m_environment.home.standardized()))
+    , m_volumeGuard(m_environment.home, patience)
     , m_guard(m_environment)
     , m_trashCan(m_environment)
 {
@@ -92,7 +92,7 @@ std::unique_ptr<OpenFolder> LinuxFileManager::openFolder(const FilePath &path) c
     if (!place)
         return nullptr;
     std::unique_ptr<OpenFolder> folder = FolderOnDisk::below(place.value().folder.number(), place.value().name);
-    if (folder || errno != EXDEV || !mayEnter(path.standardized()))
+    if (folder || errno != EXDEV || !m_volumeGuard.mayEnter(path.standardized()))
         return folder;
     FileDescriptor top = openFolderForReading(path, FinalLink::Refuse);
     return top.isOpen() ? std::make_unique<FolderOnDisk>(std::move(top)) : nullptr;
@@ -106,23 +106,7 @@ bool LinuxFileManager::isMountPoint(const FilePath &path) const
 
 bool LinuxFileManager::isAnswering(const FilePath &path) const
 {
-    const FilePath actual = resolvingSymlinks(path);
-    const std::optional<MountEntry> mount = mountThatHolds(actual, knownMounts());
-    if (!mount || isRelied(*mount))
-        return true;
-    const Result<VolumeCapacity> answer = m_capacities.ask(actual, CapacityKey::Total);
-    return answer || answer.failure().kind != Failure::Kind::Busy;
-}
-
-bool LinuxFileManager::isRelied(const MountEntry &mount) const
-{
-    return alwaysAnswers(mount) || m_home.isWithin(mount.location);
-}
-
-bool LinuxFileManager::mayEnter(const FilePath &mountPoint) const
-{
-    const std::optional<MountEntry> mount = mountThatHolds(mountPoint, knownMounts());
-    return !mount || isRelied(*mount);
+    return m_volumeGuard.isAnswering(path);
 }
 
 Result<TreeSize> LinuxFileManager::measureTree(const FilePath &folder, const Cancellation &cancellation) const
@@ -176,7 +160,7 @@ bool LinuxFileManager::isWritableFile(const FilePath &path) const
 
 Result<VolumeCapacity> LinuxFileManager::capacityOfVolume(const FilePath &path, CapacityKeys keys) const
 {
-    return m_capacities.ask(path, keys);
+    return m_volumeGuard.capacity(path, keys);
 }
 
 QList<FilePath> LinuxFileManager::mountedVolumes() const
@@ -203,8 +187,7 @@ bool LinuxFileManager::areOnSameVolume(const FilePath &one, const FilePath &othe
 
 FilePath LinuxFileManager::resolvingSymlinks(const FilePath &path) const
 {
-    const auto enter = [this](const FilePath &mountPoint) { return mayEnter(mountPoint); };
-    return resolveLinks(path, enter).value_or(path.standardized());
+    return m_volumeGuard.resolved(path);
 }
 
 Result<FilePath> LinuxFileManager::trashItem(const FilePath &path) const

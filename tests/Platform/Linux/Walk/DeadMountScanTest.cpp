@@ -19,6 +19,8 @@ namespace {
 /// Whatever waits for a server is ended after so long, and the test has failed.
 constexpr unsigned secondsUntilGivenUp = 120;
 
+constexpr std::chrono::milliseconds patience{100};
+
 struct MountCase
 {
     const char *name;
@@ -40,7 +42,7 @@ protected:
 
     [[nodiscard]] QStringList scan() const
     {
-        const auto files = std::make_shared<LinuxFileManager>(home.environment());
+        const auto files = std::make_shared<LinuxFileManager>(home.environment(), patience);
         const auto places = std::make_shared<LinuxPlaces>(files, [](const char *) { return QByteArray(); });
         ScannerService scanner(files, places);
         QStringList names;
