@@ -10,7 +10,6 @@
 #include "Platform/Linux/Files/FolderOnDisk.h"
 #include "Platform/Linux/Files/FolderOpening.h"
 #include "Platform/Linux/Files/ItemPlace.h"
-#include "Platform/Linux/Files/LinkResolution.h"
 #include "Platform/Linux/Files/OpenAt.h"
 #include "Platform/Linux/Files/StatFields.h"
 #include "Platform/Linux/Removal/ItemCopy.h"
@@ -111,12 +110,16 @@ bool LinuxFileManager::isAnswering(const FilePath &path) const
 
 Result<TreeSize> LinuxFileManager::measureTree(const FilePath &folder, const Cancellation &cancellation) const
 {
+    if (!m_volumeGuard.isItemAnswering(folder))
+        return TreeSize();
     return Quillmere::measureTree(folder, cancellation);
 }
 
 Result<QList<FoundFile>> LinuxFileManager::findFiles(const FilePath &folder, const FileSearch &search,
                                                      const Cancellation &cancellation) const
 {
+    if (!m_volumeGuard.isItemAnswering(folder))
+        return QList<FoundFile>();
     return Quillmere::findFiles(folder, search, cancellation);
 }
 
@@ -175,11 +178,11 @@ Result<VolumeValues> LinuxFileManager::valuesOfVolume(const FilePath &mountPoint
 
 bool LinuxFileManager::areOnSameVolume(const FilePath &one, const FilePath &other) const
 {
-    const auto first = resolveLinks(one);
-    const auto second = resolveLinks(other);
+    const auto first = m_volumeGuard.resolve(one);
+    const auto second = m_volumeGuard.resolve(other);
     if (!first || !second)
         return false;
-    const QList<MountEntry> table = mountTable();
+    const QList<MountEntry> table = knownMounts();
     const auto firstMount = mountThatHolds(*first, table);
     const auto secondMount = mountThatHolds(*second, table);
     return firstMount && secondMount && firstMount->device == secondMount->device;

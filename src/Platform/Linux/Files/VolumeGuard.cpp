@@ -49,10 +49,14 @@ bool VolumeGuard::mayEnter(const FilePath &mountPoint) const
     return !mount || isRelied(*mount) || (mount->type != trigger && answers(mount->location));
 }
 
+std::optional<FilePath> VolumeGuard::resolve(const FilePath &path) const
+{
+    return resolveLinks(path, [this](const FilePath &mountPoint) { return mayEnter(mountPoint); });
+}
+
 FilePath VolumeGuard::resolved(const FilePath &path) const
 {
-    const auto enter = [this](const FilePath &mountPoint) { return mayEnter(mountPoint); };
-    return resolveLinks(path, enter).value_or(path.standardized());
+    return resolve(path).value_or(path.standardized());
 }
 
 Result<VolumeCapacity> VolumeGuard::capacity(const FilePath &path, CapacityKeys keys) const

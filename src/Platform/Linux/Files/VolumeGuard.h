@@ -21,6 +21,8 @@ public:
     [[nodiscard]] bool isItemAnswering(const FilePath &path) const;
     /// Whether what is mounted at @p mountPoint may be looked into. What mounts at the first touch is not touched.
     [[nodiscard]] bool mayEnter(const FilePath &mountPoint) const;
+    /// As resolveLinks(), with nothing asked of a volume that does not answer.
+    [[nodiscard]] std::optional<FilePath> resolve(const FilePath &path) const;
     /// The location of what @p path leads to; behind a volume that does not answer, and where nothing is, as written.
     [[nodiscard]] FilePath resolved(const FilePath &path) const;
     /// As VolumeCapacities::ask().
