@@ -64,6 +64,8 @@ QList<FilePath> ApplicationInventory::roots() const
 QList<FoundApplication> ApplicationInventory::bundlesIn(const FilePath &root) const
 {
     QList<FoundApplication> bundles;
+    if (!m_files->isAnswering(root))
+        return bundles;
     for (const DirectoryEntry &entry : m_files->contentsOfDirectory(root, HiddenFiles::Skip).valueOr({})) {
         if (entry.path.pathExtension() == bundleExtension)
             bundles.append({itemNamed(FilePath::displayText(nameWithoutExtension(entry.path)), entry.path), {}});

@@ -161,6 +161,8 @@ QList<FilePath> BrowserService::cacheFolders(const BrowserDefinition &browser) c
 
     QList<FilePath> folders;
     for (const FilePath &candidate : std::as_const(candidates)) {
+        if (!m_files->isAnswering(candidate))
+            continue;
         const FilePath folder = removableLocation(*m_files, candidate);
         const bool isKnown = std::ranges::any_of(
             folders, [&](const FilePath &known) { return folder.isWithin(known) || known.isWithin(folder); });

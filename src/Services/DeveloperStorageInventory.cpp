@@ -145,8 +145,9 @@ QList<Runtime> detectedRuntimes(const DeveloperStorageLookup &lookup, const Plac
             candidates.append(location(candidate, lookup));
         for (const PlaceEntry &entry : places.entriesBehind(row.name.toString() + u" Runtime"_qs))
             candidates.append(entry.path);
-        const auto first = std::ranges::find_if(
-            candidates, [&](const FilePath &candidate) { return lookup.files().isExecutableFile(candidate); });
+        const auto first = std::ranges::find_if(candidates, [&](const FilePath &candidate) {
+            return lookup.files().isAnswering(candidate) && lookup.files().isExecutableFile(candidate);
+        });
         if (first != candidates.end())
             found.append({row.name.toString(), *first, {row.argument.toString()}});
     }

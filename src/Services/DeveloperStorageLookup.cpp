@@ -23,6 +23,8 @@ std::optional<FilePath> DeveloperStorageLookup::environmentLocation(const char *
 QList<FilePath> DeveloperStorageLookup::matchingChildren(const FilePath &folder, const QByteArray &prefix) const
 {
     QList<FilePath> children;
+    if (!m_files->isAnswering(folder))
+        return children;
     for (const DirectoryEntry &entry : m_files->contentsOfDirectory(folder, HiddenFiles::Skip).valueOr({})) {
         if (entry.path.lastPathComponent().startsWith(prefix))
             children.append(entry.path);
@@ -35,7 +37,7 @@ QList<FilePath> DeveloperStorageLookup::existingUnique(const QList<FilePath> &lo
     QList<FilePath> unique;
     QSet<FilePath> seen;
     for (const FilePath &location : locations) {
-        if (!m_files->fileExists(location))
+        if (!exists(location))
             continue;
         const FilePath key = keyOf(location);
         if (seen.contains(key))
@@ -44,6 +46,11 @@ QList<FilePath> DeveloperStorageLookup::existingUnique(const QList<FilePath> &lo
         unique.append(location);
     }
     return unique;
+}
+
+bool DeveloperStorageLookup::exists(const FilePath &location) const
+{
+    return m_files->isAnswering(location) && m_files->fileExists(location);
 }
 
 FilePath DeveloperStorageLookup::keyOf(const FilePath &location) const

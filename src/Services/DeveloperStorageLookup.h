@@ -22,6 +22,8 @@ public:
     /// The visible children of @p folder whose names begin with @p prefix, in the order of the listing. None where it
     /// cannot be listed.
     [[nodiscard]] QList<FilePath> matchingChildren(const FilePath &folder, const QByteArray &prefix = {}) const;
+    /// Links followed. What lies on a volume that does not answer is as good as not there.
+    [[nodiscard]] bool exists(const FilePath &location) const;
     /// Those of @p locations that exist, as they are written there: the first of each group that leads to one place.
     [[nodiscard]] QList<FilePath> existingUnique(const QList<FilePath> &locations) const;
     /// By what two locations are known to be one: every link followed.

@@ -231,7 +231,7 @@ std::optional<CleanupCategory> DeveloperStorageService::scanInstalledTools(Scann
 bool DeveloperStorageService::takeRoots(Inventory &inventory, const Scan &scan) const
 {
     for (const InstalledRoot &root : installedRoots(m_lookup, *m_places)) {
-        if (!m_lookup.files().fileExists(root.location))
+        if (!m_lookup.exists(root.location))
             continue;
         if (scan.isOver())
             return false;

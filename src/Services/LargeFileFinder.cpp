@@ -90,6 +90,8 @@ QList<FilePath> LargeFileFinder::existingFolders(const QByteArray &name)
 
 std::optional<FilePath> LargeFileFinder::placeToWalk(const FilePath &folder) const
 {
+    if (!m_files->isAnswering(folder))
+        return std::nullopt;
     // Moving a file to the Trash is refused below a link, so that what is found must be named by its true place.
     const FilePath place = m_files->resolvingSymlinks(folder);
     const bool isTaken = std::ranges::any_of(m_taken, [&](const FilePath &taken) { return place.isWithin(taken); });

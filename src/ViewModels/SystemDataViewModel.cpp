@@ -84,6 +84,10 @@ void SystemDataViewModel::appear()
 void SystemDataViewModel::cancelScan()
 {
     m_scanner->cancelScan();
+    m_scan.stop();
+    // The walk itself may be held up where a volume has gone, and nobody is to look at it till then.
+    if (m_isScanning)
+        endScan({});
 }
 
 QCoro::Task<> SystemDataViewModel::scanStorage()
@@ -93,11 +97,13 @@ QCoro::Task<> SystemDataViewModel::scanStorage()
 
     auto asking = inBackground([files = m_files] { return DiskSpaceService::getDiskSpace(startUpVolume(), *files); });
     const DiskSpaceService::DiskSpaceInfo space = co_await asking;
-    if (!self || !m_scan.isLatest(task))
+    if (!self)
         co_return;
     m_totalDiskSize = space.totalSpace;
     m_freeDiskSize = space.freeSpace;
     Q_EMIT capacityChanged();
+    if (task.stop_requested())
+        co_return;
 
     const auto progress = [self, task](double fraction) {
         onMainQueue(self, [task, fraction](SystemDataViewModel &model) {
@@ -119,7 +125,7 @@ QCoro::Task<> SystemDataViewModel::scanStorage()
             return sizes;
         });
     const std::optional<Sizes> sizes = co_await measuring;
-    if (self && m_scan.isLatest(task))
+    if (self && !task.stop_requested())
         endScan(sizes ? itemsOf(*sizes) : QList<SystemCategoryItem>());
 }
 

@@ -29,6 +29,7 @@ FilePath PretendFileManager::applicationSupportDirectory() const
 Result<QList<DirectoryEntry>> PretendFileManager::contentsOfDirectory(const FilePath &folder, HiddenFiles hidden) const
 {
     const std::scoped_lock guard(m_mutex);
+    noteIfHeldUp(folder);
     const std::optional<FilePath> resolved = m_tree.resolve(folder);
     const PretendNode *node = resolved ? m_tree.find(*resolved) : nullptr;
     if (!node || node->type != EntryKind::Directory)
@@ -48,12 +49,14 @@ Result<QList<DirectoryEntry>> PretendFileManager::contentsOfDirectory(const File
 bool PretendFileManager::fileExists(const FilePath &path) const
 {
     const std::scoped_lock guard(m_mutex);
+    noteIfHeldUp(path);
     return m_tree.resolve(path).has_value();
 }
 
 Result<FileAttributes> PretendFileManager::attributesOfItem(const FilePath &path) const
 {
     const std::scoped_lock guard(m_mutex);
+    noteIfHeldUp(path);
     const std::optional<FilePath> parent = m_tree.resolve(path.deletingLastPathComponent());
     const PretendNode *node = parent ? m_tree.find(parent->appending(path.lastPathComponent())) : nullptr;
     if (!node)
@@ -69,6 +72,7 @@ Result<FileAttributes> PretendFileManager::attributesOfItem(const FilePath &path
 bool PretendFileManager::isExecutableFile(const FilePath &path) const
 {
     const std::scoped_lock lock(m_mutex);
+    noteIfHeldUp(path);
     const std::optional<FilePath> resolved = m_tree.resolve(path);
     const PretendNode *node = resolved ? m_tree.find(*resolved) : nullptr;
     return node && node->executable;
@@ -234,6 +238,7 @@ Result<void> PretendFileManager::createDirectory(const FilePath &path, Intermedi
 Result<QByteArray> PretendFileManager::contentsOfFile(const FilePath &path) const
 {
     const std::scoped_lock guard(m_mutex);
+    noteIfHeldUp(path);
     const std::optional<FilePath> resolved = m_tree.resolve(path);
     const PretendNode *node = resolved ? m_tree.find(*resolved) : nullptr;
     if (!node || node->type != EntryKind::Regular)

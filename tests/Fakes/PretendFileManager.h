@@ -42,6 +42,8 @@ public:
     /// What is plugged into the machine. A volume of it has the capacity of its own.
     [[nodiscard]] PretendDisks &disks() const { return *m_disks; }
     void fallSilent(const FilePath &volume); ///< From now on the volume that begins there answers nobody.
+    /// What was asked of volumes that answer nobody, and would have kept whoever asked for ever.
+    [[nodiscard]] QList<FilePath> heldUp() const;
     void takeStep() { ++m_steps; } ///< As if a call under way had gone forward. Each item that goes is a step too.
     void vanish(const FilePath &path); ///< Takes it away as another program would.
 
@@ -94,6 +96,7 @@ public:
                                          WriteMode mode) const override;
 
 private:
+    void noteIfHeldUp(const FilePath &path) const; ///< Locked once by the caller.
     class Unlocked;
     class OpenedFolder;
     /// Locked once by the caller. False when it was stopped.
@@ -107,6 +110,7 @@ private:
     mutable std::recursive_mutex m_mutex;
     mutable PretendTree m_tree;
     QSet<FilePath> m_silentVolumes;
+    mutable QList<FilePath> m_heldUp;
     mutable QList<FilePath> m_trashed;
     mutable QList<FilePath> m_removed;
     mutable int m_synchronizations = 0;

@@ -60,6 +60,18 @@ void PretendFileManager::fallSilent(const FilePath &volume)
     m_silentVolumes.insert(volume);
 }
 
+QList<FilePath> PretendFileManager::heldUp() const
+{
+    const std::scoped_lock guard(m_mutex);
+    return m_heldUp;
+}
+
+void PretendFileManager::noteIfHeldUp(const FilePath &path) const
+{
+    if (!m_silentVolumes.isEmpty() && !isAnswering(path))
+        m_heldUp.append(path);
+}
+
 void PretendFileManager::onLook(std::function<void(const FilePath &)> observer)
 {
     m_onLook = std::move(observer);

@@ -14,7 +14,7 @@ Result<TreeSize> PretendFileManager::measureTree(const FilePath &folder, const C
     TreeSize size;
     bool wasStopped = false;
     const PretendNode *node = m_tree.find(folder);
-    if (node && node->type == EntryKind::Directory)
+    if (isAnswering(folder) && node && node->type == EntryKind::Directory)
         wasStopped = !measure(folder.standardized(), size, cancellation);
     if (wasStopped)
         return pretendedFailure(Failure::Kind::Cancelled, folder);
@@ -82,7 +82,8 @@ Result<QList<FoundFile>> PretendFileManager::findFiles(const FilePath &folder, c
     const std::scoped_lock guard(m_mutex);
     Searching searching{search, cancellation, 0, {}};
     const PretendNode *node = m_tree.find(folder);
-    if (node && node->type == EntryKind::Directory && !this->search(folder.standardized(), searching))
+    const bool isSearched = node && node->type == EntryKind::Directory && isAnswering(folder);
+    if (isSearched && !this->search(folder.standardized(), searching))
         return pretendedFailure(Failure::Kind::Cancelled, folder);
     std::ranges::sort(searching.found, {}, [](const FoundFile &file) { return file.path.bytes().split('/'); });
     return searching.found;

@@ -341,3 +341,16 @@ TEST_F(BrowserServiceTest, HasCookiesAndHistoryOfSafariAndChromeAlone)
                     u"Chrome Cookies|Browser Cookies|/home/ada/Library/Application Support/Google/Chrome/Cookies"_qs,
                     u"Chrome History|Browser History|/home/ada/Library/Application Support/Google/Chrome/History"_qs));
 }
+
+TEST_F(BrowserServiceTest, IsHeldUpByNoCacheOnAVolumeThatAnswersNobody)
+{
+    install("com.apple.Safari");
+    addCache("Library/Caches/com.apple.Safari", 5);
+    addCache("Library/Containers/com.apple.Safari/Data/Library/Caches", 7);
+    machine.files->addVolume(home.appending("Library/Containers"));
+    machine.files->fallSilent(home.appending("Library/Containers"));
+
+    EXPECT_EQ(detect().value(0).cacheSize, 5);
+    EXPECT_THAT(itemPaths("com.apple.Safari"), ElementsAre(home.appending("Library/Caches/com.apple.Safari")));
+    EXPECT_THAT(machine.files->heldUp(), IsEmpty());
+}

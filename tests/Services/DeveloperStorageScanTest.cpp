@@ -246,3 +246,19 @@ TEST_F(DeveloperStorageScanTest, OffersNothingThatHasToBeKept)
 
     EXPECT_THAT(scan(), IsEmpty());
 }
+
+TEST_F(DeveloperStorageScanTest, IsHeldUpByNothingOnAVolumeThatAnswersNobody)
+{
+    addTree(home.appending(".npm/_cacache"), 1);
+    addTree(home.appending(".nvm"), 1);
+    for (const FilePath &gone : {home.appending(".m2"), home.appending("go"), library.appending("Caches/JetBrains"),
+                                 home.appending(".cargo"), home.appending(".rustup")}) {
+        addTree(gone.appending("repository"), 1);
+        machine.files->addVolume(gone);
+        machine.files->fallSilent(gone);
+    }
+
+    EXPECT_THAT(names(scan()), ElementsAre(u"Language and Package Manager Caches"_qs));
+    EXPECT_THAT(inventory(), ElementsAre(u"Node.js versions"_qs));
+    EXPECT_THAT(machine.files->heldUp(), IsEmpty());
+}

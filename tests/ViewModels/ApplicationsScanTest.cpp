@@ -208,3 +208,16 @@ TEST_F(ApplicationsScanTest, ListsWhatThePlatformAddsBehindTheBundles)
     EXPECT_FALSE(model->selected().canBeUninstalled());
     EXPECT_EQ(model->selected().sizeText(), u"40 bytes"_qs);
 }
+
+TEST_F(ApplicationsScanTest, IsHeldUpByNoFolderOfAVolumeThatAnswersNobody)
+{
+    addBundle("/Applications/Painter.app", 5);
+    machine.files->addVolume(FilePath("/Applications"));
+    machine.files->fallSilent(FilePath("/Applications"));
+    addBundle("/home/ada/Applications/Editor.app", 3);
+
+    scan();
+
+    EXPECT_THAT(names(), ElementsAre(u"Editor"_qs));
+    EXPECT_THAT(machine.files->heldUp(), IsEmpty());
+}

@@ -330,3 +330,20 @@ TEST_F(LargeFilesScanTest, FindsNothingInAHomeBelowAFolderNamedLibrary)
 
     EXPECT_THAT(other.files(), IsEmpty());
 }
+
+TEST_F(LargeFilesScanTest, IsHeldUpByNoFolderOfAVolumeThatAnswersNobody)
+{
+    addFile("Downloads/film.mp4");
+    addFile("Documents/report.pdf");
+    machine.files->addVolume(inHome("Documents"));
+    machine.files->addFile(FilePath("/mnt/nas/song.mp3"), least);
+    machine.files->addVolume(FilePath("/mnt/nas"));
+    machine.files->addLink(inHome("Music"), FilePath("/mnt/nas"));
+    machine.files->fallSilent(inHome("Documents"));
+    machine.files->fallSilent(FilePath("/mnt/nas"));
+
+    scan();
+
+    EXPECT_THAT(found(), ElementsAre(u"film.mp4"_qs));
+    EXPECT_THAT(machine.files->heldUp(), IsEmpty());
+}

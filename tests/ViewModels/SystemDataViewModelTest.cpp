@@ -198,7 +198,7 @@ TEST_F(SystemDataViewModelTest, ShowsTheStartAgainWhenCancelledDuringTheThirdWal
     machine.files->onMeasure([&](const FilePath &entry) {
         walked.append(entry.deletingLastPathComponent().lastPathComponent());
         if (walked.size() == 3)
-            model->cancelScan();
+            QMetaObject::invokeMethod(model.get(), &SystemDataViewModel::cancelScan, Qt::BlockingQueuedConnection);
     });
 
     scan();
@@ -208,6 +208,28 @@ TEST_F(SystemDataViewModelTest, ShowsTheStartAgainWhenCancelledDuringTheThirdWal
     EXPECT_FALSE(model->isScanning());
     EXPECT_EQ(model->totalDiskSize(), 100 * gigabyte);
     EXPECT_EQ(model->freeDiskSize(), 40 * gigabyte);
+}
+
+TEST_F(SystemDataViewModelTest, ShowsTheStartAtOnceWhenCancelledInAWalkThatIsHeldUp)
+{
+    add(home.appending("Documents"), gigabyte);
+    const Gate gate;
+    const auto isHeldUp = std::make_shared<std::atomic_bool>(false);
+    machine.files->onMeasure([gate, isHeldUp](const FilePath &) {
+        *isHeldUp = true;
+        gate.wait();
+    });
+    const auto scanning = model->scanStorage();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return isHeldUp->load(); }));
+
+    model->cancelScan();
+
+    EXPECT_FALSE(model->isScanning());
+    EXPECT_TRUE(model->showsStart());
+    EXPECT_EQ(model->totalDiskSize(), 100 * gigabyte);
+    gate.open();
+    QCoro::waitFor(scanning);
+    EXPECT_TRUE(model->showsStart());
 }
 
 TEST_F(SystemDataViewModelTest, ShowsTheStartAgainWhenCancelledBeforeAnyFolderIsFound)
@@ -222,6 +244,7 @@ TEST_F(SystemDataViewModelTest, ShowsTheStartAgainWhenCancelledBeforeAnyFolderIs
     QCoro::waitFor(scanning);
 
     EXPECT_TRUE(model->showsStart());
+    EXPECT_EQ(model->totalDiskSize(), 100 * gigabyte);
     for (QFuture<void> &each : busy)
         each.waitForFinished();
 }

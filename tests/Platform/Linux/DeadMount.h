@@ -15,9 +15,12 @@ public:
     ~DeadMount();
     Q_DISABLE_COPY_MOVE(DeadMount)
 
+    /// From now on whoever asks is told at once that nobody is there, and whoever waits is told so too.
+    void letGo() { m_server = FileDescriptor(); }
+
 private:
     const FilePath m_folder;
-    const FileDescriptor m_server; ///< Where the questions arrive, which nobody reads.
+    FileDescriptor m_server; ///< Where the questions arrive, which nobody reads.
 };
 
 /// Empty when a DeadMount can be made on this machine, else the reason why not.

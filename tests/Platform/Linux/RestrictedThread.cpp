@@ -4,9 +4,9 @@
 
 #include <cerrno>
 #include <cstddef>
-#include <iterator>
 
 #include <linux/capability.h>
+#include <linux/close_range.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <sched.h>
@@ -43,21 +43,44 @@ void withoutOverridingModes(const std::function<void()> &action)
     }).join();
 }
 
-bool withoutProcessDescriptors(const std::function<void()> &action)
+namespace {
+
+template<size_t Count>
+bool withFilter(sock_filter (&steps)[Count], const std::function<void()> &action)
 {
     bool isPermitted = false;
     std::thread([&] {
-        sock_filter steps[] = {
-            BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-            BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_pidfd_open, 0, 1),
-            BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
-            BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
-        };
-        const sock_fprog program = {std::size(steps), steps};
+        const sock_fprog program = {Count, steps};
         isPermitted = ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0
             && ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
         if (isPermitted)
             action();
     }).join();
     return isPermitted;
+}
+
+} // namespace
+
+bool withoutOwnDescriptors(const std::function<void()> &action)
+{
+    sock_filter steps[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_close_range, 0, 3),
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, args) + 2 * sizeof(__u64)),
+        BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, CLOSE_RANGE_UNSHARE, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOMEM),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    return withFilter(steps, action);
+}
+
+bool withoutProcessDescriptors(const std::function<void()> &action)
+{
+    sock_filter steps[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_pidfd_open, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    return withFilter(steps, action);
 }

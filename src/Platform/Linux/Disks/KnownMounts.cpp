@@ -16,9 +16,9 @@ namespace Quillmere {
 namespace {
 
 // File systems of the kernel's own on disks of this machine, or in its memory.
-constexpr std::array<std::string_view, 15> localTypes
-    = {"btrfs",   "ext2",  "ext3",     "ext4",  "exfat", "f2fs", "jfs", "ntfs3",
-       "overlay", "ramfs", "squashfs", "tmpfs", "vfat",  "xfs",  "zfs"};
+constexpr std::array<std::string_view, 22> localTypes
+    = {"bcachefs", "btrfs", "erofs",   "exfat", "ext2",     "ext3",     "ext4",  "f2fs", "hfsplus", "iso9660", "jfs",
+       "nilfs2",   "ntfs3", "overlay", "ramfs", "reiserfs", "squashfs", "tmpfs", "udf",  "vfat",    "xfs",     "zfs"};
 
 /// The table as it was last read, with the file that tells when it is no longer true.
 struct KeptTable

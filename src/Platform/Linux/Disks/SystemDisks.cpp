@@ -32,6 +32,17 @@ bool holds(const Names &names, const QByteArray &name)
         != names.end();
 }
 
+bool isOfBootLoader(const FilePath &location)
+{
+    return location.isWithin(FilePath("/boot")) || location.isWithin(FilePath("/efi"));
+}
+
+/// autofs(5): a folder in which each name is mounted by itself, so that nothing is in use while nothing is mounted.
+bool isFolderOfTriggers(const MountEntry &mount)
+{
+    return mount.options.split(',').contains("indirect");
+}
+
 bool isSystemPlace(const FilePath &location)
 {
     return holds(systemFolders, location.bytes()) || location == FilePath("/var")
@@ -98,7 +109,7 @@ private:
     }
 
     /// What mounts at the first touch holds nothing itself, once something has been mounted there. Before that nobody
-    /// can tell what it will be, and its source is but a list of what may be.
+    /// can tell what it will be, and its source is but a list of what may be; what is in use has been mounted.
     void addTrigger(const MountEntry &mount)
     {
         const QList<MountEntry> later = m_places.mounts.mid(m_places.mounts.indexOf(mount) + 1);
@@ -106,7 +117,7 @@ private:
             later, [&](const MountEntry &other) { return other.location.isWithin(mount.location); });
         if (isTouched)
             m_triggers.append(mount.location);
-        else
+        else if (!isFolderOfTriggers(mount) || isOfBootLoader(mount.location))
             fail(mount.location);
     }
 

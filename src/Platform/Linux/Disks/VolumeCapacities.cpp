@@ -3,7 +3,7 @@
 #include "Platform/Linux/Disks/KnownMounts.h"
 #include "Platform/Linux/Files/ErrnoFailure.h"
 
-#include <QSet>
+#include <QHash>
 
 #include <cerrno>
 #include <future>
@@ -56,24 +56,40 @@ Failure busy(const FilePath &path)
 
 } // namespace
 
-/// Which volumes are being asked.
+/// A question under way.
+struct VolumeCapacities::Asked
+{
+    std::chrono::steady_clock::time_point since;
+    std::shared_future<Result<VolumeCapacity>> answer;
+};
+
+/// The questions under way.
 struct VolumeCapacities::Waiting
 {
     std::mutex mutex;
-    QSet<FilePath> paths;
-
-    bool begin(const FilePath &path)
-    {
-        const std::scoped_lock lock(mutex);
-        const qsizetype before = paths.size();
-        paths.insert(path);
-        return paths.size() > before;
-    }
+    QHash<FilePath, Asked> questions;
 
     void end(const FilePath &path)
     {
         const std::scoped_lock lock(mutex);
-        paths.remove(path);
+        questions.remove(path);
+    }
+
+    /// The question that is under way for @p path, or else @p question from now on. Throws where it cannot be asked.
+    static Asked join(const std::shared_ptr<Waiting> &waiting, const FilePath &path, const Question &question)
+    {
+        const std::scoped_lock lock(waiting->mutex);
+        if (const auto known = waiting->questions.constFind(path); known != waiting->questions.constEnd())
+            return *known;
+        const auto answer = std::make_shared<std::promise<Result<VolumeCapacity>>>();
+        const Asked asked = {std::chrono::steady_clock::now(), answer->get_future().share()};
+        std::thread([question, waiting, path, answer] {
+            Result<VolumeCapacity> capacity = question(path);
+            waiting->end(path);
+            answer->set_value(std::move(capacity));
+        }).detach();
+        waiting->questions.insert(path, asked);
+        return asked;
     }
 };
 
@@ -91,29 +107,26 @@ VolumeCapacities::VolumeCapacities(Question question, std::chrono::milliseconds 
 
 Result<VolumeCapacity> VolumeCapacities::ask(const FilePath &path, CapacityKeys keys) const
 {
-    Result<VolumeCapacity> capacity = alwaysAnswers(path) ? m_question(path) : askPatiently(path);
+    return ask(path, keys, m_patience);
+}
+
+Result<VolumeCapacity> VolumeCapacities::ask(const FilePath &path, CapacityKeys keys,
+                                             std::chrono::milliseconds patience) const
+{
+    Result<VolumeCapacity> capacity = alwaysAnswers(path) ? m_question(path) : askPatiently(path, patience);
     return capacity ? Result(only(capacity.value(), keys)) : capacity;
 }
 
-Result<VolumeCapacity> VolumeCapacities::askPatiently(const FilePath &path) const
+Result<VolumeCapacity> VolumeCapacities::askPatiently(const FilePath &path, std::chrono::milliseconds patience) const
 {
-    if (!m_waiting->begin(path))
-        return busy(path);
-    const auto answer = std::make_shared<std::promise<Result<VolumeCapacity>>>();
-    std::future<Result<VolumeCapacity>> coming = answer->get_future();
     try {
-        std::thread([question = m_question, waiting = m_waiting, path, answer] {
-            Result<VolumeCapacity> capacity = question(path);
-            waiting->end(path);
-            answer->set_value(std::move(capacity));
-        }).detach();
+        const Asked asked = Waiting::join(m_waiting, path, m_question);
+        if (asked.answer.wait_until(asked.since + patience) == std::future_status::ready)
+            return asked.answer.get();
     } catch (const std::system_error &) {
-        m_waiting->end(path);
-        return busy(path);
+        // No thread can be spared for it.
     }
-    if (coming.wait_for(m_patience) != std::future_status::ready)
-        return busy(path);
-    return coming.get();
+    return busy(path);
 }
 
 } // namespace Quillmere

@@ -17,16 +17,21 @@ public:
     using Question = std::function<Result<VolumeCapacity>(const FilePath &)>;
 
     VolumeCapacities();
-    /// Waits at most @p patience for @p question, which is asked of each volume once at a time.
+    /// Waits at most @p patience for @p question, which is asked of each place once at a time: whoever comes while it
+    /// is under way waits for the same answer.
     VolumeCapacities(Question question, std::chrono::milliseconds patience);
 
-    /// Fails with Busy where the volume does not answer, at once where an earlier question still waits for it.
+    /// Fails with Busy where the volume does not answer, at once where a question has waited for it longer than that.
     [[nodiscard]] Result<VolumeCapacity> ask(const FilePath &path, CapacityKeys keys) const;
+    /// The same with @p patience of its own, counted from when the question under way was asked.
+    [[nodiscard]] Result<VolumeCapacity> ask(const FilePath &path, CapacityKeys keys,
+                                             std::chrono::milliseconds patience) const;
 
 private:
+    struct Asked;
     struct Waiting;
 
-    [[nodiscard]] Result<VolumeCapacity> askPatiently(const FilePath &path) const;
+    [[nodiscard]] Result<VolumeCapacity> askPatiently(const FilePath &path, std::chrono::milliseconds patience) const;
 
     Question m_question;
     std::chrono::milliseconds m_patience;

@@ -10,7 +10,6 @@
 #include "Platform/Linux/Files/FolderOnDisk.h"
 #include "Platform/Linux/Files/FolderOpening.h"
 #include "Platform/Linux/Files/ItemPlace.h"
-#include "Platform/Linux/Files/LinkResolution.h"
 #include "Platform/Linux/Files/OpenAt.h"
 #include "Platform/Linux/Files/StatFields.h"
 #include "Platform/Linux/Removal/ItemCopy.h"
@@ -58,9 +57,9 @@ FileDescriptor openNearest(FilePath path)
 
 } // namespace
 
-LinuxFileManager::LinuxFileManager(UserEnvironment environment)
+LinuxFileManager::LinuxFileManager(UserEnvironment environment, std::chrono::milliseconds patience)
     : m_environment(std::move(environment))
-    , m_home(resolveLinks(m_environment.home).value_or(m_environment.home.standardized()))
+    , m_volumeGuard(m_environment.home, patience)
     , m_guard(m_environment)
     , m_trashCan(m_environment)
 {
@@ -92,7 +91,7 @@ std::unique_ptr<OpenFolder> LinuxFileManager::openFolder(const FilePath &path) c
     if (!place)
         return nullptr;
     std::unique_ptr<OpenFolder> folder = FolderOnDisk::below(place.value().folder.number(), place.value().name);
-    if (folder || errno != EXDEV || !mayEnter(path.standardized()))
+    if (folder || errno != EXDEV || !m_volumeGuard.mayEnter(path.standardized()))
         return folder;
     FileDescriptor top = openFolderForReading(path, FinalLink::Refuse);
     return top.isOpen() ? std::make_unique<FolderOnDisk>(std::move(top)) : nullptr;
@@ -106,33 +105,21 @@ bool LinuxFileManager::isMountPoint(const FilePath &path) const
 
 bool LinuxFileManager::isAnswering(const FilePath &path) const
 {
-    const FilePath actual = resolvingSymlinks(path);
-    const std::optional<MountEntry> mount = mountThatHolds(actual, knownMounts());
-    if (!mount || isRelied(*mount))
-        return true;
-    const Result<VolumeCapacity> answer = m_capacities.ask(actual, CapacityKey::Total);
-    return answer || answer.failure().kind != Failure::Kind::Busy;
-}
-
-bool LinuxFileManager::isRelied(const MountEntry &mount) const
-{
-    return alwaysAnswers(mount) || m_home.isWithin(mount.location);
-}
-
-bool LinuxFileManager::mayEnter(const FilePath &mountPoint) const
-{
-    const std::optional<MountEntry> mount = mountThatHolds(mountPoint, knownMounts());
-    return !mount || isRelied(*mount);
+    return m_volumeGuard.isAnswering(path);
 }
 
 Result<TreeSize> LinuxFileManager::measureTree(const FilePath &folder, const Cancellation &cancellation) const
 {
+    if (!m_volumeGuard.isItemAnswering(folder))
+        return TreeSize();
     return Quillmere::measureTree(folder, cancellation);
 }
 
 Result<QList<FoundFile>> LinuxFileManager::findFiles(const FilePath &folder, const FileSearch &search,
                                                      const Cancellation &cancellation) const
 {
+    if (!m_volumeGuard.isItemAnswering(folder))
+        return QList<FoundFile>();
     return Quillmere::findFiles(folder, search, cancellation);
 }
 
@@ -176,7 +163,7 @@ bool LinuxFileManager::isWritableFile(const FilePath &path) const
 
 Result<VolumeCapacity> LinuxFileManager::capacityOfVolume(const FilePath &path, CapacityKeys keys) const
 {
-    return m_capacities.ask(path, keys);
+    return m_volumeGuard.capacity(path, keys);
 }
 
 QList<FilePath> LinuxFileManager::mountedVolumes() const
@@ -191,11 +178,11 @@ Result<VolumeValues> LinuxFileManager::valuesOfVolume(const FilePath &mountPoint
 
 bool LinuxFileManager::areOnSameVolume(const FilePath &one, const FilePath &other) const
 {
-    const auto first = resolveLinks(one);
-    const auto second = resolveLinks(other);
+    const auto first = m_volumeGuard.resolve(one);
+    const auto second = m_volumeGuard.resolve(other);
     if (!first || !second)
         return false;
-    const QList<MountEntry> table = mountTable();
+    const QList<MountEntry> table = knownMounts();
     const auto firstMount = mountThatHolds(*first, table);
     const auto secondMount = mountThatHolds(*second, table);
     return firstMount && secondMount && firstMount->device == secondMount->device;
@@ -203,8 +190,7 @@ bool LinuxFileManager::areOnSameVolume(const FilePath &one, const FilePath &othe
 
 FilePath LinuxFileManager::resolvingSymlinks(const FilePath &path) const
 {
-    const auto enter = [this](const FilePath &mountPoint) { return mayEnter(mountPoint); };
-    return resolveLinks(path, enter).value_or(path.standardized());
+    return m_volumeGuard.resolved(path);
 }
 
 Result<FilePath> LinuxFileManager::trashItem(const FilePath &path) const

@@ -2,7 +2,7 @@
 
 #include "Platform/FileManager.h"
 #include "Platform/Linux/Disks/MountedVolumes.h"
-#include "Platform/Linux/Disks/VolumeCapacities.h"
+#include "Platform/Linux/Files/VolumeGuard.h"
 #include "Platform/Linux/Programs/UserEnvironment.h"
 #include "Platform/Linux/Removal/RemovalGuard.h"
 #include "Platform/Linux/Removal/TrashCan.h"
@@ -13,7 +13,9 @@ namespace Quillmere {
 class LinuxFileManager final : public FileManager
 {
 public:
-    explicit LinuxFileManager(UserEnvironment environment = UserEnvironment::current());
+    /// @p patience is how long a volume has for its answer before it is passed over.
+    explicit LinuxFileManager(UserEnvironment environment = UserEnvironment::current(),
+                              std::chrono::milliseconds patience = VolumeGuard::usualPatience);
 
     [[nodiscard]] FilePath homeDirectory() const override;
     [[nodiscard]] FilePath temporaryDirectory() const override;
@@ -49,15 +51,10 @@ public:
                                          WriteMode mode) const override;
 
 private:
-    /// Asking it waits for no server or program, or for the one that the whole home depends on.
-    [[nodiscard]] bool isRelied(const MountEntry &mount) const;
-    [[nodiscard]] bool mayEnter(const FilePath &mountPoint) const;
-
     UserEnvironment m_environment;
-    FilePath m_home; ///< With its links followed.
+    VolumeGuard m_volumeGuard;
     RemovalGuard m_guard;
     TrashCan m_trashCan;
-    VolumeCapacities m_capacities;
     MountedVolumes m_volumes;
 };
 

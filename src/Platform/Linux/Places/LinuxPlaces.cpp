@@ -50,8 +50,7 @@ QList<PlaceEntry> LinuxPlaces::entriesBehind(const QString &list) const
         const PlacePattern place = {m_bases[row.place.base].written, row.place.names};
         for (const FilePath &path : place.existing(*m_files)) {
             const FilePath actual = m_files->resolvingSymlinks(path);
-            const bool isMeant = row.holds.isEmpty() || m_files->attributesOfItem(path.appending(row.holds)).isOk();
-            if (!isMeant || known.contains(actual))
+            if (!isMeant(row, path) || known.contains(actual))
                 continue;
             known.append(actual);
             found.append({nameOf(row, place.base, path), path});
@@ -60,10 +59,18 @@ QList<PlaceEntry> LinuxPlaces::entriesBehind(const QString &list) const
     return found;
 }
 
+bool LinuxPlaces::isMeant(const PlacesData::ListRow &row, const FilePath &path) const
+{
+    const FilePath held = path.appending(row.holds);
+    return row.holds.isEmpty() || (m_files->isAnswering(held) && m_files->attributesOfItem(held).isOk());
+}
+
 std::optional<QString> LinuxPlaces::reasonToKeep(const FilePath &item, const Cancellation &cancellation) const
 {
     const FilePath written = item.standardized();
     const FilePath actual = removableLocation(*m_files, written);
+    if (!m_files->isAnswering(actual))
+        return u"It lies on a volume that does not answer."_qs;
 
     PlaceSearch search(*m_files, actual, cancellation);
     addKept(search, actual);

@@ -23,7 +23,8 @@ public:
     [[nodiscard]] QList<PlaceRow> rowsBehind(PlaceTable table) const override { return m_rows.value(table); }
     [[nodiscard]] QList<PlaceEntry> entriesBehind(const QString &list) const override;
     /// Beside the kept places themselves: what holds the root of another row, what holds the socket of a running
-    /// program, and what lies in the temporary directory and belongs to somebody else.
+    /// program, what lies in the temporary directory and belongs to somebody else, and what lies on a volume that does
+    /// not answer.
     using Places::reasonToKeep;
     [[nodiscard]] std::optional<QString> reasonToKeep(const FilePath &item,
                                                       const Cancellation &cancellation) const override;
@@ -57,6 +58,7 @@ private:
     void takeKept(const PlacesData &data);
     [[nodiscard]] FilePath location(const PlacesData::Place &place) const;
     [[nodiscard]] QList<PlacePattern> patterns(const PlacesData::Place &place) const;
+    [[nodiscard]] bool isMeant(const PlacesData::ListRow &row, const FilePath &path) const;
     [[nodiscard]] bool mayBeRoot(const FilePath &actual) const;
 
     void addKept(PlaceSearch &search, const FilePath &writtenItem) const;

@@ -9,6 +9,8 @@ namespace {
 void takeExisting(const FilePath &folder, std::span<const QByteArray> names, const FileManager &files,
                   QList<FilePath> &found)
 {
+    if ((names.empty() || names.front().contains('*')) && !files.isAnswering(folder))
+        return;
     if (names.empty()) {
         if (files.attributesOfItem(folder).isOk())
             found.append(folder);
@@ -28,14 +30,14 @@ void takeExisting(const FilePath &folder, std::span<const QByteArray> names, con
         takeExisting(folder.appending(name), names.subspan(1), files, found);
 }
 
-QList<QByteArray> namesBelow(const FilePath &base, const FilePath &item)
+} // namespace
+
+QList<QByteArray> PlacePattern::namesBelow(const FilePath &base, const FilePath &item)
 {
     QList<QByteArray> names = item.bytes().sliced(base.bytes().size()).split('/');
     names.removeAll(QByteArray());
     return names;
 }
-
-} // namespace
 
 std::optional<PlacePattern::Inside> PlacePattern::inside(const FilePath &item) const
 {

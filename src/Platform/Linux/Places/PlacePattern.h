@@ -25,10 +25,13 @@ struct PlacePattern
     /// is such a place. @p item is taken as standardized.
     [[nodiscard]] std::optional<Inside> inside(const FilePath &item) const;
 
-    /// What exists of it now, in the order of the names, links among it included. A `*` that is not the last name never
-    /// stands for a link: anything may have been put there, and what a link leads to is elsewhere.
+    /// What exists of it now on volumes that answer, in the order of the names, links among it included. A `*` that is
+    /// not the last name never stands for a link: anything may have been put there, and what a link leads to is
+    /// elsewhere.
     [[nodiscard]] QList<FilePath> existing(const FileManager &files) const;
 
+    /// What leads from @p base to @p item, which lies in it.
+    [[nodiscard]] static QList<QByteArray> namesBelow(const FilePath &base, const FilePath &item);
     [[nodiscard]] static bool nameMatches(QByteArrayView pattern, QByteArrayView name);
 };
 

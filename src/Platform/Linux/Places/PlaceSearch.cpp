@@ -25,14 +25,12 @@ void PlaceSearch::add(const PlacePattern &pattern, const FilePath &writtenItem, 
     std::optional<PlacePattern::Inside> place = m_isSettled ? std::nullopt : pattern.inside(writtenItem);
     if (!place)
         return;
-    if (place->folder == writtenItem)
-        place->folder = m_item;
-    m_isSettled = place->names.empty() && place->folder == m_item;
-    const bool isKnown = std::ranges::any_of(m_wanted, [&](const Wanted &known) {
-        return known.place.folder == place->folder && areSame(known.place.names, place->names);
-    });
+    const QList<QByteArray> way = PlacePattern::namesBelow(writtenItem, place->folder);
+    m_isSettled = place->names.empty() && way.isEmpty();
+    const bool isKnown = std::ranges::any_of(
+        m_wanted, [&](const Wanted &known) { return known.way == way && areSame(known.names, place->names); });
     if (!isKnown)
-        m_wanted.push_back({*place, reason});
+        m_wanted.push_back({way, place->names, reason});
 }
 
 void PlaceSearch::addSockets(int levels, const QString &reason)
@@ -44,17 +42,11 @@ void PlaceSearch::addSockets(int levels, const QString &reason)
 std::optional<QString> PlaceSearch::firstReason()
 {
     m_best = m_wanted.size() + 1;
-    lookForWhatBeginsElsewhere();
-
-    SoughtList inItem;
-    for (size_t rank = 0; rank < std::min(m_best, m_wanted.size()); ++rank) {
-        if (m_wanted[rank].place.folder == m_item)
-            inItem.push_back({m_wanted[rank].place.names, rank});
-    }
-    if (!inItem.empty() || (m_levelsOfSockets > 0 && m_best > m_wanted.size())) {
-        if (const std::unique_ptr<OpenFolder> folder = m_files.openFolder(m_item))
-            lookIn(*folder, inItem, m_levelsOfSockets);
-    }
+    if (m_isSettled)
+        note(m_wanted.size() - 1);
+    const bool isLookNeeded = m_isSettled ? m_wanted.size() > 1 : m_levelsOfSockets > 0 || !m_wanted.empty();
+    if (const std::unique_ptr<OpenFolder> item = isLookNeeded ? m_files.openFolder(m_item) : nullptr)
+        lookThrough(*item);
     if (m_cancellation.isRequested())
         return u"The look into it was broken off."_qs;
     if (m_best > m_wanted.size())
@@ -62,18 +54,32 @@ std::optional<QString> PlaceSearch::firstReason()
     return m_best == m_wanted.size() ? m_reasonOfSockets : m_wanted[m_best].reason;
 }
 
-/// And for the item itself, which needs no look.
-void PlaceSearch::lookForWhatBeginsElsewhere()
+void PlaceSearch::lookThrough(OpenFolder &item)
 {
+    SoughtList inItem;
     for (size_t rank = 0; rank < m_wanted.size() && rank < m_best; ++rank) {
-        const auto &[folder, names] = m_wanted[rank].place;
-        if (names.empty()) {
-            if (folder == m_item || m_files.attributesOfItem(folder).isOk())
-                note(rank);
-        } else if (folder != m_item) {
-            if (const std::unique_ptr<OpenFolder> opened = m_files.openFolder(folder))
-                lookIn(*opened, {{names, rank}}, 0);
-        }
+        const auto &[way, names, reason] = m_wanted[rank];
+        if (!way.isEmpty())
+            lookBehind(item, {way.begin(), way.end()}, {names, rank});
+        else
+            inItem.push_back({names, rank});
+    }
+    std::erase_if(inItem, [&](const Sought &each) { return each.rank >= m_best; });
+    if (!inItem.empty() || (m_levelsOfSockets > 0 && m_best > m_wanted.size()))
+        lookIn(item, inItem, m_levelsOfSockets);
+}
+
+void PlaceSearch::lookBehind(const OpenFolder &folder, std::span<const QByteArray> way, const Sought &sought)
+{
+    const QByteArray &next = way.front();
+    if (way.size() == 1 && sought.names.empty()) {
+        if (folder.holds(next))
+            note(sought.rank);
+    } else if (const std::unique_ptr<OpenFolder> below = folder.enter(next)) {
+        if (way.size() > 1)
+            lookBehind(*below, way.subspan(1), sought);
+        else
+            lookIn(*below, {sought}, 0);
     }
 }
 

@@ -27,7 +27,8 @@ public:
 private:
     struct Wanted
     {
-        PlacePattern::Inside place;
+        QList<QByteArray> way; ///< From the item to where the names begin, none where they begin in it.
+        std::span<const QByteArray> names;
         QString reason;
     };
     /// What is looked for in one folder.
@@ -38,7 +39,8 @@ private:
     };
     using SoughtList = std::vector<Sought>;
 
-    void lookForWhatBeginsElsewhere();
+    void lookThrough(OpenFolder &item);
+    void lookBehind(const OpenFolder &folder, std::span<const QByteArray> way, const Sought &sought);
     void lookIn(OpenFolder &folder, const SoughtList &sought, int levelsOfSockets);
     void lookForNamed(const OpenFolder &folder, const SoughtList &sought);
     void goThrough(OpenFolder &folder, const SoughtList &open, int levelsOfSockets);

@@ -39,8 +39,11 @@ FilePath locationOf(const QByteArray &value, const FilePath &home)
 
 UserFolders UserFolders::read(const FileManager &files, const FilePath &home, const FilePath &config)
 {
+    const FilePath file = config.appending("user-dirs.dirs");
+    if (!files.isAnswering(file))
+        return {};
     UserFolders folders;
-    const QByteArray text = files.contentsOfFile(config.appending("user-dirs.dirs")).valueOr({}).left(longestFile);
+    const QByteArray text = files.contentsOfFile(file).valueOr({}).left(longestFile);
     for (const QByteArray &line : text.split('\n')) {
         for (const char *kind : kinds) {
             const QByteArray value = valueOf(line.trimmed(), "XDG_" + QByteArray(kind).toUpper() + "_DIR");

@@ -7,7 +7,6 @@
 
 #include <cerrno>
 #include <chrono>
-#include <optional>
 #include <system_error>
 #include <thread>
 
@@ -18,12 +17,15 @@ namespace {
 // What is lacking comes back only when somebody else lets go of it, which nothing tells us.
 constexpr auto pauseBetweenTries = std::chrono::milliseconds(1);
 
-/// Gives the calling thread a table of descriptors of its own with nothing in it but @p kept.
-void leaveDescriptorsBehind(int kept)
+/// Gives the calling thread a table of descriptors of its own with nothing in it but @p kept. False where there is no
+/// memory for one: the thread then still shares that of the whole program, which loses nothing.
+bool leaveDescriptorsBehind(int kept)
 {
-    ::close_range(static_cast<unsigned>(kept + 1), ~0U, CLOSE_RANGE_UNSHARE);
+    if (::close_range(static_cast<unsigned>(kept + 1), ~0U, CLOSE_RANGE_UNSHARE) != 0)
+        return false;
     if (kept > 0)
         ::close_range(0, static_cast<unsigned>(kept - 1), 0);
+    return true;
 }
 
 } // namespace
@@ -49,23 +51,24 @@ WalkFindings ScarceWalk::below(const WalkFolder &parent, const char *name, const
 WalkFindings ScarceWalk::walkFrom(const Opening &openRoot, int kept, const QByteArray &path, const Walk &walk)
 {
     ScarceWalk scarce(openRoot, walk);
-    std::optional<std::thread> thread;
-    while (!thread) {
+    bool isWalked = false;
+    const auto walkApart = [&] {
+        isWalked = leaveDescriptorsBehind(kept);
+        if (isWalked)
+            scarce.run(path);
+    };
+    for (;;) {
         try {
-            thread.emplace([&] {
-                leaveDescriptorsBehind(kept);
-                scarce.run(path);
-            });
+            std::thread(walkApart).join();
         } catch (const std::system_error &) {
-            if (walk.cancellation().isRequested())
-                break;
-            std::this_thread::sleep_for(pauseBetweenTries);
+            // No more threads for now.
         }
+        if (isWalked || walk.cancellation().isRequested())
+            break;
+        std::this_thread::sleep_for(pauseBetweenTries);
     }
-    if (thread)
-        thread->join();
     WalkFindings findings = scarce.m_reader->takeFindings();
-    findings.isPart = findings.isPart || scarce.m_hasLeftOut || !thread;
+    findings.isPart = findings.isPart || scarce.m_hasLeftOut || !isWalked;
     return findings;
 }
 

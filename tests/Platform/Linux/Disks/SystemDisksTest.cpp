@@ -210,6 +210,21 @@ TEST_F(SystemDisksTest, WhatMountsAtTheFirstTouchCountsAsWhatWasMounted)
     EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second, stick, onStick));
 }
 
+TEST_F(SystemDisksTest, AFolderOfMapsThatNobodyHasTouchedYetNeedsNoDisk)
+{
+    mount("/", "259:2");
+    mount("/opt", "0:51", "autofs", "/etc/auto.opt", "rw,fd=6,indirect,pipe_ino=1");
+    ASSERT_TRUE(needed());
+    EXPECT_THAT(needed().value(), UnorderedElementsAre(disk, second));
+
+    places.homes = {FilePath("/opt/user")};
+    expectUnknown("/opt/user");
+    places.homes = {};
+
+    mount("/boot", "0:52", "autofs", "/etc/auto.boot", "rw,fd=6,indirect,pipe_ino=1");
+    expectUnknown("/boot");
+}
+
 TEST_F(SystemDisksTest, WhatIsMountedBelowAFolderThatMountsAtTheFirstTouchCounts)
 {
     mount("/", "259:2");

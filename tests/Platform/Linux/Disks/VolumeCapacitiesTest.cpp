@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <future>
+#include <thread>
 
 #include <sys/statvfs.h>
 
@@ -102,6 +103,43 @@ TEST(VolumeCapacitiesTest, IsNotHeldUpByAVolumeThatDoesNotAnswerAndAsksItOnlyOnc
     EXPECT_EQ(second.failure().kind, Failure::Kind::Busy);
     EXPECT_LE(volume.questions->load(), 1);
     volume.revival.set_value();
+}
+
+TEST(VolumeCapacitiesTest, GivesTheSameAnswerToAllWhoAskWhileItIsOnItsWay)
+{
+    DeadVolume volume;
+    const VolumeCapacities capacities(volume.question(), 1h);
+    const FilePath path("/nowhere/share");
+    auto first = std::async(std::launch::async, [&] { return capacities.ask(path, everything); });
+    while (volume.questions->load() == 0)
+        std::this_thread::yield();
+    const auto answering = std::async(std::launch::async, [&] {
+        std::this_thread::sleep_for(50ms);
+        volume.revival.set_value();
+    });
+
+    const Result<VolumeCapacity> second = capacities.ask(path, everything);
+
+    ASSERT_TRUE(second.isOk());
+    EXPECT_EQ(second.value(), (VolumeCapacity{1000, 400, 400}));
+    EXPECT_TRUE(first.get().isOk());
+}
+
+TEST(VolumeCapacitiesTest, WaitsForAsLongAsTheOneWhoAsksIsPatient)
+{
+    DeadVolume volume;
+    const VolumeCapacities capacities(volume.question(), 1ms);
+    const FilePath path("/nowhere/share");
+    ASSERT_FALSE(capacities.ask(path, everything).isOk());
+    const auto answering = std::async(std::launch::async, [&] {
+        std::this_thread::sleep_for(50ms);
+        volume.revival.set_value();
+    });
+
+    const Result<VolumeCapacity> patient = capacities.ask(path, everything, 1h);
+
+    ASSERT_TRUE(patient.isOk());
+    EXPECT_EQ(patient.value(), (VolumeCapacity{1000, 400, 400}));
 }
 
 TEST(VolumeCapacitiesTest, TakesTheAnswerOfAVolumeThatHasComeBack)

@@ -19,6 +19,8 @@ namespace {
 /// Whatever waits for a server is ended after so long, and the test has failed.
 constexpr unsigned secondsUntilGivenUp = 120;
 
+constexpr std::chrono::milliseconds patience{100};
+
 struct MountCase
 {
     const char *name;
@@ -38,10 +40,17 @@ protected:
             home.addFile(QByteArray(item) + "/data/file", QByteArray(9000, 'x'));
     }
 
+    /// Names a place inside an item, where a mount may be.
+    [[nodiscard]] BaseDirectories::Environment environment() const
+    {
+        const QByteArray cargo = home.path("home/.cache/good/nas/cargo").bytes();
+        return [cargo](const char *name) { return qstrcmp(name, "CARGO_HOME") == 0 ? cargo : QByteArray(); };
+    }
+
     [[nodiscard]] QStringList scan() const
     {
-        const auto files = std::make_shared<LinuxFileManager>(home.environment());
-        const auto places = std::make_shared<LinuxPlaces>(files, [](const char *) { return QByteArray(); });
+        const auto files = std::make_shared<LinuxFileManager>(home.environment(), patience);
+        const auto places = std::make_shared<LinuxPlaces>(files, environment());
         ScannerService scanner(files, places);
         QStringList names;
         for (const CleanupCategory &category : scanner.scanSafeCategories([](double, const QString &) {})) {
@@ -98,11 +107,13 @@ INSTANTIATE_TEST_SUITE_P(
                     MountCase{"LinkForTheCacheOfAnApplication", "mnt/nas", "home/.var/app/org.nas/cache"},
                     MountCase{"LogsOfAnEditor", "home/.config/Code/logs"},
                     MountCase{"LinkForTheSettingsOfAnEditor", "mnt/nas", "home/.config/Code"},
+                    MountCase{"LinkForTheUserFolders", "mnt/nas", "home/.config/user-dirs.dirs"},
                     MountCase{"Music", "home/Music"}, MountCase{"LinkForTheDocuments", "mnt/nas", "home/Documents"}),
     [](const auto &info) { return info.param.name; });
 
 TEST_P(DeadRootScanTest, LeavesTheOtherPlacesToTheScan)
 {
+    home.addFolder(GetParam().mountPoint);
     inMountNamespace([&] {
         ::alarm(secondsUntilGivenUp);
         const DeadMount gone(home.path(GetParam().mountPoint));
@@ -112,7 +123,7 @@ TEST_P(DeadRootScanTest, LeavesTheOtherPlacesToTheScan)
 }
 
 INSTANTIATE_TEST_SUITE_P(Roots, DeadRootScanTest,
-                         testing::Values(MountCase{"Caches", "home/.cache"},
+                         testing::Values(MountCase{"Caches", "home/.cache"}, MountCase{"Settings", "home/.config"},
                                          MountCase{"LibraryCaches", "home/Library/Caches"},
                                          MountCase{"Applications", "home/.var/app"}),
                          [](const auto &info) { return info.param.name; });
@@ -141,3 +152,59 @@ TEST_F(DeadMountScanTest, StillScansARootThatIsAMountOfItsOwn)
         EXPECT_THAT(scan(), UnorderedElementsAreArray(all));
     });
 }
+
+TEST_F(DeadMountScanTest, IsEmptyForWhoeverMeasuresOrSearchesItOrWhatIsBehindIt)
+{
+    home.addFolder("mnt/nas");
+    home.addFolder("home/Documents");
+    home.addLink("home/link", home.path("mnt/nas").bytes());
+
+    inMountNamespace([&] {
+        ::alarm(secondsUntilGivenUp);
+        const DeadMount gone(home.path("mnt/nas"));
+        const DeadMount other(home.path("home/Documents"));
+        const auto files = std::make_shared<LinuxFileManager>(home.environment(), patience);
+        ScannerService scanner(files, std::make_shared<LinuxPlaces>(files, environment()));
+
+        for (const char *folder : {"home/Documents", "home/Documents/below", "home/link/below", "home/link"}) {
+            EXPECT_EQ(scanner.scanDirectory(home.path(folder)).allocatedSize, 0) << folder;
+            EXPECT_TRUE(files->findFiles(home.path(folder), {}, {}).value().isEmpty()) << folder;
+        }
+        EXPECT_FALSE(files->areOnSameVolume(home.path("home/link/below"), home.path("home")));
+        EXPECT_TRUE(files->areOnSameVolume(home.path("home/.cache"), home.path("home")));
+    });
+}
+
+namespace {
+
+/// Where the places of the platform's own lists are.
+class DeadMountListsTest : public DeadMountScanTest
+{
+};
+
+} // namespace
+
+TEST_P(DeadMountListsTest, HoldsNoListUpAndIsKeptWhereItLies)
+{
+    home.addFolder(GetParam().mountPoint);
+
+    inMountNamespace([&] {
+        ::alarm(secondsUntilGivenUp);
+        const DeadMount gone(home.path(GetParam().mountPoint));
+        const auto files = std::make_shared<LinuxFileManager>(home.environment(), patience);
+        const LinuxPlaces places(files, environment());
+
+        for (const QString &list : PlacesData::builtIn().lists.keys()) {
+            for (const PlaceEntry &entry : places.entriesBehind(list))
+                EXPECT_FALSE(entry.path.isWithin(home.path(GetParam().mountPoint))) << qPrintable(list);
+        }
+        EXPECT_TRUE(places.reasonToKeep(home.path(GetParam().mountPoint + "/item")));
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Folders, DeadMountListsTest,
+                         testing::Values(MountCase{"Settings", "home/.config"}, MountCase{"Caches", "home/.cache"},
+                                         MountCase{"Data", "home/.local/share"}, MountCase{"Crates", "home/.cargo"},
+                                         MountCase{"Documents", "home/Documents"},
+                                         MountCase{"AnEditor", "home/.config/Code"}),
+                         [](const auto &info) { return info.param.name; });

@@ -1,4 +1,6 @@
+#include "Platform/Linux/ChildProcess.h"
 #include "Platform/Linux/Files/FolderOpening.h"
+#include "Platform/Linux/RestrictedThread.h"
 #include "Platform/Linux/TemporaryTree.h"
 #include "Platform/Linux/Walk/FileFinder.h"
 #include "Platform/Linux/Walk/ScarceWalk.h"
@@ -259,6 +261,31 @@ TEST_F(TreeWalkThreadsTest, MeasuresTheSameWithTwoFoldersOpenAtATime)
     const WalkFolder root{openFolderForReading(s_tree->path(), FinalLink::Refuse), {}};
     EXPECT_EQ(ScarceWalk::below(root, "bush", walk).size, s_size);
     EXPECT_EQ(ScarceWalk::below(root, "missing", walk).size, TreeSize());
+}
+
+TEST_F(TreeWalkThreadsTest, KeepsTheProgramsOwnDescriptorsOpenWhenThereIsNoMemoryForOthers)
+{
+    inChild([] {
+        const FileDescriptor own(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+        const WalkFolder root{openFolderForReading(s_tree->path(), FinalLink::Refuse), {}};
+        ASSERT_LT(own.number(), root.number());
+        std::stop_source stop;
+        const Cancellation cancellation(stop.get_token());
+        const Walk walk(cancellation, [&] { return std::make_unique<TreeMeasurer>(cancellation); });
+        bool isPart = false;
+
+        const bool isPermitted = withoutOwnDescriptors([&] {
+            std::jthread stopping([&] {
+                std::this_thread::sleep_for(std::chrono::milliseconds(20));
+                stop.request_stop();
+            });
+            isPart = ScarceWalk::below(root, "bush", walk).isPart;
+        });
+
+        ASSERT_TRUE(isPermitted);
+        EXPECT_NE(::fcntl(own.number(), F_GETFD), -1);
+        EXPECT_TRUE(isPart);
+    });
 }
 
 TEST_F(TreeWalkThreadsTest, LosesNothingWhenDescriptorsAreFew)
