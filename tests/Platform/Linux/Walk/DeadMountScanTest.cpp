@@ -40,17 +40,12 @@ protected:
             home.addFile(QByteArray(item) + "/data/file", QByteArray(9000, 'x'));
     }
 
-    /// Names a place inside an item, where a mount may be.
-    [[nodiscard]] BaseDirectories::Environment environment() const
-    {
-        const QByteArray cargo = home.path("home/.cache/good/nas/cargo").bytes();
-        return [cargo](const char *name) { return qstrcmp(name, "CARGO_HOME") == 0 ? cargo : QByteArray(); };
-    }
+    [[nodiscard]] static QByteArray noVariable(const char *) { return {}; }
 
     [[nodiscard]] QStringList scan() const
     {
         const auto files = std::make_shared<LinuxFileManager>(home.environment(), patience);
-        const auto places = std::make_shared<LinuxPlaces>(files, environment());
+        const auto places = std::make_shared<LinuxPlaces>(files, noVariable);
         ScannerService scanner(files, places);
         QStringList names;
         for (const CleanupCategory &category : scanner.scanSafeCategories([](double, const QString &) {})) {
@@ -111,6 +106,19 @@ INSTANTIATE_TEST_SUITE_P(
                     MountCase{"Music", "home/Music"}, MountCase{"LinkForTheDocuments", "mnt/nas", "home/Documents"}),
     [](const auto &info) { return info.param.name; });
 
+TEST_F(DeadMountScanTest, HoldsNoLookForAPlaceInAnItemUp)
+{
+    home.addFolder("home/.cache/good/nas");
+    home.addFile("home/.config/user-dirs.dirs", "XDG_MUSIC_DIR=\"$HOME/.cache/good/nas/music\"\n");
+
+    inMountNamespace([&] {
+        ::alarm(secondsUntilGivenUp);
+        const DeadMount gone(home.path("home/.cache/good/nas"));
+
+        EXPECT_THAT(scan(), UnorderedElementsAreArray(all));
+    });
+}
+
 TEST_P(DeadRootScanTest, LeavesTheOtherPlacesToTheScan)
 {
     home.addFolder(GetParam().mountPoint);
@@ -164,7 +172,7 @@ TEST_F(DeadMountScanTest, IsEmptyForWhoeverMeasuresOrSearchesItOrWhatIsBehindIt)
         const DeadMount gone(home.path("mnt/nas"));
         const DeadMount other(home.path("home/Documents"));
         const auto files = std::make_shared<LinuxFileManager>(home.environment(), patience);
-        ScannerService scanner(files, std::make_shared<LinuxPlaces>(files, environment()));
+        ScannerService scanner(files, std::make_shared<LinuxPlaces>(files, noVariable));
 
         for (const char *folder : {"home/Documents", "home/Documents/below", "home/link/below", "home/link"}) {
             EXPECT_EQ(scanner.scanDirectory(home.path(folder)).allocatedSize, 0) << folder;
@@ -192,7 +200,7 @@ TEST_P(DeadMountListsTest, HoldsNoListUpAndIsKeptWhereItLies)
         ::alarm(secondsUntilGivenUp);
         const DeadMount gone(home.path(GetParam().mountPoint));
         const auto files = std::make_shared<LinuxFileManager>(home.environment(), patience);
-        const LinuxPlaces places(files, environment());
+        const LinuxPlaces places(files, noVariable);
 
         for (const QString &list : PlacesData::builtIn().lists.keys()) {
             for (const PlaceEntry &entry : places.entriesBehind(list))
