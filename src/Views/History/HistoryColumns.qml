@@ -12,9 +12,9 @@ QtObject {
     readonly property real dateX: Theme.cardPadding
     readonly property real dateWidth: Math.round(room * 0.28) - gap
     readonly property real typeX: dateX + dateWidth + gap
-    readonly property real typeWidth: Math.round(room * 0.26) - gap
+    readonly property real typeWidth: Math.round(room * 0.31) - gap
     readonly property real sizeX: typeX + typeWidth + gap
-    readonly property real sizeWidth: Math.round(room * 0.23) - gap
+    readonly property real sizeWidth: Math.round(room * 0.18) - gap
     readonly property real statusX: sizeX + sizeWidth + 2 * gap
     readonly property real statusWidth: width - Theme.cardPadding - chevronWidth - statusX
 }
