@@ -5,6 +5,7 @@
 #include "Values/SharedInstance.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 
 #include <chrono>
@@ -27,20 +28,24 @@ public:
 
     [[nodiscard]] static UnfinishedRuns &shared() { return SharedInstance<UnfinishedRuns>::get(); }
 
-    /// One run, from its making to its destruction.
+    /// One run, from its making to its destruction. It may outlive who counts it.
     class Token
     {
     public:
         explicit Token(UnfinishedRuns &runs)
-            : m_runs(runs)
+            : m_runs(&runs)
         {
-            m_runs.begin();
+            runs.begin();
         }
-        ~Token() { m_runs.end(); }
+        ~Token()
+        {
+            if (m_runs)
+                m_runs->end();
+        }
         Q_DISABLE_COPY_MOVE(Token)
 
     private:
-        UnfinishedRuns &m_runs;
+        QPointer<UnfinishedRuns> m_runs;
     };
 
     [[nodiscard]] bool isEmpty() const { return m_count == 0; }

@@ -107,3 +107,14 @@ TEST_F(UnfinishedRunsTest, KnowOfAStepFromTheTimeWhenItWasTaken)
 
     EXPECT_TRUE(watched.areHanging());
 }
+
+TEST_F(UnfinishedRunsTest, LetsARunEndThatOutlivesThem)
+{
+    auto counted = std::make_unique<UnfinishedRuns>(files, clock);
+    auto run = std::make_unique<UnfinishedRuns::Token>(*counted);
+    counted.reset();
+
+    run.reset();
+
+    EXPECT_TRUE(runs.isEmpty());
+}
