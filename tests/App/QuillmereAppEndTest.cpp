@@ -20,18 +20,18 @@ class QuillmereAppEndTest : public QuillmereAppTest
 {
 protected:
     /// Handles events until the program is ended, and gives its exit code. Unlike exec(), it always comes back.
-    static int handleEvents()
+    int handleEvents()
     {
-        QTimer::singleShot(std::chrono::minutes(1), qApp, [] { QCoreApplication::exit(9); });
+        QTimer::singleShot(std::chrono::minutes(1), &app, [] { QCoreApplication::exit(9); });
         return QCoreApplication::exec();
     }
     /// The same, with @p acts first. 7 where the program goes on after them.
     template<typename Acts>
     [[nodiscard]] int handleEventsAfter(const Acts &acts)
     {
-        QTimer::singleShot(0, &app, [&acts] {
+        QTimer::singleShot(0, &app, [this, &acts] {
             acts();
-            QTimer::singleShot(20, qApp, [] { QCoreApplication::exit(7); });
+            QTimer::singleShot(20, &app, [] { QCoreApplication::exit(7); });
         });
         return handleEvents();
     }
