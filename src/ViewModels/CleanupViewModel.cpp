@@ -27,11 +27,6 @@ CleanupViewModel::CleanupViewModel(std::shared_ptr<ScannerService> scanner, Clea
     });
 }
 
-CleanupViewModel::~CleanupViewModel()
-{
-    m_scanner->cancelScan();
-}
-
 QString CleanupViewModel::totalSelectedText() const
 {
     return formatByteCount(totalSelectedSize());

@@ -19,7 +19,7 @@
 namespace Quillmere {
 
 /// What the cleanup screens have in common: choose among the categories that a scan has found, move them to the Trash,
-/// report, and scan again. A run that was started goes on to its end and is recorded even when the screen has gone.
+/// report, and scan again. A cleanup goes on to its end and is recorded even when the screen has gone.
 /// Whoever derives from it names it in full, with the namespace: QML's tools know a base by no other name.
 class CleanupViewModel : public QObject
 {
@@ -36,9 +36,6 @@ class CleanupViewModel : public QObject
     Q_PROPERTY(Quillmere::CleanupReport report READ report NOTIFY cleanupResultChanged)
 
 public:
-    /// Ends a scan that is still under way.
-    ~CleanupViewModel() override;
-
     [[nodiscard]] CleanupCategoryListModel *categories() { return &m_categories; }
     [[nodiscard]] const CleanupCategoryListModel *categories() const { return &m_categories; }
     [[nodiscard]] bool isScanning() const { return m_isScanning; }
@@ -85,7 +82,7 @@ protected:
 
     [[nodiscard]] const std::shared_ptr<ScannerService> &scanner() const { return m_scanner; }
     [[nodiscard]] LatestTask &scanTask() { return m_scanTask; }
-    [[nodiscard]] const Clock &clock() const { return *m_clock; }
+    [[nodiscard]] const std::shared_ptr<const Clock> &clock() const { return m_clock; }
 
 private:
     [[nodiscard]] QList<CleanupItem> selectedItems() const;

@@ -23,6 +23,8 @@ public:
         return token();
     }
     void stop() { m_source.request_stop(); }
+    /// The latest goes on to its end, whatever becomes of the screen.
+    void letGo() { m_source = std::stop_source(std::nostopstate); }
 
     /// Of the latest, stopped or not. Equal to no token of an earlier one.
     [[nodiscard]] std::stop_token token() const { return m_source.get_token(); }

@@ -87,7 +87,7 @@ std::stop_token ProfessionalCleanupViewModel::beginScan()
 {
     std::stop_token task = scanTask().begin();
     scanner()->resetCancellation();
-    showProgressOfScan(0, Localizer::shared().localized(u"professional.scanningCategories"_qs));
+    showProgressOfScan(0, localized(u"professional.scanningCategories"_qs));
     categories()->setCategories({});
     setPhase(true, isCleaning());
     return task;

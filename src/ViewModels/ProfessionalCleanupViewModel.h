@@ -24,6 +24,9 @@ public:
                                  std::shared_ptr<const FileManager> files, std::shared_ptr<const Clock> clock,
                                  QObject *parent = nullptr);
 
+    /// Ends a scan under way, of which nothing would stay.
+    ~ProfessionalCleanupViewModel() override { scanner()->cancelScan(); }
+
     /// There is nothing to see, and nothing is on its way.
     [[nodiscard]] bool showsStart() const { return !showsList() && !isScanning(); }
     [[nodiscard]] bool showsList() const { return !categories()->categories().isEmpty(); }

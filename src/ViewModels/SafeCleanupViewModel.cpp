@@ -30,12 +30,24 @@ QCoro::Task<> SafeCleanupViewModel::scan()
                 model.showProgressOfScan(fraction, status);
         });
     };
-    auto scanning = inBackground([scanner = scanner(), progress, task] {
-        return attempted([&] { return scanner->scanSafeCategories(progress, task); });
-    });
+    // The scan outlives the screen, so all that is needed at its end is taken along now.
+    const std::shared_ptr<ScannerService> scanner = this->scanner();
+    const std::shared_ptr<const Clock> clock = this->clock();
+    auto scanning = inBackground(
+        [scanner, progress, task] { return attempted([&] { return scanner->scanSafeCategories(progress, task); }); });
     const Result<QList<CleanupCategory>> result = co_await scanning;
-    if (self && scanTask().isLatest(task))
-        endScan(result);
+    if (self && !scanTask().isLatest(task))
+        co_return;
+    const bool isWhole = result && !scanner->isCancelled() && !task.stop_requested();
+    if (self && isWhole)
+        publish(result.value());
+    AppState *const state = AppState::shared();
+    if (isWhole && state)
+        state->setLastScanDate(clock->now());
+    if (!result && result.failure().kind != Failure::Kind::Cancelled)
+        printDiagnostic(u"Scan error: "_qs, result.failure());
+    if (self)
+        setPhase(false, isCleaning());
 }
 
 std::stop_token SafeCleanupViewModel::beginScan()
@@ -43,25 +55,17 @@ std::stop_token SafeCleanupViewModel::beginScan()
     std::stop_token task = scanTask().begin();
     scanner()->resetCancellation();
     m_isScanComplete = false;
-    showProgressOfScan(0, Localizer::shared().localized(u"cleanup.startingScan"_qs));
+    showProgressOfScan(0, localized(u"cleanup.startingScan"_qs));
     categories()->setCategories({});
     setPhase(true, isCleaning());
     return task;
 }
 
-void SafeCleanupViewModel::endScan(const Result<QList<CleanupCategory>> &result)
+void SafeCleanupViewModel::publish(QList<CleanupCategory> found)
 {
-    if (result && !scanner()->isCancelled()) {
-        QList<CleanupCategory> found = result.value();
-        found.removeIf([](const CleanupCategory &category) { return category.totalSize < 1; });
-        categories()->setCategories(found);
-        m_isScanComplete = true;
-        if (AppState *state = AppState::shared())
-            state->setLastScanDate(clock().now());
-    } else if (!result && result.failure().kind != Failure::Kind::Cancelled) {
-        printDiagnostic(u"Scan error: "_qs, result.failure());
-    }
-    setPhase(false, isCleaning());
+    found.removeIf([](const CleanupCategory &category) { return category.totalSize < 1; });
+    categories()->setCategories(found);
+    m_isScanComplete = true;
 }
 
 void SafeCleanupViewModel::cancel()

@@ -18,6 +18,9 @@ public:
     SafeCleanupViewModel(std::shared_ptr<ScannerService> scanner, CleanupService cleaner, HistoryService &history,
                          std::shared_ptr<const Clock> clock, QObject *parent = nullptr);
 
+    /// Lets a scan under way go on to its end and its date.
+    ~SafeCleanupViewModel() override { scanTask().letGo(); }
+
     /// Nothing has been scanned yet, or the scan was cancelled.
     [[nodiscard]] bool showsStart() const;
     [[nodiscard]] bool isScanComplete() const { return m_isScanComplete; }
@@ -30,7 +33,7 @@ public:
 
 private:
     [[nodiscard]] std::stop_token beginScan();
-    void endScan(const Result<QList<CleanupCategory>> &result);
+    void publish(QList<CleanupCategory> found);
 
     bool m_isScanComplete = false;
 };

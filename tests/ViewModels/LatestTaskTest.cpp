@@ -42,6 +42,19 @@ TEST(LatestTaskTest, StaysTheLatestWhenItIsStopped)
     EXPECT_TRUE(task.isLatest(only));
 }
 
+TEST(LatestTaskTest, LetsGoOfTheLatestAlone)
+{
+    std::optional<LatestTask> task(std::in_place);
+    const std::stop_token first = task->begin();
+    const std::stop_token second = task->begin();
+
+    task->letGo();
+    task.reset();
+
+    EXPECT_TRUE(first.stop_requested());
+    EXPECT_FALSE(second.stop_requested());
+}
+
 TEST(LatestTaskTest, StopsWithItsOwner)
 {
     std::optional<LatestTask> task(std::in_place);

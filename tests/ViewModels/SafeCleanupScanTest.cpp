@@ -1,5 +1,6 @@
 #include "Fakes/Gate.h"
 #include "Fakes/HeldCalls.h"
+#include "Utilities/BackgroundWork.h"
 #include "ViewModels/SafeCleanupFixture.h"
 
 #include <QCoro/QCoroCore>
@@ -183,7 +184,7 @@ TEST_F(SafeCleanupScanTest, PrintsNothingOfACancelledScan)
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
-TEST_F(SafeCleanupScanTest, StopsAScanWithoutAWordWhenTheScreenHasGone)
+TEST_F(SafeCleanupScanTest, LetsAScanEndAndDatesItWhenTheScreenHasGone)
 {
     addTree("Caches/a", 7);
     const Gate gate;
@@ -191,7 +192,76 @@ TEST_F(SafeCleanupScanTest, StopsAScanWithoutAWordWhenTheScreenHasGone)
     const auto scanning = model->scan();
 
     model.reset();
-    EXPECT_TRUE(scanner->isCancelled());
+    gate.open();
+    QCoro::waitFor(scanning);
+
+    EXPECT_EQ(state.lastScanDate(), machine.clock->now());
+}
+
+TEST_F(SafeCleanupScanTest, PrintsWhyAScanFailedWhenTheScreenHasGone)
+{
+    addTree("Caches/a", 7);
+    const Gate gate;
+    machine.files->onMeasure([gate](const FilePath &) {
+        gate.wait();
+        throw std::runtime_error("the disk is on fire");
+    });
+    const auto scanning = model->scan();
+    testing::internal::CaptureStdout();
+
+    model.reset();
+    gate.open();
+    QCoro::waitFor(scanning);
+
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Scan error: the disk is on fire\n");
+    EXPECT_FALSE(state.lastScanDate().isValid());
+}
+
+TEST_F(SafeCleanupScanTest, ShowsNothingOfAScanThatIsCancelledOnceItHasFoundEverything)
+{
+    addTree("Caches/a", 7);
+    const Gate gate;
+    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
+    const auto scanning = model->scan();
+    gate.open();
+    backgroundPool().waitForDone();
+
+    model->cancel();
+    QCoro::waitFor(scanning);
+
+    EXPECT_TRUE(model->showsStart());
+    EXPECT_FALSE(state.lastScanDate().isValid());
+}
+
+TEST_F(SafeCleanupScanTest, DatesNoScanThatAnotherHasFollowedWhenTheScreenHasGone)
+{
+    addTree("Caches/a", 7);
+    const HeldCalls held(2);
+    machine.files->onMeasure([held](const FilePath &) { held.pass(); });
+    const auto first = model->scan();
+    ASSERT_TRUE(QTest::qWaitFor([&held] { return held.arrived() == 1; }));
+    held.release(0);
+    backgroundPool().waitForDone();
+    const auto second = model->scan();
+
+    model.reset();
+    QCoro::waitFor(first);
+    EXPECT_FALSE(state.lastScanDate().isValid());
+
+    held.release(1);
+    QCoro::waitFor(second);
+    EXPECT_TRUE(state.lastScanDate().isValid());
+}
+
+TEST_F(SafeCleanupScanTest, DatesNoCancelledScanWhenTheScreenHasGone)
+{
+    addTree("Caches/a", 7);
+    const Gate gate;
+    machine.files->onMeasure([gate](const FilePath &) { gate.wait(); });
+    const auto scanning = model->scan();
+
+    model->cancel();
+    model.reset();
     gate.open();
     QCoro::waitFor(scanning);
 
