@@ -1,6 +1,7 @@
 #include "App/ScreensFixture.h"
 
 #include <QTest>
+#include <QWheelEvent>
 
 using namespace Quillmere;
 using enum QAccessible::Role;
@@ -27,6 +28,21 @@ protected:
             return QByteArray(item.metaObject()->className()).startsWith("SidebarView");
         });
         return sidebar ? sidebar->width() : 0;
+    }
+    /// Whether the whole of that row can be seen now, or soon.
+    [[nodiscard]] bool showsRow(const Person &person, const QString &name) const
+    {
+        return QTest::qWaitFor([&] {
+            const QRect row = person.placeOf(ListItem, name);
+            return !row.isEmpty() && row.top() >= 0 && row.bottom() < app->mainWindow()->height();
+        });
+    }
+    void scroll(const QPoint &place, int pixels) const
+    {
+        QQuickWindow &window = *app->mainWindow();
+        QWheelEvent event(place, window.mapToGlobal(place), {0, pixels}, {0, pixels}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&window, &event);
     }
     /// Drags the sidebar's edge by that much.
     void drag(const Person &person, int pixels) const
@@ -136,4 +152,37 @@ TEST_F(SidebarTest, LeavesRoomAroundThePromotion)
     EXPECT_EQ(banner.right() + 1, 219 - 10);
     EXPECT_EQ(banner.top() - (above.bottom() + 1), 6);
     EXPECT_EQ(below->mapToScene({}).y() - (banner.bottom() + 1), 6);
+}
+
+TEST_F(SidebarTest, KeepsTheChosenDestinationInSightInAWindowThatShrinks)
+{
+    const Person person = open(SidebarTab::Settings);
+
+    app->mainWindow()->resize(900, 600);
+
+    EXPECT_TRUE(showsRow(person, u"Settings"_qs));
+}
+
+TEST_F(SidebarTest, KeepsTheChosenDestinationInSightWhenWhatStandsAboveGrows)
+{
+    const Person person = open(SidebarTab::Settings);
+    app->mainWindow()->resize(900, 600);
+    ASSERT_TRUE(showsRow(person, u"Settings"_qs));
+
+    app->localizer().setLanguage(Language::Russian);
+
+    EXPECT_TRUE(showsRow(person, u"Настройки"_qs));
+}
+
+TEST_F(SidebarTest, LeavesTheChosenDestinationOutOfSightOnceTheUserHasScrolledItAway)
+{
+    const Person person = open(SidebarTab::Settings);
+    app->mainWindow()->resize(900, 600);
+    ASSERT_TRUE(showsRow(person, u"Settings"_qs));
+
+    scroll({100, 300}, 2000);
+    ASSERT_TRUE(showsRow(person, u"Dashboard"_qs));
+    app->mainWindow()->resize(900, 610);
+
+    EXPECT_FALSE(showsRow(person, u"Settings"_qs));
 }

@@ -49,6 +49,26 @@ Item {
     ListView {
         id: list
 
+        /// The chosen entry stays in sight when the window shrinks or the promotion above it grows, until the user
+        /// scrolls it away.
+        property bool keepsChosenInSight: true
+
+        // The list takes no other current entry while it makes its entries.
+        function choose(index: int) {
+            Qt.callLater(showChosen, index);
+        }
+
+        function showChosen(index: int) {
+            currentIndex = index;
+            keepsChosenInSight = true;
+            keepInSight();
+        }
+
+        function keepInSight() {
+            if (keepsChosenInSight)
+                positionViewAtIndex(currentIndex, ListView.Contain);
+        }
+
         anchors.fill: parent
         anchors.rightMargin: 1
         topMargin: 10
@@ -63,6 +83,12 @@ Item {
 
         T.ScrollBar.vertical: ScrollIndicatorBar {}
 
+        onHeightChanged: Qt.callLater(keepInSight)
+        onContentHeightChanged: Qt.callLater(keepInSight)
+        onMovementStarted: keepsChosenInSight = false
+        onMovementEnded: keepsChosenInSight = currentItem !== null && currentItem.y >= contentY
+                         && currentItem.y + currentItem.height <= contentY + height
+
         delegate: SidebarEntry {
             id: entry
 
@@ -72,11 +98,11 @@ Item {
 
             onIsSelectedChanged: {
                 if (isSelected)
-                    list.currentIndex = index;
+                    list.choose(index);
             }
             Component.onCompleted: {
                 if (isSelected)
-                    list.currentIndex = index;
+                    list.choose(index);
             }
             onChosen: root.appState.selectedTab = tab
 
