@@ -100,10 +100,8 @@ lint() {
     mapfile -t files < <(sources '*.cpp' '*.h')
     clang-format --dry-run -Werror "${files[@]}" || failed=1
     echo "== clang-tidy"
-    # Clang cannot read the headers that GCC has precompiled.
-    mkdir -p build/lint
-    sed -E 's/ (-Winvalid-pch|-include [^ ]*cmake_pch\.hxx)//g' build/debug/compile_commands.json \
-        >build/lint/compile_commands.json
+    # Each file is read by itself, and Clang cannot read the headers that GCC has precompiled.
+    cmake --preset lint
     mapfile -t files < <(if [ $all = yes ]; then sources '*.cpp'; else changed_sources '*.cpp'; fi)
     [ ${#files[@]} -eq 0 ] ||
         printf '%s\0' "${files[@]}" |

@@ -2,6 +2,10 @@
 add_library(QuillmereOptions INTERFACE)
 target_include_directories(QuillmereOptions INTERFACE ${CMAKE_SOURCE_DIR}/src)
 target_compile_options(QuillmereOptions INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+# Said of a fixture that is in no header wherever files are compiled together.
+if(CMAKE_UNITY_BUILD)
+    target_compile_options(QuillmereOptions INTERFACE -Wno-subobject-linkage)
+endif()
 # Clang counts changes of the sign among the conversions, GCC does not.
 target_compile_options(QuillmereOptions INTERFACE $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion>)
 # All code is compiled alike, also what comes with flags of its own from elsewhere, so that it can share precompiled headers.

@@ -17,8 +17,8 @@ QString failureMessage(int status, const QString &output)
     const QString said = output.trimmed();
     const QString number = QString::number(status);
     if (said.isEmpty())
-        return Localizer::shared().localized(u"tools.commandPermission"_qs) + u" ("_qs + number + u')';
-    return Localizer::shared().localized(u"tools.error"_qs) + u' ' + number + u":\n"_qs + said;
+        return localized(u"tools.commandPermission"_qs) + u" ("_qs + number + u')';
+    return localized(u"tools.error"_qs) + u' ' + number + u":\n"_qs + said;
 }
 
 } // namespace

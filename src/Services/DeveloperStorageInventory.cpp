@@ -8,36 +8,36 @@ namespace Quillmere {
 namespace {
 
 /// What a path of the table is relative to.
-enum class Origin { Root, Library, Home };
+enum class Anchor { Root, Library, Home };
 
-struct PathRow
+struct AnchoredPath
 {
-    Origin origin;
+    Anchor origin;
     const char *path;
 };
 
 struct RootRow
 {
     QStringView name;
-    PathRow place;
+    AnchoredPath place;
 };
 
 constexpr RootRow roots[] = {
-    {u"Xcode", {Origin::Root, "/Applications/Xcode.app"}},
-    {u"Android Studio", {Origin::Root, "/Applications/Android Studio.app"}},
-    {u"Visual Studio Code", {Origin::Root, "/Applications/Visual Studio Code.app"}},
-    {u"Sony VEGAS Pro", {Origin::Root, "/Applications/VEGAS Pro.app"}},
-    {u"Android SDK", {Origin::Library, "Android/sdk"}},
-    {u"Java JDKs", {Origin::Root, "/Library/Java/JavaVirtualMachines"}},
-    {u"User Java JDKs", {Origin::Library, "Java/JavaVirtualMachines"}},
-    {u"SDKMAN Java", {Origin::Home, ".sdkman/candidates/java"}},
-    {u"Python environments", {Origin::Home, ".pyenv"}},
-    {u"Conda environments", {Origin::Home, "anaconda3"}},
-    {u"Miniconda environments", {Origin::Home, "miniconda3"}},
-    {u"Go workspace", {Origin::Home, "go"}},
-    {u"Rust toolchains", {Origin::Home, ".rustup"}},
-    {u"Node.js versions", {Origin::Home, ".nvm"}},
-    {u"Flutter SDK", {Origin::Home, "development/flutter"}},
+    {u"Xcode", {Anchor::Root, "/Applications/Xcode.app"}},
+    {u"Android Studio", {Anchor::Root, "/Applications/Android Studio.app"}},
+    {u"Visual Studio Code", {Anchor::Root, "/Applications/Visual Studio Code.app"}},
+    {u"Sony VEGAS Pro", {Anchor::Root, "/Applications/VEGAS Pro.app"}},
+    {u"Android SDK", {Anchor::Library, "Android/sdk"}},
+    {u"Java JDKs", {Anchor::Root, "/Library/Java/JavaVirtualMachines"}},
+    {u"User Java JDKs", {Anchor::Library, "Java/JavaVirtualMachines"}},
+    {u"SDKMAN Java", {Anchor::Home, ".sdkman/candidates/java"}},
+    {u"Python environments", {Anchor::Home, ".pyenv"}},
+    {u"Conda environments", {Anchor::Home, "anaconda3"}},
+    {u"Miniconda environments", {Anchor::Home, "miniconda3"}},
+    {u"Go workspace", {Anchor::Home, "go"}},
+    {u"Rust toolchains", {Anchor::Home, ".rustup"}},
+    {u"Node.js versions", {Anchor::Home, ".nvm"}},
+    {u"Flutter SDK", {Anchor::Home, "development/flutter"}},
 };
 
 constexpr const char *cellars[] = {"/opt/homebrew/Cellar", "/usr/local/Cellar"};
@@ -53,55 +53,60 @@ constexpr Formula plainFormulas[] = {
     {u"Go", "go"}, {u"Node.js", "node"}, {u"Rust", "rust"}, {u"Ruby", "ruby"}, {u"PHP", "php"}, {u"Flutter", "flutter"},
 };
 
-constexpr PathRow python[] = {
-    {Origin::Root, "/opt/homebrew/bin/python3"},
-    {Origin::Root, "/usr/local/bin/python3"},
-    {Origin::Root, "/usr/bin/python3"},
+constexpr AnchoredPath pythonCommands[] = {
+    {Anchor::Root, "/opt/homebrew/bin/python3"},
+    {Anchor::Root, "/usr/local/bin/python3"},
+    {Anchor::Root, "/usr/bin/python3"},
 };
-constexpr PathRow java[] = {
-    {Origin::Root, "/opt/homebrew/bin/java"},
-    {Origin::Root, "/usr/local/bin/java"},
-    {Origin::Root, "/usr/bin/java"},
+constexpr AnchoredPath javaCommands[] = {
+    {Anchor::Root, "/opt/homebrew/bin/java"},
+    {Anchor::Root, "/usr/local/bin/java"},
+    {Anchor::Root, "/usr/bin/java"},
 };
-constexpr PathRow go[] = {{Origin::Root, "/opt/homebrew/bin/go"}, {Origin::Root, "/usr/local/bin/go"}};
-constexpr PathRow node[] = {{Origin::Root, "/opt/homebrew/bin/node"}, {Origin::Root, "/usr/local/bin/node"}};
-constexpr PathRow rust[] = {{Origin::Home, ".cargo/bin/rustc"}};
-constexpr PathRow ruby[] = {
-    {Origin::Root, "/opt/homebrew/bin/ruby"},
-    {Origin::Root, "/usr/local/bin/ruby"},
-    {Origin::Root, "/usr/bin/ruby"},
+constexpr AnchoredPath go[] = {{Anchor::Root, "/opt/homebrew/bin/go"}, {Anchor::Root, "/usr/local/bin/go"}};
+constexpr AnchoredPath node[] = {{Anchor::Root, "/opt/homebrew/bin/node"}, {Anchor::Root, "/usr/local/bin/node"}};
+constexpr AnchoredPath rust[] = {{Anchor::Home, ".cargo/bin/rustc"}};
+constexpr AnchoredPath ruby[] = {
+    {Anchor::Root, "/opt/homebrew/bin/ruby"},
+    {Anchor::Root, "/usr/local/bin/ruby"},
+    {Anchor::Root, "/usr/bin/ruby"},
 };
-constexpr PathRow php[] = {
-    {Origin::Root, "/opt/homebrew/bin/php"},
-    {Origin::Root, "/usr/local/bin/php"},
-    {Origin::Root, "/usr/bin/php"},
+constexpr AnchoredPath php[] = {
+    {Anchor::Root, "/opt/homebrew/bin/php"},
+    {Anchor::Root, "/usr/local/bin/php"},
+    {Anchor::Root, "/usr/bin/php"},
 };
-constexpr PathRow flutter[] = {
-    {Origin::Root, "/opt/homebrew/bin/flutter"},
-    {Origin::Home, "development/flutter/bin/flutter"},
+constexpr AnchoredPath flutter[] = {
+    {Anchor::Root, "/opt/homebrew/bin/flutter"},
+    {Anchor::Home, "development/flutter/bin/flutter"},
 };
 
 struct RuntimeRow
 {
     QStringView name;
     QStringView argument;
-    std::span<const PathRow> candidates;
+    std::span<const AnchoredPath> candidates;
 };
 
 constexpr RuntimeRow runtimes[] = {
-    {u"Python", u"--version", python}, {u"Java", u"-version", java},        {u"Go", u"version", go},
-    {u"Node.js", u"--version", node},  {u"Rust", u"--version", rust},       {u"Ruby", u"--version", ruby},
-    {u"PHP", u"--version", php},       {u"Flutter", u"--version", flutter},
+    {u"Python", u"--version", pythonCommands},
+    {u"Java", u"-version", javaCommands},
+    {u"Go", u"version", go},
+    {u"Node.js", u"--version", node},
+    {u"Rust", u"--version", rust},
+    {u"Ruby", u"--version", ruby},
+    {u"PHP", u"--version", php},
+    {u"Flutter", u"--version", flutter},
 };
 
-FilePath location(const PathRow &row, const DeveloperStorageLookup &lookup)
+FilePath location(const AnchoredPath &row, const DeveloperStorageLookup &lookup)
 {
     switch (row.origin) {
-    case Origin::Root:
+    case Anchor::Root:
         break;
-    case Origin::Library:
+    case Anchor::Library:
         return lookup.library().appending(row.path);
-    case Origin::Home:
+    case Anchor::Home:
         return lookup.home().appending(row.path);
     }
     return FilePath(row.path);
@@ -141,7 +146,7 @@ QList<Runtime> detectedRuntimes(const DeveloperStorageLookup &lookup, const Plac
     QList<Runtime> found;
     for (const RuntimeRow &row : runtimes) {
         QList<FilePath> candidates;
-        for (const PathRow &candidate : row.candidates)
+        for (const AnchoredPath &candidate : row.candidates)
             candidates.append(location(candidate, lookup));
         for (const PlaceEntry &entry : places.entriesBehind(row.name.toString() + u" Runtime"_qs))
             candidates.append(entry.path);

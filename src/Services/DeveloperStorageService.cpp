@@ -45,8 +45,8 @@ struct DeveloperStorageService::Scan
 struct DeveloperStorageService::Inventory
 {
     QString name = u"Installed Developer Tools and SDKs"_qs;
-    QString explanation = Localizer::shared().localized(u"developer.installed.description"_qs);
-    QString advice = Localizer::shared().localized(u"developer.installed.keep"_qs);
+    QString explanation = localized(u"developer.installed.description"_qs);
+    QString advice = localized(u"developer.installed.keep"_qs);
     QSet<FilePath> seen;
     QList<CleanupItem> items;
 
@@ -179,7 +179,7 @@ QList<PlaceEntry> DeveloperStorageService::offeredPlaces(const CleanupGroup &gro
 
 std::optional<QList<CleanupItem>> DeveloperStorageService::itemsOf(const CleanupGroup &group, const Scan &scan) const
 {
-    const QString explanation = Localizer::shared().localized(group.descriptionKey);
+    const QString explanation = localized(group.descriptionKey);
     QList<CleanupItem> items;
     for (const PlaceEntry &place : offeredPlaces(group, scan)) {
         if (scan.isOver())
@@ -218,7 +218,7 @@ std::optional<CleanupCategory> DeveloperStorageService::scanInstalledTools(Scann
         return std::nullopt;
     CleanupCategory category;
     category.name = inventory.name;
-    category.localizedName = Localizer::shared().localized(u"developer.installed.name"_qs);
+    category.localizedName = localized(u"developer.installed.name"_qs);
     category.description = inventory.explanation;
     category.isSelected = false;
     category.isAvailable = false;

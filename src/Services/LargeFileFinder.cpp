@@ -6,7 +6,7 @@ namespace Quillmere {
 
 namespace {
 
-constexpr const char *roots[] = {"Downloads", "Documents", "Desktop", "Movies", "Music", "Pictures"};
+constexpr const char *searchedFolders[] = {"Downloads", "Documents", "Desktop", "Movies", "Music", "Pictures"};
 constexpr qint64 leastSize = 50'000'000;
 // A folder is shown as if this many items filled its part of the progress, which is full when the next one begins.
 constexpr double itemsOfAPart = 10'000;
@@ -39,9 +39,9 @@ LargeFileFinder::LargeFileFinder(std::shared_ptr<const FileManager> files, std::
 
 std::optional<QList<FileItem>> LargeFileFinder::find()
 {
-    constexpr double part = 1.0 / std::size(roots);
-    for (size_t i = 0; i < std::size(roots) && !m_cancellation.isRequested(); ++i)
-        scanFolders(existingFolders(roots[i]), double(i) * part, double(i + 1) * part);
+    constexpr double part = 1.0 / std::size(searchedFolders);
+    for (size_t i = 0; i < std::size(searchedFolders) && !m_cancellation.isRequested(); ++i)
+        scanFolders(existingFolders(searchedFolders[i]), double(i) * part, double(i + 1) * part);
     if (m_cancellation.isRequested())
         return std::nullopt;
     return std::move(m_found);

@@ -21,7 +21,7 @@ MenuEntry information(const QString &title, const QString &symbol)
 
 MenuEntry figure(const QString &key, const QString &value, const QString &symbol)
 {
-    return information(Localizer::shared().localized(key) + u": "_qs + value, symbol);
+    return information(localized(key) + u": "_qs + value, symbol);
 }
 
 MenuEntry separator()
@@ -121,7 +121,7 @@ QList<MenuEntry> MenuBarController::figures() const
 
 MenuEntry MenuBarController::actionItem(const QString &key, const QString &symbol, void (MenuBarController::*action)())
 {
-    MenuEntry entry = information(Localizer::shared().localized(key), symbol);
+    MenuEntry entry = information(localized(key), symbol);
     entry.isEnabled = true;
     entry.action = [self = QPointer(this), action] {
         if (self)

@@ -13,7 +13,7 @@ namespace Quillmere {
 
 namespace {
 
-constexpr std::chrono::seconds interval{5};
+constexpr std::chrono::seconds samplingInterval{5};
 // 10 MiB per second, whatever the link could carry.
 constexpr double referenceRate = 10'485'760;
 
@@ -37,7 +37,7 @@ MenuBarStatusService::MenuBarStatusService(TrafficMonitorService &trafficMonitor
     , m_metricsSampler(std::move(host))
 {
     m_timer.setTimerType(Qt::VeryCoarseTimer);
-    m_timer.setInterval(interval);
+    m_timer.setInterval(samplingInterval);
     connect(&m_timer, &QTimer::timeout, this, &MenuBarStatusService::refresh);
 }
 

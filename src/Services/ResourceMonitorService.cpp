@@ -15,7 +15,7 @@ namespace Quillmere {
 
 namespace {
 
-constexpr std::chrono::seconds interval{10};
+constexpr std::chrono::seconds refreshInterval{10};
 constexpr quint64 bytesPerKibibyte = 1024;
 
 std::optional<RunningApplication> find(const QList<RunningApplication> &applications, qint32 pid,
@@ -61,7 +61,7 @@ ResourceMonitorService::ResourceMonitorService(std::shared_ptr<const Workspace> 
     , m_trafficControl(trafficControl)
 {
     m_timer.setTimerType(Qt::VeryCoarseTimer);
-    m_timer.setInterval(interval);
+    m_timer.setInterval(refreshInterval);
     connect(&m_timer, &QTimer::timeout, this, &ResourceMonitorService::refreshProcesses);
 }
 

@@ -53,7 +53,7 @@ std::optional<AdministratorRequest> bundleRequest(const ShellCommands &commands)
 // Each looks at the commands alone and knows nothing of the others; the first that knows them answers.
 constexpr std::array recognisers = {&exactRequest, &bundleRequest, &diskRequestFor};
 
-std::optional<AdministratorRequest> requestFor(const ShellCommands &commands)
+std::optional<AdministratorRequest> recognised(const ShellCommands &commands)
 {
     for (const auto recognise : recognisers) {
         if (const auto request = recognise(commands))
@@ -69,7 +69,7 @@ std::optional<AdministratorRequest> requestFor(const QString &shellText)
     if (shellText == driverText)
         return AdministratorRequest{u"install-drivers"_qs, {}};
     const std::optional<ShellCommands> commands = parseShellText(shellText);
-    return commands ? requestFor(*commands) : std::nullopt;
+    return commands ? recognised(*commands) : std::nullopt;
 }
 
 } // namespace Quillmere

@@ -13,7 +13,7 @@ namespace Quillmere {
 
 namespace {
 
-const QString nothing = u"This machine keeps no database of applications for this user: nothing to do here."_qs;
+const QString noDatabase = u"This machine keeps no database of applications for this user: nothing to do here."_qs;
 
 QList<FilePath> dataFolders()
 {
@@ -81,7 +81,7 @@ ToolEnd runLsregister(const QStringList &arguments, const ApplicationDatabases &
         = {u"-kill"_qs, u"-r"_qs, u"-domain"_qs, u"local"_qs, u"-domain"_qs, u"system"_qs, u"-domain"_qs, u"user"_qs};
     if (arguments != known)
         return {ToolEnd::wrongUse, u"usage: lsregister -kill -r -domain local -domain system -domain user"_qs};
-    return endOf(databases.rebuild(), nothing);
+    return endOf(databases.rebuild(), noDatabase);
 }
 
 } // namespace Quillmere

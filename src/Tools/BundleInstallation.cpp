@@ -21,7 +21,7 @@ namespace Quillmere {
 namespace {
 
 constexpr const char *installedName = "Quillmere.app";
-constexpr const char *stagedName = "bundle";
+constexpr const char *stagedBundle = "bundle";
 
 /// Links above the bundle are the caller's own way to it; the bundle itself is none.
 Result<FileDescriptor> openBundle(const FilePath &source, const Caller &caller)
@@ -59,10 +59,11 @@ Result<void> BundleInstallation::install(const FilePath &source, const Caller &c
     const Result<InstallStaging> staging = InstallStaging::make(applications.value().number(), m_applications);
     if (!staging)
         return staging.failure();
-    Result<void> copied = copyBundle(bundle.value().number(), source, caller, staging.value().descriptor(), stagedName);
+    Result<void> copied
+        = copyBundle(bundle.value().number(), source, caller, staging.value().descriptor(), stagedBundle);
     if (!copied)
         return copied;
-    return staging.value().replace(stagedName, installedName);
+    return staging.value().replace(stagedBundle, installedName);
 }
 
 ToolEnd BundleInstallation::run(const QStringList &arguments, const Result<Caller> &caller) const

@@ -19,22 +19,22 @@ namespace Quillmere {
 
 namespace {
 
-constexpr int notStarted = 127;
+constexpr int notDetached = 127;
 
 /// In the child of a process that may have threads: system calls alone.
 [[noreturn]] void becomeDetached(char *const *words, int output)
 {
     if (::setsid() < 0 || ::chdir("/") != 0)
-        ::_exit(notStarted);
+        ::_exit(notDetached);
     // A leader of a session could come by a terminal again; its child cannot, and belongs to init.
     const pid_t child = ::fork();
     if (child != 0)
-        ::_exit(child < 0 ? notStarted : 0);
+        ::_exit(child < 0 ? notDetached : 0);
     const int nothing = ::open("/dev/null", O_RDWR);
     if (nothing >= 0 && ::dup2(output, STDOUT_FILENO) >= 0 && ::dup2(nothing, STDIN_FILENO) >= 0
         && ::dup2(nothing, STDERR_FILENO) >= 0)
         ::execv(words[0], words);
-    ::_exit(notStarted);
+    ::_exit(notDetached);
 }
 
 Result<QByteArray> readToEnd(int output, const FilePath &program, std::chrono::milliseconds patience)

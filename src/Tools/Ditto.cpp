@@ -18,7 +18,7 @@ namespace Quillmere {
 
 namespace {
 
-constexpr const char *stagedName = "copy";
+constexpr const char *stagedCopy = "copy";
 
 FilePath absolute(const QString &text)
 {
@@ -53,10 +53,10 @@ Result<void> copy(const FilePath &from, const FilePath &to)
     const Result<InstallStaging> staging = InstallStaging::make(folder.value().number(), above);
     if (!staging)
         return staging.failure();
-    const Result<CopiedEntries> copied = copyTree(source.value(), staging.value().descriptor(), stagedName);
+    const Result<CopiedEntries> copied = copyTree(source.value(), staging.value().descriptor(), stagedCopy);
     if (!copied)
         return copied.failure();
-    return staging.value().add(stagedName, target.value().name);
+    return staging.value().add(stagedCopy, target.value().name);
 }
 
 } // namespace

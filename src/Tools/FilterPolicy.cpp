@@ -23,7 +23,7 @@ constexpr mode_t folderMode = S_IRWXU | S_IRGRP | S_IXGRP | S_IROTH | S_IXOTH;
 constexpr mode_t fileMode = S_IRUSR | S_IWUSR | S_IRGRP | S_IROTH;
 constexpr mode_t writableByOthers = S_IWGRP | S_IWOTH;
 
-ToolEnd failed(const QString &reason)
+ToolEnd notSaved(const QString &reason)
 {
     return {1, u"The rules of the filter were not saved: "_qs + reason};
 }
@@ -76,15 +76,15 @@ ToolEnd FilterPolicy::run(const QStringList &arguments) const
         return {ToolEnd::wrongUse, u"usage: quillmere-admin filter-policy <RECORD"_qs};
     const Result<QByteArray> text = readToTheEnd(m_input);
     if (!text)
-        return failed(text.failure().detail);
+        return notSaved(text.failure().detail);
     const std::optional<FilterPolicyRecord> record = readFilterPolicyRecord(text.value());
     if (!record)
-        return failed(u"They cannot be understood."_qs);
+        return notSaved(u"They cannot be understood."_qs);
     if (const Result<void> prepared = prepareFolder(m_file.deletingLastPathComponent()); !prepared)
-        return failed(prepared.failure().detail);
+        return notSaved(prepared.failure().detail);
     // Written anew, so that nothing comes into the file that is not part of a record.
     const Result<void> saved = replaceFile(m_file, written(*record), fileMode);
-    return saved ? ToolEnd() : failed(saved.failure().detail);
+    return saved ? ToolEnd() : notSaved(saved.failure().detail);
 }
 
 } // namespace Quillmere

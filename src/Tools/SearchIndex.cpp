@@ -22,7 +22,7 @@ const std::array usersIndexes = {
     UsersIndex{u"Baloo"_qs, {u"baloo_file"_qs}, {u"balooctl6"_qs, u"balooctl"_qs}, {u"purge"_qs}},
 };
 
-const QString nothing = u"This machine keeps no index of its files: nothing to do here."_qs;
+const QString noIndex = u"This machine keeps no index of its files: nothing to do here."_qs;
 
 } // namespace
 
@@ -54,7 +54,7 @@ ToolEnd SearchIndex::run(const Result<Caller> &caller) const
 {
     if (!caller)
         return {1, caller.failure().detail};
-    return endOf(reset(caller.value()), nothing);
+    return endOf(reset(caller.value()), noIndex);
 }
 
 ToolEnd runMdutil(const QStringList &arguments, const SearchIndex &index, const Result<Caller> &caller, bool isRoot)

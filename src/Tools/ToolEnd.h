@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Values/Failure.h"
+
 #include <QString>
 
 namespace Quillmere {
@@ -16,6 +18,8 @@ struct ToolEnd
     int status = 0;
     QString message = {}; ///< One text for standard error. Empty where there is nothing to say.
     QString report = {}; ///< What was done, for standard output. Empty where that goes without saying.
+
+    [[nodiscard]] static ToolEnd failed(const Failure &failure) { return {1, failure.detail}; }
 
     bool operator==(const ToolEnd &) const = default;
 };

@@ -44,7 +44,7 @@ QString localizedDescription(const Failure &failure)
     const QString detail = failure.detail.trimmed();
     if (failure.kind == Failure::Kind::Other && !detail.isEmpty())
         return detail;
-    return Localizer::shared().localized(reasonKey(failure.kind));
+    return localized(reasonKey(failure.kind));
 }
 
 } // namespace Quillmere

@@ -85,21 +85,16 @@ private:
     std::vector<std::size_t> m_open; ///< Where the containers begin that are not closed yet.
 };
 
-Failure malformed(const QString &detail)
-{
-    return {Failure::Kind::Malformed, {}, detail};
-}
-
 } // namespace
 
 Result<JsonDocument> JsonDocument::parse(const QByteArray &bytes)
 {
     const std::optional<QByteArray> text = jsonTextAsUtf8(bytes);
     if (!text)
-        return malformed(u"The text is not Unicode."_qs);
+        return Failure::malformed(u"The text is not Unicode."_qs);
     // The tape counts in 32 bits, and no text has more tokens than bytes.
     if (text->size() > std::numeric_limits<qint32>::max())
-        return malformed(u"The text is too long."_qs);
+        return Failure::malformed(u"The text is too long."_qs);
 
     constexpr unsigned flags = rapidjson::kParseIterativeFlag | rapidjson::kParseTrailingCommasFlag
         | rapidjson::kParseNumbersAsStringsFlag | rapidjson::kParseValidateEncodingFlag;
@@ -109,11 +104,11 @@ Result<JsonDocument> JsonDocument::parse(const QByteArray &bytes)
     rapidjson::Reader reader;
     const rapidjson::ParseResult result = reader.Parse<flags>(stream, recorder);
     if (result.IsError())
-        return malformed(
+        return Failure::malformed(
             u"%1 At %2."_qs.arg(QString::fromLatin1(rapidjson::GetParseError_En(result.Code()))).arg(result.Offset()));
     // The reader takes a zero byte for the end of the text.
     if (stream.Tell() != static_cast<std::size_t>(text->size()))
-        return malformed(u"Something follows the value. At %1."_qs.arg(stream.Tell()));
+        return Failure::malformed(u"Something follows the value. At %1."_qs.arg(stream.Tell()));
     return JsonDocument(tape);
 }
 

@@ -10,7 +10,7 @@ namespace Quillmere {
 namespace {
 
 // A 64-bit number has at most 19 digits.
-constexpr qsizetype mostDigits = 19;
+constexpr qsizetype mostDigitsOfAnInteger = 19;
 
 template<typename Number>
 std::optional<Number> parsed(QByteArrayView text)
@@ -72,7 +72,7 @@ std::optional<qint64> integerFromJson(QByteArrayView number)
     if (const std::optional<qint64> plain = parsed<qint64>(number))
         return plain;
     const std::optional<Decimal> value = decimal(number);
-    if (!value || value->exponent < 0 || value->digits.size() + value->exponent > mostDigits)
+    if (!value || value->exponent < 0 || value->digits.size() + value->exponent > mostDigitsOfAnInteger)
         return std::nullopt;
     if (value->digits.isEmpty())
         return 0;

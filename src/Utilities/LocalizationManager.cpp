@@ -60,4 +60,9 @@ QString Localizer::localized(const QString &key) const
     return LocalizationTable::controls().textOrEnglish(key, language).value_or(key);
 }
 
+QString localized(const QString &key)
+{
+    return Localizer::shared().localized(key);
+}
+
 } // namespace Quillmere

@@ -55,4 +55,7 @@ private:
     std::atomic<Language> m_language;
 };
 
+/// The text of @p key as the shared localizer has it.
+[[nodiscard]] QString localized(const QString &key);
+
 } // namespace Quillmere

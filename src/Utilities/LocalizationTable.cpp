@@ -8,11 +8,6 @@ namespace Quillmere {
 
 namespace {
 
-Failure malformed(const QString &detail)
-{
-    return {Failure::Kind::Malformed, {}, detail};
-}
-
 /// The files are part of the program, so one that cannot be read is a fault of the build, not of the machine.
 LocalizationTable builtIn(const QString &name)
 {
@@ -50,19 +45,19 @@ Result<LocalizationTable> LocalizationTable::fromJson(const QByteArray &json)
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(json, &error);
     if (!document.isObject())
-        return malformed(error.error == QJsonParseError::NoError ? u"not an object"_qs : error.errorString());
+        return Failure::malformed(error.error == QJsonParseError::NoError ? u"not an object"_qs : error.errorString());
 
     LocalizationTable table;
     const QJsonObject rows = document.object();
     table.m_rows.reserve(rows.size());
     for (auto row = rows.begin(); row != rows.end(); ++row) {
         if (!row->isObject())
-            return malformed(u"the row "_qs + row.key() + u" is not an object"_qs);
+            return Failure::malformed(u"the row "_qs + row.key() + u" is not an object"_qs);
         const QJsonObject entries = row->toObject();
         QMap<QString, QString> &texts = table.m_rows[row.key()];
         for (auto entry = entries.begin(); entry != entries.end(); ++entry) {
             if (!entry->isString())
-                return malformed(u"the row "_qs + row.key() + u" holds something that is not a text"_qs);
+                return Failure::malformed(u"the row "_qs + row.key() + u" holds something that is not a text"_qs);
             texts.insert(entry.key(), entry->toString());
         }
     }

@@ -48,11 +48,6 @@ QString textOf(plist_t node)
     return QString::fromUtf8(plist_get_string_ptr(node, nullptr));
 }
 
-Failure malformed(const QString &detail)
-{
-    return {Failure::Kind::Malformed, {}, detail};
-}
-
 /// The root of XML or of the binary form, whatever it is.
 Result<PropertyListNode> parsed(const QByteArray &bytes)
 {
@@ -63,7 +58,7 @@ Result<PropertyListNode> parsed(const QByteArray &bytes)
     plist_t root = nullptr;
     plist_from_memory(bytes.constData(), static_cast<uint32_t>(bytes.size()), &root);
     if (!root)
-        return malformed(u"The property list cannot be parsed."_qs);
+        return Failure::malformed(u"The property list cannot be parsed."_qs);
     return PropertyListNode(root);
 }
 
@@ -101,13 +96,13 @@ PropertyList::PropertyList(PropertyListNode root)
 Result<PropertyList> PropertyList::read(const QByteArray &bytes)
 {
     if (bytes.size() > PropertyListLimits::mostBytes)
-        return malformed(u"The property list is too large."_qs);
+        return Failure::malformed(u"The property list is too large."_qs);
     const QByteArray text = inUtf8(bytes);
     Result<PropertyListNode> root = isOldStyle(text) ? readOldStylePropertyList(text) : parsed(text);
     if (!root)
         return root.failure();
     if (!PLIST_IS_DICT(root.value().get()))
-        return malformed(u"The root of the property list is not a dictionary."_qs);
+        return Failure::malformed(u"The root of the property list is not a dictionary."_qs);
     return PropertyList(std::move(root).value());
 }
 

@@ -24,10 +24,10 @@ struct Expansion
 };
 
 /// Goes down from the root, into each object once.
-class Walk
+class ObjectWalk
 {
 public:
-    explicit Walk(const QByteArray &bytes)
+    explicit ObjectWalk(const QByteArray &bytes)
         : m_objects(bytes)
     {
     }
@@ -112,7 +112,7 @@ private:
 
 Result<void> checkBinaryPropertyList(const QByteArray &bytes)
 {
-    if (!Walk(bytes).isSound())
+    if (!ObjectWalk(bytes).isSound())
         return Failure{Failure::Kind::Malformed, {}, u"This is not a sound binary property list."_qs};
     return {};
 }

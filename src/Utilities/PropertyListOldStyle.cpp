@@ -14,7 +14,7 @@ namespace Quillmere {
 namespace {
 
 // What one value costs in the library's tree beside its contents, in the order of magnitude.
-constexpr quint64 bytesPerValue = 128;
+constexpr quint64 bytesPerParsedValue = 128;
 constexpr qsizetype mostOctalDigits = 3;
 constexpr qsizetype unicodeDigits = 4;
 
@@ -134,7 +134,7 @@ private:
     PropertyListNode counted(plist_t node, qsizetype contents = 0)
     {
         PropertyListNode owned(node);
-        m_bytes += bytesPerValue + static_cast<quint64>(contents);
+        m_bytes += bytesPerParsedValue + static_cast<quint64>(contents);
         return m_bytes > PropertyListLimits::mostExpandedBytes ? PropertyListNode() : std::move(owned);
     }
 

@@ -71,10 +71,10 @@ bool isReadable(const QString &element, const QString &text)
 }
 
 /// Walks through the elements and stops at the first that is not as it should be.
-class Walk
+class ElementWalk
 {
 public:
-    explicit Walk(const QString &text)
+    explicit ElementWalk(const QString &text)
         : m_reader(text)
     {
     }
@@ -175,7 +175,7 @@ Result<void> checkXmlPropertyList(const QByteArray &text)
 {
     QStringDecoder decoder(QStringConverter::Utf8);
     const QString decoded = decoder(text);
-    if (decoder.hasError() || !Walk(decoded).isSound())
+    if (decoder.hasError() || !ElementWalk(decoded).isSound())
         return Failure{Failure::Kind::Malformed, {}, u"This is not a sound XML property list."_qs};
     return {};
 }

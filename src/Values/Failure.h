@@ -26,6 +26,8 @@ struct Failure
     FilePath path; ///< What it happened to. Empty when nothing in particular.
     QString detail; ///< Usually the text of errno. For the log; shown only where the kind says nothing.
 
+    [[nodiscard]] static Failure malformed(const QString &detail) { return {Kind::Malformed, {}, detail}; }
+
     bool operator==(const Failure &) const = default;
 };
 

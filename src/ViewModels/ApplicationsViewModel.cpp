@@ -67,7 +67,7 @@ std::stop_token ApplicationsViewModel::beginScan()
     std::stop_token task = m_scanTask.begin();
     m_parts.scanner->resetCancellation();
     m_isScanning = true;
-    showProgress(0, Localizer::shared().localized(u"applications.listing"_qs));
+    showProgress(0, localized(u"applications.listing"_qs));
     m_apps.setApps({});
     Q_EMIT appsChanged();
     Q_EMIT selectedAppChanged();

@@ -27,12 +27,12 @@ QString moreText(const CleanupCategory &category)
     const qsizetype hidden = category.items.size() - mostItemsShown;
     if (hidden <= 0)
         return {};
-    return QString::number(hidden) + u' ' + Localizer::shared().localized(u"cleanup.more"_qs);
+    return QString::number(hidden) + u' ' + localized(u"cleanup.more"_qs);
 }
 
 QString countText(const CleanupCategory &category)
 {
-    return QString::number(category.itemCount) + u' ' + Localizer::shared().localized(u"cleanup.itemsCount"_qs);
+    return QString::number(category.itemCount) + u' ' + localized(u"cleanup.itemsCount"_qs);
 }
 
 } // namespace

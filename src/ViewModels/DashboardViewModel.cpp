@@ -20,11 +20,6 @@ namespace {
 constexpr std::chrono::seconds interval{5};
 const FilePath startupVolume("/");
 
-QString localized(const QString &key)
-{
-    return Localizer::shared().localized(key);
-}
-
 QString byteCount(quint64 bytes)
 {
     return formatByteCount(static_cast<qint64>(bytes));

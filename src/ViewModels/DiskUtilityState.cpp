@@ -28,7 +28,7 @@ QString textOf(const VolumeInfo &volume)
 
 QString textOfNone()
 {
-    return Localizer::shared().localized(u"disk.selectDrive"_qs);
+    return localized(u"disk.selectDrive"_qs);
 }
 
 AlertWords wordsOf(const DiskAlertState &state)

@@ -20,7 +20,7 @@ QString localizedDriverStatus(const QString &status)
         {u"failure"_qs, u"drivers.failure"_qs},
     };
     const auto key = keys.constFind(status);
-    return key == keys.constEnd() ? status : Localizer::shared().localized(*key);
+    return key == keys.constEnd() ? status : localized(*key);
 }
 
 } // namespace

@@ -8,11 +8,6 @@ namespace Quillmere {
 
 namespace {
 
-QString localized(const QString &key)
-{
-    return Localizer::shared().localized(key);
-}
-
 /// Key of the name on screen of a category as it is stored; empty for one that is shown as stored.
 QString categoryKey(const QString &storedName)
 {

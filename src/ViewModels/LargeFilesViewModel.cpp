@@ -49,15 +49,15 @@ LargeFilesViewModel::LargeFilesViewModel(std::shared_ptr<const FileManager> disk
 
 QString LargeFilesViewModel::summary() const
 {
-    return QString::number(filteredFiles().size()) + u' ' + Localizer::shared().localized(u"largeFiles.filesCount"_qs)
-        + u" ("_qs + formatByteCount(m_filteredSize) + u')';
+    return QString::number(filteredFiles().size()) + u' ' + localized(u"largeFiles.filesCount"_qs) + u" ("_qs
+        + formatByteCount(m_filteredSize) + u')';
 }
 
 QStringList LargeFilesViewModel::offeredCategories() const
 {
     QStringList words;
     for (const FileCategory category : allCases<FileCategory>().first(offeredFileCategories))
-        words.append(Localizer::shared().localized(labelKey(category)));
+        words.append(localized(labelKey(category)));
     return words;
 }
 
@@ -118,7 +118,7 @@ std::stop_token LargeFilesViewModel::beginScan()
     std::stop_token walk = m_walk.begin();
     setScanning(true);
     m_isCancelled = false;
-    showProgress(0, Localizer::shared().localized(u"largeFiles.starting"_qs));
+    showProgress(0, localized(u"largeFiles.starting"_qs));
     m_nameRanks.clear();
     setFiles({});
     return walk;
@@ -138,8 +138,7 @@ void LargeFilesViewModel::revealInFinder(const FileItem &file)
 
 QString LargeFilesViewModel::descriptionOf(const FileItem &file) const
 {
-    return file.name + u'\n' + Localizer::shared().localized(u"largeFiles.size"_qs) + u": "_qs
-        + formatByteCount(file.size);
+    return file.name + u'\n' + localized(u"largeFiles.size"_qs) + u": "_qs + formatByteCount(file.size);
 }
 
 QCoro::Task<> LargeFilesViewModel::trash(FileItem file)

@@ -135,7 +135,7 @@ QString ResourceMonitorViewModel::quitConfirmationText() const
     if (!m_processToQuit)
         return {};
     return u"%1 (PID: %2)\n%3"_qs.arg(displayName(*m_processToQuit), QString::number(m_processToQuit->pid),
-                                      Localizer::shared().localized(u"resource.forceQuitWarning"_qs));
+                                      localized(u"resource.forceQuitWarning"_qs));
 }
 
 void ResourceMonitorViewModel::askToQuit(int pid)

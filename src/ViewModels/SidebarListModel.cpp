@@ -45,7 +45,7 @@ QVariant SidebarListModel::data(const QModelIndex &index, int role) const
     case KindRole:
         return QVariant::fromValue(row.kind);
     case TextRole:
-        return row.textKey.isEmpty() ? QString() : Localizer::shared().localized(row.textKey);
+        return row.textKey.isEmpty() ? QString() : localized(row.textKey);
     case IconRole:
         return row.kind == Kind::Destination ? icon(row.tab) : QString();
     case TabRole:

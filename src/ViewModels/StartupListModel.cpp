@@ -45,7 +45,7 @@ QVariant StartupListModel::data(const QModelIndex &index, int role) const
     case PathTextRole:
         return item.path.displayText();
     case TypeTextRole:
-        return Localizer::shared().localized(labelKey(item.type));
+        return localized(labelKey(item.type));
     case RiskLevelRole:
         return int(item.riskLevel);
     case IsEnabledRole:

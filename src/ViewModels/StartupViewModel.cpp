@@ -29,7 +29,7 @@ QCoro::Task<> StartupViewModel::loadItems()
         m_rows.setItems(result.value());
         Q_EMIT itemsChanged();
     } else {
-        setErrorMessage(Localizer::shared().localized(u"startup.loadError"_qs));
+        setErrorMessage(localized(u"startup.loadError"_qs));
     }
     setIsLoading(false);
 }
@@ -48,7 +48,7 @@ QCoro::Task<> StartupViewModel::toggleItem(StartupItem item)
         error = m_service.toggleItem(item, !item.isEnabled);
     }
     if (error) {
-        setErrorMessage(Localizer::shared().localized(u"startup.changeError"_qs));
+        setErrorMessage(localized(u"startup.changeError"_qs));
         co_return;
     }
     QCoro::Task<> loading = loadItems();

@@ -20,7 +20,7 @@ QString localizedCategoryName(const QString &name)
         {u"macOS System"_qs, u"systemData.macOS"_qs},        {u"Free Space"_qs, u"systemData.free"_qs},
     };
     const auto key = keys.constFind(name);
-    return key == keys.constEnd() ? name : Localizer::shared().localized(*key);
+    return key == keys.constEnd() ? name : localized(*key);
 }
 
 SystemCategoryListModel::SystemCategoryListModel(QObject *parent)

@@ -15,11 +15,6 @@ namespace Quillmere {
 
 namespace {
 
-QString localized(const QString &key)
-{
-    return Localizer::shared().localized(key);
-}
-
 /// The row that always stands, whatever the system's disk is called.
 VolumeInfo systemDisk(const FileManager &files)
 {

@@ -10,8 +10,7 @@ using testing::IsEmpty;
 
 namespace {
 
-const FilePath home("/home/ada");
-const FilePath chromeCache = home.appending("Library/Caches/Google/Chrome");
+const FilePath chromeCache = pretendHome.appending("Library/Caches/Google/Chrome");
 
 class BrowsersScreenTest : public ScreensFixture
 {
@@ -158,7 +157,7 @@ TEST_F(BrowsersScreenTest, WarnsAsLongAsMoreThanTheCacheIsChosen)
 TEST_F(BrowsersScreenTest, AsksFirstWithTheHistoryChosenAndCleansOnlyWhenThatIsConfirmed)
 {
     installChrome();
-    const FilePath visits = home.appending("Library/Application Support/Google/Chrome/History");
+    const FilePath visits = pretendHome.appending("Library/Application Support/Google/Chrome/History");
     machine.files->addFile(visits, 40'000);
     const Person person = openDetected();
     ASSERT_TRUE(person.click(CheckBox, u"History"_qs));

@@ -1,4 +1,5 @@
 #include "App/ScreensFixture.h"
+#include "Fakes/ByteUnits.h"
 #include "Fakes/Gate.h"
 
 #include <QQuickItem>
@@ -10,9 +11,6 @@ using namespace Quillmere;
 using enum QAccessible::Role;
 
 namespace {
-
-const FilePath home("/home/ada");
-constexpr qint64 gigabyte = 1'000'000'000;
 
 class SystemDataScreenTest : public ScreensFixture
 {

@@ -10,12 +10,15 @@
 
 namespace Quillmere {
 
+/// Where the user lives unless a test says otherwise.
+inline const FilePath pretendHome("/home/ada");
+
 /// A disk that exists only in memory. It starts with a root and the user's home; what is not added is not there.
 /// Folders list their children in the order in which they were added. Safe to call from any thread.
 class PretendFileManager final : public FileManager
 {
 public:
-    explicit PretendFileManager(const FilePath &home = FilePath("/home/ada"));
+    explicit PretendFileManager(const FilePath &home = pretendHome);
 
     // Building the world. Missing parents are made.
     void addFolder(const FilePath &path);

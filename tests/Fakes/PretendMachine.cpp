@@ -28,6 +28,31 @@ std::optional<QString> PretendPlaces::reasonToKeep(const FilePath &item, const C
     return found == m_kept.constEnd() ? std::nullopt : std::optional(*found);
 }
 
+PretendMachine::PretendMachine()
+    : files(std::make_shared<PretendFileManager>())
+    , places(std::make_shared<PretendPlaces>())
+    , defaults(std::make_shared<PretendUserDefaults>())
+    , clock(std::make_shared<PretendClock>())
+    , appearance(std::make_shared<PretendDesktopAppearance>())
+    , host(std::make_shared<PretendHostStatistics>())
+    , processes(std::make_shared<PretendProcessRunner>())
+    , workspace(std::make_shared<PretendWorkspace>())
+    , applications(std::make_shared<PretendInstalledApplications>())
+    , assertions(std::make_shared<PretendPowerAssertions>())
+    , bundles(std::make_shared<PretendBundles>())
+    , extensions(std::make_shared<PretendSystemExtensionManager>())
+    , filter(std::make_shared<PretendFilterManager>())
+    , statusBar(std::make_shared<PretendStatusBar>())
+    , startupEntries(std::make_shared<PretendStartupEntries>())
+    , urls(std::make_shared<PretendUrlSession>())
+    , variables(std::make_shared<QHash<QByteArray, QByteArray>>())
+    , memoryReturns(std::make_shared<int>(0))
+{
+}
+
+PretendMachine::~PretendMachine() = default;
+PretendMachine::PretendMachine(const PretendMachine &) = default;
+
 Machine PretendMachine::machine() const
 {
     const auto returnMemory = [returns = memoryReturns] { ++*returns; };

@@ -87,26 +87,32 @@ private:
 /// A whole machine in memory, complete enough to run the program on. Every part can be told how to behave.
 struct PretendMachine
 {
-    std::shared_ptr<PretendFileManager> files = std::make_shared<PretendFileManager>();
-    std::shared_ptr<PretendPlaces> places = std::make_shared<PretendPlaces>();
-    std::shared_ptr<PretendUserDefaults> defaults = std::make_shared<PretendUserDefaults>();
-    std::shared_ptr<PretendClock> clock = std::make_shared<PretendClock>();
-    std::shared_ptr<PretendDesktopAppearance> appearance = std::make_shared<PretendDesktopAppearance>();
+    PretendMachine();
+    ~PretendMachine();
+    /// A copy is the same machine.
+    PretendMachine(const PretendMachine &other);
+    PretendMachine &operator=(const PretendMachine &) = delete;
 
-    std::shared_ptr<PretendHostStatistics> host = std::make_shared<PretendHostStatistics>();
-    std::shared_ptr<PretendProcessRunner> processes = std::make_shared<PretendProcessRunner>();
-    std::shared_ptr<PretendWorkspace> workspace = std::make_shared<PretendWorkspace>();
-    std::shared_ptr<PretendInstalledApplications> applications = std::make_shared<PretendInstalledApplications>();
-    std::shared_ptr<PretendPowerAssertions> assertions = std::make_shared<PretendPowerAssertions>();
-    std::shared_ptr<PretendBundles> bundles = std::make_shared<PretendBundles>();
-    std::shared_ptr<PretendSystemExtensionManager> extensions = std::make_shared<PretendSystemExtensionManager>();
-    std::shared_ptr<PretendFilterManager> filter = std::make_shared<PretendFilterManager>();
-    std::shared_ptr<PretendStatusBar> statusBar = std::make_shared<PretendStatusBar>();
-    std::shared_ptr<PretendStartupEntries> startupEntries = std::make_shared<PretendStartupEntries>();
-    std::shared_ptr<PretendUrlSession> urls = std::make_shared<PretendUrlSession>();
+    std::shared_ptr<PretendFileManager> files;
+    std::shared_ptr<PretendPlaces> places;
+    std::shared_ptr<PretendUserDefaults> defaults;
+    std::shared_ptr<PretendClock> clock;
+    std::shared_ptr<PretendDesktopAppearance> appearance;
+
+    std::shared_ptr<PretendHostStatistics> host;
+    std::shared_ptr<PretendProcessRunner> processes;
+    std::shared_ptr<PretendWorkspace> workspace;
+    std::shared_ptr<PretendInstalledApplications> applications;
+    std::shared_ptr<PretendPowerAssertions> assertions;
+    std::shared_ptr<PretendBundles> bundles;
+    std::shared_ptr<PretendSystemExtensionManager> extensions;
+    std::shared_ptr<PretendFilterManager> filter;
+    std::shared_ptr<PretendStatusBar> statusBar;
+    std::shared_ptr<PretendStartupEntries> startupEntries;
+    std::shared_ptr<PretendUrlSession> urls;
     /// The process's environment. Not to be changed while the program looks at it.
-    std::shared_ptr<QHash<QByteArray, QByteArray>> variables = std::make_shared<QHash<QByteArray, QByteArray>>();
-    std::shared_ptr<int> memoryReturns = std::make_shared<int>(0); ///< How often memory was given back.
+    std::shared_ptr<QHash<QByteArray, QByteArray>> variables;
+    std::shared_ptr<int> memoryReturns; ///< How often memory was given back.
     bool isAdministrator = false;
 
     [[nodiscard]] Machine machine() const;

@@ -1,5 +1,6 @@
 #include "PretendProgram/PretendApplications.h"
 
+#include "Fakes/ByteUnits.h"
 #include "Utilities/PropertyList.h"
 
 namespace Quillmere {
@@ -14,8 +15,6 @@ struct Installed
     qint64 megabytes;
     const char *leftovers; ///< Which there are: support, caches, preferences, container.
 };
-
-constexpr qint64 megabyte = 1'000'000;
 
 constexpr Installed bundles[] = {
     {"Model Workshop", "org.example.workshop", "2026.3", 2870, "scpk"},

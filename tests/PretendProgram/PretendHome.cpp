@@ -1,5 +1,7 @@
 #include "PretendProgram/PretendHome.h"
 
+#include "Fakes/ByteUnits.h"
+
 namespace Quillmere {
 
 namespace {
@@ -9,8 +11,6 @@ struct Rubbish
     const char *folder;
     qint64 bytes;
 };
-
-constexpr qint64 megabyte = 1'000'000;
 
 constexpr Rubbish rubbish[] = {
     {"Library/Caches/com.example.frame-preview-cache-shared-by-all-projects-2026-11-20T18-42-07Z", 1'203 * megabyte},

@@ -1,5 +1,7 @@
 #include "PretendProgram/PretendTools.h"
 
+#include "Fakes/ByteUnits.h"
+
 namespace Quillmere {
 
 namespace {
@@ -15,8 +17,6 @@ struct Tool
     const char *program;
     const char *output;
 };
-
-constexpr qint64 megabyte = 1'000'000;
 
 constexpr Heap inHome[] = {
     {"Library/Developer/Xcode/DerivedData", 8'214 * megabyte},
@@ -54,7 +54,7 @@ constexpr Heap inHome[] = {
     {"development/flutter", 2'817 * megabyte},
 };
 
-constexpr Heap elsewhere[] = {
+constexpr Heap heapsElsewhere[] = {
     {"/Library/Caches", 1'512 * megabyte},
 };
 
@@ -70,7 +70,7 @@ void fillPretendTools(PretendMachine &machine)
 {
     for (const Heap &heap : inHome)
         machine.files->addFile(machine.files->homeDirectory().appending(heap.folder).appending("data"), heap.bytes);
-    for (const Heap &heap : elsewhere)
+    for (const Heap &heap : heapsElsewhere)
         machine.files->addFile(FilePath(heap.folder).appending("data"), heap.bytes);
     machine.files->refuse(FilePath("/Library/Caches"), Failure::Kind::NoPermission);
     for (const Tool &tool : tools) {

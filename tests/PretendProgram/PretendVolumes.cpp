@@ -1,5 +1,6 @@
 #include "PretendProgram/PretendVolumes.h"
 
+#include "Fakes/ByteUnits.h"
 #include "Fakes/PretendScript.h"
 
 namespace Quillmere {
@@ -23,8 +24,6 @@ constexpr Volume volumes[] = {
     {"/Volumes/share on the server", "", "", 8'000, false},
     {"/private/var/vm", "disk1s4", "APFS", 512, true},
 };
-
-constexpr qint64 gigabyte = 1'000'000'000;
 
 struct Printed
 {

@@ -18,7 +18,7 @@ QString escaped(QString text)
     return text.replace(u'\\', u"\\\\"_qs).replace(u'"', u"\\\""_qs);
 }
 
-QString scriptOf(const QString &shellText)
+QString scriptThatRuns(const QString &shellText)
 {
     return u"do shell script \"%1\" with administrator privileges"_qs.arg(shellText);
 }
@@ -87,7 +87,7 @@ TEST(ShellTextTest, BringsEveryWordUnchangedThroughBothQuotings)
     for (const QString &word : words)
         shellWords.append(quoted(word));
 
-    const auto shellText = shellTextOfScript(scriptOf(escaped(shellWords.join(u' '))));
+    const auto shellText = shellTextOfScript(scriptThatRuns(escaped(shellWords.join(u' '))));
 
     ASSERT_TRUE(shellText);
     EXPECT_EQ(parseShellText(*shellText), ShellCommands({words}));
@@ -124,7 +124,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(ScriptTextTest, LetsABackslashBeforeASingleQuoteStandForItself)
 {
-    const auto shellText = shellTextOfScript(scriptOf(u"ditto 'It'\\''s' '\\\"'"_qs));
+    const auto shellText = shellTextOfScript(scriptThatRuns(u"ditto 'It'\\''s' '\\\"'"_qs));
 
     EXPECT_EQ(shellText, u"ditto 'It'\\''s' '\"'"_qs);
     EXPECT_EQ(parseShellText(*shellText), ShellCommands({{u"ditto"_qs, u"It's"_qs, u"\""_qs}}));

@@ -6,7 +6,7 @@ using namespace Quillmere;
 
 namespace {
 
-bool isAccepted(const QByteArray &text)
+bool isAcceptedInOldStyle(const QByteArray &text)
 {
     return PropertyList::read(text).isOk();
 }
@@ -84,37 +84,37 @@ TEST(PropertyListOldStyleTest, RefusesWhatIsNoDictionary)
 {
     for (const QByteArray text : {"", "  \n", "(a, b)", "\"text\"", "rubbish", "Not a property list.", "{ a = 1; } x",
                                   "{ a = 1; }}", "a = 1; }", "{\"a\":1}", "// nothing", "<0f>"})
-        EXPECT_FALSE(isAccepted(text)) << text.constData();
-    EXPECT_FALSE(isAccepted(QByteArray("{ a = \"b\0c\"; }", 14)));
+        EXPECT_FALSE(isAcceptedInOldStyle(text)) << text.constData();
+    EXPECT_FALSE(isAcceptedInOldStyle(QByteArray("{ a = \"b\0c\"; }", 14)));
 }
 
 TEST(PropertyListOldStyleTest, RefusesEveryBeginningOfAList)
 {
     const QByteArray whole = R"({ a = (x, "y z"); b = <0fbd>; c = { d = e; }; /* f */ })";
-    ASSERT_TRUE(isAccepted(whole));
+    ASSERT_TRUE(isAcceptedInOldStyle(whole));
 
     for (qsizetype length = 0; length < whole.size(); ++length)
-        EXPECT_FALSE(isAccepted(whole.first(length))) << length;
+        EXPECT_FALSE(isAcceptedInOldStyle(whole.first(length))) << length;
 }
 
 TEST(PropertyListOldStyleTest, NestsFiveHundredAndTwelveContainersAndNoMore)
 {
     const auto nested
         = [](qsizetype depth) { return "{ a = " + QByteArray(depth, '(') + QByteArray(depth, ')') + "; }"; };
-    EXPECT_TRUE(isAccepted(nested(511)));
-    EXPECT_FALSE(isAccepted(nested(512)));
-    EXPECT_FALSE(isAccepted(nested(100'000)));
+    EXPECT_TRUE(isAcceptedInOldStyle(nested(511)));
+    EXPECT_FALSE(isAcceptedInOldStyle(nested(512)));
+    EXPECT_FALSE(isAcceptedInOldStyle(nested(100'000)));
 
     QByteArray dictionaries;
     for (int level = 0; level < 100'000; ++level)
         dictionaries += "{ a = ";
-    EXPECT_FALSE(isAccepted(dictionaries));
+    EXPECT_FALSE(isAcceptedInOldStyle(dictionaries));
 }
 
 TEST(PropertyListOldStyleTest, RefusesAListOfMoreValuesThanAnybodyMeans)
 {
-    EXPECT_TRUE(isAccepted("{ a = (" + QByteArray("x,").repeated(100'000) + "); }"));
-    EXPECT_FALSE(isAccepted("{ a = (" + QByteArray("x,").repeated(1'000'000) + "); }"));
+    EXPECT_TRUE(isAcceptedInOldStyle("{ a = (" + QByteArray("x,").repeated(100'000) + "); }"));
+    EXPECT_FALSE(isAcceptedInOldStyle("{ a = (" + QByteArray("x,").repeated(1'000'000) + "); }"));
 }
 
 TEST(PropertyListOldStyleTest, IsWrittenAsXml)

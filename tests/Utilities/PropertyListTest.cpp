@@ -25,7 +25,7 @@ QByteArray xmlWithValue(const QByteArray &value)
     return xml("<dict><key>k</key>" + value + "</dict>");
 }
 
-bool isAccepted(const QByteArray &bytes)
+bool isAcceptedAsPropertyList(const QByteArray &bytes)
 {
     return PropertyList::read(bytes).isOk();
 }
@@ -248,7 +248,7 @@ TEST(PropertyListTest, ReplacesAndRemovesValues)
 
 TEST(PropertyListTest, SkipsTheByteOrderMark)
 {
-    EXPECT_TRUE(isAccepted("\xEF\xBB\xBF" + xml("<dict/>")));
+    EXPECT_TRUE(isAcceptedAsPropertyList("\xEF\xBB\xBF" + xml("<dict/>")));
 }
 
 struct ValueCase
@@ -264,7 +264,7 @@ class XmlValueTest : public testing::TestWithParam<ValueCase>
 
 TEST_P(XmlValueTest, IsReadOnlyWhenItIsSound)
 {
-    EXPECT_EQ(isAccepted(xmlWithValue(GetParam().value)), GetParam().isAccepted);
+    EXPECT_EQ(isAcceptedAsPropertyList(xmlWithValue(GetParam().value)), GetParam().isAccepted);
 }
 
 INSTANTIATE_TEST_SUITE_P(Values, XmlValueTest,
@@ -375,11 +375,11 @@ TEST(PropertyListTest, ReadsAHandMadeBinaryList)
 TEST(PropertyListTest, RefusesTrailersThatPointOutsideTheFile)
 {
     const QByteArray sound = binaryWithValue({"\x09"});
-    ASSERT_TRUE(isAccepted(sound));
+    ASSERT_TRUE(isAcceptedAsPropertyList(sound));
     for (qsizetype field : {6, 7, 8, 16, 24}) {
         QByteArray broken = sound;
         broken[sound.size() - 32 + field] = '\x7F';
-        EXPECT_FALSE(isAccepted(broken)) << field;
+        EXPECT_FALSE(isAcceptedAsPropertyList(broken)) << field;
     }
 }
 
@@ -387,13 +387,13 @@ TEST(PropertyListTest, RefusesEveryBeginningOfAList)
 {
     const QByteArray whole = xmlWithValue("<array><string>a</string><integer>1</integer></array>").trimmed();
     const QByteArray packed = read(whole).written(PropertyList::Form::Binary);
-    ASSERT_TRUE(isAccepted(whole));
-    ASSERT_TRUE(isAccepted(packed));
+    ASSERT_TRUE(isAcceptedAsPropertyList(whole));
+    ASSERT_TRUE(isAcceptedAsPropertyList(packed));
 
     for (qsizetype length = 0; length < whole.size(); ++length)
-        EXPECT_FALSE(isAccepted(whole.first(length))) << length;
+        EXPECT_FALSE(isAcceptedAsPropertyList(whole.first(length))) << length;
     for (qsizetype length = 0; length < packed.size(); ++length)
-        EXPECT_FALSE(isAccepted(packed.first(length))) << length;
+        EXPECT_FALSE(isAcceptedAsPropertyList(packed.first(length))) << length;
 }
 
 TEST(PropertyListTest, SurvivesEveryChangedByteOfABinaryList)
@@ -407,7 +407,7 @@ TEST(PropertyListTest, SurvivesEveryChangedByteOfABinaryList)
             changed[index] = static_cast<char>(value);
             const Result<PropertyList> result = PropertyList::read(changed);
             if (result)
-                accepted += isAccepted(result.value().written(PropertyList::Form::Binary)) ? 1 : 0;
+                accepted += isAcceptedAsPropertyList(result.value().written(PropertyList::Form::Binary)) ? 1 : 0;
         }
     }
     EXPECT_GT(accepted, 0);
@@ -415,12 +415,12 @@ TEST(PropertyListTest, SurvivesEveryChangedByteOfABinaryList)
 
 TEST(PropertyListTest, NestsFiveHundredAndTwelveContainersAndNoMore)
 {
-    EXPECT_TRUE(isAccepted(nestedXml(511)));
-    EXPECT_FALSE(isAccepted(nestedXml(512)));
-    EXPECT_FALSE(isAccepted(nestedXml(200'000)));
-    EXPECT_TRUE(isAccepted(nestedBinary(511)));
-    EXPECT_FALSE(isAccepted(nestedBinary(512)));
-    EXPECT_FALSE(isAccepted(nestedBinary(60'000)));
+    EXPECT_TRUE(isAcceptedAsPropertyList(nestedXml(511)));
+    EXPECT_FALSE(isAcceptedAsPropertyList(nestedXml(512)));
+    EXPECT_FALSE(isAcceptedAsPropertyList(nestedXml(200'000)));
+    EXPECT_TRUE(isAcceptedAsPropertyList(nestedBinary(511)));
+    EXPECT_FALSE(isAcceptedAsPropertyList(nestedBinary(512)));
+    EXPECT_FALSE(isAcceptedAsPropertyList(nestedBinary(60'000)));
 }
 
 TEST(PropertyListTest, RefusesAListThatDoublesItselfAtEveryLevel)
@@ -430,7 +430,7 @@ TEST(PropertyListTest, RefusesAListThatDoublesItselfAtEveryLevel)
         levels.append(QByteArray("\xA2") + level + level);
     levels.append("\xA0");
 
-    EXPECT_FALSE(isAccepted(binaryWithValue(levels)));
+    EXPECT_FALSE(isAcceptedAsPropertyList(binaryWithValue(levels)));
 }
 
 TEST(PropertyListTest, ReadsTextInUtf16)

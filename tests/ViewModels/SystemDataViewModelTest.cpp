@@ -1,5 +1,6 @@
 #include "ViewModels/SystemDataViewModel.h"
 
+#include "Fakes/ByteUnits.h"
 #include "Fakes/Gate.h"
 #include "Fakes/InstalledLocalizer.h"
 #include "Fakes/PretendMachine.h"
@@ -23,7 +24,6 @@ using testing::IsEmpty;
 namespace {
 
 const FilePath home("/home/ada");
-constexpr qint64 gigabyte = 1'000'000'000;
 
 /// The System Data screen on a pretend disk of 100 GB with 40 GB free.
 class SystemDataViewModelTest : public testing::Test

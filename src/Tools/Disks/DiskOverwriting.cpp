@@ -15,11 +15,6 @@ constexpr qint64 bytesOfAPlace = 64 << 10;
 constexpr qint64 placesReadBack = 256;
 constexpr qint64 linesOfProgress = 10;
 
-ToolEnd failed(const Failure &failure)
-{
-    return {1, failure.detail};
-}
-
 Failure stopped(const ChosenDisk &disk, qint64 written, const QString &reason)
 {
     return {Failure::Kind::Other,
@@ -91,7 +86,7 @@ ToolEnd overwriteDisk(const DiskTools &tools, const DiskIdentity &identity)
 {
     const Result<ChosenDisk> chosen = ChosenDisk::choose(tools, identity);
     if (!chosen)
-        return failed(chosen.failure());
+        return ToolEnd::failed(chosen.failure());
     const ChosenDisk &disk = chosen.value();
     if (const Result<void> free = disk.release(tools); !free)
         return {ToolEnd::notBegun, free.failure().detail};
@@ -100,12 +95,13 @@ ToolEnd overwriteDisk(const DiskTools &tools, const DiskIdentity &identity)
         return {ToolEnd::notBegun, alone.failure().detail};
     OpenDevice &device = *alone.value();
     if (const Result<void> written = writeAll(tools, disk, device); !written)
-        return failed(written.failure());
+        return ToolEnd::failed(written.failure());
     const Result<qsizetype> places = readBack(disk, device);
     if (!places)
-        return failed(places.failure());
+        return ToolEnd::failed(places.failure());
     if (const Result<void> same = disk.seeThatItIsThis(device); !same)
-        return failed({Failure::Kind::Other, {}, u"%1 was exchanged before its end was reached."_qs.arg(disk.name())});
+        return ToolEnd::failed(
+            {Failure::Kind::Other, {}, u"%1 was exchanged before its end was reached."_qs.arg(disk.name())});
     device.lookForPartitions();
     tools.say(u"Overwrote all %1 bytes of %2 with zeros, once. Read back %3 places: all zero."_qs.arg(identity.size)
                   .arg(disk.name())

@@ -12,9 +12,9 @@ namespace Quillmere {
 
 namespace {
 
-const QString usage = u"usage: diskutil info PLACE|VOLUME\n"
-                      "       diskutil mount VOLUME\n"
-                      "       diskutil unmount PLACE|VOLUME"_qs;
+const QString diskutilUsage = u"usage: diskutil info PLACE|VOLUME\n"
+                              "       diskutil mount VOLUME\n"
+                              "       diskutil unmount PLACE|VOLUME"_qs;
 
 ToolEnd failed(const QString &reason)
 {
@@ -54,7 +54,7 @@ ToolEnd Diskutil::run(const QStringList &arguments) const
     const QString verb = arguments.value(0);
     const bool isKnown = verb == u"info" || verb == u"mount" || verb == u"unmount";
     if (arguments.size() != 2 || !isKnown)
-        return {ToolEnd::wrongUse, usage};
+        return {ToolEnd::wrongUse, diskutilUsage};
     const Result<Target> target = find(arguments.at(1));
     if (!target)
         return failed(target.failure().detail);

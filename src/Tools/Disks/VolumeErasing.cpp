@@ -34,11 +34,6 @@ Result<void> seeThatItIsNow(const DiskTools &tools, const ChosenDisk &disk, cons
     return disk.seeThatItIsStillThis();
 }
 
-ToolEnd failed(const Failure &failure)
-{
-    return {1, failure.detail};
-}
-
 ToolEnd failedHalfway(const ChosenDisk &disk, const Failure &failure)
 {
     return {1, u"%1 could not be formatted: %2 What was on it may be lost."_qs.arg(disk.name(), failure.detail)};
@@ -53,7 +48,7 @@ ToolEnd eraseVolume(const DiskTools &tools, const QString &format, const QString
         return {1, reason + u" Nothing was erased."_qs};
     const Result<ChosenDisk> chosen = ChosenDisk::choose(tools, volume);
     if (!chosen)
-        return failed(chosen.failure());
+        return ToolEnd::failed(chosen.failure());
     const ChosenDisk &disk = chosen.value();
     if (const Result<void> free = disk.release(tools); !free)
         return {ToolEnd::notBegun, free.failure().detail};

@@ -11,7 +11,7 @@ namespace Quillmere {
 
 namespace {
 
-constexpr int patience = 20000;
+constexpr int patienceForTheBus = 20000;
 const QString portalName = u"org.freedesktop.portal.Desktop"_qs;
 const QString portalObject = u"/org/freedesktop/portal/desktop"_qs;
 const QString settingsInterface = u"org.freedesktop.portal.Settings"_qs;
@@ -33,9 +33,9 @@ void end(QProcess &process)
     if (process.state() == QProcess::NotRunning)
         return;
     process.terminate();
-    if (!process.waitForFinished(patience))
+    if (!process.waitForFinished(patienceForTheBus))
         process.kill();
-    process.waitForFinished(patience);
+    process.waitForFinished(patienceForTheBus);
 }
 
 } // namespace
@@ -49,7 +49,7 @@ PrivateBus::PrivateBus()
     file.write(configuration.arg(m_folder.path()).toUtf8());
     file.close();
     m_daemon.start(u"dbus-daemon"_qs, {u"--config-file="_qs + file.fileName(), u"--nofork"_qs, u"--print-address"_qs});
-    if (!m_daemon.waitForReadyRead(patience))
+    if (!m_daemon.waitForReadyRead(patienceForTheBus))
         return;
     m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
     m_connection = std::make_unique<QDBusConnection>(QDBusConnection::connectToBus(m_address, m_name));
@@ -71,9 +71,10 @@ bool PrivateBus::startPortal(const QString &python)
     // Another Python that stands first in PATH need not have the distribution's modules.
     m_portal.start(u"/usr/bin/python3"_qs,
                    {u"-m"_qs, u"dbusmock"_qs, u"--session"_qs, portalName, portalObject, settingsInterface});
-    const QDeadlineTimer deadline(patience);
+    const QDeadlineTimer deadline(patienceForTheBus);
     while (!m_connection->interface()->isServiceRegistered(portalName)) {
-        if (deadline.hasExpired() || !m_portal.waitForStarted(patience) || m_portal.state() == QProcess::NotRunning)
+        if (deadline.hasExpired() || !m_portal.waitForStarted(patienceForTheBus)
+            || m_portal.state() == QProcess::NotRunning)
             return false;
         QThread::msleep(20);
     }
@@ -92,7 +93,7 @@ void PrivateBus::call(const QString &method, const QVariantList &arguments)
     QDBusMessage message
         = QDBusMessage::createMethodCall(portalName, portalObject, u"org.freedesktop.DBus.Mock"_qs, method);
     message.setArguments(arguments);
-    const QDBusMessage answer = m_connection->call(message, QDBus::Block, patience);
+    const QDBusMessage answer = m_connection->call(message, QDBus::Block, patienceForTheBus);
     if (answer.type() == QDBusMessage::ErrorMessage)
         qFatal("The pretended portal refused: %s", qPrintable(answer.errorMessage()));
 }

@@ -4,7 +4,7 @@ namespace Quillmere {
 
 namespace {
 
-constexpr qsizetype mostBytes = 1024 * 1024;
+constexpr qsizetype mostBytesOfAnEntry = 1024 * 1024;
 const QByteArray group = "[Desktop Entry]";
 
 bool isGroup(const QByteArray &line)
@@ -63,7 +63,7 @@ DesktopEntryText::DesktopEntryText(QByteArray text)
 
 Result<DesktopEntryText> DesktopEntryText::read(const FileManager &files, const FilePath &file)
 {
-    const Result<QByteArray> contents = files.contentsOfFile(file, mostBytes);
+    const Result<QByteArray> contents = files.contentsOfFile(file, mostBytesOfAnEntry);
     return contents ? Result<DesktopEntryText>(DesktopEntryText(contents.value()))
                     : Result<DesktopEntryText>(contents.failure());
 }

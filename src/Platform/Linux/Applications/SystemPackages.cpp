@@ -16,7 +16,7 @@ constexpr std::chrono::seconds patience{15};
 // What a program writes is taken from a pipe, and this many lines are sure to fit.
 constexpr qsizetype mostAtOnce = 200;
 
-QByteArray answerOf(const ProcessRunner &processes, const QStringList &arguments)
+QByteArray answerOfDpkg(const ProcessRunner &processes, const QStringList &arguments)
 {
     const auto outcome = processes.runWithin(patience, {u"/usr/bin/dpkg-query"_qs, arguments});
     // It ends with 1 when any of what was asked is unknown, and has told of the others.
@@ -101,12 +101,12 @@ QList<ListedApplication> systemApplications(const ProcessRunner &processes, cons
         }
     }
     const QHash<FilePath, QString> owners = parseOwners(answersOf(
-        files, [&](const QStringList &some) { return answerOf(processes, QStringList{u"--search"_qs} + some); }));
+        files, [&](const QStringList &some) { return answerOfDpkg(processes, QStringList{u"--search"_qs} + some); }));
     const QSet<QString> names(owners.cbegin(), owners.cend());
     const QString format = u"--showformat=${Package}\\t${Version}\\t${Installed-Size}\\n"_qs;
     const QHash<QString, SystemPackage> packages
         = parsePackages(answersOf(QStringList(names.cbegin(), names.cend()), [&](const QStringList &some) {
-              return answerOf(processes, QStringList{u"--show"_qs, format} + some);
+              return answerOfDpkg(processes, QStringList{u"--show"_qs, format} + some);
           }));
 
     QList<ListedApplication> applications;

@@ -30,7 +30,7 @@ FilePath folderOfFlatpaks(const FilePath &installation)
 }
 
 /// Nothing where the tool is missing, fails or is late.
-std::optional<QByteArray> answerOf(const ProcessRunner &processes, const QStringList &arguments)
+std::optional<QByteArray> answerOfFlatpak(const ProcessRunner &processes, const QStringList &arguments)
 {
     const auto outcome = processes.runWithin(patienceForList, {tool(), arguments});
     const bool isAnswer = outcome && outcome.value() && outcome.value()->exitStatus == 0;
@@ -83,12 +83,13 @@ QList<ListedApplication> userFlatpaks(const FileManager &files, const ProcessRun
 {
     if (!files.fileExists(folderOfFlatpaks(installation)))
         return {};
-    const auto listed
-        = answerOf(processes, {u"list"_qs, u"--user"_qs, u"--app"_qs, columns(u"application,name,version,ref"_qs)});
+    const auto listed = answerOfFlatpak(
+        processes, {u"list"_qs, u"--user"_qs, u"--app"_qs, columns(u"application,name,version,ref"_qs)});
     QList<ListedApplication> applications = parseFlatpaks(listed.value_or(QByteArray()), installation);
     if (applications.isEmpty())
         return applications;
-    const auto everywhere = answerOf(processes, {u"list"_qs, u"--app"_qs, columns(u"application,installation"_qs)});
+    const auto everywhere
+        = answerOfFlatpak(processes, {u"list"_qs, u"--app"_qs, columns(u"application,installation"_qs)});
     const QSet<QByteArray> elsewhere = parseInstalledElsewhere(everywhere.value_or(QByteArray()));
     for (ListedApplication &application : applications)
         application.sharesData = application.sharesData || !everywhere || elsewhere.contains(application.id);

@@ -15,7 +15,7 @@ namespace Quillmere {
 namespace {
 
 // A file manager that has to be started first takes some seconds.
-constexpr std::chrono::milliseconds patience{10'000};
+constexpr std::chrono::milliseconds mostWaitForAnAnswer{10'000};
 
 /// The location percent-encoded byte by byte, so that it need not be text. Empty when it is not absolute.
 QString uriOf(const FilePath &path)
@@ -31,7 +31,7 @@ bool isAskedOfFileManager(const QStringList &uris, const QDBusConnection &sessio
         = QDBusMessage::createMethodCall(u"org.freedesktop.FileManager1"_qs, u"/org/freedesktop/FileManager1"_qs,
                                          u"org.freedesktop.FileManager1"_qs, u"ShowItems"_qs);
     question << uris << QString();
-    const QDBusMessage answer = sessionBus.call(question, QDBus::Block, int(patience.count()));
+    const QDBusMessage answer = sessionBus.call(question, QDBus::Block, int(mostWaitForAnAnswer.count()));
     // One that is merely slow will show the files yet.
     return answer.type() == QDBusMessage::ReplyMessage || QDBusError(answer).type() == QDBusError::NoReply;
 }

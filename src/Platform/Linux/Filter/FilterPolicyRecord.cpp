@@ -20,7 +20,7 @@ const QString eco = u"ecoTrafficEnabled"_qs;
 const QString ecoAllowed = u"ecoAllowedBundleIdentifiers"_qs;
 constexpr qsizetype members = 7;
 
-std::optional<QStringList> texts(const QJsonValue &value)
+std::optional<QStringList> textsOf(const QJsonValue &value)
 {
     const QJsonArray array = value.toArray();
     const bool isText
@@ -48,8 +48,8 @@ QByteArray written(const FilterPolicyRecord &record)
 std::optional<FilterPolicyRecord> readFilterPolicyRecord(const QByteArray &json)
 {
     const QJsonObject object = QJsonDocument::fromJson(json).object();
-    const std::optional<QStringList> blockedIdentifiers = texts(object.value(blocked));
-    const std::optional<QStringList> allowedIdentifiers = texts(object.value(ecoAllowed));
+    const std::optional<QStringList> blockedIdentifiers = textsOf(object.value(blocked));
+    const std::optional<QStringList> allowedIdentifiers = textsOf(object.value(ecoAllowed));
     const bool isSound = object.size() == members && object.value(filterSockets).isBool()
         && object.value(identifier).isString() && object.value(description).isString() && object.value(enabled).isBool()
         && object.value(eco).isBool() && blockedIdentifiers && allowedIdentifiers;

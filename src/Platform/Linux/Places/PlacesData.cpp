@@ -62,7 +62,7 @@ QHash<QString, QList<PlacesData::ListRow>> lists(const QJsonObject &entries)
     return lists;
 }
 
-PlacesData read(const QString &name)
+PlacesData readPlaces(const QString &name)
 {
     QFile file(name);
     if (!file.open(QIODevice::ReadOnly))
@@ -101,7 +101,7 @@ PlacesData::Place PlacesData::Place::parse(const QByteArray &text)
 
 const PlacesData &PlacesData::builtIn()
 {
-    static const PlacesData data = read(u":/platform/Places.json"_qs);
+    static const PlacesData data = readPlaces(u":/platform/Places.json"_qs);
     return data;
 }
 

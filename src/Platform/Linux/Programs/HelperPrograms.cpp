@@ -15,7 +15,7 @@ struct Row
 
 // What stands at these paths on Linux, if anything, knows other arguments or prints other lines.
 // Some are named by scripts alone, which osascript carries out itself; each does the same for whoever runs it alone.
-constexpr std::array<Row, 10> rows = {{
+constexpr std::array<Row, 10> helpers = {{
     {u"/bin/ps", "ps"},
     {u"/usr/bin/ditto", "ditto"},
     {u"/usr/bin/dscacheutil", "dscacheutil"},
@@ -33,8 +33,8 @@ constexpr std::array<Row, 10> rows = {{
 
 QByteArray helperProgramFor(QStringView launchPath)
 {
-    const auto row = std::ranges::find(rows, launchPath, &Row::launchPath);
-    return row == rows.end() ? QByteArray() : QByteArray(row->helper);
+    const auto row = std::ranges::find(helpers, launchPath, &Row::launchPath);
+    return row == helpers.end() ? QByteArray() : QByteArray(row->helper);
 }
 
 } // namespace Quillmere

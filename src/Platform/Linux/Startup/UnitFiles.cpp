@@ -11,7 +11,7 @@ namespace Quillmere {
 namespace {
 
 // A unit's file takes up a few kilobytes.
-constexpr qsizetype mostBytes = 1024 * 1024;
+constexpr qsizetype mostBytesOfAUnit = 1024 * 1024;
 
 bool holdsLinks(const FilePath &folder)
 {
@@ -102,7 +102,7 @@ FilePath UnitFiles::fileOf(const FilePath &path) const
 
 bool UnitFiles::canBeEnabled(const FilePath &file) const
 {
-    const QList<QByteArray> lines = m_files->contentsOfFile(file, mostBytes).valueOr({}).split('\n');
+    const QList<QByteArray> lines = m_files->contentsOfFile(file, mostBytesOfAUnit).valueOr({}).split('\n');
     return std::ranges::any_of(lines, [](const QByteArray &line) { return line.trimmed() == "[Install]"; });
 }
 

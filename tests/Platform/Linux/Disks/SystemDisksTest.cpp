@@ -12,7 +12,7 @@ using testing::UnorderedElementsAre;
 
 namespace {
 
-constexpr qint64 gigabyte = 1 << 30;
+constexpr qint64 gibibyte = 1 << 30;
 
 /// A laptop: one disk with its system, two sticks.
 class SystemDisksTest : public testing::Test
@@ -20,12 +20,12 @@ class SystemDisksTest : public testing::Test
 protected:
     SystemDisksTest()
     {
-        disk = machine.addDisk("nvme0n1", "259:0", 500 * gigabyte, 1);
-        first = machine.addPartition("nvme0n1", 1, "259:1", gigabyte, gigabyte);
-        second = machine.addPartition("nvme0n1", 2, "259:2", 2 * gigabyte, 400 * gigabyte);
-        stick = machine.addDisk("sda", "8:0", 16 * gigabyte, 7, "usb1");
-        onStick = machine.addPartition("sda", 1, "8:1", gigabyte, 15 * gigabyte);
-        other = machine.addDisk("sdb", "8:16", 16 * gigabyte, 8, "usb2");
+        disk = machine.addDisk("nvme0n1", "259:0", 500 * gibibyte, 1);
+        first = machine.addPartition("nvme0n1", 1, "259:1", gibibyte, gibibyte);
+        second = machine.addPartition("nvme0n1", 2, "259:2", 2 * gibibyte, 400 * gibibyte);
+        stick = machine.addDisk("sda", "8:0", 16 * gibibyte, 7, "usb1");
+        onStick = machine.addPartition("sda", 1, "8:1", gibibyte, 15 * gibibyte);
+        other = machine.addDisk("sdb", "8:16", 16 * gibibyte, 8, "usb2");
         places.program = FilePath("/usr/bin/program");
     }
 
@@ -114,8 +114,8 @@ TEST_F(SystemDisksTest, WhatIsOnNoKnownDiskBelowVarKeepsNoDiskFromBeingFree)
 
 TEST_F(SystemDisksTest, EncryptionAndVolumeGroupsAreLookedThrough)
 {
-    const quint64 crypt = machine.addStacked("dm-1", "253:1", gigabyte, 21, {"sda1"});
-    const quint64 volume = machine.addStacked("dm-2", "253:2", gigabyte, 22, {"dm-1"});
+    const quint64 crypt = machine.addStacked("dm-1", "253:1", gibibyte, 21, {"sda1"});
+    const quint64 volume = machine.addStacked("dm-2", "253:2", gibibyte, 22, {"dm-1"});
     mount("/", "253:2");
 
     EXPECT_THAT(needed().value(), UnorderedElementsAre(volume, crypt, onStick, stick));
@@ -123,7 +123,7 @@ TEST_F(SystemDisksTest, EncryptionAndVolumeGroupsAreLookedThrough)
 
 TEST_F(SystemDisksTest, AllPartsOfAnArrayCount)
 {
-    const quint64 array = machine.addStacked("md0", "9:0", gigabyte, 30, {"sda1", "sdb"});
+    const quint64 array = machine.addStacked("md0", "9:0", gibibyte, 30, {"sda1", "sdb"});
     mount("/", "259:2");
     mount("/home", "9:0");
 

@@ -11,7 +11,6 @@ using testing::IsEmpty;
 
 namespace {
 
-const FilePath home("/home/ada");
 const QString jetBrains = u"Android Studio and JetBrains Caches"_qs;
 const QString languages = u"Language and Package Manager Caches"_qs;
 const QStringList cleanupLists = {
@@ -30,11 +29,11 @@ FilePath usualPlace(const QByteArray &base)
 {
     static const QHash<QByteArray, FilePath> folders = {
         {"", FilePath("/")},
-        {"~", home},
-        {"$cache", home.appending(".cache")},
-        {"$config", home.appending(".config")},
-        {"$data", home.appending(".local/share")},
-        {"$state", home.appending(".local/state")},
+        {"~", pretendHome},
+        {"$cache", pretendHome.appending(".cache")},
+        {"$config", pretendHome.appending(".config")},
+        {"$data", pretendHome.appending(".local/share")},
+        {"$state", pretendHome.appending(".local/state")},
     };
     if (folders.contains(base))
         return folders[base];
@@ -54,9 +53,9 @@ FilePath example(const PlacesData::ListRow &row)
 }
 
 /// A disk with nothing on it, and the places as a program with these variables sees them.
-struct World
+struct DeveloperWorld
 {
-    std::shared_ptr<PretendFileManager> disk = std::make_shared<PretendFileManager>(home);
+    std::shared_ptr<PretendFileManager> disk = std::make_shared<PretendFileManager>(pretendHome);
     QHash<QByteArray, QByteArray> variables;
 
     void add(const PlacesData::ListRow &row)
@@ -86,7 +85,7 @@ TEST(DeveloperPlacesTest, OffersEachOfItsRowsWhereTheToolsHaveNotBeenMoved)
         const QList<PlacesData::ListRow> rows = PlacesData::builtIn().lists.value(list);
         EXPECT_FALSE(rows.isEmpty()) << list.toStdString();
         for (const PlacesData::ListRow &row : rows) {
-            World world;
+            DeveloperWorld world;
             for (const PlacesData::Variable &variable : PlacesData::builtIn().variables) {
                 if (!variable.usual)
                     world.variables[variable.name.mid(1)] = usualPlace(variable.name).bytes();
@@ -102,7 +101,7 @@ TEST(DeveloperPlacesTest, NamesAllThatItListsAsInstalled)
 {
     const QList<PlacesData::ListRow> rows = PlacesData::builtIn().lists.value(u"Installed Developer Tools and SDKs"_qs);
     ASSERT_FALSE(rows.isEmpty());
-    World world;
+    DeveloperWorld world;
     for (const PlacesData::ListRow &row : rows)
         world.add(row);
 
@@ -119,7 +118,7 @@ TEST(DeveloperPlacesTest, KnowsWhereEachLanguagesProgramStands)
         const QString list = QString::fromLatin1(language) + u" Runtime"_qs;
         const QList<PlacesData::ListRow> rows = PlacesData::builtIn().lists.value(list);
         ASSERT_FALSE(rows.isEmpty()) << language;
-        World world;
+        DeveloperWorld world;
         world.disk->addFile(example(rows.first()), 10);
         EXPECT_THAT(world.found(list), ElementsAre(example(rows.first()))) << language;
     }
@@ -127,7 +126,7 @@ TEST(DeveloperPlacesTest, KnowsWhereEachLanguagesProgramStands)
 
 TEST(DeveloperPlacesTest, OffersNothingThatMayBeTheOnlyCopy)
 {
-    World world;
+    DeveloperWorld world;
     for (const QString &list : cleanupLists) {
         for (const PlacesData::ListRow &row : PlacesData::builtIn().lists.value(list))
             world.add(row);
@@ -165,44 +164,46 @@ TEST(DeveloperPlacesTest, OffersNothingThatMayBeTheOnlyCopy)
         ".composer/auth.json",
     };
     for (const char *file : precious)
-        world.disk->addFile(home.appending(file), 10);
+        world.disk->addFile(pretendHome.appending(file), 10);
 
     for (const QString &list : cleanupLists) {
         for (const FilePath &path : world.found(list)) {
             for (const char *file : precious)
-                EXPECT_FALSE(home.appending(file).isWithin(path)) << path.bytes().constData();
+                EXPECT_FALSE(pretendHome.appending(file).isWithin(path)) << path.bytes().constData();
         }
     }
 }
 
 TEST(DeveloperPlacesTest, KeepsAVersionsLocalHistoryAndWhatItHangsOn)
 {
-    World world;
+    DeveloperWorld world;
     for (const char *folder : {"index", "log", "caches", "LocalHistory", "projects"})
-        world.disk->addFile(home.appending(".cache/JetBrains/Rider2026.1").appending(folder).appending("data"), 10);
+        world.disk->addFile(pretendHome.appending(".cache/JetBrains/Rider2026.1").appending(folder).appending("data"),
+                            10);
 
-    EXPECT_THAT(world.places().entriesBehind(jetBrains),
-                ElementsAre(PlaceEntry{u"Rider2026.1 index"_qs, home.appending(".cache/JetBrains/Rider2026.1/index")},
-                            PlaceEntry{u"Rider2026.1 log"_qs, home.appending(".cache/JetBrains/Rider2026.1/log")}));
+    EXPECT_THAT(
+        world.places().entriesBehind(jetBrains),
+        ElementsAre(PlaceEntry{u"Rider2026.1 index"_qs, pretendHome.appending(".cache/JetBrains/Rider2026.1/index")},
+                    PlaceEntry{u"Rider2026.1 log"_qs, pretendHome.appending(".cache/JetBrains/Rider2026.1/log")}));
 }
 
 TEST(DeveloperPlacesTest, NamesWhatItsLastAsteriskHasLedTo)
 {
-    World world;
-    world.disk->addFolder(home.appending(".var/app/com.jetbrains.Rider/cache/JetBrains/Rider2026.1/log"));
+    DeveloperWorld world;
+    world.disk->addFolder(pretendHome.appending(".var/app/com.jetbrains.Rider/cache/JetBrains/Rider2026.1/log"));
     world.disk->addFolder(FilePath("/usr/lib/go-1.24"));
 
     EXPECT_THAT(
         world.places().entriesBehind(jetBrains),
         ElementsAre(PlaceEntry{u"Rider2026.1 log"_qs,
-                               home.appending(".var/app/com.jetbrains.Rider/cache/JetBrains/Rider2026.1/log")}));
+                               pretendHome.appending(".var/app/com.jetbrains.Rider/cache/JetBrains/Rider2026.1/log")}));
     EXPECT_THAT(world.places().entriesBehind(u"Installed Developer Tools and SDKs"_qs),
                 ElementsAre(PlaceEntry{u"go-1.24"_qs, FilePath("/usr/lib/go-1.24")}));
 }
 
 TEST(DeveloperPlacesTest, FollowsAToolsOwnVariableAndThoseBuiltOnIt)
 {
-    World world;
+    DeveloperWorld world;
     world.variables = {{"CARGO_HOME", "/data/cargo"}, {"GOPATH", "/data/go"}, {"UV_CACHE_DIR", "/data/uv"}};
     for (const char *path : {"/data/cargo/registry/cache", "/data/go/pkg/mod/cache/download", "/data/uv/wheels"})
         world.disk->addFolder(FilePath(path));
@@ -215,7 +216,7 @@ TEST(DeveloperPlacesTest, FollowsAToolsOwnVariableAndThoseBuiltOnIt)
 
 TEST(DeveloperPlacesTest, FollowsTheFirstFolderAloneOfAListOfThem)
 {
-    World world;
+    DeveloperWorld world;
     world.variables = {{"GOPATH", "/data/one:/data/two"}};
     for (const char *path : {"/data/one/pkg/mod/cache/download", "/data/two/pkg/mod/cache/download"})
         world.disk->addFolder(FilePath(path));
@@ -225,7 +226,7 @@ TEST(DeveloperPlacesTest, FollowsTheFirstFolderAloneOfAListOfThem)
 
 TEST(DeveloperPlacesTest, TakesNoFolderForACacheThatAVariableNamesByMistake)
 {
-    World world;
+    DeveloperWorld world;
     for (const char *path : {"/home/ada/Documents/letters", "/home/ada/Documents/work/cache",
                              "/home/ada/Documents/work/native", "/home/ada/Pictures/one", "/data/photos"})
         world.disk->addFolder(FilePath(path));
@@ -241,18 +242,18 @@ TEST(DeveloperPlacesTest, TakesNoFolderForACacheThatAVariableNamesByMistake)
 
 TEST(DeveloperPlacesTest, KeepsWhatStandsInTheRootWhenAnSdkIsSaidToBeThere)
 {
-    const World world;
+    const DeveloperWorld world;
     for (const char *path : {"/.temp", "/temp", "/system-images", "/home/ada/temp", "/home/ada/.temp"})
         EXPECT_NE(world.places().reasonToKeep(FilePath(path)), std::nullopt) << path;
 }
 
 TEST(DeveloperPlacesTest, LeavesACompilerCacheThatHoldsItsSettingsAndTakesItsPartsAlone)
 {
-    World world;
-    world.disk->addFile(home.appending(".cache/ccache/0/CACHEDIR.TAG"), 43);
-    world.disk->addFile(home.appending(".cache/ccache/ccache.conf"), 20);
+    DeveloperWorld world;
+    world.disk->addFile(pretendHome.appending(".cache/ccache/0/CACHEDIR.TAG"), 43);
+    world.disk->addFile(pretendHome.appending(".cache/ccache/ccache.conf"), 20);
 
-    EXPECT_NE(world.places().reasonToKeep(home.appending(".cache/ccache")), std::nullopt);
-    EXPECT_EQ(world.places().reasonToKeep(home.appending(".cache/ccache/0")), std::nullopt);
-    EXPECT_THAT(world.found(languages), Contains(home.appending(".cache/ccache/0")));
+    EXPECT_NE(world.places().reasonToKeep(pretendHome.appending(".cache/ccache")), std::nullopt);
+    EXPECT_EQ(world.places().reasonToKeep(pretendHome.appending(".cache/ccache/0")), std::nullopt);
+    EXPECT_THAT(world.found(languages), Contains(pretendHome.appending(".cache/ccache/0")));
 }

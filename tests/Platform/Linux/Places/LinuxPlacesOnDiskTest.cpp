@@ -32,7 +32,7 @@ struct DiskWorld
 };
 
 /// Relative to the world, once for each folder that it may be in; nothing for what is nowhere in it.
-QList<QByteArray> examples(const PlacesData::Place &place)
+QList<QByteArray> exampleBytes(const PlacesData::Place &place)
 {
     const QHash<QByteArray, QList<QByteArray>> bases = {
         {"~", {"home/"}},
@@ -66,7 +66,7 @@ bool makeSocket(const FilePath &path)
 TEST(LinuxPlacesOnDiskTest, KeepsWhateverHoldsAKeptPlace)
 {
     for (const PlacesData::ReasonedPlace &kept : PlacesData::builtIn().keep) {
-        for (const QByteArray &place : examples(kept.place)) {
+        for (const QByteArray &place : exampleBytes(kept.place)) {
             const DiskWorld world;
             world.disk.addFolder(place);
             const LinuxPlaces judge = world.places();

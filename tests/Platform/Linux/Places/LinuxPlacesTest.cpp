@@ -12,15 +12,13 @@ using testing::Not;
 
 namespace {
 
-const FilePath home("/home/ada");
-
 /// A disk with a home, and the places as a program with these variables sees them.
-struct World
+struct PlacesWorld
 {
-    std::shared_ptr<PretendFileManager> disk = std::make_shared<PretendFileManager>(home);
+    std::shared_ptr<PretendFileManager> disk = std::make_shared<PretendFileManager>(pretendHome);
     QHash<QByteArray, QByteArray> variables;
 
-    World() { disk->addFolder(home.appending("Library/Caches")); }
+    PlacesWorld() { disk->addFolder(pretendHome.appending("Library/Caches")); }
 
     [[nodiscard]] LinuxPlaces places() const
     {
@@ -36,7 +34,7 @@ void nameUserFolders(PretendFileManager &disk)
     QByteArray text;
     for (const char *kind : {"desktop", "documents", "download", "music", "pictures", "videos"})
         text += "XDG_" + QByteArray(kind).toUpper() + "_DIR=\"$HOME/Own/" + kind + "\"\n";
-    disk.addFile(home.appending(".config/user-dirs.dirs"), text.size(), text);
+    disk.addFile(pretendHome.appending(".config/user-dirs.dirs"), text.size(), text);
 }
 
 PlaceRow row(const char *root, const QByteArray &suffix = {})
@@ -49,16 +47,16 @@ QList<FilePath> examples(const PlacesData::Place &place)
 {
     const QHash<QByteArray, QList<FilePath>> bases = {
         {"", {FilePath("/")}},
-        {"~", {home}},
+        {"~", {pretendHome}},
         {"$cache",
-         {home.appending(".cache"), home.appending(".var/app/org.example.App/cache"),
-          home.appending("snap/example/common/.cache")}},
-        {"$config", {home.appending(".config")}},
-        {"$data", {home.appending(".local/share")}},
-        {"$state", {home.appending(".local/state")}},
+         {pretendHome.appending(".cache"), pretendHome.appending(".var/app/org.example.App/cache"),
+          pretendHome.appending("snap/example/common/.cache")}},
+        {"$config", {pretendHome.appending(".config")}},
+        {"$data", {pretendHome.appending(".local/share")}},
+        {"$state", {pretendHome.appending(".local/state")}},
         {"$temporary", {FilePath("/tmp")}},
     };
-    const QList<FilePath> unnamed = {home.appending("Own").appending(place.base.mid(1))};
+    const QList<FilePath> unnamed = {pretendHome.appending("Own").appending(place.base.mid(1))};
     QList<FilePath> found;
     for (const FilePath &base : bases.value(place.base, unnamed))
         found.append(base.appending(place.names.join('/').replace("*", "any")).standardized());
@@ -69,11 +67,11 @@ QList<FilePath> examples(const PlacesData::Place &place)
 
 TEST(LinuxPlacesTest, LooksThroughAnItemOnceAndNoLongerThanItMatters)
 {
-    const World world;
-    const FilePath flat = home.appending(".cache/flat");
+    const PlacesWorld world;
+    const FilePath flat = pretendHome.appending(".cache/flat");
     for (int i = 0; i < 50; ++i)
         world.disk->addFile(flat.appending("f" + QByteArray::number(i)), 1);
-    const FilePath told = home.appending(".cache/told");
+    const FilePath told = pretendHome.appending(".cache/told");
     world.disk->addFile(told.appending("history"), 1);
     world.disk->addFile(told.appending("more"), 1);
     QList<FilePath> shown;
@@ -89,8 +87,8 @@ TEST(LinuxPlacesTest, LooksThroughAnItemOnceAndNoLongerThanItMatters)
 
 TEST(LinuxPlacesTest, BreaksTheLookOffWhenCancelledAndThenOffersNothing)
 {
-    const World world;
-    const FilePath flat = home.appending(".cache/flat");
+    const PlacesWorld world;
+    const FilePath flat = pretendHome.appending(".cache/flat");
     for (int i = 0; i < 50; ++i)
         world.disk->addFile(flat.appending("f" + QByteArray::number(i)), 1);
     std::stop_source stop;
@@ -106,9 +104,9 @@ TEST(LinuxPlacesTest, BreaksTheLookOffWhenCancelledAndThenOffersNothing)
 
 TEST(LinuxPlacesTest, GivesTheReasonThatStandsFirstHoweverLateItsPlaceIsFound)
 {
-    World world;
+    PlacesWorld world;
     PlacesData data;
-    const FilePath item = home.appending(".cache/item");
+    const FilePath item = pretendHome.appending(".cache/item");
     data.keep = {{PlacesData::Place::parse("$cache/*/z*"), u"first"_qs},
                  {PlacesData::Place::parse("$cache/*/a*"), u"second"_qs}};
     world.disk->addFile(item.appending("a"), 1);
@@ -126,20 +124,20 @@ TEST(LinuxPlacesTest, GivesTheReasonThatStandsFirstHoweverLateItsPlaceIsFound)
 
 TEST(LinuxPlacesTest, OffersTheCacheFolderOfTheHome)
 {
-    const World world;
+    const PlacesWorld world;
     EXPECT_THAT(world.caches(), ElementsAre(row("/home/ada/.cache")));
 }
 
 TEST(LinuxPlacesTest, TakesTheCacheFolderFromTheEnvironment)
 {
-    World world;
+    PlacesWorld world;
     world.variables["XDG_CACHE_HOME"] = "/data/cache/";
     EXPECT_THAT(world.caches(), ElementsAre(row("/data/cache")));
 }
 
 TEST(LinuxPlacesTest, PassesOverAnEmptyOrRelativeCacheFolder)
 {
-    World world;
+    PlacesWorld world;
     for (const char *value : {"", "cache", "./cache"}) {
         world.variables["XDG_CACHE_HOME"] = value;
         EXPECT_THAT(world.caches(), ElementsAre(row("/home/ada/.cache"))) << value;
@@ -148,7 +146,7 @@ TEST(LinuxPlacesTest, PassesOverAnEmptyOrRelativeCacheFolder)
 
 TEST(LinuxPlacesTest, TakesNoHomeAndNoDocumentsForACacheFolder)
 {
-    World world;
+    PlacesWorld world;
     for (const char *value : {"/", "/home", "/home/ada", "/home/ada/Documents", "/home/ada/Pictures/../Music",
                               "/home/ada/.config", "/home/ada/.local", "/home/ada/.local/share", "/var/tmp"}) {
         world.variables["XDG_CACHE_HOME"] = value;
@@ -158,9 +156,9 @@ TEST(LinuxPlacesTest, TakesNoHomeAndNoDocumentsForACacheFolder)
 
 TEST(LinuxPlacesTest, TakesNoHomeAndNoDocumentsForTheFoldersOfSettingsAndData)
 {
-    World world;
-    world.disk->addFolder(home.appending("Code/logs/today"));
-    world.disk->addFolder(home.appending("Documents/Code/logs/today"));
+    PlacesWorld world;
+    world.disk->addFolder(pretendHome.appending("Code/logs/today"));
+    world.disk->addFolder(pretendHome.appending("Documents/Code/logs/today"));
     for (const char *value : {"/", "/home", "/home/ada", "/home/ada/Documents", "/home/ada/Documents/settings"}) {
         world.variables["XDG_CONFIG_HOME"] = value;
         EXPECT_THAT(world.places().rowsBehind(PlaceTable::UserLogs), Contains(row("/home/ada/.config/Code/logs")))
@@ -170,72 +168,72 @@ TEST(LinuxPlacesTest, TakesNoHomeAndNoDocumentsForTheFoldersOfSettingsAndData)
 
 TEST(LinuxPlacesTest, FollowsALinkToTheCacheFolder)
 {
-    World world;
+    PlacesWorld world;
     world.disk->addFolder(FilePath("/data/cache/rclone/vfs"));
     world.disk->addFolder(FilePath("/data/cache/thumbnails"));
-    world.disk->addLink(home.appending(".cache"), FilePath("/data/cache"));
+    world.disk->addLink(pretendHome.appending(".cache"), FilePath("/data/cache"));
 
     EXPECT_THAT(world.caches(), ElementsAre(row("/home/ada/.cache")));
     EXPECT_TRUE(world.keeps(FilePath("/data/cache/rclone")));
-    EXPECT_TRUE(world.keeps(home.appending(".cache/rclone")));
+    EXPECT_TRUE(world.keeps(pretendHome.appending(".cache/rclone")));
     EXPECT_FALSE(world.keeps(FilePath("/data/cache/thumbnails")));
 }
 
 TEST(LinuxPlacesTest, FollowsALinkToTheHome)
 {
-    World world;
+    PlacesWorld world;
     world.disk = std::make_shared<PretendFileManager>(FilePath("/data/ada"));
     world.disk->addFolder(FilePath("/data/ada/.cache/rclone/vfs"));
-    auto linked = std::make_shared<PretendFileManager>(home);
-    linked->vanish(home);
+    auto linked = std::make_shared<PretendFileManager>(pretendHome);
+    linked->vanish(pretendHome);
     linked->addFolder(FilePath("/data/ada/.cache/rclone/vfs"));
-    linked->addLink(home, FilePath("/data/ada"));
+    linked->addLink(pretendHome, FilePath("/data/ada"));
     world.disk = linked;
 
     EXPECT_THAT(world.caches(), ElementsAre(row("/home/ada/.cache")));
     EXPECT_TRUE(world.keeps(FilePath("/data/ada/.cache/rclone")));
-    EXPECT_TRUE(world.keeps(home.appending(".cache/rclone")));
+    EXPECT_TRUE(world.keeps(pretendHome.appending(".cache/rclone")));
 }
 
 TEST(LinuxPlacesTest, OffersNothingThroughALinkFromTheCacheFolderToTheDocuments)
 {
-    World world;
-    world.disk->addFolder(home.appending("Documents/letters"));
-    world.disk->addLink(home.appending(".cache"), home.appending("Documents"));
+    PlacesWorld world;
+    world.disk->addFolder(pretendHome.appending("Documents/letters"));
+    world.disk->addLink(pretendHome.appending(".cache"), pretendHome.appending("Documents"));
 
     EXPECT_THAT(world.caches(), IsEmpty());
-    EXPECT_TRUE(world.keeps(home.appending(".cache/letters")));
+    EXPECT_TRUE(world.keeps(pretendHome.appending(".cache/letters")));
 }
 
 TEST(LinuxPlacesTest, OffersNoFolderTwiceWhenTheCacheFolderIsTheProgramsOwn)
 {
-    World world;
+    PlacesWorld world;
     world.variables["XDG_CACHE_HOME"] = "/home/ada/Library/Caches";
     EXPECT_THAT(world.caches(), IsEmpty());
 }
 
 TEST(LinuxPlacesTest, OffersNoFolderTwiceWhenTheCacheFolderIsALinkToTheProgramsOwn)
 {
-    World world;
-    world.disk->addLink(home.appending(".cache"), home.appending("Library/Caches"));
+    PlacesWorld world;
+    world.disk->addLink(pretendHome.appending(".cache"), pretendHome.appending("Library/Caches"));
     EXPECT_THAT(world.caches(), IsEmpty());
 }
 
 TEST(LinuxPlacesTest, OffersATemporaryDirectoryInsideTheCacheFolderOnlyByItself)
 {
-    World world;
-    world.disk->setTemporaryDirectory(home.appending(".cache/build/tmp"));
-    world.disk->addFolder(home.appending(".cache/build/tmp/leftover"));
-    world.disk->addFolder(home.appending(".cache/builds"));
+    PlacesWorld world;
+    world.disk->setTemporaryDirectory(pretendHome.appending(".cache/build/tmp"));
+    world.disk->addFolder(pretendHome.appending(".cache/build/tmp/leftover"));
+    world.disk->addFolder(pretendHome.appending(".cache/builds"));
 
-    EXPECT_TRUE(world.keeps(home.appending(".cache/build")));
-    EXPECT_FALSE(world.keeps(home.appending(".cache/builds")));
-    EXPECT_FALSE(world.keeps(home.appending(".cache/build/tmp/leftover")));
+    EXPECT_TRUE(world.keeps(pretendHome.appending(".cache/build")));
+    EXPECT_FALSE(world.keeps(pretendHome.appending(".cache/builds")));
+    EXPECT_FALSE(world.keeps(pretendHome.appending(".cache/build/tmp/leftover")));
 }
 
 TEST(LinuxPlacesTest, OffersACacheFolderInsideTheTemporaryDirectoryOnlyByItself)
 {
-    World world;
+    PlacesWorld world;
     world.variables["XDG_CACHE_HOME"] = "/tmp/cache";
     world.disk->addFolder(FilePath("/tmp/cache/thumbnails"));
 
@@ -245,14 +243,14 @@ TEST(LinuxPlacesTest, OffersACacheFolderInsideTheTemporaryDirectoryOnlyByItself)
 
 TEST(LinuxPlacesTest, OffersContainersWithTheFolderThatEachKeepsItsCacheIn)
 {
-    const World world;
+    const PlacesWorld world;
     EXPECT_THAT(world.places().rowsBehind(PlaceTable::ContainerCache),
                 ElementsAre(row("/home/ada/.var/app", "cache"), row("/home/ada/snap", "common/.cache")));
 }
 
 TEST(LinuxPlacesTest, OffersLogsWhereTheBaseDirectoriesAre)
 {
-    World world;
+    PlacesWorld world;
     world.variables["XDG_CONFIG_HOME"] = "/data/config";
     world.variables["XDG_STATE_HOME"] = "/data/state";
 
@@ -264,69 +262,69 @@ TEST(LinuxPlacesTest, OffersLogsWhereTheBaseDirectoriesAre)
 
 TEST(LinuxPlacesTest, AddsNothingBehindTheTemporaryDirectory)
 {
-    const World world;
+    const PlacesWorld world;
     EXPECT_THAT(world.places().rowsBehind(PlaceTable::TemporaryFiles), IsEmpty());
 }
 
 TEST(LinuxPlacesTest, KeepsWhatDoesNotComeBackAndOffersWhatStandsBesideIt)
 {
-    World world;
-    world.disk->addFolder(home.appending(".cache/rclone/vfs/drive"));
-    world.disk->addFolder(home.appending(".cache/thumbnails/large"));
-    world.disk->addFolder(home.appending(".cache/rclone2/vfs"));
+    PlacesWorld world;
+    world.disk->addFolder(pretendHome.appending(".cache/rclone/vfs/drive"));
+    world.disk->addFolder(pretendHome.appending(".cache/thumbnails/large"));
+    world.disk->addFolder(pretendHome.appending(".cache/rclone2/vfs"));
 
-    EXPECT_EQ(world.places().reasonToKeep(home.appending(".cache/rclone")),
+    EXPECT_EQ(world.places().reasonToKeep(pretendHome.appending(".cache/rclone")),
               u"Files written through a mount wait here until they are uploaded."_qs);
-    EXPECT_FALSE(world.keeps(home.appending(".cache/thumbnails")));
-    EXPECT_FALSE(world.keeps(home.appending(".cache/rclone2")));
+    EXPECT_FALSE(world.keeps(pretendHome.appending(".cache/thumbnails")));
+    EXPECT_FALSE(world.keeps(pretendHome.appending(".cache/rclone2")));
 }
 
 TEST(LinuxPlacesTest, OffersAFolderWhoseKeptPartIsNotThere)
 {
-    World world;
-    world.disk->addFolder(home.appending(".cache/rclone/webgui"));
-    EXPECT_FALSE(world.keeps(home.appending(".cache/rclone")));
+    PlacesWorld world;
+    world.disk->addFolder(pretendHome.appending(".cache/rclone/webgui"));
+    EXPECT_FALSE(world.keeps(pretendHome.appending(".cache/rclone")));
 }
 
 TEST(LinuxPlacesTest, KeepsTheSamePlacesInFlatpaksAndSnaps)
 {
-    World world;
-    world.disk->addFolder(home.appending(".var/app/org.rclone.Rclone/cache/rclone/vfs"));
-    world.disk->addFolder(home.appending(".var/app/org.example.Viewer/cache/thumbnails"));
-    world.disk->addFolder(home.appending("snap/rclone/common/.cache/rclone/vfs"));
-    world.disk->addFolder(home.appending("snap/viewer/common/.cache/thumbnails"));
+    PlacesWorld world;
+    world.disk->addFolder(pretendHome.appending(".var/app/org.rclone.Rclone/cache/rclone/vfs"));
+    world.disk->addFolder(pretendHome.appending(".var/app/org.example.Viewer/cache/thumbnails"));
+    world.disk->addFolder(pretendHome.appending("snap/rclone/common/.cache/rclone/vfs"));
+    world.disk->addFolder(pretendHome.appending("snap/viewer/common/.cache/thumbnails"));
 
-    EXPECT_TRUE(world.keeps(home.appending(".var/app/org.rclone.Rclone/cache")));
-    EXPECT_FALSE(world.keeps(home.appending(".var/app/org.example.Viewer/cache")));
-    EXPECT_TRUE(world.keeps(home.appending("snap/rclone/common/.cache")));
-    EXPECT_FALSE(world.keeps(home.appending("snap/viewer/common/.cache")));
+    EXPECT_TRUE(world.keeps(pretendHome.appending(".var/app/org.rclone.Rclone/cache")));
+    EXPECT_FALSE(world.keeps(pretendHome.appending(".var/app/org.example.Viewer/cache")));
+    EXPECT_TRUE(world.keeps(pretendHome.appending("snap/rclone/common/.cache")));
+    EXPECT_FALSE(world.keeps(pretendHome.appending("snap/viewer/common/.cache")));
 }
 
 TEST(LinuxPlacesTest, OffersTheProgramsOwnTablesAsTheyStand)
 {
-    World world;
-    world.disk->addFolder(home.appending("Library/Caches/rclone/vfs"));
-    world.disk->addSocket(home.appending("Library/Caches/rclone/socket"));
+    PlacesWorld world;
+    world.disk->addFolder(pretendHome.appending("Library/Caches/rclone/vfs"));
+    world.disk->addSocket(pretendHome.appending("Library/Caches/rclone/socket"));
 
-    EXPECT_FALSE(world.keeps(home.appending("Library/Caches/rclone")));
+    EXPECT_FALSE(world.keeps(pretendHome.appending("Library/Caches/rclone")));
 }
 
 TEST(LinuxPlacesTest, KeepsWhatARunningProgramListensIn)
 {
-    World world;
+    PlacesWorld world;
     world.disk->addSocket(FilePath("/tmp/anything-17/socket"));
-    world.disk->addSocket(home.appending(".cache/anything/bus"));
+    world.disk->addSocket(pretendHome.appending(".cache/anything/bus"));
     world.disk->addFile(FilePath("/tmp/leftover/file"), 10);
 
     EXPECT_TRUE(world.keeps(FilePath("/tmp/anything-17")));
-    EXPECT_TRUE(world.keeps(home.appending(".cache/anything")));
+    EXPECT_TRUE(world.keeps(pretendHome.appending(".cache/anything")));
     EXPECT_FALSE(world.keeps(FilePath("/tmp/leftover")));
 }
 
 TEST(LinuxPlacesTest, KeepsWhatBelongsToOthersInTheTemporaryDirectoryAlone)
 {
-    World world;
-    for (const FilePath &item : {FilePath("/tmp/of-eve"), home.appending(".cache/of-root")}) {
+    PlacesWorld world;
+    for (const FilePath &item : {FilePath("/tmp/of-eve"), pretendHome.appending(".cache/of-root")}) {
         world.disk->addFolder(item);
         world.disk->giveAway(item);
     }
@@ -334,25 +332,25 @@ TEST(LinuxPlacesTest, KeepsWhatBelongsToOthersInTheTemporaryDirectoryAlone)
 
     EXPECT_TRUE(world.keeps(FilePath("/tmp/of-eve")));
     EXPECT_FALSE(world.keeps(FilePath("/tmp/of-ada")));
-    EXPECT_FALSE(world.keeps(home.appending(".cache/of-root")));
+    EXPECT_FALSE(world.keeps(pretendHome.appending(".cache/of-root")));
 }
 
 TEST(LinuxPlacesTest, KeepsTheWholeHomeWhenTheTemporaryDirectoryHoldsIt)
 {
-    World world;
+    PlacesWorld world;
     world.disk->setTemporaryDirectory(FilePath("/home"));
-    EXPECT_TRUE(world.keeps(home));
+    EXPECT_TRUE(world.keeps(pretendHome));
 
-    world.disk->setTemporaryDirectory(home);
-    EXPECT_TRUE(world.keeps(home.appending("Documents")));
-    EXPECT_TRUE(world.keeps(home.appending("anything")));
+    world.disk->setTemporaryDirectory(pretendHome);
+    EXPECT_TRUE(world.keeps(pretendHome.appending("Documents")));
+    EXPECT_TRUE(world.keeps(pretendHome.appending("anything")));
 }
 
 TEST(LinuxPlacesTest, JudgesALinkByItsOwnPlace)
 {
-    World world;
-    world.disk->addFolder(home.appending(".cache/rclone/vfs"));
-    world.disk->addLink(FilePath("/tmp/shortcut"), home.appending(".cache/rclone"));
+    PlacesWorld world;
+    world.disk->addFolder(pretendHome.appending(".cache/rclone/vfs"));
+    world.disk->addLink(FilePath("/tmp/shortcut"), pretendHome.appending(".cache/rclone"));
 
     EXPECT_FALSE(world.keeps(FilePath("/tmp/shortcut")));
     EXPECT_TRUE(world.keeps(FilePath("/tmp/shortcut/vfs")));
@@ -360,7 +358,7 @@ TEST(LinuxPlacesTest, JudgesALinkByItsOwnPlace)
 
 TEST(LinuxPlacesTest, ComparesNamesThatAreNoText)
 {
-    World world;
+    PlacesWorld world;
     world.variables["XDG_CACHE_HOME"] = "/data/\xff";
     world.disk->addFolder(FilePath(QByteArray("/data/\xff/rclone/vfs")));
     world.disk->addFolder(FilePath(QByteArray("/data/\xfe/rclone/vfs")));
@@ -375,7 +373,7 @@ TEST(LinuxPlacesTest, OffersNoKeptPlaceByItselfNorAnythingAboveIt)
         const QList<FilePath> places = examples(kept.place);
         ASSERT_FALSE(places.isEmpty());
         for (const FilePath &place : places) {
-            World world;
+            PlacesWorld world;
             nameUserFolders(*world.disk);
             world.disk->addFolder(place);
             const LinuxPlaces judge = world.places();
@@ -390,7 +388,7 @@ TEST(LinuxPlacesTest, GivesTheReasonOfTheKeptPlace)
     for (const PlacesData::ReasonedPlace &kept : PlacesData::builtIn().keep) {
         PlacesData alone;
         alone.keep = {kept};
-        const auto disk = std::make_shared<PretendFileManager>(home);
+        const auto disk = std::make_shared<PretendFileManager>(pretendHome);
         const FilePath place = examples(kept.place).constFirst();
         nameUserFolders(*disk);
         disk->addFolder(place);

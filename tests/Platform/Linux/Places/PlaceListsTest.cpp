@@ -10,12 +10,10 @@ using testing::IsEmpty;
 
 namespace {
 
-const FilePath home("/home/ada");
-
 /// A disk, a list of places of one's own making, and the places as a program with these variables sees them.
-struct World
+struct ListsWorld
 {
-    std::shared_ptr<PretendFileManager> disk = std::make_shared<PretendFileManager>(home);
+    std::shared_ptr<PretendFileManager> disk = std::make_shared<PretendFileManager>(pretendHome);
     QHash<QByteArray, QByteArray> variables;
     PlacesData data = PlacesData::builtIn();
 
@@ -44,75 +42,76 @@ struct World
 
 TEST(PlaceListsTest, GivesWhatExistsInItsOrderAndUnderItsName)
 {
-    World world;
+    ListsWorld world;
     world.add("~/.zeta", {}, u"Zeta"_qs);
     world.add("~/.missing");
     world.add("/opt/alpha");
     world.disk->addFolder(FilePath("/opt/alpha"));
-    world.disk->addFolder(home.appending(".zeta"));
+    world.disk->addFolder(pretendHome.appending(".zeta"));
 
     const LinuxPlaces places(
         world.disk, [](const char *) { return QByteArray(); }, world.data);
-    EXPECT_THAT(places.entriesBehind(u"Mine"_qs),
-                ElementsAre(PlaceEntry{u"Zeta"_qs, home.appending(".zeta")}, PlaceEntry{{}, FilePath("/opt/alpha")}));
+    EXPECT_THAT(
+        places.entriesBehind(u"Mine"_qs),
+        ElementsAre(PlaceEntry{u"Zeta"_qs, pretendHome.appending(".zeta")}, PlaceEntry{{}, FilePath("/opt/alpha")}));
     EXPECT_THAT(places.entriesBehind(u"Nobody's"_qs), IsEmpty());
 }
 
 TEST(PlaceListsTest, FillsInAnAsteriskInTheOrderOfTheNames)
 {
-    World world;
+    ListsWorld world;
     world.add("~/tools/*/cache*");
     for (const char *name : {"b/cache", "a/cache-2", "a/cache-1", "a/other"})
-        world.disk->addFolder(home.appending("tools").appending(name));
+        world.disk->addFolder(pretendHome.appending("tools").appending(name));
 
     EXPECT_THAT(world.folders(),
-                ElementsAre(home.appending("tools/a/cache-1"), home.appending("tools/a/cache-2"),
-                            home.appending("tools/b/cache")));
+                ElementsAre(pretendHome.appending("tools/a/cache-1"), pretendHome.appending("tools/a/cache-2"),
+                            pretendHome.appending("tools/b/cache")));
 }
 
 TEST(PlaceListsTest, FillsInNoLinkThatLeadsElsewhere)
 {
-    World world;
+    ListsWorld world;
     world.add("~/tools/*/cache");
     world.add("~/tools/*");
     world.disk->addFolder(FilePath("/outside/cache"));
-    world.disk->addLink(home.appending("tools/link"), FilePath("/outside"));
-    world.disk->addFolder(home.appending("tools/real/cache"));
+    world.disk->addLink(pretendHome.appending("tools/link"), FilePath("/outside"));
+    world.disk->addFolder(pretendHome.appending("tools/real/cache"));
 
-    EXPECT_THAT(
-        world.folders(),
-        ElementsAre(home.appending("tools/real/cache"), home.appending("tools/link"), home.appending("tools/real")));
+    EXPECT_THAT(world.folders(),
+                ElementsAre(pretendHome.appending("tools/real/cache"), pretendHome.appending("tools/link"),
+                            pretendHome.appending("tools/real")));
 }
 
 TEST(PlaceListsTest, PassesOverAFolderWithoutWhatItHasToHold)
 {
-    World world;
+    ListsWorld world;
     world.add("~/build", "trim.txt");
-    world.disk->addFolder(home.appending("build"));
+    world.disk->addFolder(pretendHome.appending("build"));
     EXPECT_THAT(world.folders(), IsEmpty());
 
-    world.disk->addFile(home.appending("build/trim.txt"), 10);
-    EXPECT_THAT(world.folders(), ElementsAre(home.appending("build")));
+    world.disk->addFile(pretendHome.appending("build/trim.txt"), 10);
+    EXPECT_THAT(world.folders(), ElementsAre(pretendHome.appending("build")));
 }
 
 TEST(PlaceListsTest, NamesAFolderOnceWhateverLinksLeadToIt)
 {
-    World world;
+    ListsWorld world;
     world.add("~/real");
     world.add("~/link");
-    world.disk->addFolder(home.appending("real"));
-    world.disk->addLink(home.appending("link"), home.appending("real"));
-    EXPECT_THAT(world.folders(), ElementsAre(home.appending("real")));
+    world.disk->addFolder(pretendHome.appending("real"));
+    world.disk->addLink(pretendHome.appending("link"), pretendHome.appending("real"));
+    EXPECT_THAT(world.folders(), ElementsAre(pretendHome.appending("real")));
 }
 
 TEST(PlaceListsTest, FollowsAVariableAndTakesItsUsualPlaceWithoutIt)
 {
-    World world;
+    ListsWorld world;
     world.addVariable("$TOOL_HOME", "~/.tool");
     world.add("$TOOL_HOME/cache");
-    world.disk->addFolder(home.appending(".tool/cache"));
+    world.disk->addFolder(pretendHome.appending(".tool/cache"));
     world.disk->addFolder(FilePath("/data/tool/cache"));
-    EXPECT_THAT(world.folders(), ElementsAre(home.appending(".tool/cache")));
+    EXPECT_THAT(world.folders(), ElementsAre(pretendHome.appending(".tool/cache")));
 
     world.variables["TOOL_HOME"] = "/data/tool";
     EXPECT_THAT(world.folders(), ElementsAre(FilePath("/data/tool/cache")));
@@ -120,21 +119,21 @@ TEST(PlaceListsTest, FollowsAVariableAndTakesItsUsualPlaceWithoutIt)
 
 TEST(PlaceListsTest, TakesTheUsualPlaceForAVariableThatIsEmptyRelativeOrTooWide)
 {
-    World world;
+    ListsWorld world;
     world.addVariable("$TOOL_HOME", "~/.tool");
     world.add("$TOOL_HOME/cache");
-    world.disk->addFolder(home.appending(".tool/cache"));
-    world.disk->addFolder(home.appending("Documents/cache"));
-    world.disk->addFolder(home.appending("cache"));
+    world.disk->addFolder(pretendHome.appending(".tool/cache"));
+    world.disk->addFolder(pretendHome.appending("Documents/cache"));
+    world.disk->addFolder(pretendHome.appending("cache"));
     world.disk->addFolder(FilePath("/cache"));
-    world.disk->addLink(home.appending("to-root"), FilePath("/"));
-    world.disk->addLink(home.appending("one"), home.appending("two"));
-    world.disk->addLink(home.appending("two"), home.appending("one"));
+    world.disk->addLink(pretendHome.appending("to-root"), FilePath("/"));
+    world.disk->addLink(pretendHome.appending("one"), pretendHome.appending("two"));
+    world.disk->addLink(pretendHome.appending("two"), pretendHome.appending("one"));
 
     for (const char *value : {"", "tool", "./tool", "/", "/home", "/home/ada", "/home/ada/Documents",
                               "/home/ada/to-root", "/home/ada/.tool/../Documents"}) {
         world.variables["TOOL_HOME"] = value;
-        EXPECT_THAT(world.folders(), ElementsAre(home.appending(".tool/cache"))) << value;
+        EXPECT_THAT(world.folders(), ElementsAre(pretendHome.appending(".tool/cache"))) << value;
     }
     world.variables["TOOL_HOME"] = "/home/ada/one";
     EXPECT_THAT(world.folders(), IsEmpty());
@@ -142,7 +141,7 @@ TEST(PlaceListsTest, TakesTheUsualPlaceForAVariableThatIsEmptyRelativeOrTooWide)
 
 TEST(PlaceListsTest, LeavesOutARowWhoseBaseIsNowhere)
 {
-    World world;
+    ListsWorld world;
     world.data.variables.append({"$NOWHERE", std::nullopt});
     world.add("$NOWHERE/cache");
     world.add("$music");
@@ -152,20 +151,20 @@ TEST(PlaceListsTest, LeavesOutARowWhoseBaseIsNowhere)
 
 TEST(PlaceListsTest, KnowsTheUsersOwnFoldersUnderTheirNames)
 {
-    World world;
+    ListsWorld world;
     const QByteArray text = "XDG_MUSIC_DIR=\"$HOME/Lieder\"\n";
-    world.disk->addFile(home.appending(".config/user-dirs.dirs"), text.size(), text);
-    world.disk->addFolder(home.appending("Lieder/Bach"));
+    world.disk->addFile(pretendHome.appending(".config/user-dirs.dirs"), text.size(), text);
+    world.disk->addFolder(pretendHome.appending("Lieder/Bach"));
     world.add("$music");
 
-    EXPECT_THAT(world.folders(), ElementsAre(home.appending("Lieder")));
+    EXPECT_THAT(world.folders(), ElementsAre(pretendHome.appending("Lieder")));
     const LinuxPlaces places(world.disk, [](const char *) { return QByteArray(); });
-    EXPECT_TRUE(places.reasonToKeep(home.appending("Lieder/Bach")).has_value());
+    EXPECT_TRUE(places.reasonToKeep(pretendHome.appending("Lieder/Bach")).has_value());
 }
 
 TEST(PlaceListsTest, KnowsTheDriverForNtfsDisksByEitherOfItsNames)
 {
-    const auto disk = std::make_shared<PretendFileManager>(home);
+    const auto disk = std::make_shared<PretendFileManager>(pretendHome);
     const LinuxPlaces places(
         disk, [](const char *) { return QByteArray(); }, PlacesData::builtIn());
 

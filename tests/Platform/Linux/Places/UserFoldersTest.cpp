@@ -7,14 +7,13 @@ using namespace Quillmere;
 
 namespace {
 
-const FilePath home("/home/ada");
-const FilePath config = home.appending(".config");
+const FilePath config = pretendHome.appending(".config");
 
 QHash<QByteArray, FilePath> foldersOf(const QByteArray &text)
 {
-    PretendFileManager disk(home);
+    PretendFileManager disk(pretendHome);
     disk.addFile(config.appending("user-dirs.dirs"), text.size(), text);
-    return UserFolders::read(disk, home, config).locations;
+    return UserFolders::read(disk, pretendHome, config).locations;
 }
 
 } // namespace
@@ -25,7 +24,7 @@ TEST(UserFoldersTest, TakesFoldersOfTheHomeAndElsewhere)
                                    "XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n"
                                    "XDG_VIDEOS_DIR=\"/data/films/\"\n");
     EXPECT_EQ(folders.size(), 2);
-    EXPECT_EQ(folders["documents"], home.appending("Dokumente"));
+    EXPECT_EQ(folders["documents"], pretendHome.appending("Dokumente"));
     EXPECT_EQ(folders["videos"], FilePath("/data/films"));
 }
 
@@ -44,10 +43,10 @@ TEST(UserFoldersTest, PassesOverLinesOfAnotherShape)
 
 TEST(UserFoldersTest, UndoesQuotedCharacters)
 {
-    EXPECT_EQ(foldersOf("XDG_MUSIC_DIR=\"$HOME/Say \\\"hey\\\"\"")["music"], home.appending("Say \"hey\""));
+    EXPECT_EQ(foldersOf("XDG_MUSIC_DIR=\"$HOME/Say \\\"hey\\\"\"")["music"], pretendHome.appending("Say \"hey\""));
 }
 
 TEST(UserFoldersTest, KnowsNoFolderWithoutTheFile)
 {
-    EXPECT_TRUE(UserFolders::read(PretendFileManager(home), home, config).locations.isEmpty());
+    EXPECT_TRUE(UserFolders::read(PretendFileManager(pretendHome), pretendHome, config).locations.isEmpty());
 }

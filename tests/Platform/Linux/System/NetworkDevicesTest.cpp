@@ -13,7 +13,7 @@ const QByteArray headings
       " face |bytes    packets errs drop fifo frame compressed multicast|bytes    packets errs drop fifo colls carrier "
       "compressed\n";
 
-const QByteArray recorded = headings
+const QByteArray recordedDevices = headings
     + "    lo:    6586      59    0    0    0     0          0         0     6586      59    0    0    0     0       0 "
       "         0\n"
       "  eth0: 462372996   10926    0    0    0     0          0         0   562999    6596    0    0    0     0       "
@@ -23,7 +23,7 @@ const QByteArray recorded = headings
 
 TEST(NetworkDevicesTest, ReadsBothCountersOfEachInterface)
 {
-    EXPECT_THAT(parseNetworkDevices(recorded),
+    EXPECT_THAT(parseNetworkDevices(recordedDevices),
                 ElementsAre(NetworkDevice{"lo", true, 6586, 6586}, NetworkDevice{"eth0", true, 462372996, 562999}));
 }
 
@@ -68,10 +68,10 @@ TEST(NetworkDevicesTest, FindsNothingInOtherText)
 
 TEST(NetworkDevicesTest, NeverReadsHalfANumberWhereverTheTextIsCut)
 {
-    const QList<NetworkDevice> whole = parseNetworkDevices(recorded);
+    const QList<NetworkDevice> whole = parseNetworkDevices(recordedDevices);
 
-    for (qsizetype length = 0; length <= recorded.size(); ++length) {
-        const QList<NetworkDevice> cut = parseNetworkDevices(QByteArrayView(recorded).first(length));
+    for (qsizetype length = 0; length <= recordedDevices.size(); ++length) {
+        const QList<NetworkDevice> cut = parseNetworkDevices(QByteArrayView(recordedDevices).first(length));
         ASSERT_LE(cut.size(), whole.size());
         EXPECT_EQ(cut, whole.first(cut.size())) << length;
     }

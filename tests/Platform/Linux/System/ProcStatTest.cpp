@@ -7,16 +7,16 @@ using namespace Quillmere;
 namespace {
 
 // A machine of two processors, one of them switched off.
-constexpr const char *recorded = "cpu  422592 635242 741252 898626 17513 3 6317 2777 40 50\n"
-                                 "cpu0 211847 319427 329167 494812 4573 3 753 1441 40 50\n"
-                                 "intr 22887467 0 0 0\n"
-                                 "ctxt 180025263\n";
+constexpr const char *recordedStat = "cpu  422592 635242 741252 898626 17513 3 6317 2777 40 50\n"
+                                     "cpu0 211847 319427 329167 494812 4573 3 753 1441 40 50\n"
+                                     "intr 22887467 0 0 0\n"
+                                     "ctxt 180025263\n";
 
 } // namespace
 
 TEST(ProcStatTest, CountsWaitingAsIdleAndInterruptsAndStolenTimeAsSystemAndGuestsNotAgain)
 {
-    EXPECT_EQ(parseProcStat(recorded), (CpuTicks{422592, 741252 + 3 + 6317 + 2777, 898626 + 17513, 635242}));
+    EXPECT_EQ(parseProcStat(recordedStat), (CpuTicks{422592, 741252 + 3 + 6317 + 2777, 898626 + 17513, 635242}));
 }
 
 TEST(ProcStatTest, ReadsTheFourColumnsOfAVeryOldKernel)
@@ -26,7 +26,7 @@ TEST(ProcStatTest, ReadsTheFourColumnsOfAVeryOldKernel)
 
 TEST(ProcStatTest, AnswersTheSameOrNothingWhereverTheTextIsCut)
 {
-    const QByteArrayView text(recorded);
+    const QByteArrayView text(recordedStat);
     const std::optional<CpuTicks> whole = parseProcStat(text);
     const qsizetype firstLine = text.indexOf('\n') + 1;
 

@@ -16,7 +16,7 @@ namespace Quillmere {
 
 namespace {
 
-constexpr int patience = 20000;
+constexpr int patienceForTheDesktop = 20000;
 constexpr int answerDescriptor = 3;
 
 /// Starts @p command with descriptor 3 open for writing into @p answer.
@@ -42,7 +42,7 @@ pid_t started(QByteArrayList command, const QByteArray &answer)
 /// The line that a program has written into @p answer; empty when none came.
 QByteArray lineFrom(const QByteArray &answer)
 {
-    const QDeadlineTimer deadline(patience);
+    const QDeadlineTimer deadline(patienceForTheDesktop);
     while (!deadline.hasExpired()) {
         QFile file(QFile::decodeName(answer));
         const QByteArray text = file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();

@@ -17,7 +17,7 @@ using testing::UnorderedElementsAreArray;
 namespace {
 
 /// Whatever waits for a server is ended after so long, and the test has failed.
-constexpr unsigned secondsUntilGivenUp = 120;
+constexpr unsigned secondsUntilTheScanIsGivenUp = 120;
 
 constexpr std::chrono::milliseconds patience{100};
 
@@ -74,7 +74,7 @@ TEST_P(DeadMountScanTest, NeitherStopsNorHangsTheScanAndIsNoItem)
         home.addLink(GetParam().link, home.path(GetParam().mountPoint).bytes());
 
     inMountNamespace([&] {
-        ::alarm(secondsUntilGivenUp);
+        ::alarm(secondsUntilTheScanIsGivenUp);
         const DeadMount gone(home.path(GetParam().mountPoint));
 
         EXPECT_THAT(scan(), UnorderedElementsAreArray(all));
@@ -112,7 +112,7 @@ TEST_F(DeadMountScanTest, HoldsNoLookForAPlaceInAnItemUp)
     home.addFile("home/.config/user-dirs.dirs", "XDG_MUSIC_DIR=\"$HOME/.cache/good/nas/music\"\n");
 
     inMountNamespace([&] {
-        ::alarm(secondsUntilGivenUp);
+        ::alarm(secondsUntilTheScanIsGivenUp);
         const DeadMount gone(home.path("home/.cache/good/nas"));
 
         EXPECT_THAT(scan(), UnorderedElementsAreArray(all));
@@ -123,7 +123,7 @@ TEST_P(DeadRootScanTest, LeavesTheOtherPlacesToTheScan)
 {
     home.addFolder(GetParam().mountPoint);
     inMountNamespace([&] {
-        ::alarm(secondsUntilGivenUp);
+        ::alarm(secondsUntilTheScanIsGivenUp);
         const DeadMount gone(home.path(GetParam().mountPoint));
 
         EXPECT_THAT(scan(), IsSupersetOf({u"log"_qs, u"work"_qs, u"box"_qs}));
@@ -168,7 +168,7 @@ TEST_F(DeadMountScanTest, IsEmptyForWhoeverMeasuresOrSearchesItOrWhatIsBehindIt)
     home.addLink("home/link", home.path("mnt/nas").bytes());
 
     inMountNamespace([&] {
-        ::alarm(secondsUntilGivenUp);
+        ::alarm(secondsUntilTheScanIsGivenUp);
         const DeadMount gone(home.path("mnt/nas"));
         const DeadMount other(home.path("home/Documents"));
         const auto files = std::make_shared<LinuxFileManager>(home.environment(), patience);
@@ -197,7 +197,7 @@ TEST_P(DeadMountListsTest, HoldsNoListUpAndIsKeptWhereItLies)
     home.addFolder(GetParam().mountPoint);
 
     inMountNamespace([&] {
-        ::alarm(secondsUntilGivenUp);
+        ::alarm(secondsUntilTheScanIsGivenUp);
         const DeadMount gone(home.path(GetParam().mountPoint));
         const auto files = std::make_shared<LinuxFileManager>(home.environment(), patience);
         const LinuxPlaces places(files, noVariable);

@@ -2,6 +2,7 @@
 #include "Platform/Linux/RestrictedThread.h"
 #include "Platform/Linux/SpawnedProgram.h"
 #include "Platform/Linux/TemporaryTree.h"
+#include "Platform/Linux/Walk/Measuring.h"
 #include "Platform/Linux/Walk/TreeWalk.h"
 
 #include <gtest/gtest.h>
@@ -12,11 +13,6 @@
 using namespace Quillmere;
 
 namespace {
-
-TreeSize measure(const FilePath &folder)
-{
-    return measureTree(folder, {}).valueOr({-1, -1});
-}
 
 bool bindMount(const FilePath &source, const FilePath &target)
 {

@@ -1,6 +1,6 @@
 #include "Platform/Linux/Need.h"
 #include "Platform/Linux/TemporaryTree.h"
-#include "Platform/Linux/Walk/TreeWalk.h"
+#include "Platform/Linux/Walk/Measuring.h"
 
 #include <gtest/gtest.h>
 
@@ -13,11 +13,6 @@
 using namespace Quillmere;
 
 namespace {
-
-TreeSize measure(const FilePath &folder)
-{
-    return measureTree(folder, {}).valueOr({-1, -1});
-}
 
 constexpr TreeSize nothing{0, 0};
 
