@@ -1,6 +1,7 @@
 #include "Tools/BundleCopy.h"
 
 #include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/FileMetadata.h"
 #include "Platform/Linux/Files/FolderNames.h"
 #include "Platform/Linux/Files/OpenAt.h"
 #include "Platform/Linux/Removal/FileCopy.h"

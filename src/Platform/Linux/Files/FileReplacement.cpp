@@ -2,10 +2,10 @@
 
 #include "Platform/Linux/Files/ErrnoFailure.h"
 #include "Platform/Linux/Files/FileDescriptor.h"
+#include "Platform/Linux/Files/FileMetadata.h"
 #include "Platform/Linux/Files/ItemPlace.h"
 #include "Platform/Linux/Files/OpenAt.h"
 #include "Platform/Linux/Files/WriteAll.h"
-#include "Platform/Linux/Removal/FileCopy.h"
 
 #include <QCryptographicHash>
 #include <QRandomGenerator>
@@ -135,14 +135,12 @@ private:
             && S_ISREG(existing.st_mode);
         if (!isFile)
             return true;
-        // Without the owner's name on it, the file must not run with its owner's rights.
-        const bool keepsOwner = ::fchown(m_file.number(), existing.st_uid, existing.st_gid) == 0;
-        const bool keepsGroup = keepsOwner || ::fchown(m_file.number(), static_cast<uid_t>(-1), existing.st_gid) == 0;
+        const mode_t rights = giveToOwnerOf(existing, m_file.number());
         const FileDescriptor readable
             = openAt(m_folder.number(), m_target, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
         if (readable.isOpen())
             copyExtendedAttributes(readable.number(), m_file.number());
-        setMode(existing.st_mode & (keepsOwner ? 07777 : keepsGroup ? 0777 : 0707));
+        setMode(rights);
         return true;
     }
 
