@@ -27,6 +27,16 @@ QByteArray withoutEscapes(const QByteArray &field)
     return plain;
 }
 
+bool isTrigger(const MountEntry &mount)
+{
+    return mount.type == "autofs";
+}
+
+bool isOfBootLoader(const FilePath &location)
+{
+    return location.isWithin(FilePath("/boot")) || location.isWithin(FilePath("/efi"));
+}
+
 bool isMountRoot(int descriptor)
 {
     struct statx status = {};

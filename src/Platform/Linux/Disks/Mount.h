@@ -27,6 +27,11 @@ struct MountEntry
     bool operator==(const MountEntry &) const = default;
 };
 
+/// What stands for something that is mounted at the first touch.
+[[nodiscard]] bool isTrigger(const MountEntry &mount);
+/// A folder from which the machine starts, or one in it.
+[[nodiscard]] bool isOfBootLoader(const FilePath &location);
+
 /// A field of one of the kernel's tables as it is. proc(5): blanks, tabs, line ends and backslashes stand there as a
 /// backslash and three octal digits.
 [[nodiscard]] QByteArray withoutEscapes(const QByteArray &field);

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/Files/ErrnoFailure.h"
 #include "Platform/Linux/Files/FileDescriptor.h"
+#include "Platform/Linux/Files/FileIdentity.h"
 #include "Platform/Linux/Files/FileMetadata.h"
 #include "Platform/Linux/Files/ItemPlace.h"
 #include "Platform/Linux/Files/OpenAt.h"
@@ -41,7 +42,7 @@ bool clearAbandoned(const FileDescriptor &folder, const QByteArray &name)
     // Between the two it may have arrived, and another have come to its name.
     if (::fstatat(folder.number(), name.constData(), &standing, AT_SYMLINK_NOFOLLOW) != 0)
         return errno == ENOENT;
-    return standing.st_dev == opened.st_dev && standing.st_ino == opened.st_ino
+    return FileIdentity::of(standing) == FileIdentity::of(opened)
         && ::unlinkat(folder.number(), name.constData(), 0) == 0;
 }
 

@@ -1,11 +1,11 @@
 #include "Platform/Linux/Removal/FileCopy.h"
 
 #include "Platform/Linux/Files/DiskSteps.h"
+#include "Platform/Linux/Files/HeldItem.h"
 #include "Platform/Linux/Files/WriteAll.h"
 
 #include <array>
 #include <cerrno>
-#include <climits>
 #include <vector>
 
 #include <fcntl.h>
@@ -64,13 +64,6 @@ bool isUnchanged(const struct stat &before, const struct stat &after)
 {
     return before.st_size == after.st_size && before.st_mtim.tv_sec == after.st_mtim.tv_sec
         && before.st_mtim.tv_nsec == after.st_mtim.tv_nsec;
-}
-
-std::optional<QByteArray> textOfLink(int folder, const QByteArray &name)
-{
-    std::array<char, PATH_MAX> text = {};
-    const ssize_t length = ::readlinkat(folder, name.constData(), text.data(), text.size());
-    return length < 0 ? std::nullopt : std::optional(QByteArray(text.data(), length));
 }
 
 int makeLink(const QByteArray &text, int folder, const QByteArray &name, const struct stat &status)

@@ -2,17 +2,12 @@
 
 #include <QByteArray>
 
-#include <optional>
-
 #include <sys/stat.h>
 
 namespace Quillmere {
 
 /// Whether what was @p before is still @p after, as far as its length and its time tell.
 [[nodiscard]] bool isUnchanged(const struct stat &before, const struct stat &after);
-/// What the link @p name in @p folder says, or with an empty name the link that @p folder itself is. Nothing on
-/// failure, with the reason in errno.
-[[nodiscard]] std::optional<QByteArray> textOfLink(int folder, const QByteArray &name);
 
 /// These copy one thing from @p source, a descriptor of it or of its folder. Those that answer do so with 0 or an error
 /// number.
