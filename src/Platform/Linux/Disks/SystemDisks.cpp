@@ -211,7 +211,10 @@ Result<SystemPlaces> SystemPlaces::ofThisMachine(const FilePath &home)
 {
     QFile swaps(u"/proc/swaps"_qs);
     SystemPlaces places;
-    places.mounts = mountTable();
+    const Result<QList<MountEntry>> mounts = mountTable();
+    if (!mounts)
+        return mounts.failure();
+    places.mounts = mounts.value();
     // Kernels without swap have no such table.
     if (swaps.open(QFile::ReadOnly))
         places.swaps = swaps.readAll();
