@@ -173,8 +173,9 @@ public:
     /// Sees the volumes that hold @p paths safely onto disk, each once. For the end of a run.
     virtual void synchronizeVolumes(const QList<FilePath> &paths) const = 0;
 
-    /// How many small steps all that it does and has done took so far: items removed, pieces copied, folders read. As
-    /// long as one of its calls goes forward, this grows. Any thread.
+    /// How many small steps all that it does and has done took so far: items removed or moved to the trash, pieces
+    /// copied, folders read. As long as one of its calls goes forward, this grows, but for synchronizeVolumes(). Any
+    /// thread.
     [[nodiscard]] virtual quint64 stepsTaken() const = 0;
 
     /// An existing folder is fine with Intermediates::Create, and AlreadyExists otherwise.
