@@ -91,7 +91,7 @@ std::unique_ptr<OpenFolder> LinuxFileManager::openFolder(const FilePath &path) c
     if (!place)
         return nullptr;
     std::unique_ptr<OpenFolder> folder = FolderOnDisk::below(place.value().folder.number(), place.value().name);
-    if (folder || errno != EXDEV || !m_volumeGuard.mayEnter(path.standardized()))
+    if (folder || errno != EXDEV || !m_volumeGuard.mayEnter(m_volumeGuard.placeOf(path)))
         return folder;
     FileDescriptor top = openFolderForReading(path, FinalLink::Refuse);
     return top.isOpen() ? std::make_unique<FolderOnDisk>(std::move(top)) : nullptr;

@@ -25,9 +25,7 @@ bool VolumeGuard::isAnswering(const FilePath &path) const
 
 bool VolumeGuard::isItemAnswering(const FilePath &path) const
 {
-    const FilePath item = path.standardized();
-    return isPlainlyRelied(item, FinalLink::Leave)
-        || isHolderAnswering(resolved(item.deletingLastPathComponent()).appending(item.lastPathComponent()));
+    return isPlainlyRelied(path.standardized(), FinalLink::Leave) || isHolderAnswering(placeOf(path));
 }
 
 bool VolumeGuard::mayEnter(const FilePath &mountPoint) const
@@ -39,6 +37,12 @@ bool VolumeGuard::mayEnter(const FilePath &mountPoint) const
 std::optional<FilePath> VolumeGuard::resolve(const FilePath &path) const
 {
     return resolveLinks(path, [this](const FilePath &mountPoint) { return mayEnter(mountPoint); });
+}
+
+FilePath VolumeGuard::placeOf(const FilePath &path) const
+{
+    const FilePath item = path.standardized();
+    return resolved(item.deletingLastPathComponent()).appending(item.lastPathComponent());
 }
 
 FilePath VolumeGuard::resolved(const FilePath &path) const
