@@ -164,7 +164,8 @@ public:
     /// into another file system. The first failure is reported; what stood beside it is deleted all the same.
     [[nodiscard]] virtual Result<void> removeItem(const FilePath &path) const = 0;
     /// The same for an item that nobody may meet by halves: under its name there is at any moment the whole of it or
-    /// nothing, also where it fails or is ended. What is left of it then goes with the next copy to the same place.
+    /// nothing, also where it fails or is ended. What is left of it then goes, if it can, with the next copy to the same
+    /// place, which it is not in the way of.
     [[nodiscard]] virtual Result<void> removeItemAtOnce(const FilePath &path) const = 0;
     /// Copies the item with all that is in it to @p destination, whose folder must exist: links as links, rights, times
     /// and extended attributes as far as they can be given. AlreadyExists when anything stands there, NotSupported when

@@ -52,7 +52,8 @@ Result<void> copyItem(const FilePath &source, const FilePath &destination)
         return Failure{Failure::Kind::NotSupported, destination, u"The copy would lie in what is copied"_qs};
 
     const UnfinishedItem growing(to.value());
-    const Result<CopiedEntries> copied = copyTree(from.value(), to.value().folder.number(), growing.name());
+    const Result<CopiedEntries> copied
+        = copyTree(from.value(), to.value().folder.number(), growing.name(), destination);
     if (!copied)
         return copied.failure();
     const FileDescriptor folder = openAt(to.value().folder.number(), ".", O_RDONLY | O_DIRECTORY);

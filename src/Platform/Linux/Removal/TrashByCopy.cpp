@@ -90,7 +90,7 @@ Result<QByteArray> trashByCopy(const ItemPlace &place, const FileDescriptor &ite
     const Result<StagingFolder> staging = StagingFolder::make(trash);
     if (!staging)
         return staging.failure();
-    const Result<CopiedEntries> copied = copyTree(place, staging.value().descriptor(), copyName);
+    const Result<CopiedEntries> copied = copyTree(place, staging.value().descriptor(), copyName, place.path);
     if (!copied)
         return copied.failure();
     if (!isCopied(item, copied.value()))
