@@ -157,6 +157,9 @@ public:
     /// the path is taken as written.
     [[nodiscard]] virtual FilePath resolvingSymlinks(const FilePath &path) const = 0;
 
+    // The following three never hold the caller up for long on a volume that does not answer: an item that lies on one is
+    // Busy, and so is every item where the trash does, which each removal has a look at.
+
     /// Moves the item to a recoverable place and answers with its location there. A link moves itself, never its
     /// target. Fails rather than deletes; fails with LinkInPath when a folder above the item is a link.
     [[nodiscard]] virtual Result<FilePath> trashItem(const FilePath &path) const = 0;
@@ -171,7 +174,8 @@ public:
     /// and extended attributes as far as they can be given. AlreadyExists when anything stands there, NotSupported when
     /// it lies in the item itself. Stops at the first failure; what stands at @p destination is whole or nothing.
     [[nodiscard]] virtual Result<void> copyItem(const FilePath &source, const FilePath &destination) const = 0;
-    /// Sees the volumes that hold @p paths safely onto disk, each once. For the end of a run.
+    /// Sees the volumes that hold @p paths, or did, safely onto disk, each once, but for those that do not answer. Waits
+    /// for all that others have written there as well, however long that takes: for the end of a run, behind its record.
     virtual void synchronizeVolumes(const QList<FilePath> &paths) const = 0;
 
     /// How many small steps all that it does and has done took so far: items removed or moved to the trash, pieces

@@ -68,7 +68,7 @@ Failure refusal(const ItemPlace &place, const QString &reason)
 
 RemovalGuard::RemovalGuard(UserEnvironment environment)
     : m_environment(std::move(environment))
-    , m_trash(m_environment.dataHome.appending("Trash"))
+    , m_trash(m_environment.homeTrash())
 {
 }
 

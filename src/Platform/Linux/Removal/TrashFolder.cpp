@@ -99,7 +99,7 @@ Result<TrashFolder> ownTrash(const VolumeTop &top, uid_t user)
 
 Result<TrashFolder> TrashFolder::ofHome(const UserEnvironment &environment)
 {
-    const FilePath path = environment.dataHome.appending("Trash");
+    const FilePath path = environment.homeTrash();
     Result<FileDescriptor> folder = openOrMakeWithParents(path);
     if (!folder)
         return folder.failure();
