@@ -68,7 +68,6 @@ CleanupResult CleanupService::cleanItems(const QList<CleanupItem> &items, bool m
     const QList<CleanupItem> valid = validateBeforeCleanup(items);
     const double total = valid.isEmpty() ? 1.0 : double(valid.size());
     CleanupResult result;
-    QList<FilePath> touched;
     for (qsizetype i = 0; i < valid.size(); ++i) {
         const CleanupItem &item = valid.at(i);
         if (!m_files->isAnswering(item.path)) {
@@ -82,16 +81,22 @@ CleanupResult CleanupService::cleanItems(const QList<CleanupItem> &items, bool m
         } else if (const Result<void> removal = remove(item, moveToTrash)) {
             ++result.filesRemoved;
             result.sizeCleaned += item.size;
-            touched.append(item.path);
         } else {
             ++result.filesSkipped;
             result.errors.append(lineOf(item, removal.failure()));
         }
         progress(double(i + 1) / total);
     }
-    if (!touched.isEmpty())
-        m_files->synchronizeVolumes(touched);
     return result;
+}
+
+void CleanupService::synchronize(const QList<CleanupItem> &items, const CleanupResult &result) const
+{
+    if (result.filesRemoved == 0)
+        return;
+    QList<FilePath> paths;
+    std::ranges::transform(items, std::back_inserter(paths), &CleanupItem::path);
+    m_files->synchronizeVolumes(paths);
 }
 
 Result<void> CleanupService::remove(const CleanupItem &item, bool moveToTrash) const

@@ -216,8 +216,10 @@ Result<void> PretendFileManager::copyItem(const FilePath &source, const FilePath
     return {};
 }
 
-void PretendFileManager::synchronizeVolumes(const QList<FilePath> &) const
+void PretendFileManager::synchronizeVolumes(const QList<FilePath> &paths) const
 {
+    if (m_onSynchronization)
+        m_onSynchronization(paths);
     const std::scoped_lock guard(m_mutex);
     ++m_synchronizations;
 }

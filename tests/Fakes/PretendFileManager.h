@@ -55,6 +55,9 @@ public:
     /// Called before an item is trashed or removed, with its location, on the working thread.
     void onRemoval(std::function<void(const FilePath &)> observer);
 
+    /// Called before volumes are seen onto disk, with what they hold, on the working thread.
+    void onSynchronization(std::function<void(const QList<FilePath> &)> observer);
+
     [[nodiscard]] bool contains(const FilePath &path) const; ///< The thing itself, a dangling link too.
     [[nodiscard]] QList<FilePath> trashed() const; ///< Where trashed items came from, in their order.
     [[nodiscard]] QList<FilePath> removed() const; ///< What was deleted for good, in its order.
@@ -124,6 +127,7 @@ private:
     std::function<void(const FilePath &)> m_onMeasure;
     std::function<void(const FilePath &)> m_onRemoval;
     std::function<void(const FilePath &)> m_onLook;
+    std::function<void(const QList<FilePath> &)> m_onSynchronization;
 };
 
 } // namespace Quillmere

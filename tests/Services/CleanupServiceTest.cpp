@@ -80,7 +80,6 @@ TEST_F(CleanupServiceTest, GivesZerosAndNoProgressWhenAllItemsAreRefused)
     EXPECT_EQ(result, CleanupResult());
     EXPECT_THAT(progress, IsEmpty());
     EXPECT_THAT(machine.files->trashed(), IsEmpty());
-    EXPECT_EQ(machine.files->synchronizations(), 0);
 }
 
 TEST_F(CleanupServiceTest, GivesZerosAndNoProgressForAnEmptyList)
@@ -291,11 +290,28 @@ TEST_F(CleanupServiceTest, RefusesAnItemWhoseFolderHasBecomeALinkSinceTheScan)
     EXPECT_TRUE(machine.files->contains(FilePath("/home/ada/Documents/item/letter")));
 }
 
-TEST_F(CleanupServiceTest, SeesTheVolumesOntoDiskOnceARun)
+TEST_F(CleanupServiceTest, SeesTheVolumesOntoDiskOnceARunAndNotBeforeItIsAsked)
 {
-    (void)clean({addItem("a"), addItem("b"), addItem("c")}, true);
+    const QList<CleanupItem> items = {addItem("a"), addItem("b"), addItem("c")};
+    QList<FilePath> paths;
+    machine.files->onSynchronization([&](const QList<FilePath> &seen) { paths = seen; });
+
+    const CleanupResult result = clean(items, true);
+    EXPECT_EQ(machine.files->synchronizations(), 0);
+    cleaner.synchronize(items, result);
 
     EXPECT_EQ(machine.files->synchronizations(), 1);
+    EXPECT_THAT(paths, ElementsAre(caches.appending("a"), caches.appending("b"), caches.appending("c")));
+}
+
+TEST_F(CleanupServiceTest, SeesNothingOntoDiskWhereNothingHasGone)
+{
+    const QList<CleanupItem> items = {addItem("a")};
+    machine.files->refuse(items.first().path, Failure::Kind::NoPermission);
+
+    cleaner.synchronize(items, clean(items, true));
+
+    EXPECT_EQ(machine.files->synchronizations(), 0);
 }
 
 TEST_F(CleanupServiceTest, CountsADanglingLinkAndALoopOfLinksAsSkipped)

@@ -104,7 +104,7 @@ TEST_F(DeadMountRemovalTest, EndsAtOnceForWhoeverRemovesOfIt)
     });
 }
 
-TEST_F(DeadMountRemovalTest, IsNotSeenOntoDiskButTheOthersAre)
+TEST_F(DeadMountRemovalTest, HoldsNobodyUpWhoSeesItsItemsOntoDisk)
 {
     home.addFolder("mnt/nas");
     home.addFile("home/item");
