@@ -14,6 +14,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <tuple>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -27,11 +28,20 @@ constexpr int mostAttempts = 100;
 constexpr qsizetype digits = 16; ///< Of a target, which itself may be as long as a name can be.
 constexpr mode_t usualMode = 0666;
 
+/// Opened to be locked against all others. flock(2): a file server gives such a lock only of what is open for writing;
+/// elsewhere it is given of what may only be read as well.
+FileDescriptor openToLock(const FileDescriptor &folder, const QByteArray &name)
+{
+    constexpr int flags = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
+    FileDescriptor file = openAt(folder.number(), name, O_RDWR | flags);
+    return file.isOpen() || errno != EACCES ? std::move(file) : openAt(folder.number(), name, O_RDONLY | flags);
+}
+
 /// Removes what a program that was killed on the way has left under @p name. A file that is still on its way is locked.
 /// False where one is, or where it cannot be told.
 bool clearAbandoned(const FileDescriptor &folder, const QByteArray &name)
 {
-    const FileDescriptor file = openAt(folder.number(), name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    const FileDescriptor file = openToLock(folder, name);
     if (!file.isOpen())
         return errno == ENOENT;
     struct stat opened = {};
