@@ -157,6 +157,9 @@ public:
     /// the path is taken as written.
     [[nodiscard]] virtual FilePath resolvingSymlinks(const FilePath &path) const = 0;
 
+    // No volume that does not answer holds up the following three: an item that lies on one is Busy, and so is every
+    // item where the trash lies on one, since each removal has a look at that.
+
     /// Moves the item to a recoverable place and answers with its location there. A link moves itself, never its
     /// target. Fails rather than deletes; fails with LinkInPath when a folder above the item is a link.
     [[nodiscard]] virtual Result<FilePath> trashItem(const FilePath &path) const = 0;
@@ -164,17 +167,21 @@ public:
     /// into another file system. The first failure is reported; what stood beside it is deleted all the same.
     [[nodiscard]] virtual Result<void> removeItem(const FilePath &path) const = 0;
     /// The same for an item that nobody may meet by halves: under its name there is at any moment the whole of it or
-    /// nothing, also where it fails or is ended. What is left of it then goes with the next copy to the same place.
+    /// nothing, also where it fails or is ended. What is left of it then goes, if it can, with the next copy to the
+    /// same place, which it is not in the way of.
     [[nodiscard]] virtual Result<void> removeItemAtOnce(const FilePath &path) const = 0;
     /// Copies the item with all that is in it to @p destination, whose folder must exist: links as links, rights, times
     /// and extended attributes as far as they can be given. AlreadyExists when anything stands there, NotSupported when
     /// it lies in the item itself. Stops at the first failure; what stands at @p destination is whole or nothing.
     [[nodiscard]] virtual Result<void> copyItem(const FilePath &source, const FilePath &destination) const = 0;
-    /// Sees the volumes that hold @p paths safely onto disk, each once. For the end of a run.
+    /// Sees the volumes that hold @p paths, or did, safely onto disk, each once, but for those that do not answer.
+    /// Waits for all that others have written there as well, however long that takes: for the end of a run, behind its
+    /// record.
     virtual void synchronizeVolumes(const QList<FilePath> &paths) const = 0;
 
-    /// How many small steps all that it does and has done took so far: items removed, pieces copied, folders read. As
-    /// long as one of its calls goes forward, this grows. Any thread.
+    /// How many small steps all that it does and has done took so far: items removed or moved to the trash, pieces
+    /// copied, folders read. As long as one of its calls goes forward, this grows, but while one waits for a volume to
+    /// have all written down. Any thread.
     [[nodiscard]] virtual quint64 stepsTaken() const = 0;
 
     /// An existing folder is fine with Intermediates::Create, and AlreadyExists otherwise.

@@ -17,6 +17,11 @@ bool mayBeDeleted(const CleanupItem &item)
     return item.riskLevel == RiskLevel::Safe && (category.contains(u"cache") || category.contains(u"temp"));
 }
 
+QString lineOf(const CleanupItem &item, const Failure &failure)
+{
+    return u"Failed to clean "_qs + item.name + u": "_qs + localizedDescription(failure);
+}
+
 } // namespace
 
 CleanupService::CleanupService(std::shared_ptr<const FileManager> files, std::shared_ptr<const Places> places)
@@ -49,7 +54,8 @@ bool CleanupService::mayBeTouched(const CleanupItem &item) const
     // Asked a second time on purpose: this gate stands on its own, whatever becomes of the tests above.
     if (PathValidator::isProtectedUserDirectory(item.path, *m_files))
         return false;
-    if (!SymlinkChecker::isSymlink(item.path, *m_files))
+    // What lies on a volume that does not answer cannot be asked, and may be a link as well.
+    if (m_files->isAnswering(item.path) && !SymlinkChecker::isSymlink(item.path, *m_files))
         return true;
     const FilePath target = m_files->resolvingSymlinks(item.path);
     return !PathValidator::isProtectedPath(target, *m_files)
@@ -62,10 +68,12 @@ CleanupResult CleanupService::cleanItems(const QList<CleanupItem> &items, bool m
     const QList<CleanupItem> valid = validateBeforeCleanup(items);
     const double total = valid.isEmpty() ? 1.0 : double(valid.size());
     CleanupResult result;
-    QList<FilePath> touched;
     for (qsizetype i = 0; i < valid.size(); ++i) {
         const CleanupItem &item = valid.at(i);
-        if (!m_files->fileExists(item.path)) {
+        if (!m_files->isAnswering(item.path)) {
+            ++result.filesSkipped;
+            result.errors.append(lineOf(item, Failure{Failure::Kind::Busy, item.path, {}}));
+        } else if (!m_files->fileExists(item.path)) {
             ++result.filesSkipped;
         } else if (!moveToTrash && !mayBeDeleted(item)) {
             ++result.filesSkipped;
@@ -73,17 +81,22 @@ CleanupResult CleanupService::cleanItems(const QList<CleanupItem> &items, bool m
         } else if (const Result<void> removal = remove(item, moveToTrash)) {
             ++result.filesRemoved;
             result.sizeCleaned += item.size;
-            touched.append(item.path);
         } else {
             ++result.filesSkipped;
-            result.errors.append(u"Failed to clean "_qs + item.name + u": "_qs
-                                 + localizedDescription(removal.failure()));
+            result.errors.append(lineOf(item, removal.failure()));
         }
         progress(double(i + 1) / total);
     }
-    if (!touched.isEmpty())
-        m_files->synchronizeVolumes(touched);
     return result;
+}
+
+void CleanupService::synchronize(const QList<CleanupItem> &items, const CleanupResult &result) const
+{
+    if (result.filesRemoved == 0)
+        return;
+    QList<FilePath> paths;
+    std::ranges::transform(items, std::back_inserter(paths), &CleanupItem::path);
+    m_files->synchronizeVolumes(paths);
 }
 
 Result<void> CleanupService::remove(const CleanupItem &item, bool moveToTrash) const

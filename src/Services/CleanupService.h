@@ -22,9 +22,12 @@ public:
 
     /// Removes what passes validateBeforeCleanup(), item after item, to its end: there is no cancelling. With
     /// @p moveToTrash every item goes to the Trash; without, only safe cache and temporary items are deleted and the
-    /// others are skipped without a word.
+    /// others are skipped without a word. What lies on a volume that does not answer is passed over as a failure.
     [[nodiscard]] CleanupResult cleanItems(const QList<CleanupItem> &items, bool moveToTrash,
                                            const Progress &progress) const;
+    /// Sees safely onto disk what a run over @p items has done, which may take as long as it likes. For a worker
+    /// thread, once the run is recorded.
+    void synchronize(const QList<CleanupItem> &items, const CleanupResult &result) const;
     /// The last gate: those of @p items that may be touched, in the same order. It does not trust the scanners, and
     /// a refused item leaves no trace.
     [[nodiscard]] QList<CleanupItem> validateBeforeCleanup(const QList<CleanupItem> &items) const;

@@ -1,7 +1,9 @@
 #include "Tools/BundleCopy.h"
 
 #include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/FileMetadata.h"
 #include "Platform/Linux/Files/FolderNames.h"
+#include "Platform/Linux/Files/HeldItem.h"
 #include "Platform/Linux/Files/OpenAt.h"
 #include "Platform/Linux/Removal/FileCopy.h"
 #include "Tools/CallerRights.h"

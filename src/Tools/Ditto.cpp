@@ -53,7 +53,7 @@ Result<void> copy(const FilePath &from, const FilePath &to)
     const Result<InstallStaging> staging = InstallStaging::make(folder.value().number(), above);
     if (!staging)
         return staging.failure();
-    const Result<CopiedEntries> copied = copyTree(source.value(), staging.value().descriptor(), stagedCopy);
+    const Result<CopiedEntries> copied = copyTree(source.value(), staging.value().descriptor(), stagedCopy, to);
     if (!copied)
         return copied.failure();
     return staging.value().add(stagedCopy, target.value().name);

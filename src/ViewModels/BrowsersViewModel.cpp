@@ -5,6 +5,8 @@
 #include "Utilities/Diagnostics.h"
 #include "ViewModels/UnfinishedRuns.h"
 
+#include <tuple>
+
 namespace Quillmere {
 
 namespace {
@@ -86,6 +88,8 @@ QCoro::Task<> BrowsersViewModel::cleanBrowserData(BrowserProfile profile)
         printDiagnostic(u"Failed to clean browser data: "_qs, result.failure());
     // What follows only shows: the program need not wait for it.
     unfinished.reset();
+    if (result)
+        std::ignore = inBackground([=] { cleaner.synchronize(items.value(), result.value()); });
     if (result && self) {
         const auto detecting = detectBrowsers();
         co_await detecting;

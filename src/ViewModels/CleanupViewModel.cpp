@@ -8,6 +8,8 @@
 #include "Utilities/LocalizationManager.h"
 #include "ViewModels/UnfinishedRuns.h"
 
+#include <tuple>
+
 namespace Quillmere {
 
 CleanupViewModel::CleanupViewModel(std::shared_ptr<ScannerService> scanner, CleanupService cleaner,
@@ -50,6 +52,7 @@ QCoro::Task<> CleanupViewModel::clean()
     const QPointer self(this);
     HistoryService &history = m_history;
     const std::shared_ptr<const Clock> clock = m_clock;
+    const CleanupService cleaner = m_cleaner;
     const RunHabits habits = m_habits;
     OperationLog log = logOfSelection();
     const std::stop_token run = m_cleanup.begin();
@@ -59,9 +62,8 @@ QCoro::Task<> CleanupViewModel::clean()
                 model.showProgressOfCleanup(fraction);
         });
     };
-    auto cleaning = inBackground([cleaner = m_cleaner, items, progress] {
-        return attempted([&] { return cleaner.cleanItems(items, true, progress); });
-    });
+    auto cleaning = inBackground(
+        [cleaner, items, progress] { return attempted([&] { return cleaner.cleanItems(items, true, progress); }); });
     const Result<CleanupResult> outcome = co_await cleaning;
     const auto endRun = [self, run] {
         if (self && self->m_cleanup.isLatest(run))
@@ -83,6 +85,8 @@ QCoro::Task<> CleanupViewModel::clean()
     AppState *const state = AppState::shared();
     if (habits.setsCleanupDate && state)
         state->setLastCleanupDate(clock->now());
+    // Neither the report nor the end of the program waits for it.
+    std::ignore = inBackground([cleaner, items, result] { cleaner.synchronize(items, result); });
     if (!self)
         co_return;
     m_resultWrapper = CleanupResultWrapper{QUuid::createUuid(), result};

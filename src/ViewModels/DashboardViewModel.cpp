@@ -11,6 +11,7 @@
 #include <QCoro/QCoroTimer>
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace Quillmere {
@@ -204,6 +205,8 @@ QCoro::Task<> DashboardViewModel::cleanCaches()
     const QList<CleanupItem> items = itemsOf(found.value());
     auto removing = inBackground([cleaner, items] { return cleaner.cleanItems(items, false, [](double) {}); });
     const CleanupResult result = co_await removing;
+    // Neither the message nor the end of the program waits for it.
+    std::ignore = inBackground([=] { cleaner.synchronize(items, result); });
     if (!self)
         co_return;
     setCleaningMessage(localized(u"dashboard.cleanedCaches"_qs) + u": "_qs + formatByteCount(result.sizeCleaned));

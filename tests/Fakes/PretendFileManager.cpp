@@ -144,7 +144,7 @@ Result<FilePath> PretendFileManager::trashItem(const FilePath &path) const
     if (m_onRemoval)
         m_onRemoval(path);
     const std::scoped_lock guard(m_mutex);
-    const Result<PretendNode *> found = m_tree.findRemovable(path);
+    const Result<PretendNode *> found = findRemovable(path);
     if (!found)
         return found.failure();
     const FilePath destination
@@ -163,13 +163,20 @@ Result<void> PretendFileManager::removeItem(const FilePath &path) const
     if (m_onRemoval)
         m_onRemoval(path);
     const std::scoped_lock guard(m_mutex);
-    const Result<PretendNode *> found = m_tree.findRemovable(path);
+    const Result<PretendNode *> found = findRemovable(path);
     if (!found)
         return found.failure();
     m_tree.detach(path);
     m_removed.append(path);
     ++m_steps;
     return {};
+}
+
+Result<PretendNode *> PretendFileManager::findRemovable(const FilePath &path) const
+{
+    if (m_silentVolumes.contains(m_tree.volumeOf(m_tree.placeOf(path))))
+        return pretendedFailure(Failure::Kind::Busy, path);
+    return m_tree.findRemovable(path);
 }
 
 Result<void> PretendFileManager::removeItemAtOnce(const FilePath &path) const
@@ -209,8 +216,10 @@ Result<void> PretendFileManager::copyItem(const FilePath &source, const FilePath
     return {};
 }
 
-void PretendFileManager::synchronizeVolumes(const QList<FilePath> &) const
+void PretendFileManager::synchronizeVolumes(const QList<FilePath> &paths) const
 {
+    if (m_onSynchronization)
+        m_onSynchronization(paths);
     const std::scoped_lock guard(m_mutex);
     ++m_synchronizations;
 }

@@ -58,6 +58,9 @@ public:
     /// Called before an item is trashed or removed, with its location, on the working thread.
     void onRemoval(std::function<void(const FilePath &)> observer);
 
+    /// Called before volumes are seen onto disk, with what they hold, on the working thread.
+    void onSynchronization(std::function<void(const QList<FilePath> &)> observer);
+
     [[nodiscard]] bool contains(const FilePath &path) const; ///< The thing itself, a dangling link too.
     [[nodiscard]] QList<FilePath> trashed() const; ///< Where trashed items came from, in their order.
     [[nodiscard]] QList<FilePath> removed() const; ///< What was deleted for good, in its order.
@@ -100,6 +103,8 @@ public:
 
 private:
     void noteIfHeldUp(const FilePath &path) const; ///< Locked once by the caller.
+    /// Locked once by the caller. Busy on a volume that answers nobody, of which nothing is asked.
+    [[nodiscard]] Result<PretendNode *> findRemovable(const FilePath &path) const;
     class Unlocked;
     class OpenedFolder;
     /// Locked once by the caller. False when it was stopped.
@@ -125,6 +130,7 @@ private:
     std::function<void(const FilePath &)> m_onMeasure;
     std::function<void(const FilePath &)> m_onRemoval;
     std::function<void(const FilePath &)> m_onLook;
+    std::function<void(const QList<FilePath> &)> m_onSynchronization;
 };
 
 } // namespace Quillmere

@@ -129,6 +129,11 @@ void PretendFileManager::onRemoval(std::function<void(const FilePath &)> observe
     m_onRemoval = std::move(observer);
 }
 
+void PretendFileManager::onSynchronization(std::function<void(const QList<FilePath> &)> observer)
+{
+    m_onSynchronization = std::move(observer);
+}
+
 bool PretendFileManager::contains(const FilePath &path) const
 {
     const std::scoped_lock guard(m_mutex);

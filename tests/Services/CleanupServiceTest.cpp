@@ -80,7 +80,6 @@ TEST_F(CleanupServiceTest, GivesZerosAndNoProgressWhenAllItemsAreRefused)
     EXPECT_EQ(result, CleanupResult());
     EXPECT_THAT(progress, IsEmpty());
     EXPECT_THAT(machine.files->trashed(), IsEmpty());
-    EXPECT_EQ(machine.files->synchronizations(), 0);
 }
 
 TEST_F(CleanupServiceTest, GivesZerosAndNoProgressForAnEmptyList)
@@ -238,6 +237,37 @@ TEST_F(CleanupServiceTest, TurnsEachFailureIntoALineAndGoesOn)
     EXPECT_THAT(progress, ElementsAre(0.5, 1.0));
 }
 
+TEST_F(CleanupServiceTest, PassesOverAVolumeThatDoesNotAnswerAndAsksNothingOfIt)
+{
+    machine.files->addVolume(caches.appending("nas"));
+    const QList<CleanupItem> items = {addItem("nas/a"), addItem("b", 3), addItem("nas/c", 1, u"Logs"_qs)};
+    machine.files->fallSilent(caches.appending("nas"));
+
+    for (const bool moveToTrash : {true, false}) {
+        machine.files->addFile(items.at(1).path.appending("data"), 3);
+        const CleanupResult result = clean(items, moveToTrash);
+
+        EXPECT_EQ(result.filesRemoved, 1);
+        EXPECT_EQ(result.sizeCleaned, 3);
+        EXPECT_EQ(result.filesSkipped, 2);
+        ASSERT_EQ(result.errors.size(), 2);
+        EXPECT_THAT(result.errors.first().toStdString(), testing::StartsWith("Failed to clean nas/a: "));
+        EXPECT_THAT(progress, ElementsAre(1.0 / 3.0, 2.0 / 3.0, 1.0));
+    }
+    EXPECT_THAT(machine.files->heldUp(), IsEmpty());
+    EXPECT_TRUE(machine.files->contains(items.first().path));
+}
+
+TEST_F(CleanupServiceTest, RefusesALinkToTheDocumentsThatLieOnAVolumeThatDoesNotAnswer)
+{
+    machine.files->addVolume(FilePath("/home/ada/Documents"));
+    machine.files->addLink(caches.appending("link"), FilePath("/home/ada/Documents"));
+    machine.files->fallSilent(FilePath("/home/ada/Documents"));
+
+    EXPECT_EQ(clean({itemAt("/home/ada/Library/Caches/link")}, true), CleanupResult());
+    EXPECT_THAT(machine.files->heldUp(), IsEmpty());
+}
+
 TEST_F(CleanupServiceTest, FindsNothingLeftOnASecondRunAndCountsSkips)
 {
     const QList<CleanupItem> items = {addItem("a"), addItem("b")};
@@ -260,11 +290,28 @@ TEST_F(CleanupServiceTest, RefusesAnItemWhoseFolderHasBecomeALinkSinceTheScan)
     EXPECT_TRUE(machine.files->contains(FilePath("/home/ada/Documents/item/letter")));
 }
 
-TEST_F(CleanupServiceTest, SeesTheVolumesOntoDiskOnceARun)
+TEST_F(CleanupServiceTest, SeesTheVolumesOntoDiskOnceARunAndNotBeforeItIsAsked)
 {
-    (void)clean({addItem("a"), addItem("b"), addItem("c")}, true);
+    const QList<CleanupItem> items = {addItem("a"), addItem("b"), addItem("c")};
+    QList<FilePath> paths;
+    machine.files->onSynchronization([&](const QList<FilePath> &seen) { paths = seen; });
+
+    const CleanupResult result = clean(items, true);
+    EXPECT_EQ(machine.files->synchronizations(), 0);
+    cleaner.synchronize(items, result);
 
     EXPECT_EQ(machine.files->synchronizations(), 1);
+    EXPECT_THAT(paths, ElementsAre(caches.appending("a"), caches.appending("b"), caches.appending("c")));
+}
+
+TEST_F(CleanupServiceTest, SeesNothingOntoDiskWhereNothingHasGone)
+{
+    const QList<CleanupItem> items = {addItem("a")};
+    machine.files->refuse(items.first().path, Failure::Kind::NoPermission);
+
+    cleaner.synchronize(items, clean(items, true));
+
+    EXPECT_EQ(machine.files->synchronizations(), 0);
 }
 
 TEST_F(CleanupServiceTest, CountsADanglingLinkAndALoopOfLinksAsSkipped)

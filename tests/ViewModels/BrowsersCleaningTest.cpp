@@ -41,6 +41,23 @@ TEST_F(BrowsersCleaningTest, CleansTheCacheForGoodAndRecordsIt)
     EXPECT_THAT(made[0].categoriesAffected, ElementsAre(u"Google Chrome"_qs));
 }
 
+TEST_F(BrowsersCleaningTest, RecordsBeforeTheDiskHasWrittenAllDown)
+{
+    detect();
+    const Gate gate;
+    machine.files->onSynchronization([gate](const QList<FilePath> &) { gate.wait(); });
+
+    const auto cleaning = model->cleanBrowserData(profile(1));
+
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !model->isCleaning(); }));
+    EXPECT_EQ(records().size(), 1);
+    EXPECT_TRUE(runs.isEmpty());
+    EXPECT_EQ(machine.files->synchronizations(), 0);
+    gate.open();
+    QCoro::waitFor(cleaning);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return machine.files->synchronizations() == 1; }));
+}
+
 TEST_F(BrowsersCleaningTest, EndsACleaningWithAFreshDetection)
 {
     detect();

@@ -104,6 +104,22 @@ TEST_F(DashboardActionsTest, IsAnUnfinishedRunWhileItCleans)
     EXPECT_TRUE(runs.isEmpty());
 }
 
+TEST_F(DashboardActionsTest, EndsTheFastCleanupBeforeTheDiskHasWrittenAllDown)
+{
+    const Gate gate;
+    addCache("Caches/com.example.player", 4'000'000);
+    machine.files->onSynchronization([gate](const QList<FilePath> &) { gate.wait(); });
+
+    const auto cleaning = model->cleanCaches();
+
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !model->isCleaning(); }));
+    EXPECT_TRUE(runs.isEmpty());
+    EXPECT_EQ(machine.files->synchronizations(), 0);
+    gate.open();
+    QCoro::waitFor(cleaning);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return machine.files->synchronizations() == 1; }));
+}
+
 TEST_F(DashboardActionsTest, IsNoUnfinishedRunWhileItScansAndRemovesNothingOnceTheScreenHasGone)
 {
     const Gate gate;

@@ -204,6 +204,29 @@ TEST_F(SafeCleanupRunTest, BringsARunToItsEndAndItsRecordWhenTheScreenHasGone)
     EXPECT_TRUE(runs.isEmpty());
 }
 
+TEST_F(SafeCleanupRunTest, RecordsAndReportsBeforeTheDiskHasWrittenAllDown)
+{
+    addTree("Caches/a", 7);
+    QCoro::waitFor(model->scan());
+    const Gate gate;
+    const auto logsBefore = std::make_shared<std::atomic<qsizetype>>(-1);
+    machine.files->onSynchronization([gate, logsBefore, history = &history](const QList<FilePath> &) {
+        *logsBefore = history->loadHistory().size();
+        gate.wait();
+    });
+
+    const auto cleaning = model->clean();
+
+    EXPECT_TRUE(QTest::qWaitFor([&] { return *logsBefore >= 0 && model->hasReport(); }));
+    EXPECT_EQ(*logsBefore, 1);
+    EXPECT_EQ(machine.files->synchronizations(), 0);
+    EXPECT_FALSE(model->isCleaning());
+    EXPECT_TRUE(runs.isEmpty());
+    gate.open();
+    QCoro::waitFor(cleaning);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return machine.files->synchronizations() == 1; }));
+}
+
 TEST_F(SafeCleanupRunTest, PutsTheReportAwayAndScansTheDiskAsItNowIs)
 {
     addTree("Caches/a", 7);

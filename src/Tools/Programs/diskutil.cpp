@@ -11,6 +11,7 @@ int main(int argc, char *argv[])
     const QStringList arguments = QCoreApplication::arguments().sliced(1);
     // A whole screen waits for what is to be shown.
     const DiskService service = arguments.value(0) == u"info" ? DiskService::toShow() : DiskService();
-    const Diskutil diskutil(service, BlockDevices(), ListedDisks::ofThisUser(), mountTable, say);
+    const Diskutil diskutil(
+        service, BlockDevices(), ListedDisks::ofThisUser(), [] { return mountTable().valueOr({}); }, say);
     return finish(diskutil.run(arguments));
 }

@@ -76,7 +76,9 @@ int main(int argc, char *argv[])
     settings.mayAskUser = settings.isRoot || QDBusConnection::systemBus().isConnected();
     DiskMounts before;
     settings.complete = [&before](const AdministratorRequest &request) {
-        const auto whole = withIdentity(request, ListedDisks::ofThisUser(), mountTable());
+        const Result<QList<MountEntry>> mounts = mountTable();
+        const auto whole = mounts ? withIdentity(request, ListedDisks::ofThisUser(), mounts.value())
+                                  : Result<AdministratorRequest>(mounts.failure());
         if (const auto disk = whole ? erasedBy(whole.value()) : std::nullopt)
             before = DiskMounts::of(disk->number, DiskService::toShow(), BlockDevices());
         return whole;

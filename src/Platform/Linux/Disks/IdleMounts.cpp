@@ -15,11 +15,6 @@ namespace {
 
 constexpr std::chrono::seconds patience{3};
 
-bool isOfBootLoader(const FilePath &location)
-{
-    return location.isWithin(FilePath("/boot")) || location.isWithin(FilePath("/efi"));
-}
-
 // Opening mounts, whether or not the folder may be read then: unlike a look at it, or a path alone.
 void touch(const FilePath &folder)
 {
@@ -35,7 +30,7 @@ QList<FilePath> idleBootFolders(const QList<MountEntry> &table)
         const MountEntry &entry = table.at(at);
         const QList<MountEntry> later = table.mid(at + 1);
         const bool isMounted = std::ranges::find(later, entry.location, &MountEntry::location) != later.end();
-        if (entry.type == "autofs" && isOfBootLoader(entry.location) && !isMounted)
+        if (isTrigger(entry) && isOfBootLoader(entry.location) && !isMounted)
             idle.append(entry.location);
     }
     return idle;

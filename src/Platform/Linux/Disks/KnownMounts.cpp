@@ -28,6 +28,15 @@ struct KeptTable
     pid_t process = 0; ///< Whose table it is: a process may have been started into mounts of its own.
     QList<MountEntry> entries;
 
+    /// What is known stays where the table cannot be read, and the next call reads again.
+    void read()
+    {
+        if (Result<QList<MountEntry>> table = mountTable())
+            entries = std::move(table).value();
+        else
+            notices = FileDescriptor();
+    }
+
     /// proc(5): whoever has the table open is told by poll(2) of each change.
     [[nodiscard]] bool hasChanged() const
     {
@@ -45,9 +54,9 @@ QList<MountEntry> knownMounts()
     if (!kept->notices.isOpen() || kept->process != ::getpid()) {
         kept->notices = openAt(AT_FDCWD, "/proc/self/mountinfo", O_RDONLY);
         kept->process = ::getpid();
-        kept->entries = mountTable();
+        kept->read();
     } else if (kept->hasChanged()) {
-        kept->entries = mountTable();
+        kept->read();
     }
     return kept->entries;
 }

@@ -6,7 +6,8 @@
 
 namespace Quillmere {
 
-/// mountTable() without reading it again as long as nothing has been mounted or unmounted. Any thread.
+/// mountTable() without reading it again as long as nothing has been mounted or unmounted. Where it cannot be read, the
+/// last that was known, until it can. Any thread.
 [[nodiscard]] QList<MountEntry> knownMounts();
 
 /// Whether asking @p mount waits for nothing but this machine: its own disks and its memory, and no server or program

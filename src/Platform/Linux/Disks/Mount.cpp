@@ -27,6 +27,16 @@ QByteArray withoutEscapes(const QByteArray &field)
     return plain;
 }
 
+bool isTrigger(const MountEntry &mount)
+{
+    return mount.type == "autofs";
+}
+
+bool isOfBootLoader(const FilePath &location)
+{
+    return location.isWithin(FilePath("/boot")) || location.isWithin(FilePath("/efi"));
+}
+
 bool isMountRoot(int descriptor)
 {
     struct statx status = {};
@@ -60,15 +70,20 @@ QList<MountEntry> parseMountTable(const QByteArray &text)
     return entries;
 }
 
-QList<MountEntry> mountTable()
+Result<QList<MountEntry>> mountTable()
 {
     QFile table(u"/proc/self/mountinfo"_qs);
-    return table.open(QIODevice::ReadOnly) ? parseMountTable(table.readAll()) : QList<MountEntry>();
+    const QByteArray text = table.open(QIODevice::ReadOnly) ? table.readAll() : QByteArray();
+    if (table.error() != QFile::NoError)
+        return Failure{Failure::Kind::Other, FilePath("/proc/self/mountinfo"), table.errorString()};
+    return parseMountTable(text);
 }
 
 bool holdsMount(const FilePath &folder)
 {
-    return std::ranges::any_of(mountTable(), [&](const MountEntry &mount) { return mount.location.isWithin(folder); });
+    const Result<QList<MountEntry>> table = mountTable();
+    return !table
+        || std::ranges::any_of(table.value(), [&](const MountEntry &mount) { return mount.location.isWithin(folder); });
 }
 
 std::optional<MountEntry> mountThatHolds(const FilePath &path, const QList<MountEntry> &table)

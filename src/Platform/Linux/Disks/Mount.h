@@ -27,18 +27,24 @@ struct MountEntry
     bool operator==(const MountEntry &) const = default;
 };
 
+/// What stands for something that is mounted at the first touch.
+[[nodiscard]] bool isTrigger(const MountEntry &mount);
+/// A folder from which the machine starts, or one in it.
+[[nodiscard]] bool isOfBootLoader(const FilePath &location);
+
 /// A field of one of the kernel's tables as it is. proc(5): blanks, tabs, line ends and backslashes stand there as a
 /// backslash and three octal digits.
 [[nodiscard]] QByteArray withoutEscapes(const QByteArray &field);
 
 /// The mounts in what /proc/self/mountinfo holds, in the order in which they were made.
 [[nodiscard]] QList<MountEntry> parseMountTable(const QByteArray &text);
-/// The table as it is now; empty where there is no /proc. Touches no mount.
-[[nodiscard]] QList<MountEntry> mountTable();
+/// The table as it is now. Fails where there is no /proc, or no descriptor left to read it. Touches no mount.
+[[nodiscard]] Result<QList<MountEntry>> mountTable();
 /// The mount of @p table that @p path lies in, by its text alone.
 [[nodiscard]] std::optional<MountEntry> mountThatHolds(const FilePath &path, const QList<MountEntry> &table);
 
-/// True when something is mounted below @p folder, which is standardized and free of links.
+/// True when something is mounted below @p folder, which is standardized and free of links, or may be: where the table
+/// cannot be read.
 [[nodiscard]] bool holdsMount(const FilePath &folder);
 
 /// The top folder of the mount that holds an item.

@@ -22,19 +22,11 @@ constexpr std::array<std::string_view, 6> deepFolders = {"/efi", "/etc", "/nix",
 constexpr std::array<std::string_view, 12> typesOnNoDisk
     = {"9p", "afs", "ceph", "cifs", "devtmpfs", "nfs", "nfs4", "ramfs", "rootfs", "smb3", "tmpfs", "virtiofs"};
 
-// What mounts at the first touch, as the kernel calls it.
-constexpr const char *trigger = "autofs";
-
 template<typename Names>
 bool holds(const Names &names, const QByteArray &name)
 {
     return std::ranges::find(names, std::string_view(name.constData(), static_cast<size_t>(name.size())))
         != names.end();
-}
-
-bool isOfBootLoader(const FilePath &location)
-{
-    return location.isWithin(FilePath("/boot")) || location.isWithin(FilePath("/efi"));
 }
 
 /// autofs(5): a folder in which each name is mounted by itself, so that nothing is in use while nothing is mounted.
@@ -96,7 +88,7 @@ private:
         if (m_mounts.contains(mount))
             return;
         m_mounts.append(mount);
-        if (mount.type == trigger)
+        if (isTrigger(mount))
             addTrigger(mount);
         else if (const auto number = m_devices.numberOfMount(mount.device, FilePath(mount.source)))
             addMembers(*number);
@@ -185,7 +177,7 @@ private:
     {
         const auto holder = mountThatHolds(path, m_places.mounts);
         // What a trigger will mount for this path is yet to be seen.
-        if (holder && holder->type != trigger)
+        if (holder && !isTrigger(*holder))
             addMount(*holder);
         else
             fail(path);
@@ -219,7 +211,10 @@ Result<SystemPlaces> SystemPlaces::ofThisMachine(const FilePath &home)
 {
     QFile swaps(u"/proc/swaps"_qs);
     SystemPlaces places;
-    places.mounts = mountTable();
+    const Result<QList<MountEntry>> mounts = mountTable();
+    if (!mounts)
+        return mounts.failure();
+    places.mounts = mounts.value();
     // Kernels without swap have no such table.
     if (swaps.open(QFile::ReadOnly))
         places.swaps = swaps.readAll();

@@ -6,7 +6,8 @@
 
 namespace Quillmere {
 
-/// Counts for the whole program what is done on its disks: items removed, pieces copied, folders read. Any thread.
+/// Counts for the whole program what is done on its disks: items removed or moved to the trash, pieces copied, folders
+/// read. Any thread.
 class DiskSteps
 {
 public:

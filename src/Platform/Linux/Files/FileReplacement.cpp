@@ -2,10 +2,11 @@
 
 #include "Platform/Linux/Files/ErrnoFailure.h"
 #include "Platform/Linux/Files/FileDescriptor.h"
+#include "Platform/Linux/Files/FileIdentity.h"
+#include "Platform/Linux/Files/FileMetadata.h"
 #include "Platform/Linux/Files/ItemPlace.h"
 #include "Platform/Linux/Files/OpenAt.h"
 #include "Platform/Linux/Files/WriteAll.h"
-#include "Platform/Linux/Removal/FileCopy.h"
 
 #include <QCryptographicHash>
 #include <QRandomGenerator>
@@ -13,6 +14,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <tuple>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -26,11 +28,20 @@ constexpr int mostAttempts = 100;
 constexpr qsizetype digits = 16; ///< Of a target, which itself may be as long as a name can be.
 constexpr mode_t usualMode = 0666;
 
+/// Opened to be locked against all others. flock(2): a file server gives such a lock only of what is open for writing;
+/// elsewhere it is given of what may only be read as well.
+FileDescriptor openToLock(const FileDescriptor &folder, const QByteArray &name)
+{
+    constexpr int flags = O_NOFOLLOW | O_NONBLOCK | O_NOCTTY;
+    FileDescriptor file = openAt(folder.number(), name, O_RDWR | flags);
+    return file.isOpen() || errno != EACCES ? std::move(file) : openAt(folder.number(), name, O_RDONLY | flags);
+}
+
 /// Removes what a program that was killed on the way has left under @p name. A file that is still on its way is locked.
 /// False where one is, or where it cannot be told.
 bool clearAbandoned(const FileDescriptor &folder, const QByteArray &name)
 {
-    const FileDescriptor file = openAt(folder.number(), name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    const FileDescriptor file = openToLock(folder, name);
     if (!file.isOpen())
         return errno == ENOENT;
     struct stat opened = {};
@@ -41,7 +52,7 @@ bool clearAbandoned(const FileDescriptor &folder, const QByteArray &name)
     // Between the two it may have arrived, and another have come to its name.
     if (::fstatat(folder.number(), name.constData(), &standing, AT_SYMLINK_NOFOLLOW) != 0)
         return errno == ENOENT;
-    return standing.st_dev == opened.st_dev && standing.st_ino == opened.st_ino
+    return FileIdentity::of(standing) == FileIdentity::of(opened)
         && ::unlinkat(folder.number(), name.constData(), 0) == 0;
 }
 
@@ -135,14 +146,12 @@ private:
             && S_ISREG(existing.st_mode);
         if (!isFile)
             return true;
-        // Without the owner's name on it, the file must not run with its owner's rights.
-        const bool keepsOwner = ::fchown(m_file.number(), existing.st_uid, existing.st_gid) == 0;
-        const bool keepsGroup = keepsOwner || ::fchown(m_file.number(), static_cast<uid_t>(-1), existing.st_gid) == 0;
+        const mode_t rights = giveToOwnerOf(existing, m_file.number());
         const FileDescriptor readable
             = openAt(m_folder.number(), m_target, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
         if (readable.isOpen())
             copyExtendedAttributes(readable.number(), m_file.number());
-        setMode(existing.st_mode & (keepsOwner ? 07777 : keepsGroup ? 0777 : 0707));
+        setMode(rights);
         return true;
     }
 

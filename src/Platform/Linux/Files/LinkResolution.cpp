@@ -1,17 +1,14 @@
 #include "Platform/Linux/Files/LinkResolution.h"
 
+#include "Platform/Linux/Files/HeldItem.h"
 #include "Platform/Linux/Files/OpenAt.h"
 
 #include <QList>
 
-#include <array>
 #include <cerrno>
-#include <climits>
 #include <vector>
 
 #include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace Quillmere {
 
@@ -29,19 +26,6 @@ void putBefore(Waiting &waiting, const QByteArray &path)
         if (!name->isEmpty() && *name != ".")
             waiting.push_back(*name);
     }
-}
-
-std::optional<QByteArray> targetOf(const FileDescriptor &link)
-{
-    std::array<char, PATH_MAX> text;
-    const ssize_t length = ::readlinkat(link.number(), "", text.data(), text.size());
-    return length > 0 ? std::optional(QByteArray(text.data(), length)) : std::nullopt;
-}
-
-bool isLink(const FileDescriptor &item)
-{
-    struct stat status = {};
-    return ::fstat(item.number(), &status) == 0 && S_ISLNK(status.st_mode);
 }
 
 FilePath joined(const std::vector<QByteArray> &names)
@@ -92,8 +76,8 @@ std::optional<FilePath> resolveLinks(const FilePath &path, const MayEnter &mayEn
         }
         if (!next.isOpen())
             return std::nullopt;
-        if (isLink(next)) {
-            const std::optional<QByteArray> target = targetOf(next);
+        if (isLink(next.number())) {
+            const std::optional<QByteArray> target = textOfLink(next.number(), {});
             if (!target || ++links > mostLinksFollowed)
                 return std::nullopt;
             putBefore(waiting, *target);

@@ -91,7 +91,7 @@ std::unique_ptr<OpenFolder> LinuxFileManager::openFolder(const FilePath &path) c
     if (!place)
         return nullptr;
     std::unique_ptr<OpenFolder> folder = FolderOnDisk::below(place.value().folder.number(), place.value().name);
-    if (folder || errno != EXDEV || !m_volumeGuard.mayEnter(path.standardized()))
+    if (folder || errno != EXDEV || !m_volumeGuard.mayEnter(m_volumeGuard.placeOf(path)))
         return folder;
     FileDescriptor top = openFolderForReading(path, FinalLink::Refuse);
     return top.isOpen() ? std::make_unique<FolderOnDisk>(std::move(top)) : nullptr;
@@ -195,17 +195,30 @@ FilePath LinuxFileManager::resolvingSymlinks(const FilePath &path) const
 
 Result<FilePath> LinuxFileManager::trashItem(const FilePath &path) const
 {
+    if (const Result<void> answers = areAnsweringForRemoval(path); !answers)
+        return answers.failure();
     return m_trashCan.trash(path);
 }
 
 Result<void> LinuxFileManager::removeItem(const FilePath &path) const
 {
-    return Quillmere::removeItem(path, m_guard);
+    const Result<void> answers = areAnsweringForRemoval(path);
+    return answers ? Quillmere::removeItem(path, m_guard) : answers;
 }
 
 Result<void> LinuxFileManager::removeItemAtOnce(const FilePath &path) const
 {
-    return Quillmere::removeItemAtOnce(path, m_guard);
+    const Result<void> answers = areAnsweringForRemoval(path);
+    return answers ? Quillmere::removeItemAtOnce(path, m_guard) : answers;
+}
+
+Result<void> LinuxFileManager::areAnsweringForRemoval(const FilePath &path) const
+{
+    const FilePath trash = m_environment.homeTrash();
+    const bool isItemAnswering = m_volumeGuard.isItemAnswering(path);
+    if (isItemAnswering && m_volumeGuard.isAnswering(trash))
+        return {};
+    return Failure{Failure::Kind::Busy, isItemAnswering ? trash : path, u"The volume does not answer"_qs};
 }
 
 Result<void> LinuxFileManager::copyItem(const FilePath &source, const FilePath &destination) const
@@ -217,6 +230,8 @@ void LinuxFileManager::synchronizeVolumes(const QList<FilePath> &paths) const
 {
     QSet<dev_t> synchronized;
     for (const FilePath &path : paths) {
+        if (!m_volumeGuard.isItemAnswering(path))
+            continue;
         const FileDescriptor folder = openNearest(path.deletingLastPathComponent());
         struct stat status = {};
         if (!folder.isOpen() || ::fstat(folder.number(), &status) != 0 || synchronized.contains(status.st_dev))

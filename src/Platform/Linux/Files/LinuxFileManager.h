@@ -51,6 +51,9 @@ public:
                                          WriteMode mode) const override;
 
 private:
+    /// Whether the item and the home trash can be asked for all that a removal asks of them; else Busy.
+    [[nodiscard]] Result<void> areAnsweringForRemoval(const FilePath &path) const;
+
     UserEnvironment m_environment;
     VolumeGuard m_volumeGuard;
     RemovalGuard m_guard;

@@ -18,6 +18,8 @@ int moveWithoutReplacing(int fromFolder, const QByteArray &from, int toFolder, c
     struct stat status = {};
     if (::fstatat(toFolder, to.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0)
         return EEXIST;
+    if (errno != ENOENT)
+        return errno;
     return ::renameat(fromFolder, from.constData(), toFolder, to.constData()) == 0 ? 0 : errno;
 }
 

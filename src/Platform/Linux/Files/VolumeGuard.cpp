@@ -1,6 +1,7 @@
 #include "Platform/Linux/Files/VolumeGuard.h"
 
 #include "Platform/Linux/Disks/KnownMounts.h"
+#include "Platform/Linux/Files/HeldItem.h"
 #include "Platform/Linux/Files/LinkResolution.h"
 #include "Platform/Linux/Files/OpenAt.h"
 
@@ -8,22 +9,8 @@
 #include <cerrno>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 
 namespace Quillmere {
-
-namespace {
-
-// What mounts at the first touch, as the kernel calls it.
-constexpr const char *trigger = "autofs";
-
-bool isLink(const FileDescriptor &item)
-{
-    struct stat status = {};
-    return ::fstat(item.number(), &status) == 0 && S_ISLNK(status.st_mode);
-}
-
-} // namespace
 
 VolumeGuard::VolumeGuard(const FilePath &home, std::chrono::milliseconds patience)
     : m_home(resolveLinks(home).value_or(home.standardized()))
@@ -38,20 +25,24 @@ bool VolumeGuard::isAnswering(const FilePath &path) const
 
 bool VolumeGuard::isItemAnswering(const FilePath &path) const
 {
-    const FilePath item = path.standardized();
-    return isPlainlyRelied(item, FinalLink::Leave)
-        || isHolderAnswering(resolved(item.deletingLastPathComponent()).appending(item.lastPathComponent()));
+    return isPlainlyRelied(path.standardized(), FinalLink::Leave) || isHolderAnswering(placeOf(path));
 }
 
 bool VolumeGuard::mayEnter(const FilePath &mountPoint) const
 {
     const std::optional<MountEntry> mount = mountThatHolds(mountPoint, knownMounts());
-    return !mount || isRelied(*mount) || (mount->type != trigger && answers(mount->location));
+    return !mount || isRelied(*mount) || (!isTrigger(*mount) && answers(mount->location));
 }
 
 std::optional<FilePath> VolumeGuard::resolve(const FilePath &path) const
 {
     return resolveLinks(path, [this](const FilePath &mountPoint) { return mayEnter(mountPoint); });
+}
+
+FilePath VolumeGuard::placeOf(const FilePath &path) const
+{
+    const FilePath item = path.standardized();
+    return resolved(item.deletingLastPathComponent()).appending(item.lastPathComponent());
 }
 
 FilePath VolumeGuard::resolved(const FilePath &path) const
@@ -79,14 +70,14 @@ bool VolumeGuard::isPlainlyRelied(const FilePath &path, FinalLink link) const
     const FileDescriptor item = openAt(AT_FDCWD, path.bytes(), O_PATH | O_NOFOLLOW, RESOLVE_NO_SYMLINKS);
     if (!item.isOpen())
         return errno == ENOENT || errno == ENOTDIR;
-    return link == FinalLink::Leave || !isLink(item);
+    return link == FinalLink::Leave || !isLink(item.number());
 }
 
 bool VolumeGuard::isHolderAnswering(const FilePath &actual) const
 {
     const std::optional<MountEntry> mount = mountThatHolds(actual, knownMounts());
     // One volume is asked in one place, whatever is looked for on it; which one a trigger will mount is yet to be seen.
-    return !mount || isRelied(*mount) || answers(mount->type == trigger ? actual : mount->location);
+    return !mount || isRelied(*mount) || answers(isTrigger(*mount) ? actual : mount->location);
 }
 
 bool VolumeGuard::answers(const FilePath &path) const

@@ -23,6 +23,8 @@ public:
     [[nodiscard]] bool mayEnter(const FilePath &mountPoint) const;
     /// As resolveLinks(), with nothing asked of a volume that does not answer.
     [[nodiscard]] std::optional<FilePath> resolve(const FilePath &path) const;
+    /// Where the item at @p path itself stands, links above it followed as by resolved().
+    [[nodiscard]] FilePath placeOf(const FilePath &path) const;
     /// The location of what @p path leads to; behind a volume that does not answer, and where nothing is, as written.
     [[nodiscard]] FilePath resolved(const FilePath &path) const;
     /// As VolumeCapacities::ask().

@@ -10,7 +10,7 @@ namespace Quillmere {
 struct UserEnvironment
 {
     FilePath home;
-    FilePath dataHome; ///< One of the BaseDirectories; the home trash lies in it.
+    FilePath dataHome; ///< One of the BaseDirectories.
     FilePath temporary;
     uid_t user = 0;
 
@@ -19,6 +19,7 @@ struct UserEnvironment
     /// Of the user whose rights this process has.
     [[nodiscard]] static UserEnvironment current();
 
+    [[nodiscard]] FilePath homeTrash() const { return dataHome.appending("Trash"); }
     /// Whether the home is there, and is a folder below the root: no other is looked after.
     [[nodiscard]] bool hasHome() const;
 };

@@ -1,15 +1,14 @@
 #include "Platform/Linux/Removal/FileCopy.h"
 
 #include "Platform/Linux/Files/DiskSteps.h"
+#include "Platform/Linux/Files/HeldItem.h"
 #include "Platform/Linux/Files/WriteAll.h"
 
 #include <array>
 #include <cerrno>
-#include <climits>
 #include <vector>
 
 #include <fcntl.h>
-#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace Quillmere {
@@ -61,55 +60,10 @@ int copyContents(int source, int target, qint64 size)
     return ::ftruncate(target, size) == 0 ? 0 : errno;
 }
 
-void copyExtendedAttributes(int source, int target)
-{
-    copyExtendedAttributes(source, target, [source](const char *name, std::vector<char> &value) {
-        return ::fgetxattr(source, name, value.data(), value.size());
-    });
-}
-
-void copyExtendedAttributes(int source, int target, const AttributeReading &read)
-{
-    std::vector<char> names(XATTR_LIST_MAX);
-    const ssize_t length = ::flistxattr(source, names.data(), names.size());
-    std::vector<char> value(XATTR_SIZE_MAX);
-    for (ssize_t at = 0; at < length;) {
-        const char *name = names.data() + at;
-        at += static_cast<ssize_t>(qstrlen(name)) + 1;
-        const ssize_t size = read(name, value);
-        if (size >= 0)
-            ::fsetxattr(target, name, value.data(), static_cast<size_t>(size), 0);
-    }
-}
-
-void copyTimes(int target, const struct stat &status)
-{
-    const std::array times = {status.st_atim, status.st_mtim};
-    ::futimens(target, times.data());
-}
-
-void copyMetadata(int source, int target, const struct stat &status)
-{
-    copyExtendedAttributes(source, target);
-    mode_t mode = status.st_mode & 07777;
-    // Without the owner's name on it, the file must not run with its owner's rights.
-    if (::fchown(target, status.st_uid, status.st_gid) != 0)
-        mode &= 0777;
-    ::fchmod(target, mode);
-    copyTimes(target, status);
-}
-
 bool isUnchanged(const struct stat &before, const struct stat &after)
 {
     return before.st_size == after.st_size && before.st_mtim.tv_sec == after.st_mtim.tv_sec
         && before.st_mtim.tv_nsec == after.st_mtim.tv_nsec;
-}
-
-std::optional<QByteArray> textOfLink(int folder, const QByteArray &name)
-{
-    std::array<char, PATH_MAX> text = {};
-    const ssize_t length = ::readlinkat(folder, name.constData(), text.data(), text.size());
-    return length < 0 ? std::nullopt : std::optional(QByteArray(text.data(), length));
 }
 
 int makeLink(const QByteArray &text, int folder, const QByteArray &name, const struct stat &status)

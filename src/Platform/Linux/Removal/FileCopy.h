@@ -2,34 +2,18 @@
 
 #include <QByteArray>
 
-#include <functional>
-#include <optional>
-#include <vector>
-
 #include <sys/stat.h>
-#include <sys/types.h>
 
 namespace Quillmere {
 
 /// Whether what was @p before is still @p after, as far as its length and its time tell.
 [[nodiscard]] bool isUnchanged(const struct stat &before, const struct stat &after);
-/// What the link @p name in @p folder says, or with an empty name the link that @p folder itself is. Nothing on
-/// failure, with the reason in errno.
-[[nodiscard]] std::optional<QByteArray> textOfLink(int folder, const QByteArray &name);
 
 /// These copy one thing from @p source, a descriptor of it or of its folder. Those that answer do so with 0 or an error
 /// number.
 
 /// Contents of a regular file; holes stay holes.
 [[nodiscard]] int copyContents(int source, int target, qint64 size);
-/// Extended attributes, owner, rights and times, as far as the target's file system and our own rights allow it.
-void copyMetadata(int source, int target, const struct stat &status);
-void copyTimes(int target, const struct stat &status);
-/// Those that the target's file system takes and we may set.
-void copyExtendedAttributes(int source, int target);
-/// The same of those that @p read reads; it answers with the length, or less than 0 for one that is to be left out.
-using AttributeReading = std::function<ssize_t(const char *name, std::vector<char> &value)>;
-void copyExtendedAttributes(int source, int target, const AttributeReading &read);
 /// A link that says @p text, with the times of @p status.
 [[nodiscard]] int makeLink(const QByteArray &text, int folder, const QByteArray &name, const struct stat &status);
 /// A link, FIFO, socket or device, which is made anew.

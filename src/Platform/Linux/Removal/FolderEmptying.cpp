@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/Files/DirectoryBuffer.h"
 #include "Platform/Linux/Files/DiskSteps.h"
+#include "Platform/Linux/Files/HeldItem.h"
 #include "Platform/Linux/Files/OpenAt.h"
 
 #include <cerrno>
@@ -33,10 +34,8 @@ bool unlock(int folder)
 bool unlockPath(int folder)
 {
     struct stat status = {};
-    // fchmod(2) does not take an O_PATH descriptor; the kernel's own link to it leads to the same folder.
-    const QByteArray door = "/proc/self/fd/" + QByteArray::number(folder);
     return ::fstat(folder, &status) == 0
-        && giveOwnerAllRights(status, [&](mode_t mode) { return ::chmod(door.constData(), mode); });
+        && giveOwnerAllRights(status, [&](mode_t mode) { return changeMode(folder, mode) ? 0 : -1; });
 }
 
 int unlinkUnlocking(int folder, const char *name, int flags)

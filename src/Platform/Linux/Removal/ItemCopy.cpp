@@ -1,13 +1,14 @@
 #include "Platform/Linux/Removal/ItemCopy.h"
 
 #include "Platform/Linux/Files/ErrnoFailure.h"
-#include "Platform/Linux/Files/FileIdentity.h"
+#include "Platform/Linux/Files/HeldItem.h"
 #include "Platform/Linux/Files/ItemPlace.h"
 #include "Platform/Linux/Files/OpenAt.h"
 #include "Platform/Linux/Removal/TreeCopy.h"
 #include "Platform/Linux/Removal/UnfinishedItem.h"
 
 #include <cerrno>
+#include <optional>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -23,25 +24,11 @@ bool isThere(const ItemPlace &place)
     return ::fstatat(place.folder.number(), place.name.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
-FileIdentity identityOf(const FileDescriptor &folder)
+/// Whether @p folder lies in @p item, or is it; nothing where that cannot be told, with the reason in errno.
+std::optional<bool> liesIn(const FileDescriptor &folder, const FileDescriptor &item)
 {
-    struct stat status = {};
-    return ::fstat(folder.number(), &status) == 0 ? FileIdentity::of(status) : FileIdentity();
-}
-
-/// A copy of @p item into one of its own folders would never come to an end.
-bool liesIn(const FileDescriptor &folder, const FileDescriptor &item)
-{
-    FileDescriptor above = openAt(folder.number(), ".", O_PATH | O_DIRECTORY);
-    FileIdentity below;
-    // The root is its own parent.
-    while (above.isOpen() && identityOf(above) != below) {
-        below = identityOf(above);
-        if (below == identityOf(item))
-            return true;
-        above = openAt(above.number(), "..", O_PATH | O_DIRECTORY);
-    }
-    return false;
+    const std::optional<FileIdentity> wanted = FileIdentity::of(item.number());
+    return wanted ? isAtOrAbove(*wanted, folder.number()) : std::nullopt;
 }
 
 } // namespace
@@ -57,11 +44,16 @@ Result<void> copyItem(const FilePath &source, const FilePath &destination)
         return failureFromErrno(errno, source);
     if (isThere(to.value()))
         return failureFromErrno(EEXIST, destination);
-    if (liesIn(to.value().folder, item))
+    const std::optional<bool> isInItself = liesIn(to.value().folder, item);
+    if (!isInItself)
+        return failureFromErrno(errno, destination);
+    // It would never come to an end.
+    if (*isInItself)
         return Failure{Failure::Kind::NotSupported, destination, u"The copy would lie in what is copied"_qs};
 
     const UnfinishedItem growing(to.value());
-    const Result<CopiedEntries> copied = copyTree(from.value(), to.value().folder.number(), growing.name());
+    const Result<CopiedEntries> copied
+        = copyTree(from.value(), to.value().folder.number(), growing.name(), destination);
     if (!copied)
         return copied.failure();
     const FileDescriptor folder = openAt(to.value().folder.number(), ".", O_RDONLY | O_DIRECTORY);

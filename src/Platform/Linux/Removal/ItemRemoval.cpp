@@ -6,6 +6,7 @@
 #include "Platform/Linux/Removal/UnfinishedItem.h"
 
 #include <cerrno>
+#include <tuple>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -52,18 +53,28 @@ Result<void> removeItemAtOnce(const FilePath &path, const RemovalGuard &guard)
     const Result<ItemPlace> place = ItemPlace::open(path, LinksAbove::Refuse);
     if (!place)
         return place.failure();
-    if (const Result<FileDescriptor> item = openRemovable(place.value(), path, guard); !item)
+    const Result<FileDescriptor> item = openRemovable(place.value(), path, guard);
+    if (!item)
         return item.failure();
-    const UnfinishedItem going(place.value());
+    UnfinishedItem going(place.value());
     if (const int error = going.hide())
         return failureFromErrno(error, path);
+    if (!going.holds(item.value())) {
+        // Somebody has put another thing in its place between the look and the move: that is not what was asked for.
+        going.giveBack();
+        return Failure{Failure::Kind::Busy, path, u"Replaced by something else meanwhile"_qs};
+    }
     // Otherwise a power failure could bring the name back before half of what it stood for.
     const FileDescriptor folder = openAt(place.value().folder.number(), ".", O_RDONLY | O_DIRECTORY);
     if (folder.isOpen())
         ::fsync(folder.number());
     RemovalRecord record;
-    going.remove(record);
-    return outcomeOf(record);
+    going.remove(item.value(), record);
+    const Result<void> outcome = outcomeOf(record);
+    // Whole as it is, it belongs under its name, where it is found again.
+    if (!outcome && record.removed() == 0)
+        std::ignore = going.reveal();
+    return outcome;
 }
 
 } // namespace Quillmere

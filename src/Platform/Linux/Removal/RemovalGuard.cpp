@@ -1,10 +1,14 @@
 #include "Platform/Linux/Removal/RemovalGuard.h"
 
 #include "Platform/Linux/Disks/Mount.h"
-#include "Platform/Linux/Files/FileIdentity.h"
+#include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/HeldItem.h"
 #include "Platform/Linux/Files/OpenAt.h"
 
 #include <QSet>
+
+#include <cerrno>
+#include <optional>
 
 #include <fcntl.h>
 
@@ -22,39 +26,29 @@ bool isSystemFolder(const FilePath &path)
     return name == "/" || name.startsWith("lib") || names.contains(name);
 }
 
-FileIdentity identityOf(int descriptor)
+Result<bool> orFailure(const std::optional<bool> &answer, const FilePath &path)
 {
-    struct stat status = {};
-    return ::fstat(descriptor, &status) == 0 ? FileIdentity::of(status) : FileIdentity();
+    return answer ? Result<bool>(*answer) : failureFromErrno(errno, path);
 }
 
-/// True when @p wanted is the folder at @p path, links followed, or one of those above it.
-bool isAtOrAbove(const FileIdentity &wanted, const FilePath &path)
+/// True when @p wanted is the folder at @p path, links followed, or one of those above it. Where nothing is, it is not.
+Result<bool> isOnTheWayTo(const FilePath &path, const FileIdentity &wanted)
 {
-    Result<FileDescriptor> opened = openFolder(path, LinksAbove::Follow, O_PATH);
-    if (!opened)
-        return false;
-    FileDescriptor folder = std::move(opened).value();
-    FileIdentity identity = identityOf(folder.number());
-    FileIdentity below;
-    // The root is its own parent.
-    while (folder.isOpen() && identity != below) {
-        if (identity == wanted)
-            return true;
-        below = identity;
-        folder = openAt(folder.number(), "..", O_PATH | O_DIRECTORY);
-        identity = identityOf(folder.number());
-    }
-    return false;
+    const Result<FileDescriptor> folder = openFolder(path, LinksAbove::Follow, O_PATH);
+    if (folder)
+        return orFailure(isAtOrAbove(wanted, folder.value().number()), path);
+    return folder.failure().kind == Failure::Kind::NotFound ? Result<bool>(false) : folder.failure();
 }
 
 /// The trash folders of a volume stand at its top, and their names are reserved there: `.Trash`, `.Trash/$uid` and
 /// `.Trash-$uid`, the last two with `files` and `info` in them.
-bool isPartOfVolumeTrash(const ItemPlace &place)
+Result<bool> isPartOfVolumeTrash(const ItemPlace &place)
 {
     FileDescriptor folder = openAt(place.folder.number(), ".", O_PATH | O_DIRECTORY);
     FilePath path = place.path;
-    for (int level = 1; level <= 3 && folder.isOpen(); ++level) {
+    for (int level = 1; level <= 3; ++level) {
+        if (!folder.isOpen())
+            return failureFromErrno(errno, place.path);
         const QByteArray name = path.lastPathComponent();
         const bool isTrash = name == ".Trash" || (name.startsWith(".Trash-") && level <= 2);
         if (isTrash && isMountRoot(folder.number()))
@@ -74,7 +68,7 @@ Failure refusal(const ItemPlace &place, const QString &reason)
 
 RemovalGuard::RemovalGuard(UserEnvironment environment)
     : m_environment(std::move(environment))
-    , m_trash(m_environment.dataHome.appending("Trash"))
+    , m_trash(m_environment.homeTrash())
 {
 }
 
@@ -84,30 +78,44 @@ Result<void> RemovalGuard::check(const ItemPlace &place, const FileDescriptor &i
         return refusal(place, u"A top folder of the system"_qs);
     if (m_environment.home.isWithin(place.path))
         return refusal(place, u"The home, or what it lies in"_qs);
-    if (m_trash.isWithin(place.path) || isPartOfTrash(place))
+    const Result<bool> isTrash = m_trash.isWithin(place.path) ? Result<bool>(true) : isPartOfTrash(place);
+    if (!isTrash)
+        return isTrash.failure();
+    if (isTrash.value())
         return refusal(place, u"The trash, or what it lies in"_qs);
     if (isMountRoot(item.number()))
         return refusal(place, u"A mount point"_qs);
-    if (holdsWhatIsOurs(item))
+    const Result<bool> holdsOurs = holdsWhatIsOurs(place, item);
+    if (!holdsOurs)
+        return holdsOurs.failure();
+    if (holdsOurs.value())
         return refusal(place, u"The home or the trash lies in it"_qs);
     return {};
 }
 
-bool RemovalGuard::holdsWhatIsOurs(const FileDescriptor &item) const
+Result<bool> RemovalGuard::holdsWhatIsOurs(const ItemPlace &place, const FileDescriptor &item) const
 {
     struct stat status = {};
-    if (::fstat(item.number(), &status) != 0 || !S_ISDIR(status.st_mode))
+    if (::fstat(item.number(), &status) != 0)
+        return failureFromErrno(errno, place.path);
+    if (!S_ISDIR(status.st_mode))
         return false;
     const FileIdentity identity = FileIdentity::of(status);
-    return isAtOrAbove(identity, m_environment.home) || isAtOrAbove(identity, m_trash);
+    Result<bool> holds = isOnTheWayTo(m_environment.home, identity);
+    return !holds || holds.value() ? holds : isOnTheWayTo(m_trash, identity);
 }
 
-bool RemovalGuard::isPartOfTrash(const ItemPlace &place) const
+Result<bool> RemovalGuard::isPartOfTrash(const ItemPlace &place) const
 {
-    if (isPartOfVolumeTrash(place))
-        return true;
+    Result<bool> isPart = isPartOfVolumeTrash(place);
+    if (!isPart || isPart.value())
+        return isPart;
     const Result<FileDescriptor> trash = openFolder(m_trash, LinksAbove::Follow, O_PATH);
-    return trash && identityOf(trash.value().number()) == identityOf(place.folder.number());
+    if (!trash)
+        return trash.failure().kind == Failure::Kind::NotFound ? Result<bool>(false) : trash.failure();
+    const std::optional<FileIdentity> identity = FileIdentity::of(trash.value().number());
+    const std::optional<FileIdentity> folder = FileIdentity::of(place.folder.number());
+    return identity && folder ? Result<bool>(identity == folder) : failureFromErrno(errno, place.path);
 }
 
 } // namespace Quillmere

@@ -12,12 +12,13 @@ public:
     explicit RemovalGuard(UserEnvironment environment);
 
     /// Refuses with Protected: the root, the top folders of the system, a mount point, the home, a trash folder and the
-    /// two in it, and whatever holds the home or the home trash. @p item is the item as an O_PATH descriptor.
+    /// two in it, and whatever holds the home or the home trash. What cannot be looked at is refused as well, with the
+    /// reason. @p item is the item as an O_PATH descriptor.
     [[nodiscard]] Result<void> check(const ItemPlace &place, const FileDescriptor &item) const;
 
 private:
-    [[nodiscard]] bool holdsWhatIsOurs(const FileDescriptor &item) const;
-    [[nodiscard]] bool isPartOfTrash(const ItemPlace &place) const;
+    [[nodiscard]] Result<bool> holdsWhatIsOurs(const ItemPlace &place, const FileDescriptor &item) const;
+    [[nodiscard]] Result<bool> isPartOfTrash(const ItemPlace &place) const;
 
     UserEnvironment m_environment;
     FilePath m_trash;

@@ -64,6 +64,14 @@ Result<FileDescriptor> lockFolder(const ItemPlace &place, const FileDescriptor &
     return folder;
 }
 
+/// Whether that very item was copied, and not what has taken its place. A folder is compared when it is deleted, entry
+/// by entry.
+bool isCopied(const FileDescriptor &item, const CopiedEntries &copied)
+{
+    struct stat status = {};
+    return ::fstat(item.number(), &status) == 0 && (S_ISDIR(status.st_mode) || copied.contains(status));
+}
+
 } // namespace
 
 Result<QByteArray> trashByCopy(const ItemPlace &place, const FileDescriptor &item, const TrashFolder &trash)
@@ -82,9 +90,11 @@ Result<QByteArray> trashByCopy(const ItemPlace &place, const FileDescriptor &ite
     const Result<StagingFolder> staging = StagingFolder::make(trash);
     if (!staging)
         return staging.failure();
-    const Result<CopiedEntries> copied = copyTree(place, staging.value().descriptor(), copyName);
+    const Result<CopiedEntries> copied = copyTree(place, staging.value().descriptor(), copyName, place.path);
     if (!copied)
         return copied.failure();
+    if (!isCopied(item, copied.value()))
+        return Failure{Failure::Kind::Busy, place.path, u"Replaced or written to by somebody else meanwhile"_qs};
     Result<TrashReservation> filled = moveIntoTrash(staging.value().descriptor(), copyName, place.path, trash);
     if (!filled)
         return filled.failure();

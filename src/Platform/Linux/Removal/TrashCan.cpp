@@ -59,7 +59,7 @@ dev_t deviceAt(const FilePath &path)
 Result<TrashFolder> volumeTrash(const ItemPlace &place, const UserEnvironment &environment)
 {
     const int folder = place.folder.number();
-    if (livesInMemory(folder) || deviceOf(folder) == deviceAt(environment.dataHome.appending("Trash")))
+    if (livesInMemory(folder) || deviceOf(folder) == deviceAt(environment.homeTrash()))
         return Failure{Failure::Kind::NotSupported, place.path, u"This volume takes no trash"_qs};
     const Result<VolumeTop> top = VolumeTop::of(place);
     if (!top)

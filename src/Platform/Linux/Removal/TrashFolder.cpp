@@ -1,10 +1,12 @@
 #include "Platform/Linux/Removal/TrashFolder.h"
 
 #include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/HeldItem.h"
 #include "Platform/Linux/Files/OpenAt.h"
 #include "Platform/Linux/Files/PrivateFolder.h"
 
 #include <cerrno>
+#include <tuple>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -56,10 +58,8 @@ Result<FileDescriptor> openPrivate(int parent, const QByteArray &name, uid_t use
         return opened;
     const int folder = opened.value().number();
     struct stat status = {};
-    if (::fstat(folder, &status) == 0 && status.st_uid == user && (status.st_mode & 0777) != mode_t(S_IRWXU)) {
-        const QByteArray door = "/proc/self/fd/" + QByteArray::number(folder);
-        ::chmod(door.constData(), mode_t(S_IRWXU));
-    }
+    if (::fstat(folder, &status) == 0 && status.st_uid == user && (status.st_mode & 0777) != mode_t(S_IRWXU))
+        std::ignore = changeMode(folder, S_IRWXU);
     if (::fstat(folder, &status) != 0 || !isPrivate(status, user))
         return Failure{Failure::Kind::NotSupported, path, u"The trash of this volume is not safely the user's"_qs};
     return opened;
@@ -99,7 +99,7 @@ Result<TrashFolder> ownTrash(const VolumeTop &top, uid_t user)
 
 Result<TrashFolder> TrashFolder::ofHome(const UserEnvironment &environment)
 {
-    const FilePath path = environment.dataHome.appending("Trash");
+    const FilePath path = environment.homeTrash();
     Result<FileDescriptor> folder = openOrMakeWithParents(path);
     if (!folder)
         return folder.failure();

@@ -1,9 +1,11 @@
 #include "Platform/Linux/Removal/TrashMove.h"
 
 #include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/HeldItem.h"
 #include "Platform/Linux/Files/OpenAt.h"
 
 #include <cerrno>
+#include <tuple>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -12,12 +14,6 @@
 namespace Quillmere {
 
 namespace {
-
-bool setMode(const FileDescriptor &item, mode_t mode)
-{
-    const QByteArray door = "/proc/self/fd/" + QByteArray::number(item.number());
-    return ::chmod(door.constData(), mode) == 0;
-}
 
 /// The kernel moves a folder to another parent only for somebody who may write to the folder itself. One of ours is
 /// made writable for that, and stays so in the trash: put back as it was, nobody could restore it either.
@@ -29,11 +25,11 @@ int fillMadeMovable(TrashReservation &place, int folder, const QByteArray &name)
         || (status.st_mode & S_IWUSR) != 0)
         return EACCES;
     const mode_t mode = status.st_mode & 07777;
-    if (!setMode(item, mode | S_IWUSR))
+    if (!changeMode(item.number(), mode | S_IWUSR))
         return EACCES;
     const int error = place.fill(folder, name);
     if (error != 0)
-        setMode(item, mode);
+        std::ignore = changeMode(item.number(), mode);
     return error;
 }
 

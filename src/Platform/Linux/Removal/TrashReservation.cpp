@@ -1,5 +1,6 @@
 #include "Platform/Linux/Removal/TrashReservation.h"
 
+#include "Platform/Linux/Files/DiskSteps.h"
 #include "Platform/Linux/Files/ErrnoFailure.h"
 #include "Platform/Linux/Files/MoveWithoutReplacing.h"
 #include "Platform/Linux/Files/WriteAll.h"
@@ -22,6 +23,7 @@ Result<TrashReservation> TrashReservation::make(const TrashFolder &trash, const 
 {
     const QByteArray text = TrashInfo{trash.recordedPath(origin), QDateTime::currentDateTime()}.toText();
     for (;; ++number) {
+        DiskSteps::take();
         TrashReservation place(trash, nameInTrash(origin.lastPathComponent(), number, trash.longestName), number);
         const int info = ::openat(trash.info.number(), place.infoName().constData(),
                                   O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, privateFile);
@@ -65,6 +67,7 @@ int TrashReservation::fill(int folder, const QByteArray &name)
     // program that uses the Trash in the common way.
     const int error = moveWithoutReplacing(folder, name, m_trash->files.number(), m_name);
     m_held = error != 0;
+    DiskSteps::take();
     return error;
 }
 

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/Files/DiskSteps.h"
 #include "Platform/Linux/Files/ErrnoFailure.h"
+#include "Platform/Linux/Files/FileMetadata.h"
 #include "Platform/Linux/Files/FolderNames.h"
 #include "Platform/Linux/Files/OpenAt.h"
 #include "Platform/Linux/Removal/FileCopy.h"
@@ -23,10 +24,11 @@ constexpr mode_t whileCopying = 0700;
 class Copying
 {
 public:
-    Copying(int from, int to, FilePath location)
+    Copying(int from, int to, FilePath location, FilePath target)
         : m_from(from)
         , m_to(to)
         , m_location(std::move(location))
+        , m_target(std::move(target))
     {
     }
 
@@ -68,7 +70,7 @@ private:
         if (S_ISREG(status.st_mode))
             return copyFile(name, newName);
         if (const int error = copySpecial(m_from.current(), name, m_to.current(), newName, status))
-            return error;
+            return ofTarget(error);
         m_copied.add(status);
         return 0;
     }
@@ -84,7 +86,7 @@ private:
         const FileDescriptor target(::openat(m_to.current(), newName.constData(),
                                              O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, whileCopying));
         if (!target.isOpen())
-            return errno;
+            return ofTarget(errno);
         if (const int error = copyContents(source.number(), target.number(), before.st_size))
             return error;
         copyMetadata(source.number(), target.number(), before);
@@ -102,10 +104,10 @@ private:
         if (!source.isOpen() || ::fstat(source.number(), &status) != 0)
             return errno;
         if (::mkdirat(m_to.current(), newName.constData(), whileCopying) != 0)
-            return errno;
+            return ofTarget(errno);
         FileDescriptor target = openAt(m_to.current(), newName, O_RDONLY | O_DIRECTORY | O_NOFOLLOW, stayingInside);
         if (!target.isOpen())
-            return errno;
+            return ofTarget(errno);
         std::optional<QList<QByteArray>> names = namesIn(source.number());
         if (!names)
             return errno;
@@ -128,12 +130,30 @@ private:
         return error;
     }
 
+    /// The last error of a run was that of the copy and not of what is copied.
+    int ofTarget(int error)
+    {
+        m_isOfTarget = true;
+        return error;
+    }
+
+    /// Of the entry under way.
+    FilePath path() const
+    {
+        QByteArray names;
+        for (const Frame &frame : m_frames)
+            names += frame.name + '/';
+        names += m_current;
+        if (!m_isOfTarget)
+            return m_location.appending(names).standardized();
+        // The copy has a name of its own.
+        const qsizetype slash = names.indexOf('/');
+        return slash < 0 ? m_target : m_target.appending(names.sliced(slash + 1)).standardized();
+    }
+
     Failure failure(int error) const
     {
-        QByteArray relative;
-        for (const Frame &frame : m_frames)
-            relative += frame.name + '/';
-        const FilePath path = m_location.appending(relative + m_current).standardized();
+        const FilePath path = this->path();
         if (error == EXDEV)
             return {Failure::Kind::NotSupported, path, u"Another file system is mounted here"_qs};
         if (error == ESTALE)
@@ -143,17 +163,19 @@ private:
 
     FolderStack m_from;
     FolderStack m_to;
-    FilePath m_location;
+    FilePath m_location; ///< The folder that the item is in.
+    FilePath m_target; ///< The copy.
     QByteArray m_current;
+    bool m_isOfTarget = false;
     std::vector<Frame> m_frames;
     CopiedEntries m_copied;
 };
 
 } // namespace
 
-Result<CopiedEntries> copyTree(const ItemPlace &place, int folder, const QByteArray &name)
+Result<CopiedEntries> copyTree(const ItemPlace &place, int folder, const QByteArray &name, const FilePath &target)
 {
-    return Copying(place.folder.number(), folder, place.path.deletingLastPathComponent()).run(place.name, name);
+    return Copying(place.folder.number(), folder, place.path.deletingLastPathComponent(), target).run(place.name, name);
 }
 
 } // namespace Quillmere

@@ -38,6 +38,23 @@ TEST_F(DiskStepsTest, AreTakenForEachItemThatIsRemoved)
     EXPECT_GE(stepsOf([this] { return files.removeItem(home.path("home/.cache/item")); }), 21u);
 }
 
+TEST_F(DiskStepsTest, AreTakenForAnItemThatIsMovedToTheTrash)
+{
+    home.addFile("home/Library/Caches/item");
+
+    EXPECT_GE(stepsOf([this] { return files.trashItem(home.path("home/Library/Caches/item")); }), 1u);
+}
+
+TEST_F(DiskStepsTest, AreTakenForEachNameThatIsNotFreeInTheTrash)
+{
+    home.addFile("home/item");
+    for (int number = 2; number < 20; ++number)
+        home.addFile("home/.local/share/Trash/info/item." + QByteArray::number(number) + ".trashinfo");
+    home.addFile("home/.local/share/Trash/info/item.trashinfo");
+
+    EXPECT_GE(stepsOf([this] { return files.trashItem(home.path("home/item")); }), 20u);
+}
+
 TEST_F(DiskStepsTest, AreTakenForEachFolderThatIsRead)
 {
     addTree("tree");

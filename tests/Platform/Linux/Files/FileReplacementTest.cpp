@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <iterator>
 #include <tuple>
@@ -15,6 +16,7 @@
 #include <linux/seccomp.h>
 #include <sys/file.h>
 #include <sys/prctl.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -22,6 +24,23 @@
 using namespace Quillmere;
 using testing::ElementsAre;
 using testing::SizeIs;
+
+namespace {
+
+/// Whether the files of this program lie on a file server, as far as its locks go.
+bool isOnFileServer = false;
+
+} // namespace
+
+/// In the place of the system's. flock(2): of NFS, a lock that keeps all others out needs a file open for writing.
+extern "C" int flock(int file, int operation) noexcept
+{
+    if (isOnFileServer && (operation & LOCK_EX) != 0 && (::fcntl(file, F_GETFL) & O_ACCMODE) == O_RDONLY) {
+        errno = EBADF;
+        return -1;
+    }
+    return static_cast<int>(::syscall(SYS_flock, file, operation));
+}
 
 namespace {
 
@@ -45,6 +64,8 @@ bool dieOfRenaming()
 class FileReplacementTest : public testing::Test
 {
 protected:
+    void TearDown() override { isOnFileServer = false; }
+
     /// Leaves a replacement of the file abandoned.
     void replaceAndDie() const
     {
@@ -74,6 +95,28 @@ TEST_F(FileReplacementTest, ClearsWhatAnEarlierOneLeftAbandoned)
 
     EXPECT_THAT(home.names("folder"), ElementsAre("file"));
     EXPECT_EQ(home.contents("folder/file"), "new");
+}
+
+TEST_F(FileReplacementTest, ClearsWhatIsAbandonedOnAFileServer)
+{
+    replaceAndDie();
+    ASSERT_THAT(home.names("folder"), SizeIs(2));
+    isOnFileServer = true;
+
+    EXPECT_TRUE(replaceFile(file, "new"));
+
+    EXPECT_THAT(home.names("folder"), ElementsAre("file"));
+}
+
+TEST_F(FileReplacementTest, ClearsWhatIsAbandonedAndMayNotBeWrittenTo)
+{
+    replaceAndDie();
+    const FilePath abandoned = home.path("folder/" + home.names("folder").first());
+    ASSERT_EQ(::chmod(abandoned.bytes().constData(), 0444), 0);
+
+    inUnprivilegedChild(home.path(), [&] { EXPECT_TRUE(replaceFile(file, "new")); });
+
+    EXPECT_THAT(home.names("folder"), ElementsAre("file"));
 }
 
 TEST_F(FileReplacementTest, LeavesWhatIsAbandonedOfAnotherFile)

@@ -108,6 +108,22 @@ TEST_F(VolumeGuardTest, LeavesALinkToADeadVolumeForAnItemOfWhereItStands)
     });
 }
 
+TEST_F(VolumeGuardTest, OpensNoDeadVolumeByAWayThroughALink)
+{
+    QUILLMERE_NEED(whyNoDeadMount());
+    home.addLink("home/link", home.path("mnt").bytes());
+    home.addFolder("mnt/alive");
+    inMountNamespace([&] {
+        ::alarm(secondsUntilGivenUp);
+        const LinuxFileManager files(home.environment(), 100ms);
+        const DeadMount gone(home.path("mnt/nas"));
+        ASSERT_TRUE(mountTmpfs(home.path("mnt/alive"), "size=1m"));
+
+        EXPECT_EQ(files.openFolder(home.path("home/link/nas")), nullptr);
+        EXPECT_NE(files.openFolder(home.path("home/link/alive")), nullptr);
+    });
+}
+
 TEST_F(VolumeGuardTest, NoticesWhatIsMountedAndUnmountedBetweenTwoQuestions)
 {
     QUILLMERE_NEED(whyNoMountNamespace());

@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -165,6 +166,79 @@ TEST_F(ItemCopyTest, LeavesNoHalfUnderTheNameOfABundleThatCannotGoWhole)
         EXPECT_FALSE(itemExists(destination));
         EXPECT_THAT(home.names("to"), ElementsAre(".quillmere-unfinished-Quillmere.app"));
     });
+}
+
+TEST_F(ItemCopyTest, PutsABundleInThePlaceOfOneOfWhichSomethingCannotGo)
+{
+    QUILLMERE_NEED(whyNoMountNamespace());
+    const FilePath bundle = addBundle();
+    home.addFile("to/Quillmere.app/Contents/MacOS/old");
+    home.addFolder("to/Quillmere.app/Contents/disk");
+    inMountNamespace([&] {
+        const FilePath disk = home.path("to/.quillmere-unfinished-Quillmere.app/Contents/disk");
+        ASSERT_TRUE(mountTmpfs(home.path("to/Quillmere.app/Contents/disk"), "size=1m"));
+        ASSERT_FALSE(files.removeItemAtOnce(destination));
+
+        EXPECT_TRUE(files.copyItem(bundle, destination));
+        EXPECT_EQ(home.contents("to/Quillmere.app/Contents/MacOS/quillmere"), "program");
+        EXPECT_TRUE(files.removeItemAtOnce(destination));
+        EXPECT_THAT(home.names("to"), ElementsAre(".quillmere-unfinished-Quillmere.app"));
+
+        ASSERT_EQ(::umount(disk.bytes().constData()), 0);
+        EXPECT_TRUE(files.copyItem(bundle, destination));
+        EXPECT_THAT(home.names("to"), ElementsAre("Quillmere.app"));
+    });
+}
+
+TEST_F(ItemCopyTest, LeavesABundleOfWhichNothingCanGoUnderItsName)
+{
+    QUILLMERE_NEED(whyNoMountNamespace());
+    home.addFolder("to/Quillmere.app/disk");
+    inMountNamespace([&] {
+        ASSERT_TRUE(mountTmpfs(home.path("to/Quillmere.app/disk"), "size=1m"));
+
+        EXPECT_FALSE(files.removeItemAtOnce(destination));
+
+        EXPECT_THAT(home.names("to"), ElementsAre("Quillmere.app"));
+    });
+}
+
+TEST_F(ItemCopyTest, NamesTheCopyWhereItIsTheCopyThatCannotBeMade)
+{
+    QUILLMERE_NEED(whyNoMountNamespace());
+    const FilePath bundle = addBundle();
+    inMountNamespace([&] {
+        ASSERT_TRUE(mountTmpfs(home.path("to"), "size=1m,nr_inodes=4"));
+
+        // Beside the top of the volume, room is for "Quillmere.app", "Contents" and one more.
+        const Result<void> copied = files.copyItem(bundle, destination);
+
+        ASSERT_FALSE(copied);
+        EXPECT_EQ(copied.failure().kind, Failure::Kind::NoSpace);
+        EXPECT_TRUE(copied.failure().path.isWithin(destination.appending("Contents")))
+            << copied.failure().path.bytes().constData();
+        ASSERT_TRUE(mountTmpfs(home.path("to"), "size=1m,mode=555"));
+        ASSERT_EQ(::mount(nullptr, home.path("to").bytes().constData(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+        EXPECT_EQ(files.copyItem(bundle, destination).failure().path, destination);
+    });
+}
+
+TEST_F(ItemCopyTest, GivesTheGroupOfACopyNoMoreThanEverybodyWhereItChanges)
+{
+    QUILLMERE_NEED(::geteuid() != 0 ? QByteArray("Only root can give a file to somebody else") : QByteArray());
+    const FilePath program = home.addFile("from/item/program");
+    const FilePath secret = home.addFile("from/item/secret");
+    home.addFolder("to");
+    inUnprivilegedChild(home.path(), [] {});
+    for (const FilePath &foreign : {program, secret})
+        ASSERT_EQ(::chown(foreign.bytes().constData(), 12345, 12345), 0);
+    ASSERT_EQ(::chmod(program.bytes().constData(), 04775), 0);
+    ASSERT_EQ(::chmod(secret.bytes().constData(), 0664), 0);
+
+    inUnprivilegedChild({}, [&] { EXPECT_TRUE(files.copyItem(home.path("from/item"), home.path("to/item"))); });
+
+    EXPECT_EQ(home.mode("to/item/program"), 0755u);
+    EXPECT_EQ(home.mode("to/item/secret"), 0644u);
 }
 
 TEST_F(ItemCopyTest, TellsWhatCanBeRead)

@@ -2,6 +2,7 @@
 #include "Platform/Linux/ChildProcess.h"
 #include "Platform/Linux/Files/LinuxFileManager.h"
 #include "Platform/Linux/Files/OpenAt.h"
+#include "Platform/Linux/NoDescriptorsLeft.h"
 #include "Platform/Linux/TemporaryHome.h"
 
 #include <gtest/gtest.h>
@@ -97,6 +98,37 @@ TEST(RemovalGuardTest, RefusesATrashThatIsReachedThroughALink)
     for (const char *folder :
          {"elsewhere/bin/Trash/info", "elsewhere/bin/Trash", "elsewhere/bin", "elsewhere", "home/.local/share"})
         EXPECT_EQ(verdict(home.path(folder), home.environment()).failure().kind, Failure::Kind::Protected) << folder;
+}
+
+TEST(RemovalGuardTest, RefusesWhatItCannotLookAt)
+{
+    const TemporaryHome home;
+    home.addFolder("data/ada");
+    home.addFolder("elsewhere/Trash/files");
+    UserEnvironment environment = home.environment();
+    environment.home = home.addLink("users/ada", home.path("data/ada").bytes());
+    environment.dataHome = home.addLink("share", home.path("elsewhere").bytes());
+    const RemovalGuard guard(environment);
+
+    for (const char *folder : {"data/ada", "elsewhere/Trash/files"}) {
+        const auto place = ItemPlace::open(home.path(folder), LinksAbove::Refuse);
+        ASSERT_TRUE(place) << folder;
+        const auto item = openAt(place.value().folder.number(), place.value().name, O_PATH | O_NOFOLLOW);
+        inChild([&] {
+            const NoDescriptorsLeft noneLeft;
+            EXPECT_FALSE(guard.check(place.value(), item)) << folder;
+        });
+    }
+}
+
+TEST(RemovalGuardTest, LetsAnItemPassWhereThereIsNeitherHomeNorTrash)
+{
+    const TemporaryHome home;
+    UserEnvironment environment = home.environment();
+    environment.home = home.path("nowhere");
+    environment.dataHome = home.path("nowhere/share");
+
+    EXPECT_TRUE(verdict(home.addFolder("folder"), environment));
 }
 
 TEST(RemovalGuardTest, StandsBeforeTheTrashAndBeforeDeletion)

@@ -261,6 +261,72 @@ TEST_P(RemovalExchangeTest, PutsBackWhatTookTheItemsPlaceAtTheLastMoment)
     }
 }
 
+/// A bundle that is replaced while somebody puts another folder in its place at the last moment.
+class ReplacementExchangeTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        home.addFile("from/Quillmere.app/new");
+        home.addFile("to/Quillmere.app/old");
+        home.addFile("to/other/canary");
+    }
+
+    /// Calls @p before ahead of each move, with its number from 1.
+    Ending replace(const std::function<void(int move)> &before) const
+    {
+        int moves = 0;
+        const QList<QByteArray> arguments
+            = {"replace", home.path("from/Quillmere.app").bytes(), home.path("to/Quillmere.app").bytes()};
+        return runHeld(home, arguments, [&](int, long number) {
+            if (number == SYS_renameat2)
+                before(++moves);
+            return true;
+        });
+    }
+
+    bool exchange() const
+    {
+        return ::renameat2(AT_FDCWD, home.path("to/Quillmere.app").bytes().constData(), AT_FDCWD,
+                           home.path("to/other").bytes().constData(), RENAME_EXCHANGE)
+            == 0;
+    }
+
+    TemporaryHome home;
+};
+
+TEST_F(ReplacementExchangeTest, PutsTheOtherFolderBack)
+{
+    bool exchanged = false;
+
+    const Ending ending = replace([&](int move) { exchanged = move == 1 ? exchange() : exchanged; });
+
+    ASSERT_TRUE(exchanged);
+    EXPECT_EQ(ending, Ending::Failed);
+    EXPECT_EQ(home.names("to"), (QList<QByteArray>{"Quillmere.app", "other"}));
+    EXPECT_TRUE(home.exists("to/Quillmere.app/canary"));
+    EXPECT_TRUE(home.exists("to/other/old"));
+}
+
+TEST_F(ReplacementExchangeTest, PutsTheOtherFolderBesideWhatHasTakenItsNameMeanwhile)
+{
+    bool exchanged = false;
+
+    const Ending ending = replace([&](int move) {
+        if (move == 1)
+            exchanged = exchange();
+        else if (move == 2)
+            home.addFile("to/Quillmere.app/third");
+    });
+
+    ASSERT_TRUE(exchanged);
+    EXPECT_EQ(ending, Ending::Failed);
+    EXPECT_EQ(home.names("to"), (QList<QByteArray>{"Quillmere.2.app", "Quillmere.app", "other"}));
+    EXPECT_TRUE(home.exists("to/Quillmere.2.app/canary"));
+    EXPECT_TRUE(home.exists("to/Quillmere.app/third"));
+    EXPECT_TRUE(home.exists("to/other/old"));
+}
+
 class LateWriterTest : public testing::TestWithParam<int>
 {
 protected:

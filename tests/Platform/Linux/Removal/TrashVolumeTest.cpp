@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/mount.h>
@@ -321,6 +323,31 @@ TEST_F(TrashVolumeTest, DeletesNothingThatWasWrittenAfterItWasCopied)
         EXPECT_FALSE(home.exists("memory/item/folder/untouched"));
         EXPECT_EQ(home.contents("home/.local/share/Trash/files/item/changed"), "old");
         EXPECT_EQ(home.contents("home/.local/share/Trash/files/item/folder/untouched"), "text");
+    });
+}
+
+TEST_F(TrashVolumeTest, TakesNoFileThatHasTakenTheItemsPlaceBeforeTheCopy)
+{
+    onMemory("size=1m", [&] {
+        const FilePath item = home.addFile("memory/item", "item");
+        const FilePath other = home.addFile("memory/other", "other");
+        bool exchanged = false;
+
+        const Ending ending = runHeld(home, {"trash", item.bytes()}, [&](int, long number) {
+            // The place of the copy is made right before it.
+            if (number == SYS_mkdirat && home.exists("home/.local/share/Trash/quillmere-incoming") && !exchanged)
+                exchanged = ::renameat2(AT_FDCWD, item.bytes().constData(), AT_FDCWD, other.bytes().constData(),
+                                        RENAME_EXCHANGE)
+                    == 0;
+            return true;
+        });
+
+        ASSERT_TRUE(exchanged);
+        EXPECT_EQ(ending, Ending::Failed);
+        EXPECT_EQ(contentsOf(item), "other");
+        EXPECT_EQ(contentsOf(other), "item");
+        EXPECT_EQ(home.names("home/.local/share/Trash/files"), QList<QByteArray>());
+        EXPECT_EQ(home.names("home/.local/share/Trash/info"), QList<QByteArray>());
     });
 }
 
