@@ -3,6 +3,8 @@
 #include "Platform/Linux/Files/FileDescriptor.h"
 #include "Values/FilePath.h"
 
+#include <chrono>
+
 namespace Quillmere {
 
 /// A file system whose server never answers, as that of a machine that has gone: whoever asks it waits until this goes.
@@ -10,6 +12,11 @@ namespace Quillmere {
 class DeadMount
 {
 public:
+    /// Whatever waits for a server is ended after so long, and the test has failed.
+    static constexpr unsigned secondsUntilGivenUp = 120;
+    /// How long a test has its machine wait for a server.
+    static constexpr std::chrono::milliseconds patience{100};
+
     /// On @p folder, which exists. A failure of the test when the machine refuses.
     explicit DeadMount(const FilePath &folder);
     ~DeadMount();

@@ -4,6 +4,7 @@
 #include "Platform/Linux/Applications/LinuxBundles.h"
 #include "Platform/Linux/Files/FileReading.h"
 #include "Platform/Linux/Files/FileReplacement.h"
+#include "Platform/Linux/Files/FolderMaking.h"
 #include "Platform/Linux/Files/LinkResolution.h"
 
 #include <algorithm>
@@ -19,20 +20,12 @@ namespace {
 
 constexpr qsizetype mostBytesOfPicture = 4 * 1024 * 1024;
 constexpr mode_t modeOfFiles = 0644;
-
-void createFolders(const FilePath &folder)
-{
-    if (::mkdir(folder.bytes().constData(), 0755) == 0 || errno != ENOENT
-        || folder.deletingLastPathComponent() == folder)
-        return;
-    createFolders(folder.deletingLastPathComponent());
-    ::mkdir(folder.bytes().constData(), 0755);
-}
+constexpr mode_t modeOfFolders = 0755;
 
 /// Shows when the file is written if the folder cannot be made.
 Result<void> write(const FilePath &file, const QByteArray &contents)
 {
-    createFolders(file.deletingLastPathComponent());
+    makeFolders(file.deletingLastPathComponent(), modeOfFolders);
     return replaceFile(file, contents, modeOfFiles);
 }
 

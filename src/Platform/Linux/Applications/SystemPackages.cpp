@@ -12,13 +12,13 @@ namespace Quillmere {
 
 namespace {
 
-constexpr std::chrono::seconds patience{15};
+constexpr std::chrono::seconds patienceForDpkg{15};
 // What a program writes is taken from a pipe, and this many lines are sure to fit.
 constexpr qsizetype mostAtOnce = 200;
 
 QByteArray answerOfDpkg(const ProcessRunner &processes, const QStringList &arguments)
 {
-    const auto outcome = processes.runWithin(patience, {u"/usr/bin/dpkg-query"_qs, arguments});
+    const auto outcome = processes.runWithin(patienceForDpkg, {u"/usr/bin/dpkg-query"_qs, arguments});
     // It ends with 1 when any of what was asked is unknown, and has told of the others.
     const bool isAnswer = outcome && outcome.value() && outcome.value()->exitStatus <= 1;
     return isAnswer ? outcome.value()->standardOutput : QByteArray();

@@ -16,7 +16,7 @@ namespace Quillmere {
 
 namespace {
 
-const QString service = u"org.freedesktop.portal.Desktop"_qs;
+const QString portal = u"org.freedesktop.portal.Desktop"_qs;
 const QString object = u"/org/freedesktop/portal/desktop"_qs;
 const QString interface = u"org.freedesktop.portal.Settings"_qs;
 
@@ -72,7 +72,7 @@ LinuxDesktopAppearance::LinuxDesktopAppearance(const QDBusConnection &bus, const
         return;
     // QtDBus registers the type with the first message it reads; the connection below is made before that.
     qRegisterMetaType<QDBusVariant>();
-    m_bus.connect(service, object, interface, u"SettingChanged"_qs, this,
+    m_bus.connect(portal, object, interface, u"SettingChanged"_qs, this,
                   SLOT(takeSetting(QString, QString, QDBusVariant)));
     ask(appearanceGroup, schemeKey);
     ask(desktopGroup, themeKey);
@@ -115,7 +115,7 @@ void LinuxDesktopAppearance::takeSetting(const QString &group, const QString &ke
 
 void LinuxDesktopAppearance::ask(const QString &group, const QString &key)
 {
-    QDBusMessage question = QDBusMessage::createMethodCall(service, object, interface, u"Read"_qs);
+    QDBusMessage question = QDBusMessage::createMethodCall(portal, object, interface, u"Read"_qs);
     question << group << key;
     auto *call = new QDBusPendingCallWatcher(m_bus.asyncCall(question, answerMilliseconds), this);
     m_questions.append({group, key, call});

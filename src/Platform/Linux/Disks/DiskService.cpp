@@ -17,7 +17,7 @@ using Interfaces = QMap<QString, QVariantMap>;
 using Objects = QMap<QDBusObjectPath, Interfaces>;
 
 constexpr int withoutEnd = std::numeric_limits<int>::max();
-const QString service = u"org.freedesktop.UDisks2"_qs;
+const QString nameOnTheBus = u"org.freedesktop.UDisks2"_qs;
 const QString blockInterface = u"org.freedesktop.UDisks2.Block"_qs;
 const QString driveInterface = u"org.freedesktop.UDisks2.Drive"_qs;
 const QString encryptedInterface = u"org.freedesktop.UDisks2.Encrypted"_qs;
@@ -191,7 +191,7 @@ Result<QVariantList> DiskService::call(const QString &object, const QString &int
         return Failure{Failure::Kind::NotSupported, {}, u"There is no system bus, so udisks2 cannot be asked."_qs};
     if (m_silence && m_silence->isRecent())
         return Failure{Failure::Kind::NotSupported, {}, u"udisks2 does not answer: It was silent just now."_qs};
-    QDBusMessage question = QDBusMessage::createMethodCall(service, object, interface, method);
+    QDBusMessage question = QDBusMessage::createMethodCall(nameOnTheBus, object, interface, method);
     question.setArguments(arguments);
     const QDBusMessage answer = m_bus.call(question, QDBus::Block, milliseconds);
     if (answer.type() == QDBusMessage::ReplyMessage)

@@ -13,7 +13,7 @@ namespace Quillmere {
 
 namespace {
 
-constexpr std::chrono::seconds patience{3};
+constexpr std::chrono::seconds patienceForAMount{3};
 
 // Opening mounts, whether or not the folder may be read then: unlike a look at it, or a path alone.
 void touch(const FilePath &folder)
@@ -51,7 +51,7 @@ bool wakeBootFolders(const QList<MountEntry> &table)
     } catch (const std::system_error &) {
         return false;
     }
-    coming.wait_for(patience);
+    coming.wait_for(patienceForAMount);
     return true;
 }
 

@@ -18,7 +18,7 @@ namespace Quillmere {
 
 namespace {
 
-constexpr std::chrono::milliseconds patience{300};
+constexpr std::chrono::milliseconds usualPatience{300};
 
 bool alwaysAnswers(const FilePath &path)
 {
@@ -94,7 +94,7 @@ struct VolumeCapacities::Waiting
 };
 
 VolumeCapacities::VolumeCapacities()
-    : VolumeCapacities(statistics, patience)
+    : VolumeCapacities(statistics, usualPatience)
 {
 }
 

@@ -17,7 +17,7 @@ namespace {
 
 constexpr qsizetype smallestRead = 64 * 1024;
 // Without O_NONBLOCK, opening a pipe would wait for somebody to write into it.
-constexpr int readingFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+constexpr int flagsForReading = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 
 /// @p ofOthers is what that is which is no regular file.
 Result<QByteArray> readOpened(const FileDescriptor &file, const FilePath &path, qsizetype mostBytes,
@@ -54,13 +54,13 @@ Result<QByteArray> readFile(const FilePath &path)
     const Result<ItemPlace> place = ItemPlace::open(path, LinksAbove::Follow);
     if (!place)
         return place.failure();
-    const FileDescriptor file = openAt(place.value().folder.number(), place.value().name, readingFlags);
+    const FileDescriptor file = openAt(place.value().folder.number(), place.value().name, flagsForReading);
     return readOpened(file, path, std::numeric_limits<qsizetype>::max(), Failure::Kind::NotSupported);
 }
 
 Result<QByteArray> readBounded(const FilePath &path, qsizetype mostBytes)
 {
-    return readBounded(FileDescriptor(::open(path.bytes().constData(), readingFlags)), path, mostBytes);
+    return readBounded(FileDescriptor(::open(path.bytes().constData(), flagsForReading)), path, mostBytes);
 }
 
 Result<QByteArray> readBounded(const FileDescriptor &file, const FilePath &path, qsizetype mostBytes)

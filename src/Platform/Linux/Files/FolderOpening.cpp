@@ -12,7 +12,7 @@ namespace Quillmere {
 
 namespace {
 
-constexpr int readingFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
+constexpr int flagsForListing = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
 
 /// Lets the process have as many descriptors as the system allows it.
 void raiseDescriptorLimit()
@@ -85,13 +85,13 @@ FileDescriptor openFolderForReading(const FilePath &folder, FinalLink link)
         errno = ENOENT;
         return {};
     }
-    return openLongPath(path, link == FinalLink::Refuse ? readingFlags | O_NOFOLLOW : readingFlags);
+    return openLongPath(path, link == FinalLink::Refuse ? flagsForListing | O_NOFOLLOW : flagsForListing);
 }
 
 FileDescriptor openSubfolder(int parent, const char *name)
 {
     open_how how = {};
-    how.flags = readingFlags | O_NOFOLLOW;
+    how.flags = flagsForListing | O_NOFOLLOW;
     how.resolve = RESOLVE_NO_XDEV;
     return openWith([&] { return static_cast<int>(::syscall(SYS_openat2, parent, name, &how, sizeof how)); });
 }

@@ -6,6 +6,7 @@
 #include <climits>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Quillmere {
@@ -14,6 +15,12 @@ bool isLink(int item)
 {
     struct stat status = {};
     return ::fstat(item, &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+bool isFolder(int item)
+{
+    struct stat status = {};
+    return ::fstat(item, &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 std::optional<QByteArray> textOfLink(int folder, const QByteArray &name)

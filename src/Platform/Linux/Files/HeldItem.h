@@ -12,6 +12,7 @@ namespace Quillmere {
 // meanwhile, it is this one.
 
 [[nodiscard]] bool isLink(int item);
+[[nodiscard]] bool isFolder(int item);
 /// What the link @p name in @p folder says, or with an empty name the link that @p folder itself is. Nothing on
 /// failure, with the reason in errno.
 [[nodiscard]] std::optional<QByteArray> textOfLink(int folder, const QByteArray &name);

@@ -36,7 +36,7 @@ QDateTime timeOf(const timespec &time)
     return QDateTime::fromMSecsSinceEpoch(time.tv_sec * 1000LL + time.tv_nsec / 1'000'000, Qt::UTC);
 }
 
-bool isFolder(const FilePath &path)
+bool leadsToFolder(const FilePath &path)
 {
     return openFolder(path, LinksAbove::Follow, O_PATH).isOk();
 }
@@ -250,7 +250,7 @@ Result<void> LinuxFileManager::createDirectory(const FilePath &folder, Intermedi
 {
     const bool withParents = intermediates == Intermediates::Create;
     const FilePath parent = folder.deletingLastPathComponent();
-    if (withParents && parent != folder && !isFolder(parent)) {
+    if (withParents && parent != folder && !leadsToFolder(parent)) {
         if (const Result<void> made = createDirectory(parent, intermediates); !made)
             return made;
     }
@@ -260,7 +260,7 @@ Result<void> LinuxFileManager::createDirectory(const FilePath &folder, Intermedi
     if (::mkdirat(place.value().folder.number(), place.value().name.constData(), allRights) == 0)
         return {};
     const int error = errno;
-    if (error == EEXIST && withParents && isFolder(folder))
+    if (error == EEXIST && withParents && leadsToFolder(folder))
         return {};
     return failureFromErrno(error, folder);
 }

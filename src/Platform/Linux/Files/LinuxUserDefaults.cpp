@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/Files/FileReading.h"
 #include "Platform/Linux/Files/FileReplacement.h"
+#include "Platform/Linux/Files/FolderMaking.h"
 #include "Utilities/PropertyListLimits.h"
 
 #include <QLocale>
@@ -17,16 +18,6 @@ namespace {
 
 constexpr mode_t modeOfFile = 0600;
 constexpr mode_t modeOfFolders = 0700;
-
-/// A folder that cannot be made shows when the file is written.
-void createFolders(const FilePath &folder)
-{
-    if (::mkdir(folder.bytes().constData(), modeOfFolders) == 0 || errno != ENOENT
-        || folder.deletingLastPathComponent() == folder)
-        return;
-    createFolders(folder.deletingLastPathComponent());
-    ::mkdir(folder.bytes().constData(), modeOfFolders);
-}
 
 /// "YES", "true", "1", "007" and the like: the first letter, or the first digit that is not zero, decides.
 bool meansTrue(const QString &text)
@@ -145,7 +136,7 @@ void LinuxUserDefaults::store() const
 {
     if (!m_mayStore)
         return;
-    createFolders(m_file.deletingLastPathComponent());
+    makeFolders(m_file.deletingLastPathComponent(), modeOfFolders);
     // A change that cannot be stored holds in memory; the next one tries again with all of them.
     std::ignore = replaceFile(m_file, m_values.written(PropertyList::Form::Binary), modeOfFile);
 }

@@ -14,8 +14,6 @@ namespace Quillmere {
 
 namespace {
 
-constexpr quint64 stayingInside = RESOLVE_NO_SYMLINKS | RESOLVE_NO_XDEV;
-
 /// True when the folder is ours and its owner has all rights now; another thread may have been the one to give them.
 bool giveOwnerAllRights(const struct stat &status, const std::function<int(mode_t)> &change)
 {

@@ -19,7 +19,7 @@ namespace Quillmere {
 namespace {
 
 constexpr char allName[] = "quillmere-incoming";
-constexpr int mostAttempts = 16;
+constexpr int mostNames = 16;
 
 /// Nothing open unless the folder is there and nobody else's.
 FileDescriptor openLocked(int parent, const QByteArray &name)
@@ -57,7 +57,7 @@ Result<StagingFolder> StagingFolder::make(const TrashFolder &trash)
     const FilePath path = trash.path.appending(allName);
     StagingFolder staging;
     staging.m_trash = openAt(trash.folder.number(), ".", O_PATH | O_DIRECTORY);
-    for (int attempt = 0; attempt < mostAttempts && !staging.m_folder.isOpen(); ++attempt) {
+    for (int attempt = 0; attempt < mostNames && !staging.m_folder.isOpen(); ++attempt) {
         const Result<FileDescriptor> opened
             = openOrMakePrivateFolder(trash.folder.number(), allName, FinalLink::Refuse, path);
         if (!opened)

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/Files/ErrnoFailure.h"
 #include "Platform/Linux/Files/FileIdentity.h"
+#include "Platform/Linux/Files/HeldItem.h"
 #include "Platform/Linux/Files/OpenAt.h"
 #include "Platform/Linux/Removal/StagingFolder.h"
 #include "Platform/Linux/Removal/TrashByCopy.h"
@@ -17,12 +18,6 @@
 namespace Quillmere {
 
 namespace {
-
-bool isFolder(const FileDescriptor &item)
-{
-    struct stat status = {};
-    return ::fstat(item.number(), &status) == 0 && S_ISDIR(status.st_mode);
-}
 
 /// What lies in memory is gone with the next start: no place for what should be recoverable.
 bool livesInMemory(int descriptor)
@@ -86,7 +81,7 @@ Result<FilePath> TrashCan::trash(const FilePath &path) const
         return failureFromErrno(errno, path);
     if (const Result<void> allowed = m_guard.check(place, item); !allowed)
         return allowed.failure();
-    if (isFolder(item) && holdsMount(place.path))
+    if (isFolder(item.number()) && holdsMount(place.path))
         return Failure{Failure::Kind::Busy, path, u"Another file system is mounted in it"_qs};
 
     const Result<TrashFolder> homeTrash = TrashFolder::ofHome(m_environment);

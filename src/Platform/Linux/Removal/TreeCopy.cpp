@@ -17,7 +17,6 @@ namespace Quillmere {
 
 namespace {
 
-constexpr quint64 stayingInside = RESOLVE_NO_SYMLINKS | RESOLVE_NO_XDEV;
 constexpr mode_t whileCopying = 0700;
 
 /// Walks down the source and builds the same folders on the other side, both with a bounded number of descriptors.

@@ -19,9 +19,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Whatever waits for a server is ended after so long, and the test has failed.
-constexpr unsigned secondsUntilGivenUp = 120;
-
 qsizetype numberOfThreads()
 {
     return QDir(u"/proc/self/task"_qs).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
@@ -64,7 +61,7 @@ TEST_F(VolumeGuardTest, GivesAVolumeTheTimeToComeBack)
 {
     QUILLMERE_NEED(whyNoDeadMount());
     inMountNamespace([&] {
-        ::alarm(secondsUntilGivenUp);
+        ::alarm(DeadMount::secondsUntilGivenUp);
         DeadMount slow(home.path("mnt/nas"));
         std::jthread answering([&] {
             std::this_thread::sleep_for(1s);
@@ -79,7 +76,7 @@ TEST_F(VolumeGuardTest, SparesADeadVolumeOneThreadHoweverManyPlacesItIsAskedFor)
 {
     QUILLMERE_NEED(whyNoDeadMount());
     inMountNamespace([&] {
-        ::alarm(secondsUntilGivenUp);
+        ::alarm(DeadMount::secondsUntilGivenUp);
         const VolumeGuard guard(home.path("home"), 100ms);
         const DeadMount gone(home.path("mnt/nas"));
         const qsizetype before = numberOfThreads();
@@ -97,7 +94,7 @@ TEST_F(VolumeGuardTest, LeavesALinkToADeadVolumeForAnItemOfWhereItStands)
     home.addLink("home/link", home.path("mnt/nas").bytes());
     home.addLink("home/deeper", home.path("mnt/nas/folder").bytes());
     inMountNamespace([&] {
-        ::alarm(secondsUntilGivenUp);
+        ::alarm(DeadMount::secondsUntilGivenUp);
         const VolumeGuard guard(home.path("home"), 100ms);
         const DeadMount gone(home.path("mnt/nas"));
 
@@ -114,7 +111,7 @@ TEST_F(VolumeGuardTest, OpensNoDeadVolumeByAWayThroughALink)
     home.addLink("home/link", home.path("mnt").bytes());
     home.addFolder("mnt/alive");
     inMountNamespace([&] {
-        ::alarm(secondsUntilGivenUp);
+        ::alarm(DeadMount::secondsUntilGivenUp);
         const LinuxFileManager files(home.environment(), 100ms);
         const DeadMount gone(home.path("mnt/nas"));
         ASSERT_TRUE(mountTmpfs(home.path("mnt/alive"), "size=1m"));

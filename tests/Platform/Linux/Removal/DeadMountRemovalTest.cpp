@@ -16,11 +16,6 @@ using testing::SizeIs;
 
 namespace {
 
-/// Whatever waits for a server is ended after so long, and the test has failed.
-constexpr unsigned secondsUntilGivenUp = 120;
-
-constexpr std::chrono::milliseconds patience{100};
-
 QByteArray noVariable(const char *)
 {
     return {};
@@ -70,8 +65,8 @@ TEST_F(DeadMountRemovalTest, PassesOverWhatDiedAfterTheScanAndCleansTheRest)
     for (const char *item : {"home/.cache/a", "home/.cache/b", "home/Library/Caches/sound", "home/Library/Logs/log"})
         home.addFile(QByteArray(item) + "/data/file", QByteArray(9000, 'x'));
     inMountNamespace([&] {
-        ::alarm(secondsUntilGivenUp);
-        const auto files = std::make_shared<LinuxFileManager>(home.environment(), patience);
+        ::alarm(DeadMount::secondsUntilGivenUp);
+        const auto files = std::make_shared<LinuxFileManager>(home.environment(), DeadMount::patience);
         const auto places = std::make_shared<LinuxPlaces>(files, noVariable);
         QList<CleanupItem> items;
         for (const CleanupCategory &category :
@@ -95,8 +90,8 @@ TEST_F(DeadMountRemovalTest, EndsAtOnceForWhoeverRemovesOfIt)
     home.addFolder("mnt/nas");
     home.addLink("home/link", home.path("mnt").bytes());
     inMountNamespace([&] {
-        ::alarm(secondsUntilGivenUp);
-        const LinuxFileManager files(home.environment(), patience);
+        ::alarm(DeadMount::secondsUntilGivenUp);
+        const LinuxFileManager files(home.environment(), DeadMount::patience);
         const DeadMount gone(home.path("mnt/nas"));
 
         for (const char *item : {"mnt/nas", "mnt/nas/item", "mnt/nas/folder/item", "home/link/nas/item"})
@@ -109,8 +104,8 @@ TEST_F(DeadMountRemovalTest, HoldsNobodyUpWhoSeesItsItemsOntoDisk)
     home.addFolder("mnt/nas");
     home.addFile("home/item");
     inMountNamespace([&] {
-        ::alarm(secondsUntilGivenUp);
-        const LinuxFileManager files(home.environment(), patience);
+        ::alarm(DeadMount::secondsUntilGivenUp);
+        const LinuxFileManager files(home.environment(), DeadMount::patience);
         const DeadMount gone(home.path("mnt/nas"));
 
         files.synchronizeVolumes({home.path("mnt/nas/item"), home.path("home/item")});
@@ -122,8 +117,8 @@ TEST_F(DeadMountRemovalTest, LetsALinkToItGo)
     home.addFolder("mnt/nas");
     home.addLink("home/link", home.path("mnt/nas").bytes());
     inMountNamespace([&] {
-        ::alarm(secondsUntilGivenUp);
-        const LinuxFileManager files(home.environment(), patience);
+        ::alarm(DeadMount::secondsUntilGivenUp);
+        const LinuxFileManager files(home.environment(), DeadMount::patience);
         const DeadMount gone(home.path("mnt/nas"));
 
         EXPECT_TRUE(files.removeItem(home.path("home/link")));
@@ -139,8 +134,8 @@ TEST_P(DeadTrashTest, HoldsNoRemovalUp)
     if (!GetParam().link.isEmpty())
         home.addLink(GetParam().link, home.path(GetParam().mountPoint).bytes());
     inMountNamespace([&] {
-        ::alarm(secondsUntilGivenUp);
-        const LinuxFileManager files(home.environment(), patience);
+        ::alarm(DeadMount::secondsUntilGivenUp);
+        const LinuxFileManager files(home.environment(), DeadMount::patience);
         const DeadMount gone(home.path(GetParam().mountPoint));
 
         expectBusy(files, item);

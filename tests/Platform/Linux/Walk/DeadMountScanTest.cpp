@@ -16,11 +16,6 @@ using testing::UnorderedElementsAreArray;
 
 namespace {
 
-/// Whatever waits for a server is ended after so long, and the test has failed.
-constexpr unsigned secondsUntilTheScanIsGivenUp = 120;
-
-constexpr std::chrono::milliseconds patience{100};
-
 struct MountCase
 {
     const char *name;
@@ -44,7 +39,7 @@ protected:
 
     [[nodiscard]] QStringList scan() const
     {
-        const auto files = std::make_shared<LinuxFileManager>(home.environment(), patience);
+        const auto files = std::make_shared<LinuxFileManager>(home.environment(), DeadMount::patience);
         const auto places = std::make_shared<LinuxPlaces>(files, noVariable);
         ScannerService scanner(files, places);
         QStringList names;
@@ -74,7 +69,7 @@ TEST_P(DeadMountScanTest, NeitherStopsNorHangsTheScanAndIsNoItem)
         home.addLink(GetParam().link, home.path(GetParam().mountPoint).bytes());
 
     inMountNamespace([&] {
-        ::alarm(secondsUntilTheScanIsGivenUp);
+        ::alarm(DeadMount::secondsUntilGivenUp);
         const DeadMount gone(home.path(GetParam().mountPoint));
 
         EXPECT_THAT(scan(), UnorderedElementsAreArray(all));
@@ -112,7 +107,7 @@ TEST_F(DeadMountScanTest, HoldsNoLookForAPlaceInAnItemUp)
     home.addFile("home/.config/user-dirs.dirs", "XDG_MUSIC_DIR=\"$HOME/.cache/good/nas/music\"\n");
 
     inMountNamespace([&] {
-        ::alarm(secondsUntilTheScanIsGivenUp);
+        ::alarm(DeadMount::secondsUntilGivenUp);
         const DeadMount gone(home.path("home/.cache/good/nas"));
 
         EXPECT_THAT(scan(), UnorderedElementsAreArray(all));
@@ -123,7 +118,7 @@ TEST_P(DeadRootScanTest, LeavesTheOtherPlacesToTheScan)
 {
     home.addFolder(GetParam().mountPoint);
     inMountNamespace([&] {
-        ::alarm(secondsUntilTheScanIsGivenUp);
+        ::alarm(DeadMount::secondsUntilGivenUp);
         const DeadMount gone(home.path(GetParam().mountPoint));
 
         EXPECT_THAT(scan(), IsSupersetOf({u"log"_qs, u"work"_qs, u"box"_qs}));
@@ -168,10 +163,10 @@ TEST_F(DeadMountScanTest, IsEmptyForWhoeverMeasuresOrSearchesItOrWhatIsBehindIt)
     home.addLink("home/link", home.path("mnt/nas").bytes());
 
     inMountNamespace([&] {
-        ::alarm(secondsUntilTheScanIsGivenUp);
+        ::alarm(DeadMount::secondsUntilGivenUp);
         const DeadMount gone(home.path("mnt/nas"));
         const DeadMount other(home.path("home/Documents"));
-        const auto files = std::make_shared<LinuxFileManager>(home.environment(), patience);
+        const auto files = std::make_shared<LinuxFileManager>(home.environment(), DeadMount::patience);
         ScannerService scanner(files, std::make_shared<LinuxPlaces>(files, noVariable));
 
         for (const char *folder : {"home/Documents", "home/Documents/below", "home/link/below", "home/link"}) {
@@ -197,9 +192,9 @@ TEST_P(DeadMountListsTest, HoldsNoListUpAndIsKeptWhereItLies)
     home.addFolder(GetParam().mountPoint);
 
     inMountNamespace([&] {
-        ::alarm(secondsUntilTheScanIsGivenUp);
+        ::alarm(DeadMount::secondsUntilGivenUp);
         const DeadMount gone(home.path(GetParam().mountPoint));
-        const auto files = std::make_shared<LinuxFileManager>(home.environment(), patience);
+        const auto files = std::make_shared<LinuxFileManager>(home.environment(), DeadMount::patience);
         const LinuxPlaces places(files, noVariable);
 
         for (const QString &list : PlacesData::builtIn().lists.keys()) {
