@@ -100,7 +100,7 @@ ListRow {
             removedText: root.removedText
             skippedText: root.skippedText
             categoriesText: root.categoriesText
-            errors: root.errors
+            errors: root.isExpanded ? root.errors : []
         }
     }
 }
