@@ -74,6 +74,22 @@ TEST_F(ListsTest, RowIsActivatedByReturnSpaceAndAssistiveTools)
     EXPECT_EQ(log(), QStringList({u"activated 0"_qs, u"activated 1"_qs, u"activated 2"_qs}));
 }
 
+TEST_F(ListsTest, RowIsActivatedOnceByAKeyThatIsHeld)
+{
+    showList();
+    tab();
+
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+        press(key);
+        for (int i = 0; i < 3; ++i) {
+            QKeyEvent again(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+            QCoreApplication::sendEvent(m_view.get(), &again);
+        }
+    }
+
+    EXPECT_EQ(log(), QStringList({u"activated 0"_qs, u"activated 0"_qs, u"activated 0"_qs}));
+}
+
 TEST_F(ListsTest, MenuOfARowDoesWhatWasChosenOnceTheKeyboardIsBackInTheList)
 {
     showList();
