@@ -167,6 +167,7 @@ FocusScope {
             y: 172 + heading.extraHeight + messageText.extraHeight
             width: 300
             visible: root.progress >= 0
+            forwardOnly: true
             value: root.progress
         }
 
