@@ -83,7 +83,7 @@ ListRow {
             size: 14
             weight: Font.DemiBold
             wrapMode: Text.Wrap
-            maximumLineCount: 2
+            maximumLineCount: 3
 
             Accessible.ignored: true
         }
