@@ -42,6 +42,16 @@ protected:
         return QTest::qWaitFor([&] { return focused() && focusedRow() == row; });
     }
 
+    /// All of the row that has the keyboard.
+    [[nodiscard]] bool isInSight() const
+    {
+        const QQuickItem *list = descendant("KeyedList");
+        return QTest::qWaitFor([&] {
+            const QRectF row = focused()->mapRectToItem(list, focused()->boundingRect());
+            return row.top() >= 0 && row.bottom() <= list->height();
+        });
+    }
+
     [[nodiscard]] QString focusedRow() const { return focused()->objectName(); }
     [[nodiscard]] bool menuIsOpen() const
     {
@@ -60,12 +70,15 @@ TEST_F(ListsTest, ListIsOneStopForTabWhoseRowsAreReachedByArrowsHomeEndAndPageKe
     EXPECT_EQ(focusedRow(), u"row1"_qs);
     press(Qt::Key_PageDown);
     EXPECT_EQ(focusedRow(), u"row4"_qs);
+    EXPECT_TRUE(isInSight());
     press(Qt::Key_PageUp);
     EXPECT_EQ(focusedRow(), u"row1"_qs);
     press(Qt::Key_End);
     EXPECT_EQ(focusedRow(), u"row19"_qs);
+    EXPECT_TRUE(isInSight());
     press(Qt::Key_Home);
     EXPECT_EQ(focusedRow(), u"row0"_qs);
+    EXPECT_TRUE(isInSight());
     tab();
     EXPECT_EQ(focusedRow(), u"row0"_qs) << "There is nothing else that Tab could lead to.";
 }

@@ -16,10 +16,24 @@ ListView {
     /// What can be done with a row; null for nothing.
     property T.Menu menu: null
 
+    /// What an arrow key scrolls, in pixels.
+    readonly property int line: 40
     readonly property int rowsOnAPage: Math.max(1, Math.floor(height / rowHeight) - 1)
 
-    function go(step: int) {
-        currentIndex = Math.max(0, Math.min(count - 1, currentIndex + step));
+    /// False where there is no row that way.
+    function go(step: int): bool {
+        const row = Math.max(0, Math.min(count - 1, currentIndex + step));
+        if (row === currentIndex)
+            return false;
+        currentIndex = row;
+        positionViewAtIndex(row, ListView.Contain);
+        return true;
+    }
+
+    /// Goes back, and comes to a row that is longer than the list at its end, as whoever reads upwards does.
+    function goBack(rows: int) {
+        if (go(-rows) && currentItem !== null && currentItem.height > height)
+            contentY = currentItem.y + currentItem.height - height;
     }
 
     /// Gives the keyboard to the row that it was at.
@@ -53,7 +67,8 @@ ListView {
     boundsBehavior: Flickable.StopAtBounds
     reuseItems: true
     activeFocusOnTab: true
-    highlightMoveDuration: 0
+    // go() brings it into sight. What follows it by itself does so a little later, when a key may have scrolled on.
+    highlightFollowsCurrentItem: false
 
     Accessible.role: Accessible.List
     Accessible.name: accessibleName
@@ -72,22 +87,35 @@ ListView {
 
     Keys.onPressed: event => {
         isByKeyboard = true;
-        const scrolls = {
-            [Qt.Key_Up]: -40,
-            [Qt.Key_Down]: 40,
-            [Qt.Key_PageUp]: -height * 0.9,
-            [Qt.Key_PageDown]: height * 0.9
-        };
-        const steps = {
-            [Qt.Key_PageUp]: -rowsOnAPage,
-            [Qt.Key_PageDown]: rowsOnAPage,
-            [Qt.Key_Home]: -count,
-            [Qt.Key_End]: count
-        };
-        event.accepted = event.key in scrolls && scrollInRow(scrolls[event.key]);
-        if (!event.accepted && event.key in steps) {
-            go(steps[event.key]);
-            event.accepted = true;
+        const page = height * 0.9;
+        event.accepted = true;
+        switch (event.key) {
+        case Qt.Key_Up:
+            if (!scrollInRow(-line))
+                goBack(1);
+            break;
+        case Qt.Key_Down:
+            if (!scrollInRow(line))
+                go(1);
+            break;
+        case Qt.Key_PageUp:
+            if (!scrollInRow(-page))
+                goBack(rowsOnAPage);
+            break;
+        case Qt.Key_PageDown:
+            if (!scrollInRow(page))
+                go(rowsOnAPage);
+            break;
+        case Qt.Key_Home:
+            go(-count);
+            positionViewAtBeginning();
+            break;
+        case Qt.Key_End:
+            go(count);
+            positionViewAtEnd();
+            break;
+        default:
+            event.accepted = false;
         }
     }
 
