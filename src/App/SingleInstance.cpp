@@ -30,6 +30,11 @@ Response askForWindow(const QString &socketPath, std::chrono::milliseconds patie
     return socket.state() == QLocalSocket::ConnectedState ? Response::Silent : Response::NobodyThere;
 }
 
+void tellThatNobodyWillHear(const QString &reason)
+{
+    printDiagnostic(u"A second start cannot bring this window to the front: "_qs + reason);
+}
+
 } // namespace
 
 SingleInstance::SingleInstance(const QString &folder, const QString &name, QObject *parent)
@@ -46,13 +51,17 @@ bool SingleInstance::claim(const Patience &patience)
     const QDeadlineTimer deadline(patience.untilItListens);
     // Who holds the lock and does not listen is still starting, or already ending.
     while (!m_lock.tryLock(0)) {
-        if (m_lock.error() != QLockFile::LockFailedError)
+        if (m_lock.error() != QLockFile::LockFailedError) {
+            tellThatNobodyWillHear(u"there is no place for a lock at "_qs + m_lock.fileName());
             return true;
+        }
         const Response response = askForWindow(m_socketPath, patience.untilItAnswers);
         if (response == Response::Answered)
             return false;
-        if (response == Response::Silent || deadline.hasExpired())
+        if (response == Response::Silent || deadline.hasExpired()) {
+            tellThatNobodyWillHear(u"another instance was there first and does not answer"_qs);
             return true;
+        }
         QThread::msleep(millisecondsBetweenTries);
     }
     // Not before events are handled, which is after the program has loaded: who is heard is also answered.
@@ -70,7 +79,7 @@ void SingleInstance::listen()
         return;
     // Whoever starts later would wait for an answer that never comes.
     m_lock.unlock();
-    printDiagnostic(u"A second start cannot bring this window to the front: "_qs + m_server->errorString());
+    tellThatNobodyWillHear(m_server->errorString());
 }
 
 void SingleInstance::answer()

@@ -9,7 +9,7 @@ FocusScope {
     required property AppState appState
     required property ViewModelFactory viewModels
     /// The setup wizard lies over everything. Only the wizard itself takes it away.
-    required property bool showingWelcome
+    property bool showingWelcome: false
 
     readonly property Destination current: screen.item as Destination
     /// Something lies over the screen that has to be answered first.

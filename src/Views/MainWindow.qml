@@ -9,7 +9,7 @@ Window {
 
     required property AppState appState
     required property ViewModelFactory viewModels
-    property bool showingWelcome: false
+    property alias showingWelcome: content.showingWelcome
 
     readonly property WindowShortcuts shortcuts: WindowShortcuts {
         onCloseRequested: root.close()
@@ -34,7 +34,6 @@ Window {
         anchors.fill: parent
         appState: root.appState
         viewModels: root.viewModels
-        showingWelcome: root.showingWelcome
     }
 
     WindowFrame {

@@ -4,6 +4,7 @@
 #include <QColor>
 #include <QFile>
 #include <QQuickItem>
+#include <QSet>
 #include <QTest>
 
 using namespace Quillmere;
@@ -43,6 +44,46 @@ protected:
         return nullptr;
     }
 
+    /// The number of items that are there, in sight or not.
+    static qsizetype countOf(const QQuickItem &item)
+    {
+        qsizetype count = 1;
+        for (const QQuickItem *child : item.childItems())
+            count += countOf(*child);
+        return count;
+    }
+
+    /// Of the texts in sight in the list, those that are lines of @p errors.
+    [[nodiscard]] QStringList errorsInSight(const QStringList &errors) const
+    {
+        QStringList seen;
+        (void)showsItem([&](const QQuickItem &item) {
+            const QString text = item.property("text").toString();
+            const QRectF place = item.mapRectToScene(item.boundingRect());
+            if (errors.contains(text) && place.top() >= topOfRows && place.bottom() <= app->mainWindow()->height() - 25)
+                seen.append(text);
+            return false;
+        });
+        return seen;
+    }
+
+    /// Presses @p key, at most a thousand times, until the keyboard has gone on to @p row. Gives the errors that were
+    /// in sight on the way.
+    [[nodiscard]] QSet<QString> errorsSeenOnTheWay(const Person &person, Qt::Key key, const QString &row,
+                                                   const QStringList &errors) const
+    {
+        QSet<QString> seen;
+        for (int i = 0; i < 1000 && !person.focusedName().contains(row); ++i) {
+            for (const QString &error : errorsInSight(errors))
+                seen.insert(error);
+            person.press(key);
+            // The list comes to rest.
+            QTest::qWait(20);
+        }
+        EXPECT_TRUE(person.focusedName().contains(row)) << person.focusedName().toStdString();
+        return seen;
+    }
+
     static double heightOnScreen(const Person &person, const QString &text)
     {
         const QQuickItem *item = itemShowing(person, text);
@@ -50,6 +91,8 @@ protected:
     }
 
     qint64 cleanedSize = 1'500'000; ///< Of the records that are added.
+
+    static constexpr double topOfRows = 113; ///< Below the heads of the columns, in the window.
 };
 
 struct StatusCase
@@ -173,6 +216,75 @@ TEST_F(HistoryScreenTest, IsOneStopForTabWhoseRowsAreReachedByArrowsHomeEndAndPa
     EXPECT_TRUE(person.sees(StaticText, u"Files Removed: 0"_qs));
     person.press(Qt::Key_Tab);
     EXPECT_FALSE(person.focusedName().contains(u"Safe Cleanup, "_qs)) << person.focusedName().toStdString();
+}
+
+TEST_F(HistoryScreenTest, ShowsEveryErrorOfAnOpenRowToWhoeverHasNoWheel)
+{
+    QStringList errors;
+    for (int i = 0; i < 60; ++i)
+        errors.append(u"error %1"_qs.arg(i));
+    for (cleanedSize = 1'000'000; cleanedSize <= 3'000'000; cleanedSize += 1'000'000)
+        addRecord(OperationStatus::Completed, cleanedSize == 2'000'000 ? errors : QStringList());
+    const Person person = open(SidebarTab::History);
+    app->mainWindow()->resize(900, 600);
+    ASSERT_TRUE(person.tabToWhatHolds(u", 1 MB, "_qs));
+    person.press(Qt::Key_Down);
+    person.press(Qt::Key_Space);
+    ASSERT_TRUE(person.sees(StaticText, u"error 59"_qs));
+
+    const QSet<QString> all(errors.begin(), errors.end());
+    EXPECT_EQ(errorsSeenOnTheWay(person, Qt::Key_PageDown, u", 3 MB, "_qs, errors), all);
+    person.press(Qt::Key_Up);
+    QTest::qWait(20);
+    EXPECT_EQ(errorsSeenOnTheWay(person, Qt::Key_PageUp, u", 1 MB, "_qs, errors), all);
+    person.press(Qt::Key_Down);
+    EXPECT_EQ(errorsSeenOnTheWay(person, Qt::Key_Down, u", 3 MB, "_qs, errors), all);
+    person.press(Qt::Key_Up);
+    QTest::qWait(20);
+    EXPECT_EQ(errorsSeenOnTheWay(person, Qt::Key_Up, u", 1 MB, "_qs, errors), all);
+}
+
+TEST_F(HistoryScreenTest, StaysAtTheEndsOfARowThatIsAllThereIs)
+{
+    QStringList errors;
+    for (int i = 0; i < 60; ++i)
+        errors.append(u"error %1"_qs.arg(i));
+    addRecord(OperationStatus::Completed, errors);
+    const Person person = open(SidebarTab::History);
+    app->mainWindow()->resize(900, 600);
+    ASSERT_TRUE(person.tabToWhatHolds(u"Completed"_qs));
+    person.press(Qt::Key_Space);
+    ASSERT_TRUE(person.sees(StaticText, errors.last()));
+    const auto shows = [&](const QString &error) {
+        QTest::qWait(20);
+        return errorsInSight({error}).size() == 1;
+    };
+
+    for (const Qt::Key key : {Qt::Key_End, Qt::Key_Down, Qt::Key_PageDown, Qt::Key_End}) {
+        person.press(key);
+        EXPECT_TRUE(shows(errors.last())) << key;
+    }
+    for (const Qt::Key key : {Qt::Key_Home, Qt::Key_Up, Qt::Key_PageUp, Qt::Key_Home}) {
+        person.press(key);
+        EXPECT_TRUE(shows(errors.first())) << key;
+    }
+}
+
+TEST_F(HistoryScreenTest, MakesNothingOfTheErrorsOfRowsThatAreClosed)
+{
+    QStringList errors;
+    for (int i = 0; i < 2000; ++i)
+        errors.append(u"error %1"_qs.arg(i));
+    for (int i = 0; i < 10; ++i)
+        addRecord(OperationStatus::Completed, errors);
+    const Person person = open(SidebarTab::History);
+    ASSERT_TRUE(person.reads(u"Completed"_qs));
+
+    EXPECT_LT(countOf(*app->mainWindow()->contentItem()), 2000);
+
+    ASSERT_TRUE(person.tabToWhatHolds(u"Completed"_qs));
+    person.press(Qt::Key_Space);
+    EXPECT_TRUE(person.sees(StaticText, u"error 1999"_qs));
 }
 
 TEST_F(HistoryScreenTest, TakesTheKeyboardToTheRowThatIsClicked)

@@ -102,6 +102,20 @@ TEST_F(ScreensTest, SwitchesCategoriesOffAndOn)
     EXPECT_TRUE(person.canUse(Button, u"Clean"_qs));
 }
 
+TEST_F(ScreensTest, NamesItsListsToAssistiveTools)
+{
+    addTree("Caches/browser", 1000);
+    machine.files->addFile(FilePath("/home/ada/.npm/_cacache/data"), 1000);
+    const Person person = openScanned();
+
+    EXPECT_TRUE(person.sees(List, u"Sidebar"_qs));
+    EXPECT_TRUE(person.sees(List, u"Safe Cleanup"_qs));
+
+    ASSERT_TRUE(person.click(ListItem, u"Professional Cleanup"_qs));
+    ASSERT_TRUE(person.click(Button, u"Start Scan"_qs));
+    EXPECT_TRUE(person.sees(List, u"Professional Cleanup"_qs));
+}
+
 TEST_F(ScreensTest, OpensACategoryAndListsItsFirstItems)
 {
     for (int i = 0; i < 7; ++i)

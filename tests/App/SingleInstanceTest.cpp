@@ -33,6 +33,12 @@ protected:
         return claimed.result();
     }
 
+    static void expectOneLineOfDiagnosis(const std::string &output)
+    {
+        EXPECT_TRUE(output.starts_with("A second start cannot bring this window to the front: ")) << output;
+        EXPECT_EQ(output.find('\n'), output.size() - 1) << output;
+    }
+
     [[nodiscard]] bool canConnect() const
     {
         QLocalSocket caller;
@@ -84,11 +90,14 @@ TEST_F(SingleInstanceTest, TakesOverFromAnInstanceThatHasEnded)
     EXPECT_FALSE(result(claimElsewhere()));
 }
 
-TEST_F(SingleInstanceTest, RunsOnItsOwnWhereThereIsNoFolder)
+TEST_F(SingleInstanceTest, RunsOnItsOwnWhereThereIsNoFolderAndSaysSo)
 {
     SingleInstance lost(folder.filePath(u"none"_qs), u"here"_qs);
+    testing::internal::CaptureStdout();
 
     EXPECT_TRUE(lost.claim());
+
+    expectOneLineOfDiagnosis(testing::internal::GetCapturedStdout());
 }
 
 TEST_F(SingleInstanceTest, HoldsNobodyUpWhereItCannotListen)
@@ -102,11 +111,11 @@ TEST_F(SingleInstanceTest, HoldsNobodyUpWhereItCannotListen)
 
     QCoreApplication::processEvents();
 
-    EXPECT_TRUE(testing::internal::GetCapturedStdout().starts_with("A second start cannot bring this window"));
+    expectOneLineOfDiagnosis(testing::internal::GetCapturedStdout());
     EXPECT_TRUE(QLockFile(folder.filePath(deep + u"/here.lock"_qs)).tryLock(0));
 }
 
-TEST_F(SingleInstanceTest, RunsOnItsOwnWhereTheFirstHangs)
+TEST_F(SingleInstanceTest, RunsOnItsOwnWhereTheFirstHangsAndSaysSo)
 {
     ASSERT_TRUE(first.claim());
     QCoreApplication::processEvents();
@@ -114,18 +123,24 @@ TEST_F(SingleInstanceTest, RunsOnItsOwnWhereTheFirstHangs)
 
     // Nobody handles the first one's events any more while this waits.
     SingleInstance second(folder.path(), u"here"_qs);
+    testing::internal::CaptureStdout();
 
     EXPECT_TRUE(second.claim({aLongTime, std::chrono::milliseconds(50)}));
+
+    expectOneLineOfDiagnosis(testing::internal::GetCapturedStdout());
 }
 
-TEST_F(SingleInstanceTest, RunsOnItsOwnWhereTheFirstNeverComesToListen)
+TEST_F(SingleInstanceTest, RunsOnItsOwnWhereTheFirstNeverComesToListenAndSaysSo)
 {
     ASSERT_TRUE(first.claim());
 
     SingleInstance second(folder.path(), u"here"_qs);
 
     EXPECT_FALSE(canConnect());
+    testing::internal::CaptureStdout();
     EXPECT_TRUE(second.claim({std::chrono::milliseconds(50), aLongTime}));
+
+    expectOneLineOfDiagnosis(testing::internal::GetCapturedStdout());
 }
 
 TEST_F(SingleInstanceTest, IsWaitedForWhileItLoadsHoweverShortThePatienceForAnswers)

@@ -143,8 +143,10 @@ TEST_F(WelcomeScreenTest, WalksThroughItsStepsByThePointer)
     EXPECT_TRUE(person.sees(Heading, u"Installation Completed!"_qs));
     EXPECT_TRUE(person.reads(u"Quillmere was installed to: /Applications/Quillmere.app. The conditions, rules, and "
                              u"disclaimers file was saved in Application Support."_qs));
+    EXPECT_TRUE(app->mainWindow()->property("showingWelcome").toBool());
     ASSERT_TRUE(person.click(Button, u"Launch"_qs));
     EXPECT_TRUE(person.seesNo(Dialog, title));
+    EXPECT_FALSE(app->mainWindow()->property("showingWelcome").toBool());
     EXPECT_TRUE(isCompleted());
     EXPECT_TRUE(person.click(ListItem, u"History"_qs));
     EXPECT_EQ(app->appState().selectedTab(), SidebarTab::History);

@@ -177,6 +177,12 @@ TEST(TextWordingTest, HeadsFiguresWithWhatTheyMeasureAndNotWithAComparison)
     }
 }
 
+TEST(TextWordingTest, SaysOfSpaceInSpanishThatItIsFreedAndNotThatItIsCleaned)
+{
+    for (const Wording &row : wordings())
+        EXPECT_FALSE(has(row.spanish, "espacio limpi")) << row.described();
+}
+
 /// A thing and the word that stands for it in each language.
 struct Term
 {
@@ -211,7 +217,7 @@ INSTANTIATE_TEST_SUITE_P(
         Term{"Application", "\\bapp(lication)?s?\\b", "aplicaci|\\bapps?\\b", "приложени", {u"applications.scan"_qs}},
         Term{"Awake", "^keep awake(:| \\()", "mantener activo", "без сна"},
         Term{"Browser", "browser", "navegador", "браузер"}, Term{"Cache", "cache", "caché", "кэш"},
-        Term{"Clean", "\\bclean", "limp", "очи[щс]", {u"developer.installed.keep"_qs}},
+        Term{"Clean", "\\bclean", "limp", "очи[щс]", {u"developer.installed.keep"_qs, u"history.detail.cleaned"_qs}},
         Term{"Drive", "\\bdrive\\b", "unidad", "диск", {u"settings.scanICloud"_qs}},
         Term{"Driver", "\\bdrivers\\b", "controlador", "драйвер"},
         Term{"Folder", "\\bfolders?\\b|director", "carpeta", "пап"}, Term{"History", "history", "historial", "истори"},

@@ -92,6 +92,25 @@ TEST_F(ProgressOverlayTest, FillsItsBarAtATotalOfOne)
     EXPECT_EQ(descendant("ProgressBar")->childItems().first()->width(), 300);
 }
 
+TEST_F(ProgressOverlayTest, BeginsALaterRunWithAnEmptyBarWhichThenFillsSlowly)
+{
+    m_appearance.setReducedMotion(false);
+    show("property bool working: true\nproperty real done: 1.0\n"
+         "ProgressOverlay { visible: window.working; progress: window.done }");
+    QQuickItem *window = m_view->rootObject();
+    const QQuickItem *fill = descendant("ProgressBar")->childItems().first();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return fill->width() == 300; }));
+
+    window->setProperty("working", false);
+    window->setProperty("working", true);
+    window->setProperty("done", 0.0);
+    EXPECT_EQ(fill->width(), 0);
+
+    window->setProperty("done", 0.5);
+    EXPECT_LT(fill->width(), 150);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return fill->width() == 150; }));
+}
+
 TEST_F(ProgressOverlayTest, CastsAShadowOfFourTenthsAtItsFoot)
 {
     for (const bool isDark : {false, true}) {

@@ -16,7 +16,7 @@ CardView {
 
     Item {
         width: parent.width
-        height: root.isNarrow ? button.y + button.height : Math.max(words.height, button.height)
+        height: root.isNarrow ? words.height + 12 + button.height : Math.max(words.height, button.height)
 
         BodyText {
             id: words

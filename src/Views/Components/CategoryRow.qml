@@ -83,7 +83,7 @@ ListRow {
             size: 14
             weight: Font.DemiBold
             wrapMode: Text.Wrap
-            maximumLineCount: 2
+            maximumLineCount: 3
 
             Accessible.ignored: true
         }
@@ -104,24 +104,29 @@ ListRow {
 
         Item {
             width: parent.width
-            height: 16
+            height: Math.max(16, reason.implicitHeight)
             visible: !root.available
 
             Symbol {
-                anchors.verticalCenter: parent.verticalCenter
+                y: 1
                 name: "lock"
                 size: 14
                 color: Theme.textTertiary
             }
 
             ElidingText {
+                id: reason
+
                 x: 19
                 width: parent.width - x
-                anchors.verticalCenter: parent.verticalCenter
                 text: root.keepText
                 size: 12
                 weight: Font.Medium
                 color: Theme.textTertiary
+                lineHeight: 16
+                lineHeightMode: Text.FixedHeight
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
 
                 Accessible.ignored: true
             }

@@ -9,6 +9,8 @@ Item {
     id: root
 
     required property CleanupCategoryListModel categories
+    /// What assistive tools call the list.
+    property string accessibleName
 
     Panel {
         width: parent.width
@@ -49,6 +51,7 @@ Item {
             model: root.categories
 
             Accessible.role: Accessible.List
+            Accessible.name: root.accessibleName
 
             onFocusedChanged: bringIntoSight(focused)
 

@@ -3,7 +3,8 @@ import QtQuick.Templates as T
 import Quillmere
 
 /// A list on a card. It is one stop for Tab: the arrow keys, Home, End and the page keys go from row to row. Its rows wear
-/// the ring where they have the keyboard and `isByKeyboard` says so, and call pick() when they are pointed at.
+/// the ring where they have the keyboard and `isByKeyboard` says so, and call pick() when they are pointed at. Through a
+/// row that is open and goes on out of sight, the arrow and page keys scroll first.
 ListView {
     id: root
 
@@ -15,10 +16,30 @@ ListView {
     /// What can be done with a row; null for nothing.
     property T.Menu menu: null
 
+    /// What an arrow key scrolls, in pixels.
+    readonly property int line: 40
     readonly property int rowsOnAPage: Math.max(1, Math.floor(height / rowHeight) - 1)
 
-    function go(step: int) {
-        currentIndex = Math.max(0, Math.min(count - 1, currentIndex + step));
+    /// False where there is no row that way.
+    function go(step: int): bool {
+        const row = Math.max(0, Math.min(count - 1, currentIndex + step));
+        if (row === currentIndex)
+            return false;
+        currentIndex = row;
+        positionViewAtIndex(row, ListView.Contain);
+        return true;
+    }
+
+    /// Goes back, and comes to a row that is longer than the list at its end, as whoever reads upwards does.
+    function goBack(rows: int) {
+        if (go(-rows) && currentItem !== null && currentItem.height > height)
+            contentY = currentItem.y + currentItem.height - height;
+    }
+
+    /// Gives the keyboard to the row that it was at.
+    function takeFocus(byKeyboard: bool) {
+        forceActiveFocus(byKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
+        isByKeyboard = byKeyboard;
     }
 
     function pick(row: int) {
@@ -27,13 +48,27 @@ ListView {
         isByKeyboard = false;
     }
 
+    /// Where the current row is open and goes on above or below what is in sight of it, scrolls @p pixels that way, as far
+    /// as it goes. False where nothing of it is left to be seen there.
+    function scrollInRow(pixels: real): bool {
+        const row = currentItem;
+        if (row === null || row.height <= rowHeight)
+            return false;
+        const hidden = pixels < 0 ? contentY - row.y : row.y + row.height - contentY - height;
+        if (hidden <= 0 || hidden >= row.height)
+            return false;
+        contentY += pixels < 0 ? -Math.min(hidden, -pixels) : Math.min(hidden, pixels);
+        return true;
+    }
+
     clip: true
     topMargin: 4
     bottomMargin: 4
     boundsBehavior: Flickable.StopAtBounds
     reuseItems: true
     activeFocusOnTab: true
-    highlightMoveDuration: 0
+    // go() brings it into sight. What follows it by itself does so a little later, when a key may have scrolled on.
+    highlightFollowsCurrentItem: false
 
     Accessible.role: Accessible.List
     Accessible.name: accessibleName
@@ -52,15 +87,36 @@ ListView {
 
     Keys.onPressed: event => {
         isByKeyboard = true;
-        const steps = {
-            [Qt.Key_PageUp]: -rowsOnAPage,
-            [Qt.Key_PageDown]: rowsOnAPage,
-            [Qt.Key_Home]: -count,
-            [Qt.Key_End]: count
-        };
-        event.accepted = event.key in steps;
-        if (event.accepted)
-            go(steps[event.key]);
+        const page = height * 0.9;
+        event.accepted = true;
+        switch (event.key) {
+        case Qt.Key_Up:
+            if (!scrollInRow(-line))
+                goBack(1);
+            break;
+        case Qt.Key_Down:
+            if (!scrollInRow(line))
+                go(1);
+            break;
+        case Qt.Key_PageUp:
+            if (!scrollInRow(-page))
+                goBack(rowsOnAPage);
+            break;
+        case Qt.Key_PageDown:
+            if (!scrollInRow(page))
+                go(rowsOnAPage);
+            break;
+        case Qt.Key_Home:
+            go(-count);
+            positionViewAtBeginning();
+            break;
+        case Qt.Key_End:
+            go(count);
+            positionViewAtEnd();
+            break;
+        default:
+            event.accepted = false;
+        }
     }
 
     T.ScrollBar.vertical: ScrollIndicatorBar {}

@@ -32,6 +32,12 @@ Item {
         showMenu(moreButton.x, moreButton.y + moreButton.height + 4, true);
     }
 
+    function activateByKey(event: var) {
+        // A key that is held down was meant for the row as it stood first.
+        if (!event.isAutoRepeat)
+            activated();
+    }
+
     implicitHeight: list.rowHeight
 
     Accessible.role: Accessible.ListItem
@@ -41,9 +47,9 @@ Item {
     Accessible.onPressAction: activated()
 
     Keys.onMenuPressed: askForMenu()
-    Keys.onReturnPressed: activated()
-    Keys.onEnterPressed: activated()
-    Keys.onSpacePressed: activated()
+    Keys.onReturnPressed: event => activateByKey(event)
+    Keys.onEnterPressed: event => activateByKey(event)
+    Keys.onSpacePressed: event => activateByKey(event)
     Keys.onPressed: event => {
         if (event.key === Qt.Key_F10 && (event.modifiers & Qt.ShiftModifier)) {
             event.accepted = true;

@@ -18,11 +18,10 @@ T.Popup {
     default property alias surfaceData: slot.data
     /// Takes the keyboard first. By default the first control inside.
     property Item initialFocus: null
-    property bool openedByKeyboard: false
-    property Item focusBefore: null
     property bool hasTakenFocus: false
     property real rise: 0
 
+    readonly property FocusMemory before: FocusMemory {}
     readonly property int edge: 22
     readonly property real roomWidth: parent ? parent.width - 2 * edge : 0
     readonly property real roomHeight: parent ? parent.height - 2 * edge : 0
@@ -31,20 +30,17 @@ T.Popup {
 
     function takeFocus() {
         hasTakenFocus = true;
-        const reason = openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason;
-        if (initialFocus !== null)
-            initialFocus.forceActiveFocus(reason);
-        else
-            slot.nextItemInFocusChain(true).forceActiveFocus(reason);
+        const first = initialFocus !== null ? initialFocus : slot.nextItemInFocusChain(true);
+        first.forceActiveFocus(before.reason);
     }
 
     // A row that has gone meanwhile leaves the keyboard to its list.
     function giveFocusBack() {
-        let item = focusBefore;
-        while (item !== null && !(item.visible && (item === focusBefore || item.activeFocusOnTab)))
+        let item = before.item;
+        while (item !== null && !(item.visible && (item === before.item || item.activeFocusOnTab)))
             item = item.parent;
         if (item !== null)
-            item.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
+            before.giveTo(item);
     }
 
     parent: T.Overlay.overlay
@@ -56,9 +52,7 @@ T.Popup {
 
     onAboutToShow: {
         hasTakenFocus = false;
-        focusBefore = parent.Window.activeFocusItem;
-        const control = focusBefore as T.Control;
-        openedByKeyboard = control !== null && control.visualFocus;
+        before.remember(parent.Window.activeFocusItem);
     }
     // At once, so that whoever goes on by Tab while it still fades in is not taken back. One that is shown anew before it
     // has gone was visible all the time.
@@ -72,7 +66,7 @@ T.Popup {
     }
     onClosed: {
         giveFocusBack();
-        focusBefore = null;
+        before.item = null;
     }
 
     enter: Transition {

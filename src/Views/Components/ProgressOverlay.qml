@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import Quillmere
 
 /// Covers a screen while its work runs: what is done, with what, how far, and the way to stop it. Fills its parent and
@@ -20,10 +19,9 @@ FocusScope {
 
     signal cancelled()
 
-    property Item focusBefore: null
-    property bool openedByKeyboard: false
     property bool holdsFocus: false
 
+    readonly property FocusMemory before: FocusMemory {}
     readonly property Item focusNow: Window.activeFocusItem
 
     function isIn(ancestor: Item, item: Item): bool {
@@ -47,19 +45,18 @@ FocusScope {
 
     function takeFocus() {
         holdsFocus = true;
-        const before = Window.activeFocusItem;
-        if (before !== cancelButton && before !== root)
-            focusBefore = before;
-        const control = before as T.Control;
-        openedByKeyboard = control !== null && control.visualFocus;
-        const reason = openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason;
-        if (cancellable)
-            cancelButton.forceActiveFocus(reason);
+        const now = Window.activeFocusItem;
+        if (now !== cancelButton && now !== root)
+            before.remember(now);
         else
-            root.forceActiveFocus(reason);
+            before.rememberHow(now);
+        if (cancellable)
+            cancelButton.forceActiveFocus(before.reason);
+        else
+            root.forceActiveFocus(before.reason);
     }
 
-    /// A row that was rebuilt with the work is nowhere on the screen, even where it has not been destroyed yet.
+    /// What was rebuilt with the work is nowhere on the screen, even where it has not been destroyed yet.
     function canTakeFocusBack(item: Item): bool {
         return isIn(root.parent, item) && item.visible && item.enabled && item.activeFocusOnTab;
     }
@@ -71,15 +68,15 @@ FocusScope {
         holdsFocus = false;
         if (!isOurs)
             return;
-        if (canTakeFocusBack(focusBefore)) {
-            focusBefore.forceActiveFocus(openedByKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);
-        } else if (openedByKeyboard) {
+        if (canTakeFocusBack(before.item)) {
+            before.giveTo(before.item);
+        } else if (before.isByKeyboard) {
             root.parent.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason);
         } else {
             root.focus = false;
             root.parent.forceActiveFocus(Qt.PopupFocusReason);
         }
-        focusBefore = null;
+        before.item = null;
     }
 
     anchors.fill: parent
@@ -167,6 +164,7 @@ FocusScope {
             y: 172 + heading.extraHeight + messageText.extraHeight
             width: 300
             visible: root.progress >= 0
+            forwardOnly: true
             value: root.progress
         }
 

@@ -23,8 +23,7 @@ ContextMenu {
     }
 
     onClosed: {
-        list.forceActiveFocus(Qt.PopupFocusReason);
-        list.isByKeyboard = openedByKeyboard;
+        list.takeFocus(openedByKeyboard);
         const act = chosen;
         chosen = null;
         if (act !== null)

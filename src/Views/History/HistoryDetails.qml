@@ -64,7 +64,6 @@ Rectangle {
                 required property string modelData
 
                 text: modelData
-                wrapMode: Text.WrapAnywhere
             }
         }
     }

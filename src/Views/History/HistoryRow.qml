@@ -53,6 +53,8 @@ ListRow {
             width: root.columns.dateWidth
             height: root.rowHeight
             text: root.dateText
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
         }
 
         ElidingText {
@@ -61,6 +63,8 @@ ListRow {
             height: root.rowHeight
             text: root.operationText
             weight: Font.DemiBold
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
         }
 
         Figure {
@@ -96,7 +100,7 @@ ListRow {
             removedText: root.removedText
             skippedText: root.skippedText
             categoriesText: root.categoriesText
-            errors: root.errors
+            errors: root.isExpanded ? root.errors : []
         }
     }
 }

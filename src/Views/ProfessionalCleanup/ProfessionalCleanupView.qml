@@ -62,6 +62,7 @@ Destination {
         width: parent.width - 2 * Theme.screenMargin
         height: buttons.y - y - Theme.cardGap
         visible: root.viewModel.showsList
+        accessibleName: Texts.localized("nav.professionalCleanup")
         categories: root.viewModel.categories
     }
 

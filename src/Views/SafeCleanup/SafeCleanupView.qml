@@ -50,6 +50,7 @@ Destination {
         width: parent.width - 2 * Theme.screenMargin
         height: buttons.y - y - Theme.cardGap
         visible: root.viewModel.isScanComplete
+        accessibleName: Texts.localized("nav.safeCleanup")
         categories: root.viewModel.categories
     }
 

@@ -80,6 +80,7 @@ Item {
         model: root.entries
 
         Accessible.role: Accessible.List
+        Accessible.name: Texts.localized("control.sidebar")
 
         T.ScrollBar.vertical: ScrollIndicatorBar {}
 

@@ -37,6 +37,7 @@ Column {
 
         width: root.width
         accessibleName: root.viewModel.installStatusText
+        forwardOnly: true
         value: root.viewModel.installProgress
     }
 
