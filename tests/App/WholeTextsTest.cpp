@@ -92,7 +92,7 @@ protected:
             read(reading);
             EXPECT_TRUE(person.click(Button, localized("cleanup.startScan")));
         }
-        EXPECT_TRUE(person.reads(localized(GetParam().filledWith))) << language.toStdString();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isFilled(person); })) << language.toStdString();
         read(reading);
         widenSidebar(person);
         read(reading);
@@ -103,22 +103,38 @@ private:
     /// The text of that key, or what is no key as it is.
     static QString localized(const char *key) { return Localizer::shared().localized(QString::fromLatin1(key)); }
 
+    /// What a scan tells of while it goes on is not the screen yet.
+    [[nodiscard]] bool isFilled(const Person &person) const
+    {
+        return person.reads(localized(GetParam().filledWith)) && !showsItem([](const QQuickItem &item) {
+                   return QByteArray(item.metaObject()->className()).startsWith("ProgressOverlay");
+               });
+    }
+
     /// Adds to @p reading what can be seen, and what is cut in the smallest window. What can be seen is taken from a
     /// window so high that each language has room for the same rows.
     void read(Reading &reading) const
     {
-        app->mainWindow()->resize(900, 4000);
+        resize(4000);
         forEachText([&reading](const QQuickItem &item) { reading.shown.insert(item.property("text").toString()); });
-        app->mainWindow()->resize(900, 600);
+        resize(600);
         forEachText([&reading](const QQuickItem &item) {
             if (isCut(item))
                 reading.cut.insert(item.property("text").toString());
         });
     }
 
+    /// Makes the window as narrow as it becomes and as high as that, and waits until all in it has its place.
+    void resize(int height) const
+    {
+        QQuickWindow *window = app->mainWindow();
+        window->resize(900, height);
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] { return window->contentItem()->height() == height && !QQuickTest::qIsPolishScheduled(window); }));
+    }
+
     void forEachText(const std::function<void(const QQuickItem &item)> &visit) const
     {
-        EXPECT_TRUE(QTest::qWaitFor([this] { return !QQuickTest::qIsPolishScheduled(app->mainWindow()); }));
         (void)showsItem([&visit](const QQuickItem &item) {
             if (item.property("lineCount").isValid() && !isInPromotion(item))
                 visit(item);
