@@ -44,6 +44,13 @@ protected:
         return nullptr;
     }
 
+    /// Makes the window as small as it becomes, and waits until it is.
+    [[nodiscard]] bool becomesSmall() const
+    {
+        app->mainWindow()->resize(900, 600);
+        return QTest::qWaitFor([this] { return app->mainWindow()->contentItem()->height() == 600; });
+    }
+
     /// The number of items that are there, in sight or not.
     static qsizetype countOf(const QQuickItem &item)
     {
@@ -226,7 +233,7 @@ TEST_F(HistoryScreenTest, ShowsEveryErrorOfAnOpenRowToWhoeverHasNoWheel)
     for (cleanedSize = 1'000'000; cleanedSize <= 3'000'000; cleanedSize += 1'000'000)
         addRecord(OperationStatus::Completed, cleanedSize == 2'000'000 ? errors : QStringList());
     const Person person = open(SidebarTab::History);
-    app->mainWindow()->resize(900, 600);
+    ASSERT_TRUE(becomesSmall());
     ASSERT_TRUE(person.tabToWhatHolds(u", 1 MB, "_qs));
     person.press(Qt::Key_Down);
     person.press(Qt::Key_Space);
@@ -251,7 +258,7 @@ TEST_F(HistoryScreenTest, StaysAtTheEndsOfARowThatIsAllThereIs)
         errors.append(u"error %1"_qs.arg(i));
     addRecord(OperationStatus::Completed, errors);
     const Person person = open(SidebarTab::History);
-    app->mainWindow()->resize(900, 600);
+    ASSERT_TRUE(becomesSmall());
     ASSERT_TRUE(person.tabToWhatHolds(u"Completed"_qs));
     person.press(Qt::Key_Space);
     ASSERT_TRUE(person.sees(StaticText, errors.last()));
