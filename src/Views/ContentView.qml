@@ -103,11 +103,11 @@ FocusScope {
         id: welcome
 
         sourceComponent: WelcomeView {
-            viewModels: root.viewModels
-            visible: root.showingWelcome
+            viewModels: root.viewModels // qmllint disable unqualified
+            visible: root.showingWelcome // qmllint disable unqualified
 
-            onFinished: root.showingWelcome = false
-            onClosed: welcome.active = false
+            onFinished: root.showingWelcome = false // qmllint disable unqualified
+            onClosed: welcome.active = false // qmllint disable unqualified
         }
         active: false
 

@@ -9,8 +9,8 @@ CardView {
 
     required property ApplicationsViewModel viewModel
 
-    readonly property list<string> names: viewModel.selected.fileNames
-    readonly property list<string> paths: viewModel.selected.filePaths
+    readonly property list<string> names: viewModel.selected.fileNames // qmllint disable type
+    readonly property list<string> paths: viewModel.selected.filePaths // qmllint disable type
 
     title: Texts.localized("applications.leftovers")
     icon: "doc.text.magnifyingglass"

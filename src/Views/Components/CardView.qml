@@ -36,7 +36,7 @@ Panel {
         active: root.working
         sourceComponent: Spinner {
             Accessible.role: Accessible.ProgressBar
-            Accessible.name: root.workingText
+            Accessible.name: root.workingText // qmllint disable unqualified
         }
     }
 

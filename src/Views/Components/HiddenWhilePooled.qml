@@ -15,7 +15,7 @@ Connections {
 
     function onPooled() {
         isPooled = true;
-        Qt.callLater(hide);
+        Qt.callLater(hide); // qmllint disable type
     }
 
     function onReused() {

@@ -94,7 +94,7 @@ FocusScope {
     Keys.onBacktabPressed: {}
 
     onVisibleChanged: visible ? guardFocus() : giveFocusBack()
-    onFocusNowChanged: Qt.callLater(guardFocus)
+    onFocusNowChanged: Qt.callLater(guardFocus) // qmllint disable type
     Component.onCompleted: guardFocus()
 
     Rectangle {

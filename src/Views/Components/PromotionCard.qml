@@ -51,11 +51,11 @@ PressableControl {
         active: !root.drawn
 
         sourceComponent: PromotionMedia {
-            media: root.media
-            symbol: root.symbol
-            name: root.name
-            message: root.message
-            isAsked: root.isAsked
+            media: root.media // qmllint disable unqualified
+            symbol: root.symbol // qmllint disable unqualified
+            name: root.name // qmllint disable unqualified
+            message: root.message // qmllint disable unqualified
+            isAsked: root.isAsked // qmllint disable unqualified
         }
     }
 

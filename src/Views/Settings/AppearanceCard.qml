@@ -16,7 +16,7 @@ CardView {
 
         SegmentedPicker {
             accessibleName: Texts.localized("settings.theme")
-            model: ["system", "light", "dark"].map(name => Texts.localized("settings.theme." + name))
+            model: Array.from(["system", "light", "dark"], name => Texts.localized("settings.theme." + name))
             currentIndex: root.viewModel.themeIndex
 
             onPicked: index => root.viewModel.themeIndex = index

@@ -21,7 +21,8 @@ CardView {
             MenuPicker {
                 width: Math.max(180, implicitWidth)
                 accessibleName: Texts.localized("settings.menuBar.show")
-                model: ["iconOnly", "cpu", "traffic", "ram"].map(name => Texts.localized("settings.menuBar.mode." + name))
+                model: Array.from(["iconOnly", "cpu", "traffic", "ram"],
+                                  name => Texts.localized("settings.menuBar.mode." + name))
                 chosenIndex: root.viewModel.menuBarModeIndex
 
                 onActivated: index => root.viewModel.menuBarModeIndex = index

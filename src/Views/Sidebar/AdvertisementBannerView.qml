@@ -53,8 +53,8 @@ Item {
         id: picture
 
         RemoteBannerImage {
-            source: root.viewModel.media
-            isVideo: root.isVideo
+            source: root.viewModel.media // qmllint disable unqualified
+            isVideo: root.isVideo // qmllint disable unqualified
         }
     }
 
@@ -64,9 +64,9 @@ Item {
         MovieBannerView {
             id: movieView
 
-            url: root.viewModel.media
-            isWatched: root.isWatched
-            download: root.viewModels.makeAdvertisementMovie(movieView)
+            url: root.viewModel.media // qmllint disable unqualified
+            isWatched: root.isWatched // qmllint disable unqualified
+            download: root.viewModels.makeAdvertisementMovie(movieView) // qmllint disable unqualified
         }
     }
 }

@@ -12,7 +12,7 @@ Item {
 
     readonly property bool canPlay: GraphicsInfo.api !== GraphicsInfo.Software
                                     && GraphicsInfo.api !== GraphicsInfo.Unknown
-    readonly property bool isReady: canPlay && download.source.toString() !== ""
+    readonly property bool isReady: canPlay && String(download.source) !== ""
 
     function fetch() {
         if (canPlay)

@@ -12,7 +12,7 @@ VideoOutput {
     readonly property bool hasPicture: sourceRect.width > 0 && player.error === MediaPlayer.NoError
 
     function play() {
-        if (source.toString() === "")
+        if (String(source) === "")
             return;
         if (isWatched)
             player.play();
@@ -35,7 +35,7 @@ VideoOutput {
         // Asked for loops, this player stops after the first all the same.
         onMediaStatusChanged: {
             if (mediaStatus === MediaPlayer.EndOfMedia)
-                Qt.callLater(root.play);
+                Qt.callLater(root.play); // qmllint disable type
         }
     }
 }

@@ -20,7 +20,7 @@ Item {
         asynchronous: true
         cache: false
         fillMode: Image.PreserveAspectCrop
-        source: root.source.toString() === "" ? "" : "image://remote/" + encodeURIComponent(root.source.toString())
+        source: String(root.source) === "" ? "" : "image://remote/" + encodeURIComponent(String(root.source))
 
         Accessible.ignored: true
     }

@@ -57,7 +57,7 @@ FocusScope {
         active: root.kind === SidebarListModel.Promotion
 
         sourceComponent: AdvertisementBannerView {
-            viewModels: root.viewModels
+            viewModels: root.viewModels // qmllint disable unqualified
         }
     }
 }

@@ -55,7 +55,7 @@ Item {
 
         // The list takes no other current entry while it makes its entries.
         function choose(index: int) {
-            Qt.callLater(showChosen, index);
+            Qt.callLater(showChosen, index); // qmllint disable type
         }
 
         function showChosen(index: int) {
@@ -84,8 +84,8 @@ Item {
 
         T.ScrollBar.vertical: ScrollIndicatorBar {}
 
-        onHeightChanged: Qt.callLater(keepInSight)
-        onContentHeightChanged: Qt.callLater(keepInSight)
+        onHeightChanged: Qt.callLater(keepInSight) // qmllint disable type
+        onContentHeightChanged: Qt.callLater(keepInSight) // qmllint disable type
         onMovementStarted: keepsChosenInSight = false
         onMovementEnded: keepsChosenInSight = currentItem !== null && currentItem.y >= contentY
                          && currentItem.y + currentItem.height <= contentY + height

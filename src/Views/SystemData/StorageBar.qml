@@ -46,10 +46,11 @@ Item {
 
     Accessible.role: Accessible.Chart
 
-    NumberAnimation on shownShare {
+    NumberAnimation {
         id: growth
 
-        running: false
+        target: root
+        property: "shownShare"
         from: 0
         to: 1
         duration: Theme.barDuration * 2

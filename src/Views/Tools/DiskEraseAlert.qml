@@ -24,7 +24,7 @@ AlertDialog {
     // Who goes on by the keyboard begins each step at the way out.
     onStepChanged: {
         if (visible)
-            Qt.callLater(takeFocus);
+            Qt.callLater(takeFocus); // qmllint disable type
     }
 
     Binding {

@@ -42,7 +42,7 @@ Item {
 
     onStepChanged: {
         showFromItsTop();
-        Qt.callLater(takeFocus);
+        Qt.callLater(takeFocus); // qmllint disable type
     }
 
     function takeFocus() {
@@ -153,6 +153,7 @@ Item {
         spokenStep: root.title + (/[.!?]$/.test(root.title) ? " " : ". ") + root.message
     }
 
+    // qmllint disable unqualified
     Component {
         id: startStep
 
@@ -182,4 +183,5 @@ Item {
             message: root.message
         }
     }
+    // qmllint enable unqualified
 }
