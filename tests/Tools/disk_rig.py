@@ -1,10 +1,12 @@
 """A system bus, udev, polkit and udisks2 of a test's own, and disks that are images in files.
 
 All of it runs as root in namespaces of its own, where nobody else sees the bus and the mounts, and ends with the test.
-Loop devices are the whole machine's: each is found by its image, and is given back at the end.
+Loop devices are the whole machine's: each is found by its image, and is given back at the end. So is the word of each
+udev to whoever listens, which is why two such tests wait for each other.
 """
 
 import atexit
+import fcntl
 import os
 import pwd
 import shutil
@@ -93,7 +95,13 @@ def stop_udisks():
     wait_for(lambda: not has_owner("org.freedesktop.UDisks2"))
 
 
+def wait_for_turn():
+    """The turn ends with this process, which keeps the descriptor."""
+    fcntl.flock(os.open("/dev/loop-control", os.O_RDONLY), fcntl.LOCK_EX)
+
+
 def set_up():
+    wait_for_turn()
     for variable in ("DBUS_SYSTEM_BUS_ADDRESS", "PKEXEC_UID", "XDG_RUNTIME_DIR"):
         os.environ.pop(variable, None)
     must("mount", "-t", "tmpfs", "-o", "mode=755", "tmpfs", "/run")
@@ -101,8 +109,8 @@ def set_up():
         overlay(folder)
     # Nothing starts by itself here, so that a service which was ended stays away.
     os.unlink("/usr/share/dbus-1/system-services/org.freedesktop.UDisks2.service")
-    shutil.copytree(os.environ["QUILLMERE_HELPERS"], HELPERS)
-    must("chmod", "-R", "a+rX", HELPERS)
+    os.makedirs(HELPERS)
+    must("mount", "--bind", os.environ["QUILLMERE_HELPERS"], HELPERS)
     with open("/etc/polkit-1/rules.d/00-quillmere-test.rules", "w", encoding="utf-8") as rules:
         rules.write(POLKIT_RULES)
     must("chmod", "-R", "a+rX", "/etc/polkit-1/rules.d")
@@ -147,7 +155,7 @@ def loops_of(image):
 
 def attach(image, *options):
     device = must("losetup", "--find", "--show", "--partscan", *options, image)
-    settle()
+    wait_for(lambda: knows_image(device, image))
     if "PTTYPE" in run("blkid", "--probe", "--output", "export", device).stdout:
         wait_for(lambda: has_partitions(device))
     return device
@@ -166,12 +174,12 @@ def has_partitions(device):
 
 def detach(image):
     for device in loops_of(image):
-        with open("/proc/self/mountinfo", encoding="utf-8") as table:
-            places = [line.split(" ")[4] for line in table if device in line.split(" - ")[1].split(" ")[1]]
-        for place in places:
-            run("umount", place)
+        for place in [place for place, source in mounts() if source == device or source.startswith(f"{device}p")]:
+            must("umount", place)
         run("partx", "--delete", device)
         must("losetup", "--detach", device)
+        # It is free only once the last has closed it, and whoever is told of a change has a look.
+        wait_for(lambda: device not in loops_of(image) and knows_image(device, ""))
     settle()
 
 
@@ -191,6 +199,23 @@ def knows(device):
     return "org.freedesktop.UDisks2.Filesystem" in answer.stdout
 
 
+def udisks_value(device, interface, name):
+    """As gdbus writes it."""
+    settle()
+    return run("gdbus", "call", "--system", "--dest", "org.freedesktop.UDisks2", "--object-path",
+               udisks_object(device), "--method", "org.freedesktop.DBus.Properties.Get",
+               f"org.freedesktop.UDisks2.{interface}", name).stdout.strip()
+
+
+def knows_image(device, image):
+    """udisks2, where it runs, has seen what the disk is made of now; of nothing when the image is empty."""
+    return "udisks" not in services or udisks_value(device, "Loop", "BackingFile") == f"(<b'{image}'>,)"
+
+
+def knows_label(device, label):
+    return udisks_value(device, "Block", "IdLabel") == f"(<'{label}'>,)"
+
+
 def mount(device):
     """By udisks2, as a desktop does it; answers with the place."""
     answer = must("gdbus", "call", "--system", "--dest", "org.freedesktop.UDisks2", "--object-path",
@@ -198,9 +223,14 @@ def mount(device):
     return answer.split("'")[1]
 
 
-def is_mounted(place):
+def mounts():
+    """The place and the source of each."""
     with open("/proc/self/mountinfo", encoding="utf-8") as table:
-        return any(line.split(" ")[4].replace("\\040", " ") == place for line in table)
+        return [(line.split(" ")[4].replace("\\040", " "), line.split(" - ")[1].split(" ")[1]) for line in table]
+
+
+def is_mounted(place):
+    return any(mounted == place for mounted, _ in mounts())
 
 
 def probed(device):

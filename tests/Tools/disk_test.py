@@ -48,15 +48,18 @@ class DiskTest(unittest.TestCase):
     def setUp(self):
         self.images = []
 
-    def tearDown(self):
-        for image in self.images:
-            rig.detach(image)
-            os.unlink(image)
-
     def image(self, name, megabytes=16, pattern=False):
         image = rig.write_image(name, megabytes, pattern)
         self.images.append(image)
+        # After all that the test does with the disk later, such as to hold it.
+        self.addCleanup(self.drop, image)
         return image
+
+    @staticmethod
+    def drop(image):
+        if os.path.exists(image):
+            rig.detach(image)
+            os.unlink(image)
 
     def disk(self, name="disk", megabytes=16, maker=("mkfs.ext4", "-q", "-F", "-L", "Before"), options=()):
         device = rig.attach(self.image(name, megabytes), *options)

@@ -1,8 +1,10 @@
 """Volumes that are mounted, their names and kinds, and those that come: as the machine itself has them."""
 
 import os
+import queue
 import signal
 import subprocess
+import threading
 import unittest
 
 import disk_rig as rig
@@ -22,17 +24,23 @@ class Watcher:
         self.process = subprocess.Popen([PROGRAM], env=environment_of(0), stdout=subprocess.PIPE, text=True)
         test.addCleanup(self.end)
         self.volumes = []
-        while (line := self.process.stdout.readline()) != "ready\n":
-            if not line:
-                raise RuntimeError("It ended.")
-            self.volumes.append(line.rstrip("\n"))
+        self.lines = queue.SimpleQueue()
+        self.reader = threading.Thread(target=self.read)
+        self.reader.start()
+        while (line := self.next()) != "ready":
+            self.volumes.append(line)
+
+    def read(self):
+        for line in self.process.stdout:
+            self.lines.put(line.rstrip("\n"))
 
     def next(self):
-        return self.process.stdout.readline().rstrip("\n")
+        return self.lines.get(timeout=rig.PATIENCE)
 
     def end(self):
         self.process.kill()
         self.process.wait()
+        self.reader.join()
         self.process.stdout.close()
 
 
@@ -135,7 +143,7 @@ class NoticeTest(DiskTest):
         self.assertEqual(watcher.next(), "mounted /media/root/CleanDisk")
         rig.must("umount", "/media/root/CleanDisk")
         rig.must("mkfs.ntfs", "-Q", "-F", "-q", "-L", "Elsewhere", device)
-        rig.wait_for(lambda: rig.probed(device) == ("ntfs", "Elsewhere") and rig.knows(device))
+        rig.wait_for(lambda: rig.knows_label(device, "Elsewhere"))
         self.addCleanup(rig.run, "umount", "/media/root/Elsewhere")
         rig.mount(device)
         self.assertEqual(watcher.next(), "mounted /media/root/Elsewhere")
