@@ -39,10 +39,10 @@ bool changeMode(int item, mode_t mode)
 
 std::optional<bool> isAtOrAbove(const FileIdentity &wanted, int folder)
 {
-    FileDescriptor above = openAt(folder, ".", O_PATH | O_DIRECTORY);
+    FileDescriptor above;
     std::optional<FileIdentity> below;
-    for (;;) {
-        const std::optional<FileIdentity> identity = above.isOpen() ? FileIdentity::of(above.number()) : std::nullopt;
+    for (int current = folder;; current = above.number()) {
+        const std::optional<FileIdentity> identity = FileIdentity::of(current);
         if (!identity)
             return std::nullopt;
         if (identity == wanted)
@@ -51,7 +51,9 @@ std::optional<bool> isAtOrAbove(const FileIdentity &wanted, int folder)
         if (identity == below)
             return false;
         below = identity;
-        above = openAt(above.number(), "..", O_PATH | O_DIRECTORY);
+        above = openAt(current, "..", O_PATH | O_DIRECTORY);
+        if (!above.isOpen())
+            return std::nullopt;
     }
 }
 

@@ -35,9 +35,14 @@ Result<bool> orFailure(const std::optional<bool> &answer, const FilePath &path)
 Result<bool> isOnTheWayTo(const FilePath &path, const FileIdentity &wanted)
 {
     const Result<FileDescriptor> folder = openFolder(path, LinksAbove::Follow, O_PATH);
-    if (folder)
-        return orFailure(isAtOrAbove(wanted, folder.value().number()), path);
-    return folder.failure().kind == Failure::Kind::NotFound ? Result<bool>(false) : folder.failure();
+    if (!folder && folder.failure().kind == Failure::Kind::NotFound)
+        return false;
+    Result<bool> answer
+        = folder ? orFailure(isAtOrAbove(wanted, folder.value().number()), path) : Result<bool>(folder.failure());
+    const FilePath above = path.deletingLastPathComponent();
+    // A folder that is closed to the user cannot be gone through, neither down nor up; those above it can be asked for.
+    const bool isClosed = !answer && answer.failure().kind == Failure::Kind::NoPermission;
+    return isClosed && above != path ? isOnTheWayTo(above, wanted) : answer;
 }
 
 /// The trash folders of a volume stand at its top, and their names are reserved there: `.Trash`, `.Trash/$uid` and
@@ -57,6 +62,12 @@ Result<bool> isPartOfVolumeTrash(const ItemPlace &place)
         path = path.deletingLastPathComponent();
     }
     return false;
+}
+
+/// Nothing that the user holds can be what is missing, or lie in what is closed to the user.
+bool isOutOfReach(const Failure &failure)
+{
+    return failure.kind == Failure::Kind::NotFound || failure.kind == Failure::Kind::NoPermission;
 }
 
 Failure refusal(const ItemPlace &place, const QString &reason)
@@ -112,7 +123,7 @@ Result<bool> RemovalGuard::isPartOfTrash(const ItemPlace &place) const
         return isPart;
     const Result<FileDescriptor> trash = openFolder(m_trash, LinksAbove::Follow, O_PATH);
     if (!trash)
-        return trash.failure().kind == Failure::Kind::NotFound ? Result<bool>(false) : trash.failure();
+        return isOutOfReach(trash.failure()) ? Result<bool>(false) : trash.failure();
     const std::optional<FileIdentity> identity = FileIdentity::of(trash.value().number());
     const std::optional<FileIdentity> folder = FileIdentity::of(place.folder.number());
     return identity && folder ? Result<bool>(identity == folder) : failureFromErrno(errno, place.path);

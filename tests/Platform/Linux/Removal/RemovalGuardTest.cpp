@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 using namespace Quillmere;
 
@@ -117,6 +118,24 @@ TEST(RemovalGuardTest, RefusesWhatItCannotLookAt)
         inChild([&] {
             const NoDescriptorsLeft noneLeft;
             EXPECT_FALSE(guard.check(place.value(), item)) << folder;
+        });
+    }
+}
+
+TEST(RemovalGuardTest, LetsWhatLiesBesideATrashThatIsClosedToTheUserPassAndNotWhatThatLiesIn)
+{
+    for (const char *closed : {"home/.local/share/Trash", "home/.local/share"}) {
+        const TemporaryHome home;
+        home.addFolder("home/.cache/folder");
+        home.addFile("home/.cache/file");
+        home.addFolder("home/.local/share/Trash/files");
+        inUnprivilegedChild(home.path(), [&] { ASSERT_EQ(::chmod(home.path(closed).bytes().constData(), 0), 0); });
+        inUnprivilegedChild({}, [&] {
+            EXPECT_TRUE(verdict(home.path("home/.cache/folder"), home.environment())) << closed;
+            EXPECT_TRUE(verdict(home.path("home/.cache/file"), home.environment())) << closed;
+            for (const char *folder : {"home/.local", closed})
+                EXPECT_EQ(verdict(home.path(folder), home.environment()).failure().kind, Failure::Kind::Protected)
+                    << folder;
         });
     }
 }
