@@ -133,10 +133,10 @@ QList<FilePath> ApplicationInventory::leftoversOfBundle(const AppItem &bundle) c
         const FilePath folder = m_files->resolvingSymlinks(m_files->homeDirectory().appending(row.folder));
         const FilePath own = folder.appending(name);
         const FilePath list = folder.appending(name + ".plist");
-        if (m_files->fileExists(own)) {
+        if (isFound(own)) {
             if (isOffered(own))
                 leftovers.append(own);
-        } else if (row.mayBeList && m_files->fileExists(list) && isOffered(list)) {
+        } else if (row.mayBeList && isFound(list) && isOffered(list)) {
             leftovers.append(list);
         }
     }
@@ -183,8 +183,8 @@ Result<void> ApplicationInventory::uninstall(const FoundApplication &application
 
 Result<void> ApplicationInventory::trash(const FilePath &bundle) const
 {
-    const Result<FilePath> trashed = exists(bundle) ? m_files->trashItem(bundle) : Result<FilePath>(bundle);
-    if (!trashed && exists(bundle))
+    const Result<FilePath> trashed = mayExist(bundle) ? m_files->trashItem(bundle) : Result<FilePath>(bundle);
+    if (!trashed && mayExist(bundle))
         return trashed.failure();
     return {};
 }
@@ -192,8 +192,8 @@ Result<void> ApplicationInventory::trash(const FilePath &bundle) const
 Result<void> ApplicationInventory::removeRelatedFiles(const AppItem &item) const
 {
     for (const FilePath &file : item.relatedFiles) {
-        const Result<void> removal = exists(file) ? m_files->removeItem(file) : Result<void>();
-        if (!removal && !(isGone(removal) && !exists(file)))
+        const Result<void> removal = mayExist(file) ? m_files->removeItem(file) : Result<void>();
+        if (!removal && !(isGone(removal) && !mayExist(file)))
             return removal;
     }
     return {};
@@ -204,11 +204,11 @@ Result<ApplicationInventory::Cleared> ApplicationInventory::clearData(const AppI
     Cleared cleared;
     const std::unique_ptr<ScannerService> scanner = makeScanner();
     for (const FilePath &file : item.relatedFiles) {
-        if (!exists(file))
+        if (!mayExist(file))
             continue;
         const qint64 size = sizeOf(file, *scanner);
         const Result<void> removal = m_files->removeItem(file);
-        if (isGone(removal) && !exists(file))
+        if (isGone(removal) && !mayExist(file))
             continue;
         if (!removal)
             return removal.failure();
@@ -223,9 +223,14 @@ std::unique_ptr<ScannerService> ApplicationInventory::makeScanner() const
     return std::make_unique<ScannerService>(m_files, m_places);
 }
 
-bool ApplicationInventory::exists(const FilePath &path) const
+bool ApplicationInventory::isFound(const FilePath &path) const
 {
-    return m_files->fileExists(path);
+    return m_files->isAnswering(path) && m_files->fileExists(path);
+}
+
+bool ApplicationInventory::mayExist(const FilePath &path) const
+{
+    return !m_files->isAnswering(path) || m_files->fileExists(path);
 }
 
 } // namespace Quillmere

@@ -54,7 +54,9 @@ public:
     [[nodiscard]] std::unique_ptr<ScannerService> makeScanner() const;
 
 private:
-    [[nodiscard]] bool exists(const FilePath &path) const;
+    /// Neither waits for a volume that does not answer: nothing is found on it, and what was there may be.
+    [[nodiscard]] bool isFound(const FilePath &path) const;
+    [[nodiscard]] bool mayExist(const FilePath &path) const;
     [[nodiscard]] QList<FilePath> leftoversOfBundle(const AppItem &bundle) const;
     [[nodiscard]] qint64 sizeOfParts(const QList<FilePath> &parts, ScannerService &scanner,
                                      const std::stop_token &task) const;

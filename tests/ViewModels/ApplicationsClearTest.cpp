@@ -85,6 +85,20 @@ TEST_F(ApplicationsClearTest, LeavesTheListAloneWhenAClearingFails)
     expectNoRecord();
 }
 
+TEST_F(ApplicationsClearTest, WaitsForNoVolumeThatHasFallenSilentSinceTheScan)
+{
+    scanPainter();
+    silenceVolumeAt(library("Caches"));
+    testing::internal::CaptureStdout();
+
+    clear(app());
+
+    EXPECT_THAT(testing::internal::GetCapturedStdout(), HasSubstr("Clear app data error: "));
+    EXPECT_THAT(machine.files->removed(), ElementsAre(library("Application Support/Painter")));
+    EXPECT_THAT(machine.files->heldUp(), IsEmpty());
+    EXPECT_FALSE(model->isUninstalling());
+}
+
 TEST_F(ApplicationsClearTest, ChoosesWhatWasClearedOnlyIfItIsInTheList)
 {
     scanPainter();

@@ -55,6 +55,13 @@ protected:
         return FilePath("/home/ada/Library").appending(path);
     }
 
+    /// Whatever is asked there from now on waits without end.
+    void silenceVolumeAt(const FilePath &folder)
+    {
+        machine.files->addVolume(folder);
+        machine.files->fallSilent(folder);
+    }
+
     /// Painter, with one leftover of each kind.
     void addPainter()
     {

@@ -28,6 +28,19 @@ TEST_F(ApplicationsLeftoversTest, AddsTheLeftoversToTheSizeInTheOrderOfTheirFold
     EXPECT_EQ(app().size, 1000 + 10 + 20 + 40);
 }
 
+TEST_F(ApplicationsLeftoversTest, FindsNothingOnAVolumeThatAnswersNobody)
+{
+    addPainter();
+    silenceVolumeAt(library("Caches"));
+
+    scan();
+
+    EXPECT_THAT(app().relatedFiles,
+                ElementsAre(library("Application Support/Painter"), library("Preferences/com.example.painter.plist"),
+                            library("Containers/com.example.painter")));
+    EXPECT_THAT(machine.files->heldUp(), IsEmpty());
+}
+
 TEST_F(ApplicationsLeftoversTest, LooksOnlyInApplicationSupportWhereThereIsNoIdentifier)
 {
     addBundle("/Applications/Nameless.app", 100);

@@ -212,8 +212,7 @@ TEST_F(ApplicationsScanTest, ListsWhatThePlatformAddsBehindTheBundles)
 TEST_F(ApplicationsScanTest, IsHeldUpByNoFolderOfAVolumeThatAnswersNobody)
 {
     addBundle("/Applications/Painter.app", 5);
-    machine.files->addVolume(FilePath("/Applications"));
-    machine.files->fallSilent(FilePath("/Applications"));
+    silenceVolumeAt(FilePath("/Applications"));
     addBundle("/home/ada/Applications/Editor.app", 3);
 
     scan();

@@ -136,6 +136,20 @@ TEST_F(ApplicationsUninstallTest, StopsAtTheFirstLeftoverThatCannotBeDeletedAndB
     expectNoRecord();
 }
 
+TEST_F(ApplicationsUninstallTest, WaitsForNoVolumeThatHasFallenSilentSinceTheScan)
+{
+    scanPainter();
+    silenceVolumeAt(library("Caches"));
+    testing::internal::CaptureStdout();
+
+    uninstall(app());
+
+    EXPECT_THAT(testing::internal::GetCapturedStdout(), HasSubstr("Uninstall error: "));
+    EXPECT_THAT(machine.files->removed(), ElementsAre(library("Application Support/Painter")));
+    EXPECT_THAT(machine.files->heldUp(), IsEmpty());
+    EXPECT_FALSE(model->isUninstalling());
+}
+
 TEST_F(ApplicationsUninstallTest, EndsAndRecordsAnUninstallationWhoseScreenHasGone)
 {
     scanPainter();

@@ -47,7 +47,8 @@ QList<FilePath> ApplicationLeftovers::of(const QByteArray &id, Packaging packagi
         return found;
     for (const Row &row : m_rows) {
         const FilePath candidate = row.folder.appending(id + row.suffix);
-        const bool isThere = m_files->fileExists(candidate) && packagingOf(candidate, row) == packaging;
+        const bool isThere = m_files->isAnswering(candidate) && m_files->fileExists(candidate)
+            && packagingOf(candidate, row) == packaging;
         if (isThere && mayGo(candidate, row) && !found.contains(candidate))
             found.append(candidate);
     }

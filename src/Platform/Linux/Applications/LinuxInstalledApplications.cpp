@@ -156,10 +156,15 @@ Result<void> LinuxInstalledApplications::uninstall(const ListedApplication &appl
 
 Result<void> LinuxInstalledApplications::trash(const FilePath &part) const
 {
-    if (!m_files->attributesOfItem(part))
+    if (isGone(part))
         return {};
     const Result<FilePath> trashed = m_files->trashItem(part);
-    return trashed || !m_files->attributesOfItem(part) ? Result<void>() : Result<void>(trashed.failure());
+    return trashed || isGone(part) ? Result<void>() : Result<void>(trashed.failure());
+}
+
+bool LinuxInstalledApplications::isGone(const FilePath &part) const
+{
+    return m_files->isAnswering(part) && !m_files->attributesOfItem(part);
 }
 
 } // namespace Quillmere

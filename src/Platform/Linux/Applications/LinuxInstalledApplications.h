@@ -36,6 +36,8 @@ private:
     /// All entries that may be a package's, @p programs by what they start.
     [[nodiscard]] QList<PackagedEntry> packagedOf(const Entries &entries, const QList<DesktopEntry> &programs) const;
     [[nodiscard]] Result<void> trash(const FilePath &part) const;
+    /// False also where that cannot be told, on a volume that does not answer.
+    [[nodiscard]] bool isGone(const FilePath &part) const;
 
     std::shared_ptr<const FileManager> m_files;
     std::shared_ptr<const ProcessRunner> m_processes;

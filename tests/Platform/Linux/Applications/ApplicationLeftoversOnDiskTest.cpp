@@ -152,3 +152,24 @@ TEST_F(ApplicationLeftoversTest, KeepsWhatTheUserChangedOfTheSystemsEntries)
 
     EXPECT_THAT(leftovers.of("writer", Packaging::Any), ElementsAre(disk.path("home/.config/writer")));
 }
+
+TEST(ApplicationsOnASilentVolumeTest, HoldUpNeitherTheSearchForTheirLeftoversNorTheirRemoval)
+{
+    const PretendMachine machine;
+    const FilePath home = machine.files->homeDirectory();
+    ListedApplication application;
+    application.id = "org.example.a";
+    application.removal = ApplicationRemoval::Trash;
+    application.parts = {home.appending("Programs/a.AppImage")};
+    for (const char *place : {".cache/org.example.a/file", ".config/org.example.a/file", "Programs/a.AppImage"})
+        machine.files->addFile(home.appending(place), 1);
+    for (const char *folder : {".cache", "Programs"}) {
+        machine.files->addVolume(home.appending(folder));
+        machine.files->fallSilent(home.appending(folder));
+    }
+    const LinuxInstalledApplications installed(machine.files, machine.places, machine.processes, {}, noVariables);
+
+    EXPECT_THAT(installed.leftoversOf(application), ElementsAre(home.appending(".config/org.example.a")));
+    EXPECT_EQ(installed.uninstall(application).failure().kind, Failure::Kind::Busy);
+    EXPECT_THAT(machine.files->heldUp(), IsEmpty());
+}
