@@ -110,8 +110,8 @@ private:
             ::openat(folder, name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, whileCopying));
         if (!target.isOpen())
             return failureFromErrno(errno, path);
-        if (const int error = copyContents(source, target.number(), before.st_size))
-            return failureFromErrno(error, path);
+        if (const CopyError error = copyContents(source, target.number(), before.st_size))
+            return failureFromErrno(error.number, path);
         struct stat after = {};
         if (::fstat(source, &after) != 0)
             return failureFromErrno(errno, path);

@@ -17,31 +17,31 @@ namespace {
 
 constexpr size_t pieceSize = 256 * 1024;
 
-int copyPiece(int source, int target, qint64 from, qint64 to)
+CopyError copyPiece(int source, int target, qint64 from, qint64 to)
 {
     std::vector<char> piece(pieceSize);
     if (::lseek(target, from, SEEK_SET) < 0)
-        return errno;
+        return {errno, true};
     while (from < to) {
         const auto wanted = static_cast<size_t>(qMin<qint64>(to - from, pieceSize));
         const ssize_t got = ::pread(source, piece.data(), wanted, from);
         if (got < 0 && errno == EINTR)
             continue;
         if (got < 0)
-            return errno;
+            return {errno};
         if (got == 0) // Somebody is cutting the file short.
-            return EBUSY;
+            return {EBUSY};
         if (const int error = writeAll(target, QByteArrayView(piece.data(), got)))
-            return error;
+            return {error, true};
         from += got;
         DiskSteps::take();
     }
-    return 0;
+    return {};
 }
 
 } // namespace
 
-int copyContents(int source, int target, qint64 size)
+CopyError copyContents(int source, int target, qint64 size)
 {
     qint64 position = 0;
     while (position < size) {
@@ -53,11 +53,11 @@ int copyContents(int source, int target, qint64 size)
         qint64 hole = ::lseek(source, data, SEEK_HOLE);
         if (hole < 0)
             hole = size;
-        if (const int error = copyPiece(source, target, data, qMin(hole, size)))
+        if (const CopyError error = copyPiece(source, target, data, qMin(hole, size)))
             return error;
         position = hole;
     }
-    return ::ftruncate(target, size) == 0 ? 0 : errno;
+    return ::ftruncate(target, size) == 0 ? CopyError() : CopyError{errno, true};
 }
 
 bool isUnchanged(const struct stat &before, const struct stat &after)

@@ -86,8 +86,8 @@ private:
                                              O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, whileCopying));
         if (!target.isOpen())
             return ofTarget(errno);
-        if (const int error = copyContents(source.number(), target.number(), before.st_size))
-            return error;
+        if (const CopyError error = copyContents(source.number(), target.number(), before.st_size))
+            return error.isOfTarget ? ofTarget(error.number) : error.number;
         copyMetadata(source.number(), target.number(), before);
         struct stat after = {};
         if (::fstat(source.number(), &after) != 0)

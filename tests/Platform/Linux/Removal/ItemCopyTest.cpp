@@ -217,6 +217,11 @@ TEST_F(ItemCopyTest, NamesTheCopyWhereItIsTheCopyThatCannotBeMade)
         EXPECT_EQ(copied.failure().kind, Failure::Kind::NoSpace);
         EXPECT_TRUE(copied.failure().path.isWithin(destination.appending("Contents")))
             << copied.failure().path.bytes().constData();
+        ASSERT_TRUE(mountTmpfs(home.path("to"), "size=64k"));
+        home.addFile("from/Quillmere.app/Contents/big", QByteArray(1 << 20, 'x'));
+        const Result<void> cutShort = files.copyItem(bundle, destination);
+        EXPECT_EQ(cutShort.failure().kind, Failure::Kind::NoSpace);
+        EXPECT_TRUE(cutShort.failure().path.isWithin(destination)) << cutShort.failure().path.bytes().constData();
         ASSERT_TRUE(mountTmpfs(home.path("to"), "size=1m,mode=555"));
         ASSERT_EQ(::mount(nullptr, home.path("to").bytes().constData(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
         EXPECT_EQ(files.copyItem(bundle, destination).failure().path, destination);
