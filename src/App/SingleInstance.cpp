@@ -69,6 +69,12 @@ bool SingleInstance::claim(const Patience &patience)
     return true;
 }
 
+void SingleInstance::retire()
+{
+    m_server.reset();
+    m_lock.unlock();
+}
+
 void SingleInstance::listen()
 {
     QLocalServer::removeServer(m_socketPath);

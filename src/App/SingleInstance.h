@@ -31,6 +31,9 @@ public:
     /// later starts cannot be heard it says so in one line.
     [[nodiscard]] bool claim(const Patience &patience);
     [[nodiscard]] bool claim() { return claim(Patience()); }
+    /// Makes room for a later start: for a program that is about to end, whose process may stay for as long as the
+    /// kernel has something to write down for it.
+    void retire();
 
 Q_SIGNALS:
     /// Another start asked to see the window. @p activationToken lets a compositor give it the focus; may be empty.

@@ -64,6 +64,7 @@ int main(int argc, char *argv[])
                             instanceName(machine.files->homeDirectory()));
     if (!instance.claim())
         return 0;
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, &instance, &SingleInstance::retire);
 
     QuillmereApp quillmere(machine);
     QObject::connect(&instance, &SingleInstance::activationRequested, &quillmere, [&](const QString &activationToken) {

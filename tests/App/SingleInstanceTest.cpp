@@ -90,6 +90,20 @@ TEST_F(SingleInstanceTest, TakesOverFromAnInstanceThatHasEnded)
     EXPECT_FALSE(result(claimElsewhere()));
 }
 
+TEST_F(SingleInstanceTest, TakesOverFromAnInstanceWhoseProcessIsYetToEnd)
+{
+    SingleInstance ending(folder.path(), u"here"_qs);
+    ASSERT_TRUE(ending.claim());
+    EXPECT_FALSE(result(claimElsewhere()));
+
+    ending.retire();
+
+    EXPECT_TRUE(first.claim({std::chrono::milliseconds(0), std::chrono::milliseconds(0)}));
+    const QSignalSpy asked(&first, &SingleInstance::activationRequested);
+    EXPECT_FALSE(result(claimElsewhere()));
+    EXPECT_EQ(asked.count(), 1);
+}
+
 TEST_F(SingleInstanceTest, RunsOnItsOwnWhereThereIsNoFolderAndSaysSo)
 {
     SingleInstance lost(folder.filePath(u"none"_qs), u"here"_qs);
