@@ -44,14 +44,17 @@ protected:
                           Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(&window, &event);
     }
+    void drag(const QPoint &from, const QPoint &by) const
+    {
+        QTest::mousePress(app->mainWindow(), Qt::LeftButton, {}, from);
+        QTest::mouseMove(app->mainWindow(), from + by / 2);
+        QTest::mouseMove(app->mainWindow(), from + by);
+        QTest::mouseRelease(app->mainWindow(), Qt::LeftButton, {}, from + by);
+    }
     /// Drags the sidebar's edge by that much.
     void drag(const Person &person, int pixels) const
     {
-        const QPoint from = person.placeOf(Grip, u"Sidebar width"_qs).center();
-        QTest::mousePress(app->mainWindow(), Qt::LeftButton, {}, from);
-        QTest::mouseMove(app->mainWindow(), from + QPoint(pixels / 2, 0));
-        QTest::mouseMove(app->mainWindow(), from + QPoint(pixels, 0));
-        QTest::mouseRelease(app->mainWindow(), Qt::LeftButton, {}, from + QPoint(pixels, 0));
+        drag(person.placeOf(Grip, u"Sidebar width"_qs).center(), {pixels, 0});
     }
     /// The symbol in the row of that name.
     [[nodiscard]] static QString symbolOf(const Person &person, const QString &row)
@@ -172,6 +175,20 @@ TEST_F(SidebarTest, KeepsTheChosenDestinationInSightWhenWhatStandsAboveGrows)
     app->localizer().setLanguage(Language::Russian);
 
     EXPECT_TRUE(showsRow(person, u"Настройки"_qs));
+}
+
+TEST_F(SidebarTest, LeavesItOutOfSightOnceTheUserHasDraggedItAwayByTheScrollBarToo)
+{
+    const Person person = open(SidebarTab::Settings);
+    app->mainWindow()->resize(900, 600);
+    ASSERT_TRUE(showsRow(person, u"Settings"_qs));
+    const int bar = person.placeOf(Grip, u"Sidebar width"_qs).center().x() - 8;
+
+    drag({bar, 500}, {0, -300});
+    ASSERT_TRUE(showsRow(person, u"Dashboard"_qs));
+    app->mainWindow()->resize(900, 610);
+
+    EXPECT_FALSE(showsRow(person, u"Settings"_qs));
 }
 
 TEST_F(SidebarTest, LeavesTheChosenDestinationOutOfSightOnceTheUserHasScrolledItAway)

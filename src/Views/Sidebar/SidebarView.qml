@@ -64,6 +64,12 @@ Item {
             keepInSight();
         }
 
+        /// Whoever scrolls the chosen entry away does not want it brought back.
+        function follow(isScrolled: bool) {
+            keepsChosenInSight = !isScrolled && currentItem !== null && currentItem.y >= contentY
+                    && currentItem.y + currentItem.height <= contentY + height;
+        }
+
         function keepInSight() {
             if (keepsChosenInSight)
                 positionViewAtIndex(currentIndex, ListView.Contain);
@@ -82,13 +88,14 @@ Item {
         Accessible.role: Accessible.List
         Accessible.name: Texts.localized("control.sidebar")
 
-        T.ScrollBar.vertical: ScrollIndicatorBar {}
+        T.ScrollBar.vertical: ScrollIndicatorBar {
+            onPressedChanged: list.follow(pressed)
+        }
 
         onHeightChanged: Qt.callLater(keepInSight) // qmllint disable type
         onContentHeightChanged: Qt.callLater(keepInSight) // qmllint disable type
-        onMovementStarted: keepsChosenInSight = false
-        onMovementEnded: keepsChosenInSight = currentItem !== null && currentItem.y >= contentY
-                         && currentItem.y + currentItem.height <= contentY + height
+        onMovementStarted: follow(true)
+        onMovementEnded: follow(false)
 
         delegate: SidebarEntry {
             id: entry
