@@ -252,6 +252,31 @@ TEST_F(HistoryScreenTest, ShowsEveryErrorOfAnOpenRowToWhoeverHasNoWheel)
     EXPECT_EQ(errorsSeenOnTheWay(person, Qt::Key_Up, u", 1 MB, "_qs, errors), all);
 }
 
+TEST_F(HistoryScreenTest, ComesBackToALongRowThatIsClosedFromItsMiddle)
+{
+    QStringList errors;
+    for (int i = 0; i < 60; ++i)
+        errors.append(u"error %1"_qs.arg(i));
+    for (cleanedSize = 1'000'000; cleanedSize <= 30'000'000; cleanedSize += 1'000'000)
+        addRecord(OperationStatus::Completed, cleanedSize == 2'000'000 ? errors : QStringList());
+    const Person person = open(SidebarTab::History);
+    ASSERT_TRUE(becomesSmall());
+    ASSERT_TRUE(person.tabToWhatHolds(u", 1 MB, "_qs));
+    person.press(Qt::Key_Down);
+    person.press(Qt::Key_Space);
+    ASSERT_TRUE(person.sees(StaticText, errors.last()));
+    ASSERT_FALSE(person.placeOf(StaticText, errors.last()).isEmpty());
+    const auto showsItsHead = [&] { return !errorsInSight({u"2 MB"_qs}).isEmpty(); };
+    person.press(Qt::Key_PageDown);
+    person.press(Qt::Key_PageDown);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !showsItsHead(); }));
+
+    person.press(Qt::Key_Space);
+
+    EXPECT_TRUE(QTest::qWaitFor(showsItsHead));
+    EXPECT_TRUE(person.focusedName().contains(u", 2 MB, "_qs)) << person.focusedName().toStdString();
+}
+
 TEST_F(HistoryScreenTest, StaysAtTheEndsOfARowThatIsAllThereIs)
 {
     QStringList errors;

@@ -36,6 +36,13 @@ ListView {
             contentY = currentItem.y + currentItem.height - height;
     }
 
+    /// Comes back to a row of which what was scrolled through is no longer there.
+    function showHead(row: int) {
+        const item = itemAtIndex(row);
+        if (item === null || item.y < contentY)
+            positionViewAtIndex(row, ListView.Beginning);
+    }
+
     /// Gives the keyboard to the row that it was at.
     function takeFocus(byKeyboard: bool) {
         forceActiveFocus(byKeyboard ? Qt.TabFocusReason : Qt.PopupFocusReason);

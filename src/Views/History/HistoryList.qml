@@ -62,7 +62,10 @@ Item {
             list: records
             columns: root.columns
 
-            onClicked: root.logs.toggleExpanded(index)
+            onClicked: {
+                root.logs.toggleExpanded(index);
+                Qt.callLater(records.showHead, index); // qmllint disable type
+            }
         }
     }
 }
