@@ -157,8 +157,8 @@ public:
     /// the path is taken as written.
     [[nodiscard]] virtual FilePath resolvingSymlinks(const FilePath &path) const = 0;
 
-    // No volume that does not answer holds up the following three: an item that lies on one is Busy, and so is every
-    // item where the trash lies on one, since each removal has a look at that.
+    // No volume that does not answer holds up the following three: they fail with NotAnswering for an item that lies on
+    // one, and for every item where the trash lies on one, since each removal has a look at that.
 
     /// Moves the item to a recoverable place and answers with its location there. A link moves itself, never its
     /// target. Fails rather than deletes; fails with LinkInPath when a folder above the item is a link.

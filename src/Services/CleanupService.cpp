@@ -72,7 +72,7 @@ CleanupResult CleanupService::cleanItems(const QList<CleanupItem> &items, bool m
         const CleanupItem &item = valid.at(i);
         if (!m_files->isAnswering(item.path)) {
             ++result.filesSkipped;
-            result.errors.append(lineOf(item, Failure{Failure::Kind::Busy, item.path, {}}));
+            result.errors.append(lineOf(item, Failure{Failure::Kind::NotAnswering, item.path, {}}));
         } else if (!m_files->fileExists(item.path)) {
             ++result.filesSkipped;
         } else if (!moveToTrash && !mayBeDeleted(item)) {

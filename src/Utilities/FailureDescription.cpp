@@ -17,6 +17,8 @@ QString reasonKey(Failure::Kind kind)
         return u"failure.alreadyExists"_qs;
     case Failure::Kind::Busy:
         return u"failure.busy"_qs;
+    case Failure::Kind::NotAnswering:
+        return u"failure.notAnswering"_qs;
     case Failure::Kind::NoSpace:
         return u"failure.noSpace"_qs;
     case Failure::Kind::ReadOnly:

@@ -12,6 +12,7 @@ struct Failure
         NoPermission,
         AlreadyExists,
         Busy,
+        NotAnswering, ///< The volume, as of a server that has gone, or that of the Trash where that is needed too.
         NoSpace,
         ReadOnly,
         LinkInPath, ///< A folder above the item is, or has become, a symbolic link.

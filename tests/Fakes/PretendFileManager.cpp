@@ -175,7 +175,7 @@ Result<void> PretendFileManager::removeItem(const FilePath &path) const
 Result<PretendNode *> PretendFileManager::findRemovable(const FilePath &path) const
 {
     if (m_silentVolumes.contains(m_tree.volumeOf(m_tree.placeOf(path))))
-        return pretendedFailure(Failure::Kind::Busy, path);
+        return pretendedFailure(Failure::Kind::NotAnswering, path);
     return m_tree.findRemovable(path);
 }
 

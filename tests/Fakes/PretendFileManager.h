@@ -103,7 +103,7 @@ public:
 
 private:
     void noteIfHeldUp(const FilePath &path) const; ///< Locked once by the caller.
-    /// Locked once by the caller. Busy on a volume that answers nobody, of which nothing is asked.
+    /// Locked once by the caller. NotAnswering on a volume that answers nobody, of which nothing is asked.
     [[nodiscard]] Result<PretendNode *> findRemovable(const FilePath &path) const;
     class Unlocked;
     class OpenedFolder;

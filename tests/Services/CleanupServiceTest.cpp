@@ -1,6 +1,7 @@
 #include "Services/CleanupService.h"
 #include "Fakes/InstalledLocalizer.h"
 #include "Fakes/PretendMachine.h"
+#include "Utilities/FailureDescription.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -251,7 +252,8 @@ TEST_F(CleanupServiceTest, PassesOverAVolumeThatDoesNotAnswerAndAsksNothingOfIt)
         EXPECT_EQ(result.sizeCleaned, 3);
         EXPECT_EQ(result.filesSkipped, 2);
         ASSERT_EQ(result.errors.size(), 2);
-        EXPECT_THAT(result.errors.first().toStdString(), testing::StartsWith("Failed to clean nas/a: "));
+        EXPECT_EQ(result.errors.first(),
+                  u"Failed to clean nas/a: "_qs + localizedDescription({Failure::Kind::NotAnswering, {}, {}}));
         EXPECT_THAT(progress, ElementsAre(1.0 / 3.0, 2.0 / 3.0, 1.0));
     }
     EXPECT_THAT(machine.files->heldUp(), IsEmpty());

@@ -49,9 +49,9 @@ VolumeCapacity only(VolumeCapacity capacity, CapacityKeys keys)
     return capacity;
 }
 
-Failure busy(const FilePath &path)
+Failure notAnswering(const FilePath &path)
 {
-    return {Failure::Kind::Busy, path, u"The volume does not answer"_qs};
+    return {Failure::Kind::NotAnswering, path, u"The volume does not answer"_qs};
 }
 
 } // namespace
@@ -126,7 +126,7 @@ Result<VolumeCapacity> VolumeCapacities::askPatiently(const FilePath &path, std:
     } catch (const std::system_error &) {
         // No thread can be spared for it.
     }
-    return busy(path);
+    return notAnswering(path);
 }
 
 } // namespace Quillmere

@@ -21,7 +21,8 @@ public:
     /// is under way waits for the same answer.
     VolumeCapacities(Question question, std::chrono::milliseconds patience);
 
-    /// Fails with Busy where the volume does not answer, at once where a question has waited for it longer than that.
+    /// Fails with NotAnswering where the volume does not answer, at once where a question has waited for it longer than
+    /// that.
     [[nodiscard]] Result<VolumeCapacity> ask(const FilePath &path, CapacityKeys keys) const;
     /// The same with @p patience of its own, counted from when the question under way was asked.
     [[nodiscard]] Result<VolumeCapacity> ask(const FilePath &path, CapacityKeys keys,

@@ -218,7 +218,7 @@ Result<void> LinuxFileManager::areAnsweringForRemoval(const FilePath &path) cons
     const bool isItemAnswering = m_volumeGuard.isItemAnswering(path);
     if (isItemAnswering && m_volumeGuard.isAnswering(trash))
         return {};
-    return Failure{Failure::Kind::Busy, isItemAnswering ? trash : path, u"The volume does not answer"_qs};
+    return Failure{Failure::Kind::NotAnswering, isItemAnswering ? trash : path, u"The volume does not answer"_qs};
 }
 
 Result<void> LinuxFileManager::copyItem(const FilePath &source, const FilePath &destination) const

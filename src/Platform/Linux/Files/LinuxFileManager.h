@@ -51,7 +51,7 @@ public:
                                          WriteMode mode) const override;
 
 private:
-    /// Whether the item and the home trash can be asked for all that a removal asks of them; else Busy.
+    /// Whether the item and the home trash can be asked for all that a removal asks of them; else NotAnswering.
     [[nodiscard]] Result<void> areAnsweringForRemoval(const FilePath &path) const;
 
     UserEnvironment m_environment;

@@ -83,7 +83,7 @@ bool VolumeGuard::isHolderAnswering(const FilePath &actual) const
 bool VolumeGuard::answers(const FilePath &path) const
 {
     const Result<VolumeCapacity> answer = m_capacities.ask(path, CapacityKey::Total, m_patience);
-    return answer || answer.failure().kind != Failure::Kind::Busy;
+    return answer || answer.failure().kind != Failure::Kind::NotAnswering;
 }
 
 } // namespace Quillmere

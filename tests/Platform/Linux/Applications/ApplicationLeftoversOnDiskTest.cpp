@@ -170,6 +170,6 @@ TEST(ApplicationsOnASilentVolumeTest, HoldUpNeitherTheSearchForTheirLeftoversNor
     const LinuxInstalledApplications installed(machine.files, machine.places, machine.processes, {}, noVariables);
 
     EXPECT_THAT(installed.leftoversOf(application), ElementsAre(home.appending(".config/org.example.a")));
-    EXPECT_EQ(installed.uninstall(application).failure().kind, Failure::Kind::Busy);
+    EXPECT_EQ(installed.uninstall(application).failure().kind, Failure::Kind::NotAnswering);
     EXPECT_THAT(machine.files->heldUp(), IsEmpty());
 }

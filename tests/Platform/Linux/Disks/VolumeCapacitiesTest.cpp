@@ -98,9 +98,9 @@ TEST(VolumeCapacitiesTest, IsNotHeldUpByAVolumeThatDoesNotAnswerAndAsksItOnlyOnc
     const Result<VolumeCapacity> second = capacities.ask(path, everything);
 
     ASSERT_FALSE(first.isOk());
-    EXPECT_EQ(first.failure().kind, Failure::Kind::Busy);
+    EXPECT_EQ(first.failure().kind, Failure::Kind::NotAnswering);
     ASSERT_FALSE(second.isOk());
-    EXPECT_EQ(second.failure().kind, Failure::Kind::Busy);
+    EXPECT_EQ(second.failure().kind, Failure::Kind::NotAnswering);
     EXPECT_LE(volume.questions->load(), 1);
     volume.revival.set_value();
 }

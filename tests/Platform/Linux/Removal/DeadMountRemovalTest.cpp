@@ -35,11 +35,11 @@ protected:
         const Result<void> removedAtOnce = files.removeItemAtOnce(item);
 
         ASSERT_FALSE(trashed) << item.bytes().constData();
-        EXPECT_EQ(trashed.failure().kind, Failure::Kind::Busy) << item.bytes().constData();
+        EXPECT_EQ(trashed.failure().kind, Failure::Kind::NotAnswering) << item.bytes().constData();
         ASSERT_FALSE(removed) << item.bytes().constData();
-        EXPECT_EQ(removed.failure().kind, Failure::Kind::Busy) << item.bytes().constData();
+        EXPECT_EQ(removed.failure().kind, Failure::Kind::NotAnswering) << item.bytes().constData();
         ASSERT_FALSE(removedAtOnce) << item.bytes().constData();
-        EXPECT_EQ(removedAtOnce.failure().kind, Failure::Kind::Busy) << item.bytes().constData();
+        EXPECT_EQ(removedAtOnce.failure().kind, Failure::Kind::NotAnswering) << item.bytes().constData();
     }
 
     InstalledLocalizer localizer;
