@@ -6,6 +6,9 @@ import unittest
 import disk_rig as rig
 
 MEGABYTE = rig.MEGABYTE
+# What is left to the kernel is written seconds later, to any volume that is mounted then.
+COMPLETE = "lazy_itable_init=0,lazy_journal_init=0"
+BEFORE = ("mkfs.ext4", "-q", "-F", "-E", COMPLETE, "-L", "Before")
 
 
 def environment_of(user):
@@ -61,7 +64,7 @@ class DiskTest(unittest.TestCase):
             rig.detach(image)
             os.unlink(image)
 
-    def disk(self, name="disk", megabytes=16, maker=("mkfs.ext4", "-q", "-F", "-L", "Before"), options=()):
+    def disk(self, name="disk", megabytes=16, maker=BEFORE, options=()):
         device = rig.attach(self.image(name, megabytes), *options)
         rig.must(*maker, device)
         rig.wait_for(lambda: rig.knows(device))
@@ -77,7 +80,7 @@ class DiskTest(unittest.TestCase):
         rig.must("sh", "-c", f"sfdisk --quiet --wipe never {image} </run/table")
         device = rig.attach(image)
         for part, label in (("p1", "First"), ("p2", "Second")):
-            rig.must("mkfs.ext4", "-q", "-F", "-E", "nodiscard", "-L", label, device + part)
+            rig.must("mkfs.ext4", "-q", "-F", "-E", "nodiscard," + COMPLETE, "-L", label, device + part)
             rig.wait_for(lambda node=device + part: rig.knows(node))
         return image, device
 

@@ -23,6 +23,7 @@ def setUpModule():
 class LockTest(DiskTest):
     def assert_untouched(self, name, image, reason):
         """By neither way, and not a byte of it."""
+        rig.must("sync")
         before = rig.contents(image)
         self.assert_refused(erase(name), reason)
         self.assert_refused(overwrite(name.rsplit("s", 1)[0]), reason)
