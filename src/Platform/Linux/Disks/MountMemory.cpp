@@ -4,6 +4,17 @@
 
 namespace Quillmere {
 
+namespace {
+
+/// Of a volume that was mounted at two looks. It may have been formatted in between, and the uuid of what was made just
+/// now may only be seen later.
+bool mayBeTheSame(const QByteArray &uuidBefore, const QByteArray &uuidNow)
+{
+    return uuidBefore.isEmpty() || uuidNow.isEmpty() || uuidBefore == uuidNow;
+}
+
+} // namespace
+
 MountMemory::MountMemory(BlockDevices devices)
     : m_devices(std::move(devices))
 {
@@ -12,17 +23,16 @@ MountMemory::MountMemory(BlockDevices devices)
 QList<FilePath> MountMemory::takeNews(const QList<MountEntry> &table)
 {
     QList<FilePath> news;
-    QSet<Volume> mounted;
+    QHash<Volume, FileSystem> mounted;
     for (const MountedVolume &volume : volumesIn(table, m_devices)) {
         const Volume identity(volume.number, volume.sequence);
-        mounted.insert(identity);
-        // Nothing is formatted while it is mounted; and the uuid of what was made just now may only be seen later.
-        if (m_mounted.contains(identity))
-            continue;
-        const std::pair known(identity, FileSystem(volume.type, m_devices.fileSystemUuid(volume.number)));
-        if (!m_known.contains(known))
+        const FileSystem fileSystem(volume.type, m_devices.fileSystemUuid(volume.number));
+        const auto before = m_mounted.constFind(identity);
+        const bool isStill = before != m_mounted.cend() && mayBeTheSame(before.value().second, fileSystem.second);
+        mounted.insert(identity, isStill && fileSystem.second.isEmpty() ? before.value() : fileSystem);
+        if (!isStill && !m_known.contains({identity, fileSystem}))
             news.append(volume.place);
-        m_known.insert(known);
+        m_known.insert({identity, fileSystem});
     }
     m_mounted = mounted;
     return news;

@@ -2,6 +2,9 @@
 
 #include "Platform/Linux/Disks/MountedVolumes.h"
 
+#include <QHash>
+#include <QSet>
+
 namespace Quillmere {
 
 /// Which volumes have been told of. A volume is known by its disk, as long as that stays in, and by its file system:
@@ -21,7 +24,7 @@ private:
     using FileSystem = std::pair<QByteArray, QByteArray>; ///< Its type and its uuid.
 
     BlockDevices m_devices;
-    QSet<Volume> m_mounted; ///< At the last call.
+    QHash<Volume, FileSystem> m_mounted; ///< At the last call.
     QSet<std::pair<Volume, FileSystem>> m_known;
 };
 

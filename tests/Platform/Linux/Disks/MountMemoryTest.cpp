@@ -68,6 +68,19 @@ TEST_F(MountMemoryTest, OneThatWasFormattedAnewIsNews)
     EXPECT_THAT(news({mount("/media/stick", "8:1", "ntfs3")}), IsEmpty());
 }
 
+TEST_F(MountMemoryTest, OneThatWasFormattedAnewBetweenTwoLooksIsNews)
+{
+    ASSERT_THAT(news({mount("/media/stick", "8:1")}), ElementsAre(place));
+
+    machine.setUuid("sda1", "4711-0815");
+    EXPECT_THAT(news({mount("/media/other", "8:1")}), ElementsAre(FilePath("/media/other")));
+    EXPECT_THAT(news({mount("/media/other", "8:1")}), IsEmpty());
+    machine.setUuid("sda1", {});
+    EXPECT_THAT(news({mount("/media/other", "8:1")}), IsEmpty());
+    machine.setUuid("sda1", "0000-0001");
+    EXPECT_THAT(news({mount("/media/third", "8:1")}), ElementsAre(FilePath("/media/third")));
+}
+
 TEST_F(MountMemoryTest, TheUuidThatIsSeenLateMakesNoNewsOfWhatIsMounted)
 {
     machine.setUuid("sda1", {});
