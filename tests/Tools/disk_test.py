@@ -8,7 +8,7 @@ import disk_rig as rig
 MEGABYTE = rig.MEGABYTE
 # What is left to the kernel is written seconds later, to any volume that is mounted then.
 COMPLETE = "lazy_itable_init=0,lazy_journal_init=0"
-BEFORE = ("mkfs.ext4", "-q", "-F", "-E", COMPLETE, "-L", "Before")
+BEFORE = ("mkfs.ext4", "-q", "-F", "-L", "Before")
 
 
 def environment_of(user):
