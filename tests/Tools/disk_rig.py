@@ -104,7 +104,10 @@ def set_up():
     wait_for_turn()
     for variable in ("DBUS_SYSTEM_BUS_ADDRESS", "PKEXEC_UID", "XDG_RUNTIME_DIR"):
         os.environ.pop(variable, None)
-    must("mount", "-t", "tmpfs", "-o", "mode=755", "tmpfs", "/run")
+    # Of the links there, those of a udev that was ended stay, and lead to whatever has come to the device since.
+    os.makedirs("/dev/disk", exist_ok=True)
+    for folder in ("/run", "/dev/disk"):
+        must("mount", "-t", "tmpfs", "-o", "mode=755", "tmpfs", folder)
     for folder in ("/usr/libexec", "/usr/share/polkit-1", "/etc/polkit-1", "/media", "/usr/share/dbus-1"):
         overlay(folder)
     # Nothing starts by itself here, so that a service which was ended stays away.

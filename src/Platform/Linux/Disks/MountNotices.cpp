@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cerrno>
-#include <chrono>
 #include <tuple>
 #include <utility>
 
@@ -12,13 +11,6 @@
 #include <unistd.h>
 
 namespace Quillmere {
-
-namespace {
-
-// What is formatted and mounted at once has the uuid of what was there before until udev has had a look.
-constexpr std::chrono::seconds untilUuidsAreKnown{2};
-
-} // namespace
 
 MountNotices::MountNotices(std::function<void(const FilePath &)> mounted, BlockDevices devices)
     : m_mounted(std::move(mounted))
@@ -29,12 +21,7 @@ MountNotices::MountNotices(std::function<void(const FilePath &)> mounted, BlockD
         return;
     // proc(5): poll(2) says of this file that something exceptional has happened when the table has changed.
     m_changes = std::make_unique<QSocketNotifier>(m_file.number(), QSocketNotifier::Exception);
-    connect(m_changes.get(), &QSocketNotifier::activated, this, [this] {
-        m_secondLook.start(untilUuidsAreKnown);
-        look();
-    });
-    m_secondLook.setSingleShot(true);
-    connect(&m_secondLook, &QTimer::timeout, this, &MountNotices::look);
+    connect(m_changes.get(), &QSocketNotifier::activated, this, &MountNotices::look);
     std::ignore = m_memory.takeNews(parseMountTable(table()));
 }
 

@@ -5,7 +5,6 @@
 
 #include <QObject>
 #include <QSocketNotifier>
-#include <QTimer>
 
 #include <memory>
 
@@ -28,7 +27,6 @@ private:
     MountMemory m_memory;
     FileDescriptor m_file; ///< The kernel's table, which wakes whoever waits on it at each change.
     std::unique_ptr<QSocketNotifier> m_changes;
-    QTimer m_secondLook;
 };
 
 } // namespace Quillmere
