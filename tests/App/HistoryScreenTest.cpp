@@ -25,6 +25,29 @@ protected:
         HistoryService(machine.files).save(log);
     }
 
+    static QStringList moreErrorsThanFit()
+    {
+        QStringList errors;
+        for (int i = 0; i < 60; ++i)
+            errors.append(u"error %1"_qs.arg(i));
+        return errors;
+    }
+    /// Of 1 MB, 2 MB and so on, the second with @p errors.
+    void addRecordsWithALongSecond(int count, const QStringList &errors)
+    {
+        for (cleanedSize = 1'000'000; cleanedSize <= count * 1'000'000; cleanedSize += 1'000'000)
+            addRecord(OperationStatus::Completed, cleanedSize == 2'000'000 ? errors : QStringList());
+    }
+    /// By keys. True once all @p errors of it are laid out.
+    [[nodiscard]] static bool opensTheSecondRow(const Person &person, const QStringList &errors)
+    {
+        if (!person.tabToWhatHolds(u", 1 MB, "_qs))
+            return false;
+        person.press(Qt::Key_Down);
+        person.press(Qt::Key_Space);
+        return person.sees(StaticText, errors.last()) && !person.placeOf(StaticText, errors.last()).isEmpty();
+    }
+
     /// The item on the screen that shows exactly @p text.
     static QQuickItem *itemShowing(const Person &person, const QString &text)
     {
@@ -227,18 +250,11 @@ TEST_F(HistoryScreenTest, IsOneStopForTabWhoseRowsAreReachedByArrowsHomeEndAndPa
 
 TEST_F(HistoryScreenTest, ShowsEveryErrorOfAnOpenRowToWhoeverHasNoWheel)
 {
-    QStringList errors;
-    for (int i = 0; i < 60; ++i)
-        errors.append(u"error %1"_qs.arg(i));
-    for (cleanedSize = 1'000'000; cleanedSize <= 3'000'000; cleanedSize += 1'000'000)
-        addRecord(OperationStatus::Completed, cleanedSize == 2'000'000 ? errors : QStringList());
+    const QStringList errors = moreErrorsThanFit();
+    addRecordsWithALongSecond(3, errors);
     const Person person = open(SidebarTab::History);
     ASSERT_TRUE(becomesSmall());
-    ASSERT_TRUE(person.tabToWhatHolds(u", 1 MB, "_qs));
-    person.press(Qt::Key_Down);
-    person.press(Qt::Key_Space);
-    ASSERT_TRUE(person.sees(StaticText, errors.last()));
-    ASSERT_FALSE(person.placeOf(StaticText, errors.last()).isEmpty());
+    ASSERT_TRUE(opensTheSecondRow(person, errors));
 
     const QSet<QString> all(errors.begin(), errors.end());
     EXPECT_EQ(errorsSeenOnTheWay(person, Qt::Key_PageDown, u", 3 MB, "_qs, errors), all);
@@ -254,18 +270,11 @@ TEST_F(HistoryScreenTest, ShowsEveryErrorOfAnOpenRowToWhoeverHasNoWheel)
 
 TEST_F(HistoryScreenTest, ComesBackToALongRowThatIsClosedFromItsMiddle)
 {
-    QStringList errors;
-    for (int i = 0; i < 60; ++i)
-        errors.append(u"error %1"_qs.arg(i));
-    for (cleanedSize = 1'000'000; cleanedSize <= 30'000'000; cleanedSize += 1'000'000)
-        addRecord(OperationStatus::Completed, cleanedSize == 2'000'000 ? errors : QStringList());
+    const QStringList errors = moreErrorsThanFit();
+    addRecordsWithALongSecond(30, errors);
     const Person person = open(SidebarTab::History);
     ASSERT_TRUE(becomesSmall());
-    ASSERT_TRUE(person.tabToWhatHolds(u", 1 MB, "_qs));
-    person.press(Qt::Key_Down);
-    person.press(Qt::Key_Space);
-    ASSERT_TRUE(person.sees(StaticText, errors.last()));
-    ASSERT_FALSE(person.placeOf(StaticText, errors.last()).isEmpty());
+    ASSERT_TRUE(opensTheSecondRow(person, errors));
     const auto showsItsHead = [&] { return !errorsInSight({u"2 MB"_qs}).isEmpty(); };
     person.press(Qt::Key_PageDown);
     person.press(Qt::Key_PageDown);
@@ -279,9 +288,7 @@ TEST_F(HistoryScreenTest, ComesBackToALongRowThatIsClosedFromItsMiddle)
 
 TEST_F(HistoryScreenTest, StaysAtTheEndsOfARowThatIsAllThereIs)
 {
-    QStringList errors;
-    for (int i = 0; i < 60; ++i)
-        errors.append(u"error %1"_qs.arg(i));
+    const QStringList errors = moreErrorsThanFit();
     addRecord(OperationStatus::Completed, errors);
     const Person person = open(SidebarTab::History);
     ASSERT_TRUE(becomesSmall());

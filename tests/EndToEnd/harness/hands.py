@@ -7,7 +7,11 @@ from .running import RunningProgram
 
 # The one screen whose title is not the name of its destination shares it with a section of the sidebar. In each
 # language a heading that it alone has.
-HEADINGS = {"Dashboard": "System Health", "Panel de control": "Estado del sistema", "Панель управления": "Состояние системы"}
+HEADINGS = {
+    "Dashboard": "System Health",
+    "Panel de control": "Estado del sistema",
+    "Панель управления": "Состояние системы",
+}
 
 
 def list_of(application: Application, row: str) -> Item:
