@@ -41,10 +41,12 @@ void WalkWorker::run(WalkJob job)
     if (!job.entries.isEmpty())
         m_reader->takeIn(job.entries, *job.frame.folder, job.frame.subfolders);
     m_frames.push_back(std::move(job.frame));
-    // At least once: of a root that holds nothing, nothing is left out.
-    do
+    // A root is read even if the walk is to stop: of one that holds nothing, nothing is left out.
+    if (m_frames.back().isUnread)
         goOn();
-    while (!m_frames.empty() && !m_walk.cancellation().isRequested());
+    // What others had given away by then is dropped: entered, it would only be halved and given away once more.
+    while (!m_frames.empty() && !m_walk.cancellation().isRequested())
+        goOn();
     m_hasLeftOut
         = m_hasLeftOut || std::ranges::any_of(m_frames, [](const WalkFrame &frame) { return !frame.isDone(); });
     m_frames.clear();

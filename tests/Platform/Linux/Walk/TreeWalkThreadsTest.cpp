@@ -69,6 +69,24 @@ bool restsForAWhile(const QString &thread)
     return !before.isEmpty() && timesRun(thread) == before;
 }
 
+/// Counts how often it is brought entries, which it leaves.
+class CountingReader final : public FolderReader
+{
+public:
+    explicit CountingReader(int &count)
+        : m_count(count)
+    {
+    }
+    bool takeIn(const DirectoryBuffer &, const WalkFolder &, NameList &) override
+    {
+        ++m_count;
+        return true;
+    }
+
+private:
+    int &m_count;
+};
+
 bool comesToRest(const QString &thread)
 {
     for (int attempt = 0; attempt < 100; ++attempt) {
@@ -195,6 +213,27 @@ TEST_F(TreeWalkThreadsTest, TakesInNoEntryOnceAskedToStop)
 
     EXPECT_EQ(measurer.size(), TreeSize());
     EXPECT_EQ(finder.size(), TreeSize());
+}
+
+TEST_F(TreeWalkThreadsTest, EntersNoFolderThatItIsGivenOnceAskedToStop)
+{
+    std::stop_source source;
+    source.request_stop();
+    const Cancellation cancellation(source.get_token());
+    int brought = 0;
+    Walk walk(cancellation, [&] { return std::make_unique<CountingReader>(brought); });
+    WalkPool alone(0, 0);
+    WalkWorker worker(walk, alone);
+    NameList given;
+    given.append("branch1");
+    given.append("branch2");
+
+    worker.run({&walk,
+                {std::make_shared<const WalkFolder>(openFolderForReading(s_tree->path("bush"), FinalLink::Refuse)),
+                 std::move(given), false}});
+
+    EXPECT_EQ(brought, 0);
+    EXPECT_TRUE(worker.takeFindings().isPart);
 }
 
 TEST_F(TreeWalkThreadsTest, StopsOnTheWay)
