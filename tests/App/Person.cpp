@@ -2,6 +2,7 @@
 
 #include <QQuickItem>
 #include <QTest>
+#include <QWheelEvent>
 #include <QtQuickTest/quicktest.h>
 
 #include <utility>
@@ -124,6 +125,13 @@ bool Person::canUse(QAccessible::Role role, const QString &name) const
 {
     QAccessibleInterface *item = find(role, name);
     return item && isEnabled(item);
+}
+
+void Person::turnWheel(const QPoint &place, int pixels) const
+{
+    QWheelEvent event(place, m_window.mapToGlobal(place), {0, pixels}, {0, pixels}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&m_window, &event);
 }
 
 void Person::press(Qt::Key key, Qt::KeyboardModifiers modifiers) const

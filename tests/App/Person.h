@@ -33,6 +33,8 @@ public:
     [[nodiscard]] QRect placeOf(QAccessible::Role role, const QString &name) const;
     /// Clicks the middle of the item. False when it is not there or cannot be used.
     [[nodiscard]] bool click(QAccessible::Role role, const QString &name) const;
+    /// Away from the person where @p pixels are more than none, as whoever wants to see what is further up.
+    void turnWheel(const QPoint &place, int pixels) const;
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const;
     void type(const QString &text) const;
     /// Whether the keyboard comes to @p name by itself.

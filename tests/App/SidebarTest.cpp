@@ -1,7 +1,6 @@
 #include "App/ScreensFixture.h"
 
 #include <QTest>
-#include <QWheelEvent>
 
 using namespace Quillmere;
 using enum QAccessible::Role;
@@ -36,13 +35,6 @@ protected:
             const QRect row = person.placeOf(ListItem, name);
             return !row.isEmpty() && row.top() >= 0 && row.bottom() < app->mainWindow()->height();
         });
-    }
-    void scroll(const QPoint &place, int pixels) const
-    {
-        QQuickWindow &window = *app->mainWindow();
-        QWheelEvent event(place, window.mapToGlobal(place), {0, pixels}, {0, pixels}, Qt::NoButton, Qt::NoModifier,
-                          Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&window, &event);
     }
     void drag(const QPoint &from, const QPoint &by) const
     {
@@ -197,7 +189,7 @@ TEST_F(SidebarTest, LeavesTheChosenDestinationOutOfSightOnceTheUserHasScrolledIt
     app->mainWindow()->resize(900, 600);
     ASSERT_TRUE(showsRow(person, u"Settings"_qs));
 
-    scroll({100, 300}, 2000);
+    person.turnWheel({100, 300}, 2000);
     ASSERT_TRUE(showsRow(person, u"Dashboard"_qs));
     app->mainWindow()->resize(900, 610);
 

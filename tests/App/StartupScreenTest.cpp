@@ -43,6 +43,27 @@ protected:
         QAccessibleInterface *found = person.find(role, name);
         return found ? qobject_cast<QQuickItem *>(found->object()) : nullptr;
     }
+    /// More items than there is room for. Gives the file of the first.
+    FilePath addManyAgents() const
+    {
+        for (int number = 10; number < 60; ++number)
+            addAgent("agent" + QByteArray::number(number) + ".plist");
+        return FilePath("/home/ada/Library/LaunchAgents/agent10.plist");
+    }
+    /// The list of items, with its first row out of sight by the wheel. Null where it does not scroll.
+    static QQuickItem *scrolledAway(const Person &person)
+    {
+        QQuickItem *list = itemOf(person, List, u"Startup Items"_qs);
+        if (list)
+            person.turnWheel(list->mapToScene(list->boundingRect().center()).toPoint(), -1000);
+        return list && QTest::qWaitFor([&] { return contentY(*list) > 500; }) ? list : nullptr;
+    }
+    static double contentY(const QQuickItem &list) { return list.property("contentY").toDouble(); }
+    static bool comesToItsBeginning(const QQuickItem &list)
+    {
+        return QTest::qWaitFor([&] { return contentY(list) <= 0; });
+    }
+
     static bool fadesTo(const QQuickItem &list, qreal opacity)
     {
         return QTest::qWaitFor([&] { return list.parentItem()->opacity() == opacity; }, 10'000);
@@ -85,6 +106,74 @@ TEST_F(StartupScreenTest, ListsEveryItemUnderTheHeadsOfItsColumns)
     EXPECT_TRUE(isOn(person, u"org.example.agent"_qs));
     EXPECT_FALSE(isOn(person, u"d"_qs));
     EXPECT_TRUE(person.sees(AlertMessage, warning));
+}
+
+TEST_F(StartupScreenTest, BringsTheRowOfTheKeyboardIntoSightBeforeAKeySwitchesIt)
+{
+    const FilePath first = addManyAgents();
+    const Person person = open(SidebarTab::Startup);
+    ASSERT_TRUE(person.tabToWhatHolds(u"agent10, "_qs));
+    const QQuickItem *list = scrolledAway(person);
+    ASSERT_TRUE(list);
+
+    person.press(Qt::Key_Space);
+    EXPECT_TRUE(comesToItsBeginning(*list));
+    EXPECT_TRUE(person.focusedName().contains(u"agent10, Launch Agent, Safe, On"_qs));
+    person.press(Qt::Key_Space);
+
+    EXPECT_TRUE(becomesDisabled(first));
+}
+
+TEST_F(StartupScreenTest, BringsTheRowOfTheKeyboardIntoSightBeforeAKeyOpensItsMenu)
+{
+    addManyAgents();
+    const Person person = open(SidebarTab::Startup);
+    ASSERT_TRUE(person.tabToWhatHolds(u"agent10, "_qs));
+    const QQuickItem *list = scrolledAway(person);
+    ASSERT_TRUE(list);
+
+    person.press(Qt::Key_Menu);
+    EXPECT_TRUE(comesToItsBeginning(*list));
+    EXPECT_TRUE(person.seesNo(MenuItem, u"Reveal in Finder"_qs));
+    person.press(Qt::Key_Menu);
+
+    EXPECT_TRUE(person.sees(MenuItem, u"Reveal in Finder"_qs));
+}
+
+TEST_F(StartupScreenTest, BringsTheRowOfTheKeyboardIntoSightWhenTabComesBackToTheList)
+{
+    addManyAgents();
+    const Person person = open(SidebarTab::Startup);
+    ASSERT_TRUE(person.tabToWhatHolds(u"agent10, "_qs));
+    person.press(Qt::Key_Tab);
+    const QQuickItem *list = scrolledAway(person);
+    ASSERT_TRUE(list);
+
+    person.press(Qt::Key_Backtab, Qt::ShiftModifier);
+
+    EXPECT_TRUE(person.focusedName().contains(u"agent10, "_qs)) << person.focusedName().toStdString();
+    EXPECT_TRUE(comesToItsBeginning(*list));
+}
+
+TEST_F(StartupScreenTest, StaysWhereTheWheelHasBroughtItWhileAnotherWindowIsInFront)
+{
+    addManyAgents();
+    const Person person = open(SidebarTab::Startup);
+    ASSERT_TRUE(person.tabToWhatHolds(u"agent10, "_qs));
+    const QQuickItem *list = scrolledAway(person);
+    ASSERT_TRUE(list);
+    const double before = contentY(*list);
+
+    QWindow other;
+    other.show();
+    other.requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    ASSERT_FALSE(list->hasActiveFocus());
+    app->mainWindow()->requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(app->mainWindow()));
+
+    ASSERT_TRUE(list->hasActiveFocus());
+    EXPECT_EQ(contentY(*list), before);
 }
 
 TEST_F(StartupScreenTest, SwitchesAnItemOffAndOnAgainByItsSwitch)

@@ -16,6 +16,9 @@ ListView {
     /// What can be done with a row; null for nothing.
     property T.Menu menu: null
 
+    /// It lost the keyboard because the whole window did.
+    property bool wentWithTheWindow: false
+
     /// What an arrow key scrolls, in pixels.
     readonly property int line: 40
     readonly property int rowsOnAPage: Math.max(1, Math.floor(height / rowHeight) - 1)
@@ -36,11 +39,21 @@ ListView {
             contentY = currentItem.y + currentItem.height - height;
     }
 
-    /// Comes back to a row of which what was scrolled through is no longer there.
+    /// Comes back to a row of which what was scrolled through is no longer there, or that was opened out of sight.
     function showHead(row: int) {
         const item = itemAtIndex(row);
-        if (item === null || item.y < contentY)
+        if (item === null || item.y < contentY || item.y >= contentY + height)
             positionViewAtIndex(row, ListView.Beginning);
+    }
+
+    /// Scrolls back to the current row where nothing of it is in sight: a key must not do something to a row that nobody
+    /// sees. False where it could be seen.
+    function bringBack(): bool {
+        const row = currentItem;
+        if (row !== null && row.y < contentY + height && row.y + row.height > contentY)
+            return false;
+        positionViewAtIndex(currentIndex, ListView.Contain);
+        return true;
     }
 
     /// Gives the keyboard to the row that it was at.
@@ -86,10 +99,16 @@ ListView {
     }
 
     onActiveFocusChanged: {
-        if (activeFocus && currentIndex < 0)
+        if (!activeFocus) {
+            wentWithTheWindow = Window.activeFocusItem === null;
+            return;
+        }
+        if (currentIndex < 0)
             currentIndex = 0;
-        if (activeFocus)
-            isByKeyboard = true;
+        // A window that comes back to the front is to look as it did.
+        else if (!wentWithTheWindow)
+            bringBack();
+        isByKeyboard = true;
     }
 
     Keys.onPressed: event => {

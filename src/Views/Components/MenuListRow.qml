@@ -34,8 +34,13 @@ Item {
 
     function activateByKey(event: var) {
         // A key that is held down was meant for the row as it stood first.
-        if (!event.isAutoRepeat)
+        if (!event.isAutoRepeat && !list.bringBack())
             activated();
+    }
+
+    function askForMenuByKey() {
+        if (!list.bringBack())
+            askForMenu();
     }
 
     implicitHeight: list.rowHeight
@@ -46,14 +51,14 @@ Item {
     Accessible.focused: activeFocus
     Accessible.onPressAction: activated()
 
-    Keys.onMenuPressed: askForMenu()
+    Keys.onMenuPressed: askForMenuByKey()
     Keys.onReturnPressed: event => activateByKey(event)
     Keys.onEnterPressed: event => activateByKey(event)
     Keys.onSpacePressed: event => activateByKey(event)
     Keys.onPressed: event => {
         if (event.key === Qt.Key_F10 && (event.modifiers & Qt.ShiftModifier)) {
             event.accepted = true;
-            askForMenu();
+            askForMenuByKey();
         }
     }
 
