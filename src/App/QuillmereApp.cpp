@@ -1,8 +1,6 @@
 #include "App/QuillmereApp.h"
 
 #include "Utilities/BackgroundWork.h"
-#include "Views/Support/RemoteImageProvider.h"
-#include "Views/ViewsModule.h"
 
 #include <QGuiApplication>
 #include <QLibraryInfo>
@@ -73,12 +71,12 @@ QuillmereApp::QuillmereApp(Machine machine, QObject *parent)
 QuillmereApp::~QuillmereApp()
 {
     m_machine.appearance->observe({});
+    m_settingsEngine.reset();
     m_engine.reset();
     // What the screens had begun may still ask for what goes now.
     backgroundPool().waitForDone();
     AppState::setShared(nullptr);
     SharedInstance<UnfinishedRuns>::install(nullptr);
-    SharedInstance<Appearance>::install(nullptr);
     SharedInstance<DiskMountService>::install(nullptr);
     SharedInstance<PowerManagementService>::install(nullptr);
     SharedInstance<TrafficControlService>::install(nullptr);
@@ -99,7 +97,6 @@ void QuillmereApp::install()
     SharedInstance<TrafficControlService>::install(&m_trafficControl);
     SharedInstance<PowerManagementService>::install(&m_power);
     SharedInstance<DiskMountService>::install(&m_disks);
-    SharedInstance<Appearance>::install(&m_appearance);
     SharedInstance<UnfinishedRuns>::install(&m_unfinishedRuns);
 }
 
@@ -107,14 +104,12 @@ bool QuillmereApp::start()
 {
     m_delegate.applicationDidFinishLaunching();
     translateQt();
-    m_engine = std::make_unique<QQmlApplicationEngine>();
-    installViews(*m_engine);
-    m_engine->addImageProvider(u"remote"_qs, new RemoteImageProvider(m_advertisements.media()));
+    m_engine = std::make_unique<WindowEngine>(m_advertisements.media());
     applyAppearance();
 
     QVariantMap properties = contentProperties();
     properties.insert(u"showingWelcome"_qs, m_receipt.shouldShowWelcome());
-    m_mainWindow = loadWindow(u"MainWindow.qml"_qs, properties);
+    m_mainWindow = m_engine->load(u"MainWindow.qml"_qs, properties);
     if (!m_mainWindow)
         return false;
     connect(m_mainWindow, SIGNAL(settingsRequested()), this, SLOT(showSettings()));
@@ -136,8 +131,9 @@ void QuillmereApp::rest()
     if (!m_mainWindow || m_mainWindow->isVisible())
         return;
     m_mainWindow->releaseResources();
-    m_engine->collectGarbage();
-    m_engine->trimComponentCache();
+    m_engine->trim();
+    if (m_settingsEngine)
+        m_settingsEngine->trim();
     m_advertisements.forgetMedia();
     if (m_machine.returnMemory)
         m_machine.returnMemory();
@@ -151,6 +147,8 @@ void QuillmereApp::translateQt()
         QCoreApplication::installTranslator(&m_qtTexts);
     if (m_engine)
         m_engine->retranslate();
+    if (m_settingsEngine)
+        m_settingsEngine->retranslate();
 }
 
 void QuillmereApp::contentDidAppear()
@@ -169,15 +167,6 @@ QVariantMap QuillmereApp::contentProperties()
     };
 }
 
-QQuickWindow *QuillmereApp::loadWindow(const QString &file, const QVariantMap &properties)
-{
-    const qsizetype before = m_engine->rootObjects().size();
-    m_engine->setInitialProperties(properties);
-    m_engine->load(u"qrc:/qt/qml/Quillmere/"_qs + file);
-    const QList<QObject *> roots = m_engine->rootObjects();
-    return roots.size() > before ? qobject_cast<QQuickWindow *>(roots.last()) : nullptr;
-}
-
 std::optional<ColorScheme> QuillmereApp::colorScheme() const
 {
     switch (m_state.settings().theme) {
@@ -193,8 +182,17 @@ std::optional<ColorScheme> QuillmereApp::colorScheme() const
 
 void QuillmereApp::applyAppearance()
 {
-    m_appearance.setDark(colorScheme().value_or(m_machine.appearance->colorScheme()) == ColorScheme::Dark);
-    m_appearance.setReducedMotion(m_machine.appearance->prefersReducedMotion());
+    const ColorScheme ofTheDesktop = m_machine.appearance->colorScheme();
+    if (m_engine)
+        dress(*m_engine, colorScheme().value_or(ofTheDesktop));
+    if (m_settingsEngine)
+        dress(*m_settingsEngine, ofTheDesktop);
+}
+
+void QuillmereApp::dress(WindowEngine &engine, ColorScheme scheme) const
+{
+    engine.appearance().setDark(scheme == ColorScheme::Dark);
+    engine.appearance().setReducedMotion(m_machine.appearance->prefersReducedMotion());
 }
 
 void QuillmereApp::showMainWindow()
@@ -207,7 +205,9 @@ void QuillmereApp::showMainWindow()
 void QuillmereApp::showSettings()
 {
     if (!m_settingsWindow) {
-        m_settingsWindow = loadWindow(u"SettingsWindow.qml"_qs, contentProperties());
+        m_settingsEngine = std::make_unique<WindowEngine>(m_advertisements.media());
+        applyAppearance();
+        m_settingsWindow = m_settingsEngine->load(u"SettingsWindow.qml"_qs, contentProperties());
         if (!m_settingsWindow)
             return;
         connect(m_settingsWindow, SIGNAL(quitRequested()), this, SLOT(quit()));

@@ -2,6 +2,7 @@
 
 #include "App/AppDelegate.h"
 #include "App/AppState.h"
+#include "App/WindowEngine.h"
 #include "Platform/Machine.h"
 #include "Services/AdvertisementService.h"
 #include "Services/DiskMountService.h"
@@ -15,10 +16,7 @@
 #include "Utilities/LocalizationManager.h"
 #include "ViewModels/UnfinishedRuns.h"
 #include "ViewModels/ViewModelFactory.h"
-#include "Views/Support/Appearance.h"
 
-#include <QQmlApplicationEngine>
-#include <QQuickWindow>
 #include <QTranslator>
 
 #include <chrono>
@@ -42,7 +40,8 @@ public:
     /// on, which the end of the process then cuts off.
     [[nodiscard]] int exec();
 
-    /// The appearance that the settings ask for; nothing where the desktop decides.
+    /// The appearance that the settings ask of the main window; nothing where the desktop decides, which it always does
+    /// for the Settings window.
     [[nodiscard]] std::optional<ColorScheme> colorScheme() const;
 
     [[nodiscard]] AppState &appState() { return m_state; }
@@ -65,6 +64,7 @@ private:
     /// The few texts that are Qt's own, such as those of its save panel.
     void translateQt();
     void applyAppearance();
+    void dress(WindowEngine &engine, ColorScheme scheme) const;
     /// Lets go of what only a window in sight needs.
     void rest();
     /// Ends the program at once, whatever it is doing, and stores nothing any more.
@@ -74,7 +74,6 @@ private:
     [[nodiscard]] bool mayCutOff();
     /// What the content of every window needs.
     [[nodiscard]] QVariantMap contentProperties();
-    [[nodiscard]] QQuickWindow *loadWindow(const QString &file, const QVariantMap &properties);
 
     Machine m_machine;
     Localizer m_localizer;
@@ -89,11 +88,11 @@ private:
     MenuBarStatusService m_menuBarStatus;
     MenuBarController m_menuBar;
     AppDelegate m_delegate;
-    Appearance m_appearance{nullptr};
     UnfinishedRuns m_unfinishedRuns{m_machine.files, m_machine.clock};
     SetupReceipt m_receipt;
     ViewModelFactory m_viewModels;
-    std::unique_ptr<QQmlApplicationEngine> m_engine;
+    std::unique_ptr<WindowEngine> m_engine;
+    std::unique_ptr<WindowEngine> m_settingsEngine; ///< Null until the window is first asked for.
     QTranslator m_qtTexts;
     bool m_endsWithTheRuns = false; ///< Until the user asks for the window again.
     /// When the user first asked for the end during the runs under way, by the clock that never goes back.

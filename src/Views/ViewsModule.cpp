@@ -1,5 +1,6 @@
 #include "Views/ViewsModule.h"
 
+#include "Views/Support/Appearance.h"
 #include "Views/Support/ApplicationIconProvider.h"
 #include "Views/Support/ApplicationPictureProvider.h"
 #include "Views/Support/SymbolImageProvider.h"
@@ -12,10 +13,11 @@ extern void qml_register_types_Quillmere_Support();
 
 namespace Quillmere {
 
-void installViews(QQmlEngine &engine)
+void installViews(QQmlEngine &engine, Appearance &appearance)
 {
     qml_register_types_Quillmere_Support();
     qml_register_types_Quillmere();
+    appearance.installIn(engine);
     engine.addImportPath(u":/qt/qml"_qs);
     engine.addImageProvider(u"symbol"_qs, new SymbolImageProvider);
     engine.addImageProvider(u"application"_qs, new ApplicationIconProvider);

@@ -4,6 +4,16 @@
 
 using namespace Quillmere;
 
+namespace {
+
+const Appearance &appearanceOf(const QQuickWindow &window)
+{
+    const int type = qmlTypeId("Quillmere.Support", 1, 0, "Appearance");
+    return *qmlEngine(&window)->singletonInstance<Appearance *>(type);
+}
+
+} // namespace
+
 TEST_F(QuillmereAppTest, OpensTheMainWindowInItsSizeOnTheDashboard)
 {
     ASSERT_TRUE(app.start());
@@ -119,19 +129,25 @@ TEST_F(QuillmereAppTest, LetsTheDesktopDecideOnTheAppearanceUntilASettingDoes)
 TEST_F(QuillmereAppTest, FollowsTheDesktopWhileItRuns)
 {
     ASSERT_TRUE(app.start());
-    EXPECT_FALSE(Appearance::shared().isDark());
+    app.showSettings();
+    const Appearance &main = appearanceOf(*app.mainWindow());
+    const Appearance &settings = appearanceOf(*app.settingsWindow());
+    EXPECT_FALSE(main.isDark());
+    EXPECT_FALSE(settings.isDark());
 
     machine.appearance->set(ColorScheme::Dark, true);
-    EXPECT_TRUE(Appearance::shared().isDark());
-    EXPECT_TRUE(Appearance::shared().isReducedMotion());
+    EXPECT_TRUE(main.isDark());
+    EXPECT_TRUE(main.isReducedMotion());
+    EXPECT_TRUE(settings.isDark());
+    EXPECT_TRUE(settings.isReducedMotion());
 
     choose(AppTheme::Light);
-    EXPECT_FALSE(Appearance::shared().isDark());
+    EXPECT_FALSE(main.isDark());
     choose(AppTheme::System);
-    EXPECT_TRUE(Appearance::shared().isDark());
+    EXPECT_TRUE(main.isDark());
 }
 
-TEST_F(QuillmereAppTest, GivesAllItsWindowsTheChosenAppearance)
+TEST_F(QuillmereAppTest, GivesTheChosenAppearanceToTheMainWindowAndTheDesktopsToTheSettingsWindow)
 {
     ASSERT_TRUE(app.start());
     app.showSettings();
@@ -139,9 +155,14 @@ TEST_F(QuillmereAppTest, GivesAllItsWindowsTheChosenAppearance)
     EXPECT_EQ(light, app.mainWindow()->color());
 
     choose(AppTheme::Dark);
+    const QColor dark = app.mainWindow()->color();
+    EXPECT_LT(dark.lightness(), light.lightness());
+    EXPECT_EQ(app.settingsWindow()->color(), light);
 
-    EXPECT_LT(app.settingsWindow()->color().lightness(), light.lightness());
-    EXPECT_EQ(app.settingsWindow()->color(), app.mainWindow()->color());
+    choose(AppTheme::Light);
+    machine.appearance->set(ColorScheme::Dark, false);
+    EXPECT_EQ(app.mainWindow()->color(), light);
+    EXPECT_EQ(app.settingsWindow()->color(), dark);
 }
 
 TEST_F(QuillmereAppTest, AsksTheDesktopForItsAppearanceBeforeTheFirstWindowIsShown)
@@ -156,7 +177,7 @@ TEST_F(QuillmereAppTest, AsksTheDesktopForItsAppearanceBeforeTheFirstWindowIsSho
     ASSERT_TRUE(app.start());
 
     EXPECT_TRUE(app.mainWindow()->isVisible());
-    EXPECT_TRUE(Appearance::shared().isDark());
+    EXPECT_TRUE(appearanceOf(*app.mainWindow()).isDark());
 }
 
 TEST_F(QuillmereAppTest, GivesMemoryBackOnceItsWindowHasBeenHiddenForAWhile)

@@ -48,9 +48,9 @@ QStringList symbolNames()
     return names;
 }
 
-void prepare(QQuickView &view, const Page &page)
+void prepare(QQuickView &view, const Page &page, Appearance &appearance)
 {
-    installViews(*view.engine());
+    installViews(*view.engine(), appearance);
     view.rootContext()->setContextProperty(u"symbolNames"_qs, symbolNames());
     view.setResizeMode(QQuickView::SizeRootObjectToView);
     view.resize(page.size);
@@ -65,7 +65,7 @@ bool shoot(const QDir &folder, Appearance &appearance)
         for (const bool dark : {false, true}) {
             appearance.setDark(dark);
             QQuickView view;
-            prepare(view, page);
+            prepare(view, page, appearance);
             if (view.status() != QQuickView::Ready || !QTest::qWaitForWindowExposed(&view))
                 return false;
             QTest::qWait(700);
@@ -98,7 +98,6 @@ int main(int argc, char **argv)
     localizer.setLanguage(fromRawValue<Language>(arguments.value(language)).value_or(Language::English));
     SharedInstance<Localizer>::install(&localizer);
     Appearance appearance(nullptr);
-    SharedInstance<Appearance>::install(&appearance);
 
     if (arguments.isSet(shot)) {
         const QDir folder(arguments.value(shot));
@@ -115,7 +114,7 @@ int main(int argc, char **argv)
         if (wanted != page.file)
             continue;
         QQuickView view;
-        prepare(view, page);
+        prepare(view, page, appearance);
         return QGuiApplication::exec();
     }
     std::fputs("no such page\n", stderr);

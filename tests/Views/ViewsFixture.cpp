@@ -31,7 +31,6 @@ ViewsFixture::ViewsFixture()
     qputenv("QT_QUICK_BACKEND", "software");
     QAccessible::setActive(true);
     SharedInstance<Localizer>::install(&m_localizer);
-    SharedInstance<Appearance>::install(&m_appearance);
     m_appearance.setReducedMotion(true);
 }
 
@@ -45,7 +44,7 @@ void ViewsFixture::show(const QByteArray &body, const QSize &size)
 {
     m_view = makeView();
     QQmlEngine &engine = *m_view->engine();
-    installViews(engine);
+    installViews(engine, m_appearance);
     QObject::connect(&engine, &QQmlEngine::warnings, &engine, [this](const QList<QQmlError> &warnings) {
         for (const QQmlError &warning : warnings)
             m_warnings.append(warning.toString());

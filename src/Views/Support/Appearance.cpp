@@ -2,10 +2,13 @@
 
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QQmlEngine>
 
 namespace Quillmere {
 
 namespace {
+
+constexpr char nameInEngine[] = "appearance";
 
 QString installedFamily(const QString &wanted, const QString &otherwise)
 {
@@ -22,10 +25,15 @@ Appearance::Appearance(QObject *parent)
 {
 }
 
-Appearance *Appearance::create(QQmlEngine *, QJSEngine *)
+void Appearance::installIn(QQmlEngine &engine)
 {
-    QJSEngine::setObjectOwnership(&shared(), QJSEngine::CppOwnership);
-    return &shared();
+    QJSEngine::setObjectOwnership(this, QJSEngine::CppOwnership);
+    engine.setProperty(nameInEngine, QVariant::fromValue(this));
+}
+
+Appearance *Appearance::create(QQmlEngine *engine, QJSEngine *)
+{
+    return engine->property(nameInEngine).value<Appearance *>();
 }
 
 void Appearance::setDark(bool dark)

@@ -1,13 +1,12 @@
 #pragma once
 
-#include "Values/SharedInstance.h"
-
 #include <QObject>
 #include <QQmlEngine>
 
 namespace Quillmere {
 
-/// How the program has to look just now. The application sets it from the user's choice and the desktop's.
+/// How the windows of one engine have to look just now. The application sets it from the user's choice and the
+/// desktop's.
 class Appearance final : public QObject
 {
     Q_OBJECT
@@ -23,9 +22,10 @@ public:
     /// Light and moving. Needs the application object, whose fonts it looks through.
     explicit Appearance(QObject *parent);
 
-    [[nodiscard]] static Appearance &shared() { return SharedInstance<Appearance>::get(); }
-    /// The application's own, which the engine must not delete.
-    [[nodiscard]] static Appearance *create(QQmlEngine *, QJSEngine *);
+    /// Gives it to @p engine, which does not take it over and has to end before it. Before the engine loads anything.
+    void installIn(QQmlEngine &engine);
+    /// The one that was installed in @p engine.
+    [[nodiscard]] static Appearance *create(QQmlEngine *engine, QJSEngine *);
 
     [[nodiscard]] bool isDark() const { return m_dark; }
     void setDark(bool dark);
