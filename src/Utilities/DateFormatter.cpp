@@ -2,6 +2,8 @@
 
 #include "Utilities/LocalizationManager.h"
 
+#include <unicode/udatpg.h>
+
 namespace Quillmere {
 
 namespace {
@@ -24,6 +26,19 @@ QString timePattern(const QLocale &locale)
     QString pattern = locale.timeFormat(QLocale::ShortFormat);
     if (locale.language() == QLocale::English)
         pattern.replace(u' ', u'\u202F');
+    return pattern;
+}
+
+/// How the language puts the shortest date, {1}, and time, {0}, together: "{1}, {0}", in some without the comma, in
+/// some the time first.
+QString jointPattern(const QLocale &locale)
+{
+    UErrorCode error = U_ZERO_ERROR;
+    UDateTimePatternGenerator *generator = udatpg_open(locale.name().toLatin1().constData(), &error);
+    int32_t length = 0;
+    const char16_t *joint = udatpg_getDateTimeFormatForStyle(generator, UDAT_SHORT, &length, &error);
+    const QString pattern = U_SUCCESS(error) ? QString::fromUtf16(joint, length) : u"{1}, {0}"_qs;
+    udatpg_close(generator);
     return pattern;
 }
 
@@ -86,7 +101,10 @@ QLocale userDateLocale()
 
 QString formatShortDateAndTime(const QDateTime &date, const DateStyle &style)
 {
-    return formatted(date, style, style.locale.dateFormat(QLocale::ShortFormat) + u", "_qs + timePattern(style.locale));
+    QString pattern = jointPattern(style.locale);
+    pattern.replace(u"{1}"_qs, style.locale.dateFormat(QLocale::ShortFormat));
+    pattern.replace(u"{0}"_qs, timePattern(style.locale));
+    return formatted(date, style, pattern);
 }
 
 QString formatAbbreviatedDateAndTime(const QDateTime &date, const DateStyle &style)

@@ -26,7 +26,7 @@ struct DateStyle
 /// American English where there is none, or only "C".
 [[nodiscard]] QLocale userDateLocale();
 
-/// Both in their shortest form: "1/2/24, 3:04 PM", "02.01.2024, 15:04".
+/// Both in their shortest form: "1/2/24, 3:04 PM", "02.01.2024, 15:04", "02/01/2024 15:04".
 [[nodiscard]] QString formatShortDateAndTime(const QDateTime &date, const DateStyle &style = DateStyle::ofUser());
 /// The month in letters, the time to the minute: "Jan 2, 2024 at 3:04 PM", "2 ene 2024, 15:04".
 [[nodiscard]] QString formatAbbreviatedDateAndTime(const QDateTime &date,

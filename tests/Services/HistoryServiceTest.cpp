@@ -1,5 +1,6 @@
 #include "Services/HistoryService.h"
 
+#include "Fakes/InstalledLocalizer.h"
 #include "Fakes/PretendMachine.h"
 #include "Services/OperationLogCoding.h"
 
@@ -363,6 +364,14 @@ TEST_F(HistoryServiceTest, LetsTheDateAddACommaOfItsOwnInAnEnglishLocale)
     EXPECT_FALSE(lines[1].contains(u'"'));
 }
 
+TEST_F(HistoryServiceTest, LetsTheDateAddNoCommaWhereALocaleHasNone)
+{
+    const QStringList lines = history.exportCSV({logAt(2)}, {QLocale(u"fr_FR"_qs), QTimeZone::utc()}).split(u'\n');
+
+    EXPECT_TRUE(lines[1].startsWith(u"02/01/2026 15:04,Safe Cleanup,"_qs));
+    EXPECT_EQ(lines[1].count(u','), lines[0].count(u','));
+}
+
 TEST_F(HistoryServiceTest, NamesEveryTypeInEnglishAndEveryStatusByItsStoredText)
 {
     const QStringList labels = {
@@ -382,6 +391,25 @@ TEST_F(HistoryServiceTest, NamesEveryTypeInEnglishAndEveryStatusByItsStoredText)
         OperationLog log = logAt(1);
         log.status = *fromRawValue<OperationStatus>(status);
         EXPECT_TRUE(history.exportCSV({log}, american).endsWith(u",0,0,0,0,"_qs + status + u'\n'));
+    }
+}
+
+TEST_F(HistoryServiceTest, StoresEveryTypeByANameThatFindsItsText)
+{
+    const QStringList names = {
+        u"safeScan"_qs,       u"safeCleanup"_qs, u"browserScan"_qs,    u"browserCleanup"_qs,
+        u"largeFilesScan"_qs, u"startupScan"_qs, u"spotlightReset"_qs, u"fullScan"_qs,
+    };
+    const QStringList texts = {
+        u"Safe Scan"_qs,        u"Safe Cleanup"_qs, u"Browser Scan"_qs,    u"Browser Cleanup"_qs,
+        u"Large Files Scan"_qs, u"Startup Scan"_qs, u"Spotlight Reset"_qs, u"Full Scan"_qs,
+    };
+    const InstalledLocalizer localizer;
+    const QList<OperationType> types = allCases<OperationType>();
+    ASSERT_EQ(types.size(), names.size());
+    for (qsizetype index = 0; index < types.size(); ++index) {
+        EXPECT_EQ(rawValue(types[index]), names[index]);
+        EXPECT_EQ(localized(u"history.operation."_qs + names[index]), texts[index]);
     }
 }
 

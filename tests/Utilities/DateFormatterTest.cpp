@@ -1,5 +1,6 @@
 #include "Utilities/DateFormatter.h"
 
+#include "Fakes/EnvironmentVariable.h"
 #include "Fakes/PretendUserDefaults.h"
 #include "Utilities/LocalizationManager.h"
 
@@ -15,26 +16,6 @@ DateStyle styleOf(const char *locale)
 {
     return {QLocale(QString::fromLatin1(locale)), QTimeZone::utc()};
 }
-
-/// Sets a variable for one test and puts the old value back.
-class EnvironmentVariable
-{
-public:
-    EnvironmentVariable(const char *name, const char *value)
-        : m_name(name)
-        , m_before(qgetenv(name))
-        , m_wasSet(qEnvironmentVariableIsSet(name))
-    {
-        qputenv(name, value);
-    }
-    ~EnvironmentVariable() { m_wasSet ? qputenv(m_name, m_before) : qunsetenv(m_name); }
-    Q_DISABLE_COPY_MOVE(EnvironmentVariable)
-
-private:
-    const char *m_name;
-    QByteArray m_before;
-    bool m_wasSet;
-};
 
 } // namespace
 
@@ -67,6 +48,9 @@ INSTANTIATE_TEST_SUITE_P(
         DateCase{"British", "en_GB", u"02/01/2024, 15:04", u"2 Jan 2024 at 15:04", u"2 Jan 2024"},
         DateCase{"Spanish", "es_ES", u"2/1/24, 15:04", u"2 ene 2024, 15:04", u"2 ene 2024"},
         DateCase{"Russian", "ru_RU", u"02.01.2024, 15:04", u"2 янв. 2024\u202Fг., 15:04", u"2 янв. 2024\u202Fг."},
+        DateCase{"French", "fr_FR", u"02/01/2024 15:04", u"02/01/2024, 15:04", u"02/01/2024"},
+        DateCase{"Japanese", "ja_JP", u"2024/01/02 15:04", u"2024/01/02, 15:04", u"2024/01/02"},
+        DateCase{"Vietnamese", "vi_VN", u"15:04 02/01/2024", u"02/01/2024, 15:04", u"02/01/2024"},
         DateCase{"German", "de_DE", u"02.01.24, 15:04", u"02.01.24, 15:04", u"02.01.24"}),
     [](const auto &info) { return info.param.name; });
 
