@@ -6,6 +6,15 @@
 
 namespace Quillmere {
 
+namespace {
+
+void printWritingFailure(const Failure &failure)
+{
+    printDiagnostic(u"Failed to write history file: "_qs, failure);
+}
+
+} // namespace
+
 HistoryViewModel::HistoryViewModel(HistoryService &history, std::shared_ptr<const FileManager> files, QObject *parent)
     : QObject(parent)
     , m_history(history)
@@ -43,8 +52,12 @@ void HistoryViewModel::saveToFile(const QByteArray &content, const QString &defa
 
 void HistoryViewModel::save(const QUrl &location)
 {
-    if (!location.isLocalFile())
+    if (location.isEmpty())
         return;
+    if (!location.isLocalFile()) {
+        printWritingFailure(Failure{Failure::Kind::NotSupported, {}, location.toDisplayString()});
+        return;
+    }
     const FilePath path(QFile::encodeName(location.toLocalFile()));
     if (!m_files->fileExists(path)) {
         write(path);
@@ -63,7 +76,7 @@ void HistoryViewModel::write(const FilePath &path) const
 {
     const Result<void> written = m_files->writeFile(path, m_export, WriteMode::Atomic);
     if (!written)
-        printDiagnostic(u"Failed to write history file: "_qs, written.failure());
+        printWritingFailure(written.failure());
 }
 
 } // namespace Quillmere

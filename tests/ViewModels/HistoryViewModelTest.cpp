@@ -1,6 +1,8 @@
 #include "ViewModels/HistoryViewModel.h"
+#include "Fakes/EnvironmentVariable.h"
 #include "Fakes/InstalledLocalizer.h"
 #include "Fakes/PretendMachine.h"
+#include "Utilities/DateFormatter.h"
 
 #include <QSignalSpy>
 
@@ -218,14 +220,80 @@ TEST_F(HistoryViewModelTest, AsksBeforeItReplacesAFile)
     EXPECT_EQ(machine.files->contentsOfFile(target).valueOr({}), history.exportCSV({}).toUtf8());
 }
 
-TEST_F(HistoryViewModelTest, WritesNothingForAPlaceThatIsNoFile)
+TEST_F(HistoryViewModelTest, ReplacesALinkAsAWholeAndLeavesWhatItLedTo)
 {
+    const FilePath elsewhere("/home/ada/elsewhere.csv");
+    machine.files->addFile(elsewhere, 3, "old");
+    machine.files->addLink(target, elsewhere);
     model.exportCSV();
 
-    model.save(QUrl(u"https://example.org/out.csv"_qs));
+    model.save(QUrl::fromLocalFile(u"/home/ada/Documents/out.csv"_qs));
+    model.replaceExisting();
+
+    EXPECT_EQ(machine.files->attributesOfItem(target).value().type, EntryKind::Regular);
+    EXPECT_EQ(machine.files->contentsOfFile(elsewhere).value(), "old");
+}
+
+TEST_F(HistoryViewModelTest, ExportsWhatItShowsAndNotWhatWasRecordedSince)
+{
+    machine.files->addFolder(FilePath("/home/ada/Documents"));
+    const OperationLog shown = save(noon);
+    model.loadHistory();
+    (void)save(noon.addSecs(60));
+
+    model.exportJSON();
+    model.save(QUrl::fromLocalFile(u"/home/ada/Documents/out.csv"_qs));
+
+    EXPECT_EQ(machine.files->contentsOfFile(target).value(), history.exportJSON({shown}).toUtf8());
+}
+
+TEST_F(HistoryViewModelTest, ExportsWhatItShowedWhenItWasAskedTo)
+{
+    machine.files->addFolder(FilePath("/home/ada/Documents"));
+    const OperationLog shown = save(noon);
+    model.loadHistory();
+    (void)save(noon.addSecs(60));
+
+    model.exportCSV();
+    model.loadHistory();
+    model.save(QUrl::fromLocalFile(u"/home/ada/Documents/out.csv"_qs));
+
+    EXPECT_EQ(machine.files->contentsOfFile(target).value(), history.exportCSV({shown}).toUtf8());
+}
+
+TEST_F(HistoryViewModelTest, WritesTheDatesOfTheCsvAsTheUsersRegionDoesWhateverTheScreensSpeak)
+{
+    const EnvironmentVariable all("LC_ALL", "de_DE.UTF-8");
+    localizer->setLanguage(Language::Russian);
+    machine.files->addFolder(FilePath("/home/ada/Documents"));
+    (void)save(noon);
+    model.loadHistory();
+
+    model.exportCSV();
+    model.save(QUrl::fromLocalFile(u"/home/ada/Documents/out.csv"_qs));
+
+    const QString line = QString::fromUtf8(machine.files->contentsOfFile(target).value()).section(u'\n', 1, 1);
+    EXPECT_TRUE(line.startsWith(formatShortDateAndTime(noon, {QLocale(u"de_DE"_qs)}) + u','));
+}
+
+TEST_F(HistoryViewModelTest, DoesNothingWithoutAPlace)
+{
+    model.exportCSV();
+    testing::internal::CaptureStdout();
+
     model.save(QUrl());
 
-    EXPECT_FALSE(machine.files->contains(target));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST_F(HistoryViewModelTest, PrintsALineForAPlaceThatIsNoFileOfThisMachine)
+{
+    model.exportCSV();
+    testing::internal::CaptureStdout();
+
+    model.save(QUrl(u"sftp://example.org/out.csv"_qs));
+
+    EXPECT_THAT(testing::internal::GetCapturedStdout(), testing::StartsWith("Failed to write history file: "));
 }
 
 class RefusedExportTest : public HistoryViewModelTest, public testing::WithParamInterface<Failure::Kind>
