@@ -36,6 +36,8 @@ QCoro::Task<> SafeCleanupViewModel::scan()
     auto scanning = inBackground(
         [scanner, progress, task] { return attempted([&] { return scanner->scanSafeCategories(progress, task); }); });
     const Result<QList<CleanupCategory>> result = co_await scanning;
+    if (!result && result.failure().kind != Failure::Kind::Cancelled)
+        printDiagnostic(u"Scan error: "_qs, result.failure());
     if (self && !scanTask().isLatest(task))
         co_return;
     const bool isWhole = result && !scanner->isCancelled() && !task.stop_requested();
@@ -44,8 +46,6 @@ QCoro::Task<> SafeCleanupViewModel::scan()
     AppState *const state = AppState::shared();
     if (isWhole && state)
         state->setLastScanDate(clock->now());
-    if (!result && result.failure().kind != Failure::Kind::Cancelled)
-        printDiagnostic(u"Scan error: "_qs, result.failure());
     if (self)
         setPhase(false, isCleaning());
 }

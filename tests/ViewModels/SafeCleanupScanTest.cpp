@@ -159,6 +159,41 @@ TEST_F(SafeCleanupScanTest, SelectsAndDeselectsEveryCategory)
     EXPECT_EQ(changed.count(), 3);
 }
 
+TEST_F(SafeCleanupScanTest, SelectsEvenACategoryThatIsNotAvailable)
+{
+    CleanupCategory category;
+    category.isAvailable = false;
+    category.isSelected = false;
+    model->categories()->setCategories({category});
+
+    model->selectAll();
+
+    EXPECT_TRUE(model->categories()->categories().first().isSelected);
+}
+
+TEST_F(SafeCleanupScanTest, PrintsWhyAScanFailedThatEndsAfterTheNextHasBegun)
+{
+    addTree("Caches/a", 7);
+    const HeldCalls held(2);
+    machine.files->onMeasure([held](const FilePath &) {
+        held.pass();
+        throw std::runtime_error("the disk is on fire");
+    });
+    const auto cancelled = model->scan();
+    EXPECT_TRUE(QTest::qWaitFor([&held] { return held.arrived() == 1; }));
+    model->cancel();
+    const auto second = model->scan();
+    EXPECT_TRUE(QTest::qWaitFor([&held] { return held.arrived() == 2; }));
+
+    testing::internal::CaptureStdout();
+    held.release(0);
+    QCoro::waitFor(cancelled);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Scan error: the disk is on fire\n");
+
+    held.release(1);
+    QCoro::waitFor(second);
+}
+
 TEST_F(SafeCleanupScanTest, PrintsWhyAScanFailedAndInvitesAgain)
 {
     addTree("Caches/app", 7);
