@@ -85,6 +85,11 @@ TEST_F(ComponentsTest, QuickActionCardGrowsUnderThePointerAlone)
     QTest::mouseMove(m_view.get(), middle(u"card"_qs));
     EXPECT_TRUE(QTest::qWaitFor([card] { return card->scale() == 1.02; }));
 
+    QTest::mousePress(m_view.get(), Qt::LeftButton, {}, middle(u"card"_qs));
+    ASSERT_TRUE(card->property("down").toBool());
+    EXPECT_FALSE(QTest::qWaitFor([card] { return card->scale() < 1.02; }, 200));
+    QTest::mouseRelease(m_view.get(), Qt::LeftButton, {}, middle(u"card"_qs));
+
     QTest::mouseMove(m_view.get(), QPoint(400, 400));
     EXPECT_TRUE(QTest::qWaitFor([card] { return card->scale() == 1.0; }));
 }

@@ -9,7 +9,7 @@ PressableControl {
     property string symbol
     property color color: Theme.blue
 
-    readonly property bool raised: hovered && !down && enabled
+    readonly property bool raised: hovered && enabled
 
     implicitWidth: 160
     implicitHeight: Math.max(92, 56 + label.implicitHeight + 18)
