@@ -164,7 +164,9 @@ public:
     /// target. Fails rather than deletes; fails with LinkInPath when a folder above the item is a link.
     [[nodiscard]] virtual Result<FilePath> trashItem(const FilePath &path) const = 0;
     /// Deletes the item for good, folders with all that is in them: level by level, never through a link, never
-    /// into another file system. The first failure is reported; what stood beside it is deleted all the same.
+    /// into another file system. A folder of ours that keeps its owner out, as some tools
+    /// leave their caches, is opened up first. The first failure is reported; what stood beside it is deleted all the
+    /// same.
     [[nodiscard]] virtual Result<void> removeItem(const FilePath &path) const = 0;
     /// The same for an item that nobody may meet by halves: under its name there is at any moment the whole of it or
     /// nothing, also where it fails or is ended. What is left of it then goes, if it can, with the next copy to the

@@ -108,15 +108,18 @@ TEST_F(AppDelegateTest, DoesNothingWithoutAnyWindow)
 
 TEST_F(AppDelegateTest, HidesTheFirstWindowWhenNoneIsKey)
 {
-    QWindow window;
-    window.setTitle(u"Quillmere"_qs);
-    window.setFlag(Qt::WindowDoesNotAcceptFocus);
-    window.show();
+    QWindow first;
+    QWindow second;
+    for (QWindow *window : {&first, &second}) {
+        window->setFlag(Qt::WindowDoesNotAcceptFocus);
+        window->show();
+    }
     ASSERT_EQ(QGuiApplication::focusWindow(), nullptr);
 
     delegate.handleCloseClick();
 
-    EXPECT_FALSE(window.isVisible());
+    EXPECT_FALSE(first.isVisible());
+    EXPECT_TRUE(second.isVisible());
 }
 
 TEST_F(AppDelegateTest, HidesTheKeyWindowWhicheverAskedToBeClosed)

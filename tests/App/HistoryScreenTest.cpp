@@ -344,6 +344,21 @@ TEST_F(HistoryScreenTest, TakesTheKeyboardToTheRowThatIsClicked)
     EXPECT_TRUE(person.focusedName().contains(u", 3 MB, "_qs)) << person.focusedName().toStdString();
 }
 
+TEST_F(HistoryScreenTest, OffersToSaveTheKindOfFileThatIsExported)
+{
+    addRecord();
+    const Person person = open(SidebarTab::History);
+
+    for (const QString &kind : {u"CSV"_qs, u"JSON"_qs}) {
+        QObject *panel = exports(person, kind);
+        ASSERT_NE(panel, nullptr);
+        EXPECT_EQ(panel->property("nameFilters").toStringList(),
+                  QStringList(kind + u" (*."_qs + kind.toLower() + u')'));
+        EXPECT_EQ(panel->property("defaultSuffix").toString(), kind.toLower());
+        ASSERT_TRUE(QMetaObject::invokeMethod(panel, "reject"));
+    }
+}
+
 TEST_F(HistoryScreenTest, WritesNothingWhenTheSavePanelIsCancelled)
 {
     addRecord();

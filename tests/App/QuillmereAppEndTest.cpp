@@ -102,6 +102,21 @@ TEST_F(QuillmereAppEndTest, EndsAtOnceWhenNothingIsUnderWay)
     EXPECT_FALSE(app.mainWindow()->isVisible());
 }
 
+TEST_F(QuillmereAppEndTest, GoesOnWithNoWindowLeft)
+{
+    ASSERT_TRUE(app.start());
+    app.showSettings();
+
+    EXPECT_EQ(handleEventsAfter([this] {
+                  app.mainWindow()->close();
+                  app.settingsWindow()->close();
+              }),
+              7);
+
+    EXPECT_FALSE(app.mainWindow()->isVisible());
+    EXPECT_FALSE(app.settingsWindow()->isVisible());
+}
+
 TEST_F(QuillmereAppEndTest, ComesBackFromItsEventsWhereNothingIsUnderWay)
 {
     ASSERT_TRUE(app.start());

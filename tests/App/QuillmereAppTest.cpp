@@ -165,6 +165,25 @@ TEST_F(QuillmereAppTest, GivesTheChosenAppearanceToTheMainWindowAndTheDesktopsTo
     EXPECT_EQ(app.settingsWindow()->color(), dark);
 }
 
+TEST_F(QuillmereAppTest, ShowsEachWindowInItsAppearanceFromTheFirst)
+{
+    machine.appearance->set(ColorScheme::Dark, false);
+    choose(AppTheme::Light);
+    ASSERT_TRUE(app.start());
+    app.showSettings();
+    EXPECT_FALSE(appearanceOf(*app.mainWindow()).isDark());
+    EXPECT_TRUE(appearanceOf(*app.settingsWindow()).isDark());
+}
+
+TEST_F(QuillmereAppTest, StartsDarkWhereThatIsChosenOnALightDesktop)
+{
+    choose(AppTheme::Dark);
+
+    ASSERT_TRUE(app.start());
+
+    EXPECT_TRUE(appearanceOf(*app.mainWindow()).isDark());
+}
+
 TEST_F(QuillmereAppTest, AsksTheDesktopForItsAppearanceBeforeTheFirstWindowIsShown)
 {
     machine.appearance->onWait([this](std::chrono::milliseconds patience) {

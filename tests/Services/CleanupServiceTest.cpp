@@ -222,6 +222,17 @@ TEST_F(CleanupServiceTest, AdvancesPastAMissingThirdOfTenItems)
     EXPECT_DOUBLE_EQ(progress.at(2), 0.3);
 }
 
+TEST_F(CleanupServiceTest, AdvancesPastAMissingItemThatItWouldNotHaveDeleted)
+{
+    const CleanupItem item = addItem("log", 10, u"Logs"_qs);
+    machine.files->vanish(item.path);
+
+    const CleanupResult result = clean({item}, false);
+
+    EXPECT_EQ(result, (CleanupResult{0, 0, 1, {}}));
+    EXPECT_THAT(progress, ElementsAre(1.0));
+}
+
 TEST_F(CleanupServiceTest, TurnsEachFailureIntoALineAndGoesOn)
 {
     const CleanupItem locked = addItem("session-lock");

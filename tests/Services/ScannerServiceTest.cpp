@@ -225,6 +225,22 @@ TEST_F(ScannerServiceTest, ThrowsWhenCancelledInsideAWalkAndReturnsNoPart)
     EXPECT_TRUE(scanner.isCancelled());
 }
 
+TEST_F(ScannerServiceTest, LooksAtNoFurtherEntryOnceCancelledAmongLooseFiles)
+{
+    for (int number = 10; number < 100; ++number)
+        machine.files->addFile(caches.appending("loose" + QByteArray::number(number)), 1);
+    int reports = 0;
+
+    EXPECT_THROW((void)scanner.scanSafeCategories([&](double, const QString &name) {
+        if (!name.startsWith(u"loose"))
+            return;
+        ++reports;
+        scanner.cancelScan();
+    }),
+                 CancellationError);
+    EXPECT_EQ(reports, 1);
+}
+
 TEST_F(ScannerServiceTest, ThrowsWhenCancelledAfterTheLastWalkBeforeTheReturn)
 {
     addTree(FilePath("/tmp/last"), 1);

@@ -183,6 +183,25 @@ TEST_F(SafeCleanupRunTest, GoesOnCleaningBehindACancelAndReportsAllTheSame)
     EXPECT_TRUE(model->hasReport());
 }
 
+TEST_F(SafeCleanupRunTest, RecordsWhatWasSelectedWhenTheRunBegan)
+{
+    addTree("Caches/a", 7);
+    addTree("Logs/b", 3);
+    QCoro::waitFor(model->scan());
+    const Gate gate;
+    machine.files->onRemoval([gate](const FilePath &) { gate.wait(); });
+    const auto cleaning = model->clean();
+
+    model->cancel();
+    model->deselectAll();
+    gate.open();
+    QCoro::waitFor(cleaning);
+
+    const OperationLog log = history.loadHistory().first();
+    EXPECT_THAT(log.categoriesAffected, ElementsAre(u"User Cache"_qs, u"User Logs"_qs));
+    EXPECT_EQ(log.foundSize, 10);
+}
+
 TEST_F(SafeCleanupRunTest, BringsARunToItsEndAndItsRecordWhenTheScreenHasGone)
 {
     addTree("Caches/a", 7);
