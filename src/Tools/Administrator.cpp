@@ -9,6 +9,8 @@ namespace Quillmere {
 
 namespace {
 
+constexpr QLatin1String filterPolicy("filter-policy");
+
 QString usage()
 {
     return DiskAdministrator::usage()
@@ -49,6 +51,11 @@ Administrator::Administrator(AdministratorMeans means, Result<Caller> caller, bo
 {
 }
 
+bool Administrator::readsInput(QLatin1String verb)
+{
+    return verb == filterPolicy;
+}
+
 ToolEnd Administrator::carryOut(const QStringList &words) const
 {
     if (!m_isRoot)
@@ -81,7 +88,7 @@ ToolEnd Administrator::act(const QString &verb, const QStringList &arguments) co
         return m_means.names.restart();
     if (verb == u"install-drivers")
         return m_means.drivers.run();
-    if (verb == u"filter-policy")
+    if (verb == filterPolicy)
         return m_means.policy.run({});
     return {ToolEnd::wrongUse, usage()};
 }

@@ -9,6 +9,7 @@
 #include "Tools/SearchIndex.h"
 #include "Tools/ToolEnd.h"
 
+#include <QLatin1String>
 #include <QStringList>
 
 namespace Quillmere {
@@ -36,6 +37,8 @@ public:
     /// @p isRoot whether this process is root's, by its real and its effective user.
     Administrator(AdministratorMeans means, Result<Caller> caller, bool isRoot);
 
+    /// Whether standard input matters to @p verb.
+    [[nodiscard]] static bool readsInput(QLatin1String verb);
     /// @p words the verb and its arguments. Never ends with 126 or 127, which pkexec says for itself.
     [[nodiscard]] ToolEnd carryOut(const QStringList &words) const;
 

@@ -1,11 +1,12 @@
 #include "Tools/ChildProgram.h"
 
-#include "Platform/Linux/Files/FileDescriptor.h"
 #include "Platform/Linux/Programs/LastOutput.h"
 
 #include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
+
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -49,7 +50,7 @@ private:
 };
 
 /// The status of its end.
-Result<int> finish(QProcess &process, const Command &command)
+Result<int> finish(QProcess &process, const Command &command, FileDescriptor input = {})
 {
     constexpr int forever = -1;
     constexpr int signalled = 128;
@@ -57,6 +58,7 @@ Result<int> finish(QProcess &process, const Command &command)
     process.start(command.launchPath, command.arguments);
     if (!process.waitForStarted(forever))
         return Failure{Failure::Kind::NotFound, FilePath(QFile::encodeName(command.launchPath)), process.errorString()};
+    input = {};
     process.waitForFinished(forever);
     // Of a program that a signal ended, QProcess gives the signal's number as the code.
     const int end = process.exitStatus() == QProcess::CrashExit ? signalled : 0;
@@ -75,6 +77,13 @@ void become(const Caller &caller)
             || ::syscall(SYS_setresuid, caller.user, caller.user, caller.user) != 0))
         ::_exit(notStarted);
     if (::chdir(caller.home.bytes().constData()) != 0 && ::chdir("/") != 0)
+        ::_exit(notStarted);
+}
+
+/// In the child too.
+void readFrom(int input)
+{
+    if (::dup2(input, STDIN_FILENO) < 0)
         ::_exit(notStarted);
 }
 
@@ -108,14 +117,16 @@ QString argumentOf(const FilePath &path)
     return QFile::decodeName(path.bytes());
 }
 
-Result<ChildEnd> runChild(const Command &command)
+Result<ChildEnd> runChild(const Command &command, FileDescriptor input)
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::ForwardedOutputChannel);
     LastOutput said;
     QObject::connect(&process, &QProcess::readyReadStandardError, &process,
                      [&] { said.append(process.readAllStandardError()); });
-    const Result<int> status = finish(process, command);
+    if (input.isOpen())
+        process.setChildProcessModifier([number = input.number()] { readFrom(number); });
+    const Result<int> status = finish(process, command, std::move(input));
     return status ? Result(ChildEnd{status.value(), said.text()}) : status.failure();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Linux/Files/FileDescriptor.h"
 #include "Platform/ProcessRunner.h"
 #include "Tools/Caller.h"
 #include "Values/Result.h"
@@ -20,7 +21,8 @@ struct ChildEnd
 
 /// Starts a program and waits for its end, however late. It reads nothing, writes its output where ours goes, and says
 /// what it writes to standard error. Fails when it cannot be started.
-[[nodiscard]] Result<ChildEnd> runChild(const Command &command);
+/// An open @p input is its standard input instead, and from its start on no longer open here.
+[[nodiscard]] Result<ChildEnd> runChild(const Command &command, FileDescriptor input = {});
 
 /// The same with the rights of @p caller and nothing of ours: in a session of its own, in an environment made anew that
 /// leads to the caller's home and, where there is one, to the caller's session bus. What it writes, to either output,

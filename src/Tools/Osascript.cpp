@@ -2,6 +2,7 @@
 
 #include "Tools/AdministratorRequest.h"
 #include "Tools/ChildProgram.h"
+#include "Tools/DialogTurn.h"
 #include "Tools/ScriptText.h"
 
 namespace Quillmere {
@@ -42,7 +43,9 @@ ToolEnd notCarriedOut(const AdministratorRequest &request, const ElevationSettin
 
 ToolEnd carryOut(const AdministratorRequest &request, const ElevationSettings &settings)
 {
-    const Result<ChildEnd> end = runChild(commandFor(request, settings));
+    // pkexec has the turn for as long as its dialog is there, and the administrator program gives it on at its start.
+    const Result<ChildEnd> end = runChild(commandFor(request, settings),
+                                          settings.isRoot ? FileDescriptor() : awaitDialogTurn(settings.runtimeFolder));
     if (!end)
         return notCarriedOut(request, settings, NotCarriedOut::Failed, end.failure().detail);
     const int status = end.value().status;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Linux/Files/RuntimeFolder.h"
 #include "Tools/AdministratorRequest.h"
 #include "Tools/ToolEnd.h"
 #include "Values/Result.h"
@@ -25,6 +26,8 @@ struct ElevationSettings
     bool isRoot = false; ///< Nobody is asked then.
     /// pkexec asks on the machine's own system bus, whatever the environment says. False where we would be on another.
     bool mayAskUser = true;
+    /// Where those who are to ask the user wait for each other. Nobody waits where nothing can be kept.
+    RuntimeFolder runtimeFolder{FilePath()};
     /// Completes a request with what this user alone knows, before anybody is asked. Fails with a sentence for one that
     /// is not to be carried out. May be empty.
     std::function<Result<AdministratorRequest>(const AdministratorRequest &)> complete;

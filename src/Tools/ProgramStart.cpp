@@ -52,6 +52,14 @@ void startClean()
         std::abort();
 }
 
+void letGoOfInput()
+{
+    const int nothing = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+    if (nothing < 0 || ::dup2(nothing, STDIN_FILENO) < 0)
+        std::abort();
+    ::close(nothing);
+}
+
 QString programFolder()
 {
     return QFileInfo(QFile::symLinkTarget(u"/proc/self/exe"_qs)).absolutePath();

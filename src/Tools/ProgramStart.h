@@ -12,6 +12,9 @@ namespace Quillmere {
 /// has raised. Before anything else in main().
 void startClean();
 
+/// Has nothing come from standard input any more, and gives back what the caller has handed over as such.
+void letGoOfInput();
+
 /// The folder that the running program stands in, links resolved.
 [[nodiscard]] QString programFolder();
 

@@ -16,7 +16,8 @@ namespace Quillmere {
 /// which of them the program waits, and how long, is up to whoever ends it.
 [[nodiscard]] QThreadPool &backgroundPool();
 
-/// Where runs what may raise the system's password dialog: one at a time, in the order of asking.
+/// Where switches run that may raise the system's password dialog: one at a time, in the order of asking, so that the
+/// last one holds. Other such work runs elsewhere too; it is the programs that ask who take turns at the dialog.
 [[nodiscard]] QThreadPool &elevationPool();
 
 /// Where runs what waits for other programs, however long these take: as much at once as is asked for.

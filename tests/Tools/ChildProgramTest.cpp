@@ -1,5 +1,6 @@
 #include "Tools/ChildProgram.h"
 
+#include "Platform/Linux/Files/FileDescriptor.h"
 #include "Platform/Linux/Programs/LastOutput.h"
 
 #include <QFile>
@@ -7,6 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Quillmere;
@@ -43,6 +48,28 @@ TEST(ChildProgramTest, GivesTheStatusAndWhatWasSaidOnStandardError)
     EXPECT_EQ(end.status, 7);
     EXPECT_EQ(end.said, "one\ntwo\n");
     EXPECT_EQ(run(u"echo begun >&2; kill -KILL $$"_qs).status, 128 + 9);
+}
+
+TEST(ChildProgramTest, ReadsNothing)
+{
+    EXPECT_EQ(run(u"readlink /proc/$$/fd/0 >&2"_qs).said, "/dev/null\n");
+    EXPECT_EQ(runForCaller(u"readlink /proc/$$/fd/0 >&2"_qs).said, "/dev/null\n");
+}
+
+TEST(ChildProgramTest, HandsAnInputOverAsStandardInputAndAsNothingElse)
+{
+    const QTemporaryDir folder;
+    const QByteArray path = QFile::encodeName(folder.filePath(u"input"_qs));
+    FileDescriptor input(::open(path.constData(), O_RDONLY | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    ASSERT_TRUE(input.isOpen());
+    const int number = input.number();
+
+    const auto end = runChild({u"/bin/sh"_qs, {u"-c"_qs, u"readlink /proc/$$/fd/* >&2; exit 0"_qs}}, std::move(input));
+
+    ASSERT_TRUE(end);
+    EXPECT_TRUE(end.value().said.startsWith(path + '\n')) << end.value().said.constData();
+    EXPECT_EQ(end.value().said.count(path), 1) << end.value().said.constData();
+    EXPECT_LT(::fcntl(number, F_GETFD), 0);
 }
 
 TEST(ChildProgramTest, KeepsTheEndOfAFloodOnStandardError)

@@ -41,12 +41,12 @@ class PasswordDialog:
         self._loop.quit()
         self._thread.join()
 
-    def start(self, *command, user=rig.NOBODY, locale="C", standard_input="/dev/null"):
+    def start(self, *command, user=rig.NOBODY, locale="C", standard_input="/dev/null", environment=None):
         """The program waits until the dialog is its own; it keeps its number when it begins."""
         waiting = 'read line; exec <"$0" "$@"'
         process = subprocess.Popen(["sh", "-c", waiting, standard_input, *command],
                                    stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
-                                   cwd="/", user=user, group=user, extra_groups=[])
+                                   cwd="/", env=environment, user=user, group=user, extra_groups=[])
         with open(f"/proc/{process.pid}/stat", encoding="ascii") as file:
             began = int(file.read().rpartition(")")[2].split()[19])
         subject = ("unix-process", {"pid": GLib.Variant("u", process.pid), "start-time": GLib.Variant("t", began),

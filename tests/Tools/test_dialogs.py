@@ -4,6 +4,7 @@ import os
 import pathlib
 import random
 import shutil
+import signal
 import stat
 import tempfile
 import time
@@ -196,6 +197,90 @@ class FilterPolicyTest(DialogCase):
             end, _ = self.save("approve", record)
             self.assert_ends(end, 1, "The rules of the filter were not saved: ")
         self.assertFalse(os.path.exists(POLICY))
+
+
+class TurnTest(DialogCase):
+    """Two commands of one user at once, each with a dialog of its own."""
+
+    RUNTIME = "/tmp/runtime"
+    LOCK = f"{RUNTIME}/quillmere/dialog.lock"
+
+    def setUp(self):
+        super().setUp()
+        os.mkdir(self.RUNTIME, 0o700)
+        os.chown(self.RUNTIME, NOBODY, NOBODY)
+        self.addCleanup(shutil.rmtree, self.RUNTIME)
+
+    def start(self, dialog, shell_text, runtime=RUNTIME):
+        environment = {**os.environ, "XDG_RUNTIME_DIR": runtime}
+        process = dialog.start(f"{HELPERS}/osascript", "-e", rig.script_of(shell_text), environment=environment)
+        self.enterContext(process)
+        self.addCleanup(process.kill)
+        return process
+
+    def waits(self):
+        try:
+            inode = os.stat(self.LOCK).st_ino
+        except FileNotFoundError:
+            return False
+        with open("/proc/locks", encoding="ascii") as file:
+            return any("-> FLOCK" in line and f":{inode} " in line for line in file)
+
+    def assert_waits(self, dialog):
+        rig.wait_for(lambda: self.waits() or dialog.open.is_set())
+        self.assertFalse(dialog.open.is_set())
+
+    def assert_dialog(self, dialog):
+        self.assertTrue(dialog.open.wait(rig.PATIENCE))
+
+    def test_a_killed_caller_lets_the_next_ask(self):
+        with PasswordDialog("wait") as first, PasswordDialog("approve") as second:
+            process = self.start(first, NAMES)
+            self.assert_dialog(first)
+            other = self.start(second, installing(BUNDLE))
+            self.assert_waits(second)
+            process.kill()
+            self.assert_dialog(second)
+            self.assertEqual(other.wait(rig.PATIENCE), 0)
+        self.assertEqual(installed(), "new")
+
+    def test_a_killed_pkexec_lets_the_next_ask(self):
+        with PasswordDialog("wait") as first, PasswordDialog("dismiss") as second:
+            process = self.start(first, NAMES)
+            self.assert_dialog(first)
+            other = self.start(second, NAMES)
+            self.assert_waits(second)
+            for number in processes_of("pkexec"):
+                os.kill(int(number), signal.SIGKILL)
+            self.assert_dialog(second)
+            self.assertEqual((process.wait(rig.PATIENCE), other.wait(rig.PATIENCE)), (1, 1))
+
+    def test_the_next_may_ask_while_an_approved_command_goes_on(self):
+        os.mkfifo("/tmp/end")
+        self.addCleanup(os.unlink, "/tmp/end")
+        with open("/usr/bin/updatedb", "w", encoding="utf-8") as file:
+            file.write("#!/bin/sh\ntouch /tmp/begun\nread line </tmp/end\n")
+        os.chmod("/usr/bin/updatedb", 0o755)
+        self.addCleanup(os.unlink, "/usr/bin/updatedb")
+        with PasswordDialog("approve") as first, PasswordDialog("dismiss") as second:
+            process = self.start(first, INDEX)
+            rig.wait_for(lambda: os.path.exists("/tmp/begun"))
+            self.addCleanup(os.unlink, "/tmp/begun")
+            other = self.start(second, NAMES)
+            self.assert_dialog(second)
+            self.assertEqual(other.wait(rig.PATIENCE), 1)
+            self.assertIsNone(process.poll())
+            pathlib.Path("/tmp/end").write_text("now\n", encoding="ascii")
+            self.assertEqual(process.wait(rig.PATIENCE), 0)
+
+    def test_nobody_waits_without_a_folder_of_the_session(self):
+        with PasswordDialog("wait") as first, PasswordDialog("dismiss") as second:
+            process = self.start(first, NAMES, runtime="/tmp/nowhere")
+            self.assert_dialog(first)
+            other = self.start(second, NAMES, runtime="/tmp/nowhere")
+            self.assert_dialog(second)
+            self.assertEqual(other.wait(rig.PATIENCE), 1)
+            self.assertIsNone(process.poll())
 
 
 class AbsenceTest(DialogCase):

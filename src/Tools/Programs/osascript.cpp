@@ -74,6 +74,7 @@ int main(int argc, char *argv[])
     settings.administrator = administratorProgram();
     settings.isRoot = isRoot();
     settings.mayAskUser = settings.isRoot || QDBusConnection::systemBus().isConnected();
+    settings.runtimeFolder = RuntimeFolder::ofThisUser();
     DiskMounts before;
     settings.complete = [&before](const AdministratorRequest &request) {
         const Result<QList<MountEntry>> mounts = mountTable();
