@@ -5,6 +5,8 @@
 #include "Tools/DialogTurn.h"
 #include "Tools/ScriptText.h"
 
+#include <utility>
+
 namespace Quillmere {
 
 namespace {
@@ -41,11 +43,10 @@ ToolEnd notCarriedOut(const AdministratorRequest &request, const ElevationSettin
     return end;
 }
 
-ToolEnd carryOut(const AdministratorRequest &request, const ElevationSettings &settings)
+/// pkexec has @p turn for as long as its dialog is there, and the administrator program gives it on at its start.
+ToolEnd carryOut(const AdministratorRequest &request, const ElevationSettings &settings, FileDescriptor turn)
 {
-    // pkexec has the turn for as long as its dialog is there, and the administrator program gives it on at its start.
-    const Result<ChildEnd> end = runChild(commandFor(request, settings),
-                                          settings.isRoot ? FileDescriptor() : awaitDialogTurn(settings.runtimeFolder));
+    const Result<ChildEnd> end = runChild(commandFor(request, settings), std::move(turn));
     if (!end)
         return notCarriedOut(request, settings, NotCarriedOut::Failed, end.failure().detail);
     const int status = end.value().status;
@@ -71,8 +72,10 @@ ToolEnd runOsascript(const QStringList &arguments, const ElevationSettings &sett
         return executionError(u"This script is none of those that can be carried out here; nothing was done."_qs, 1);
     if (!settings.isRoot && !settings.mayAskUser)
         return executionError(u"There is no system bus to ask for administrator rights on."_qs, 1);
+    // First of all, so that the request is completed from how things are when the dialog comes up.
+    FileDescriptor turn = settings.isRoot ? FileDescriptor() : awaitDialogTurn(settings.runtimeFolder);
     const Result<AdministratorRequest> complete = settings.complete ? settings.complete(*request) : *request;
-    return complete ? carryOut(complete.value(), settings)
+    return complete ? carryOut(complete.value(), settings, std::move(turn))
                     : notCarriedOut(*request, settings, NotCarriedOut::Failed, complete.failure().detail);
 }
 
