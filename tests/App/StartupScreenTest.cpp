@@ -50,13 +50,14 @@ protected:
             addAgent("agent" + QByteArray::number(number) + ".plist");
         return FilePath("/home/ada/Library/LaunchAgents/agent10.plist");
     }
-    /// The list of items, with its first row out of sight by the wheel. Null where it does not scroll.
+    /// The list of items, at rest with its first row out of sight by the wheel. Null where it does not scroll.
     static QQuickItem *scrolledAway(const Person &person)
     {
         QQuickItem *list = itemOf(person, List, u"Startup Items"_qs);
         if (list)
             person.turnWheel(list->mapToScene(list->boundingRect().center()).toPoint(), -1000);
-        return list && QTest::qWaitFor([&] { return contentY(*list) > 500; }) ? list : nullptr;
+        const auto rests = [&] { return contentY(*list) > 500 && !list->property("moving").toBool(); };
+        return list && QTest::qWaitFor(rests) ? list : nullptr;
     }
     static double contentY(const QQuickItem &list) { return list.property("contentY").toDouble(); }
     static bool comesToItsBeginning(const QQuickItem &list)
