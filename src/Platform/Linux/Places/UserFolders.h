@@ -13,7 +13,8 @@ struct UserFolders
     /// One that the user does without is missing.
     QHash<QByteArray, FilePath> locations;
 
-    /// What user-dirs.dirs in @p config says. Lines of another shape, and a file that cannot be read or asked for, say nothing.
+    /// What user-dirs.dirs in @p config says. Lines of another shape, and a file that cannot be read or asked for, say
+    /// nothing.
     [[nodiscard]] static UserFolders read(const FileManager &files, const FilePath &home, const FilePath &config);
 };
 
