@@ -37,7 +37,7 @@ QString jointPattern(const QLocale &locale)
     UDateTimePatternGenerator *generator = udatpg_open(locale.name().toLatin1().constData(), &error);
     int32_t length = 0;
     const char16_t *joint = udatpg_getDateTimeFormatForStyle(generator, UDAT_SHORT, &length, &error);
-    const QString pattern = U_SUCCESS(error) ? QString::fromUtf16(joint, length) : u"{1}, {0}"_qs;
+    QString pattern = U_SUCCESS(error) ? QString::fromUtf16(joint, length) : u"{1}, {0}"_qs;
     udatpg_close(generator);
     return pattern;
 }

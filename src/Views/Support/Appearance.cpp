@@ -8,7 +8,7 @@ namespace Quillmere {
 
 namespace {
 
-constexpr char nameInEngine[] = "appearance";
+constexpr const char *nameInEngine = "appearance";
 
 QString installedFamily(const QString &wanted, const QString &otherwise)
 {
