@@ -329,22 +329,6 @@ TEST_F(WelcomeScreenTest, LeavesTheReceiptAloneWhenTheProgramIsRunOnce)
     EXPECT_FALSE(isCompleted());
 }
 
-TEST_F(WelcomeScreenTest, FadesWhenItGoes)
-{
-    machine.appearance->set(ColorScheme::Light, false);
-    const Person person = open();
-    QObject *wizard = wizardBehind()->parent();
-    ASSERT_EQ(wizard->property("opacity"), 1.0);
-
-    ASSERT_TRUE(person.click(Button, u"Run without installing (one-time run)"_qs));
-
-    EXPECT_TRUE(QTest::qWaitFor([wizard] {
-        const double opacity = wizard->property("opacity").toDouble();
-        return opacity > 0 && opacity < 1;
-    }));
-    EXPECT_TRUE(person.seesNo(Dialog, title));
-}
-
 TEST_F(WelcomeScreenTest, GoesOnFromWhereItIsWhenItCannotBeCopied)
 {
     machine.bundles->main = FilePath("/home/ada/Downloads/Quillmere.app");
