@@ -35,10 +35,10 @@ QString csvLabel(OperationType type)
     Q_UNREACHABLE();
 }
 
-QString csvLine(const OperationLog &log, const DateStyle &dateStyle)
+QString csvLine(const OperationLog &log, const ShortDateFormatter &dates)
 {
     const QStringList fields = {
-        formatShortDateAndTime(log.date, dateStyle),
+        dates.format(log.date),
         csvLabel(log.operationType),
         QString::number(log.foundSize),
         QString::number(log.cleanedSize),
@@ -84,8 +84,9 @@ void HistoryService::clearHistory() const
 QString HistoryService::exportCSV(const QList<OperationLog> &logs, const DateStyle &dateStyle) const
 {
     QString text = u"Date,Type,Found Size,Cleaned Size,Files Removed,Files Skipped,Status\n"_qs;
+    const ShortDateFormatter dates(dateStyle);
     for (const OperationLog &log : logs)
-        text += csvLine(log, dateStyle);
+        text += csvLine(log, dates);
     return text;
 }
 

@@ -99,12 +99,17 @@ QLocale userDateLocale()
     return QLocale(QLocale::English, QLocale::UnitedStates);
 }
 
-QString formatShortDateAndTime(const QDateTime &date, const DateStyle &style)
+ShortDateFormatter::ShortDateFormatter(const DateStyle &style)
+    : m_style(style)
+    , m_pattern(jointPattern(style.locale))
 {
-    QString pattern = jointPattern(style.locale);
-    pattern.replace(u"{1}"_qs, style.locale.dateFormat(QLocale::ShortFormat));
-    pattern.replace(u"{0}"_qs, timePattern(style.locale));
-    return formatted(date, style, pattern);
+    m_pattern.replace(u"{1}"_qs, style.locale.dateFormat(QLocale::ShortFormat));
+    m_pattern.replace(u"{0}"_qs, timePattern(style.locale));
+}
+
+QString ShortDateFormatter::format(const QDateTime &date) const
+{
+    return formatted(date, m_style, m_pattern);
 }
 
 QString formatAbbreviatedDateAndTime(const QDateTime &date, const DateStyle &style)

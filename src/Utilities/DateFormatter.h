@@ -26,8 +26,20 @@ struct DateStyle
 /// American English where there is none, or only "C".
 [[nodiscard]] QLocale userDateLocale();
 
-/// Both in their shortest form: "1/2/24, 3:04 PM", "02.01.2024, 15:04", "02/01/2024 15:04".
-[[nodiscard]] QString formatShortDateAndTime(const QDateTime &date, const DateStyle &style = DateStyle::ofUser());
+/// Writes dates and times, both in their shortest form: "1/2/24, 3:04 PM", "02.01.2024, 15:04", "02/01/2024 15:04".
+/// Made once for many: to look up the habits of a language takes half a millisecond.
+class ShortDateFormatter
+{
+public:
+    explicit ShortDateFormatter(const DateStyle &style);
+
+    [[nodiscard]] QString format(const QDateTime &date) const;
+
+private:
+    DateStyle m_style;
+    QString m_pattern;
+};
+
 /// The month in letters, the time to the minute: "Jan 2, 2024 at 3:04 PM", "2 ene 2024, 15:04".
 [[nodiscard]] QString formatAbbreviatedDateAndTime(const QDateTime &date,
                                                    const DateStyle &style = DateStyle::ofScreens());

@@ -36,7 +36,7 @@ TEST_P(DateTest, IsWrittenInTheHabitsOfTheRegion)
 {
     const DateStyle style = styleOf(GetParam().locale);
 
-    EXPECT_EQ(formatShortDateAndTime(secondOfJanuary, style), QString::fromUtf16(GetParam().shortText));
+    EXPECT_EQ(ShortDateFormatter(style).format(secondOfJanuary), QString::fromUtf16(GetParam().shortText));
     EXPECT_EQ(formatAbbreviatedDateAndTime(secondOfJanuary, style), QString::fromUtf16(GetParam().abbreviated));
     EXPECT_EQ(formatAbbreviatedDate(secondOfJanuary, style), QString::fromUtf16(GetParam().dateAlone));
 }
@@ -58,7 +58,7 @@ TEST(DateFormatterTest, WritesTheMorningHourOfOneDigitInSpanish)
 {
     const QDateTime morning({2024, 1, 2}, {9, 5}, Qt::UTC);
 
-    EXPECT_EQ(formatShortDateAndTime(morning, styleOf("es_ES")), u"2/1/24, 9:05"_qs);
+    EXPECT_EQ(ShortDateFormatter(styleOf("es_ES")).format(morning), u"2/1/24, 9:05"_qs);
 }
 
 TEST(DateFormatterTest, CallsTheNinthMonthTheSameInAllEnglish)
@@ -73,7 +73,7 @@ TEST(DateFormatterTest, WritesTheTimeOfTheGivenZone)
 {
     const DateStyle style = {QLocale(u"en_GB"_qs), QTimeZone(5 * 3600 + 1800)};
 
-    EXPECT_EQ(formatShortDateAndTime(secondOfJanuary, style), u"02/01/2024, 20:34"_qs);
+    EXPECT_EQ(ShortDateFormatter(style).format(secondOfJanuary), u"02/01/2024, 20:34"_qs);
 }
 
 TEST(DateFormatterTest, CrossesMidnightWithTheZone)
@@ -114,7 +114,7 @@ TEST(DateFormatterTest, IsAmericanWhereTheEnvironmentNamesNoLanguage)
     const EnvironmentVariable all("LC_ALL", "C.UTF-8");
 
     EXPECT_EQ(userDateLocale(), QLocale(u"en_US"_qs));
-    EXPECT_EQ(formatShortDateAndTime(secondOfJanuary, {userDateLocale(), QTimeZone::utc()}),
+    EXPECT_EQ(ShortDateFormatter({userDateLocale(), QTimeZone::utc()}).format(secondOfJanuary),
               u"1/2/24, 3:04\u202FPM"_qs);
 }
 
@@ -125,7 +125,8 @@ TEST(DateFormatterTest, SpeaksTheLanguageOfTheScreensInLists)
     SharedInstance<Localizer>::install(&localizer);
 
     const QString list = formatAbbreviatedDate(QDateTime({2024, 1, 15}, {12, 0}, Qt::LocalTime));
-    const QString file = formatShortDateAndTime(QDateTime({2024, 1, 15}, {12, 0}, Qt::LocalTime));
+    const QString file
+        = ShortDateFormatter(DateStyle::ofUser()).format(QDateTime({2024, 1, 15}, {12, 0}, Qt::LocalTime));
 
     EXPECT_EQ(list, u"15 ene 2024"_qs);
     EXPECT_EQ(file, u"1/15/24, 12:00\u202FPM"_qs);

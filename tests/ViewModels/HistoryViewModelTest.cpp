@@ -273,7 +273,7 @@ TEST_F(HistoryViewModelTest, WritesTheDatesOfTheCsvAsTheUsersRegionDoesWhateverT
     model.save(QUrl::fromLocalFile(u"/home/ada/Documents/out.csv"_qs));
 
     const QString line = QString::fromUtf8(machine.files->contentsOfFile(target).value()).section(u'\n', 1, 1);
-    EXPECT_TRUE(line.startsWith(formatShortDateAndTime(noon, {QLocale(u"de_DE"_qs)}) + u','));
+    EXPECT_TRUE(line.startsWith(ShortDateFormatter({QLocale(u"de_DE"_qs)}).format(noon) + u','));
 }
 
 TEST_F(HistoryViewModelTest, DoesNothingWithoutAPlace)
