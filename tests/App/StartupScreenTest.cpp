@@ -59,6 +59,11 @@ protected:
         const auto rests = [&] { return contentY(*list) > 500 && !list->property("moving").toBool(); };
         return list && QTest::qWaitFor(rests) ? list : nullptr;
     }
+    /// The same, with the keyboard on that first row.
+    static QQuickItem *scrolledAwayFromTheKeyboard(const Person &person)
+    {
+        return person.tabToWhatHolds(u"agent10, "_qs) ? scrolledAway(person) : nullptr;
+    }
     static double contentY(const QQuickItem &list) { return list.property("contentY").toDouble(); }
     static bool comesToItsBeginning(const QQuickItem &list)
     {
@@ -113,8 +118,7 @@ TEST_F(StartupScreenTest, BringsTheRowOfTheKeyboardIntoSightBeforeAKeySwitchesIt
 {
     const FilePath first = addManyAgents();
     const Person person = open(SidebarTab::Startup);
-    ASSERT_TRUE(person.tabToWhatHolds(u"agent10, "_qs));
-    const QQuickItem *list = scrolledAway(person);
+    const QQuickItem *list = scrolledAwayFromTheKeyboard(person);
     ASSERT_TRUE(list);
 
     person.press(Qt::Key_Space);
@@ -129,8 +133,7 @@ TEST_F(StartupScreenTest, BringsTheRowOfTheKeyboardIntoSightBeforeAKeyOpensItsMe
 {
     addManyAgents();
     const Person person = open(SidebarTab::Startup);
-    ASSERT_TRUE(person.tabToWhatHolds(u"agent10, "_qs));
-    const QQuickItem *list = scrolledAway(person);
+    const QQuickItem *list = scrolledAwayFromTheKeyboard(person);
     ASSERT_TRUE(list);
 
     person.press(Qt::Key_Menu);
@@ -160,8 +163,7 @@ TEST_F(StartupScreenTest, StaysWhereTheWheelHasBroughtItWhileAnotherWindowIsInFr
 {
     addManyAgents();
     const Person person = open(SidebarTab::Startup);
-    ASSERT_TRUE(person.tabToWhatHolds(u"agent10, "_qs));
-    const QQuickItem *list = scrolledAway(person);
+    const QQuickItem *list = scrolledAwayFromTheKeyboard(person);
     ASSERT_TRUE(list);
     const double before = contentY(*list);
 
