@@ -68,6 +68,7 @@ void WalkPool::noteWaitForDisk(Walk &walk)
 {
     const std::scoped_lock lock(m_mutex);
     walk.m_waitsForDisk = true;
+    addThreadsForJobsAhead();
     updateHunger();
 }
 
@@ -168,6 +169,14 @@ void WalkPool::addThread()
     } catch (const std::system_error &) {
         // The system has no thread left for us. The job waits for whoever is there, in the end its own walk's thread.
     }
+}
+
+void WalkPool::addThreadsForJobsAhead()
+{
+    const int untaken = std::max(static_cast<int>(m_jobs.size()) - m_waiting, 0);
+    const int addable = mostHelpers() - static_cast<int>(m_threads.size());
+    for (int added = 0; added < std::min(untaken, addable); ++added)
+        addThread();
 }
 
 int WalkPool::mostHelpers() const

@@ -44,6 +44,8 @@ private:
     /// Makes sure that someone will take the newest job: answers whom to wake, or nothing if that is not needed.
     [[nodiscard]] std::condition_variable *findTakerFor(Walk &walk);
     void addThread();
+    /// Once more threads may be at work: nobody else would take what was kept ready while all of the fewer were busy.
+    void addThreadsForJobsAhead();
     [[nodiscard]] int mostHelpers() const;
     void updateHunger();
 

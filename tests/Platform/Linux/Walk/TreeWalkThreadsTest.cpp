@@ -21,6 +21,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <semaphore>
 #include <thread>
 
 using namespace Quillmere;
@@ -85,6 +86,27 @@ public:
 
 private:
     int &m_count;
+};
+
+/// Says when it is brought entries, and then waits until it may go on.
+class WaitingReader final : public FolderReader
+{
+public:
+    WaitingReader(std::counting_semaphore<> &arrivals, const std::atomic<bool> &mayGoOn)
+        : m_arrivals(arrivals)
+        , m_mayGoOn(mayGoOn)
+    {
+    }
+    bool takeIn(const DirectoryBuffer &, const WalkFolder &, NameList &) override
+    {
+        m_arrivals.release();
+        m_mayGoOn.wait(false);
+        return true;
+    }
+
+private:
+    std::counting_semaphore<> &m_arrivals;
+    const std::atomic<bool> &m_mayGoOn;
 };
 
 bool comesToRest(const QString &thread)
@@ -176,6 +198,31 @@ TEST_F(TreeWalkThreadsTest, WorksEquallyFarBelowThePriorityOfTheProgramWhoeverMa
     }).join();
 
     expectRestBelowTheProgram(threadsSince(before));
+}
+
+TEST_F(TreeWalkThreadsTest, HasAnotherThreadTakeWhatWasKeptReadyOnceTheDiskIsSlow)
+{
+    const Cancellation never;
+    std::counting_semaphore<> arrivals(0);
+    std::atomic<bool> mayGoOn = false;
+    Walk walk(never, [&] { return std::make_unique<WaitingReader>(arrivals, mayGoOn); });
+    WalkPool pool(1, 2);
+    pool.share(walk);
+    for (const char *folder : {"bush/branch1", "bush/branch2"})
+        pool.give({&walk,
+                   {std::make_shared<const WalkFolder>(openFolderForReading(s_tree->path(folder), FinalLink::Refuse)),
+                    {},
+                    true}});
+
+    EXPECT_TRUE(arrivals.try_acquire_for(std::chrono::minutes(1)));
+    pool.noteWaitForDisk(walk);
+    EXPECT_TRUE(arrivals.try_acquire_for(std::chrono::minutes(1))) << "The second job waits for the first.";
+
+    mayGoOn = true;
+    mayGoOn.notify_all();
+    WalkWorker owner(walk, pool);
+    while (std::optional<WalkJob> job = pool.next(walk))
+        owner.run(std::move(*job));
 }
 
 TEST_F(TreeWalkThreadsTest, AnswersCancelledWhenAskedToStopBeforeItStarts)
