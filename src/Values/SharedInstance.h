@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+#include <atomic>
+
 namespace Quillmere {
 
 /// Where the one process-wide object of a kind is reached. The composition root makes the object, installs it here
@@ -10,16 +12,17 @@ template<typename Object>
 class SharedInstance
 {
 public:
-    static void install(Object *object) { s_object = object; }
+    static void install(Object *object) { s_object.store(object, std::memory_order_release); }
 
     [[nodiscard]] static Object &get()
     {
-        Q_ASSERT_X(s_object, "SharedInstance", "nothing was installed");
-        return *s_object;
+        Object *object = s_object.load(std::memory_order_acquire);
+        Q_ASSERT_X(object, "SharedInstance", "nothing was installed");
+        return *object;
     }
 
 private:
-    inline static Object *s_object = nullptr;
+    inline static std::atomic<Object *> s_object = nullptr;
 };
 
 } // namespace Quillmere
