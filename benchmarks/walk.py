@@ -90,6 +90,9 @@ TO_REACH = {
     "usr": {"du": 2.3, "gdu": 3.0, "cpu": 0.82},
 }
 
+# Where folders are many and can be shared out, the calls of the system alone are timed too.
+BROAD = ("small", "usr")
+
 
 # --- Measuring.
 
@@ -101,6 +104,14 @@ class Run:
         self.wall = time.perf_counter() - start
         self.cpu = usage.ru_utime + usage.ru_stime
         child.returncode = os.waitstatus_to_exitcode(self.status)
+
+
+class BareCalls:
+    """What the calls that no walk can do without take by themselves."""
+
+    def __init__(self, command):
+        text = subprocess.run(command, stdout=subprocess.PIPE, check=True, text=True).stdout
+        self.wall = float(re.fullmatch(r"\d+ files, ([\d.]+) ms\n", text).group(1)) / 1000
 
 
 def peak_memory(command):
@@ -175,22 +186,29 @@ class Table:
 
 
 def measure_warm(table, name, tree, programs, rounds):
-    walk, stop = programs
+    walk, stop, calls = programs
     peers = {"us": [walk, tree], "du": ["du", "-sl", tree], "gdu": ["gdu", "-n", "-p", "-s", tree]}
     if not shutil.which("gdu"):
         del peers["gdu"]
         table.miss(name, "wall time of gdu over ours, warm: there is no gdu")
     runs = {peer: [] for peer in peers}
+    bare = []
     for number in range(rounds + 1):
         for peer, command in peers.items():
             run = Run(command)
             if number > 0:  # The first round fills the cache.
                 runs[peer].append(run)
+        if number > 0 and name in BROAD:
+            bare.append(BareCalls([calls, tree]))
     bounds = TO_REACH[name]
     for peer in ("du", "gdu"):
         if peer in runs:
             table.row(name, f"wall time of {peer} over ours, warm", median_ratio(runs[peer], runs["us"], "wall"),
                       bounds[peer], at_most=False)
+    if bare:
+        table.row(name, "our wall time over that of the bare calls", median_ratio(runs["us"], bare, "wall"), None)
+    if bare and "gdu" in runs:
+        table.row(name, "wall time of gdu over that of these calls", median_ratio(runs["gdu"], bare, "wall"), None)
     table.row(name, "CPU time over that of du", 1 / median_ratio(runs["du"], runs["us"], "cpu"), bounds["cpu"])
     table.row(name, "our wall time in ms", 1000 * statistics.median(run.wall for run in runs["us"]), None)
     with tempfile.TemporaryDirectory() as empty:
@@ -203,7 +221,7 @@ def measure_warm(table, name, tree, programs, rounds):
 
 
 def measure_cold(table, name, tree, programs, rounds):
-    walk, stop = programs
+    walk, stop, _ = programs
     ours, theirs, times = [], [], []
     for number in range(rounds):
         # In turns the first: below a virtual machine, whoever reads second may find the host's cache warm.
@@ -246,7 +264,8 @@ def main():
     parser.add_argument("--rounds", default=15, type=int)
     parser.add_argument("--cold", default=4, type=int, help="rounds with the page cache dropped; 0 for none")
     options = parser.parse_args()
-    programs = [str(options.programs / name) for name in ("quillmere-walk", "quillmere-walk-stop")]
+    programs = [str(options.programs / name) for name in ("quillmere-walk", "quillmere-walk-stop",
+                                                              "quillmere-walk-calls")]
 
     table = Table()
     print(f"{os.cpu_count()} cores, load {os.getloadavg()[0]:.2f} at the start")
