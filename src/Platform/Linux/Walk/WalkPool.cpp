@@ -157,13 +157,14 @@ std::condition_variable *WalkPool::findTakerFor(Walk &walk)
         return &walk.m_ownerWakes;
     if (m_waiting >= static_cast<int>(m_jobs.size()))
         return &m_helperWakes;
-    if (static_cast<int>(m_threads.size()) < mostHelpers())
-        addThread();
+    addThreadIfAllowed();
     return nullptr;
 }
 
-void WalkPool::addThread()
+void WalkPool::addThreadIfAllowed()
 {
+    if (static_cast<int>(m_threads.size()) >= mostHelpers())
+        return;
     try {
         m_threads.emplace_back(&WalkPool::serve, this);
     } catch (const std::system_error &) {
@@ -173,10 +174,8 @@ void WalkPool::addThread()
 
 void WalkPool::addThreadsForJobsAhead()
 {
-    const int untaken = std::max(static_cast<int>(m_jobs.size()) - m_waiting, 0);
-    const int addable = mostHelpers() - static_cast<int>(m_threads.size());
-    for (int added = 0; added < std::min(untaken, addable); ++added)
-        addThread();
+    for (int untaken = static_cast<int>(m_jobs.size()) - m_waiting; untaken > 0; --untaken)
+        addThreadIfAllowed();
 }
 
 int WalkPool::mostHelpers() const

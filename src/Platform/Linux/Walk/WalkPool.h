@@ -43,7 +43,7 @@ private:
     void work(std::unique_lock<std::mutex> &lock);
     /// Makes sure that someone will take the newest job: answers whom to wake, or nothing if that is not needed.
     [[nodiscard]] std::condition_variable *findTakerFor(Walk &walk);
-    void addThread();
+    void addThreadIfAllowed();
     /// Once more threads may be at work: nobody else would take what was kept ready while all of the fewer were busy.
     void addThreadsForJobsAhead();
     [[nodiscard]] int mostHelpers() const;
